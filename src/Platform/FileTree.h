@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velquarin {
+
+enum class EntryKind {
+    Directory,
+    File,     //!< a regular file, or anything else that is neither directory nor link
+    Unknown,  //!< a symbolic link, or the file system does not say: ask isDirectory() or exists()
+};
+
+struct DirectoryEntry
+{
+    std::string name;  //!< the bytes as they stand on disk
+    EntryKind kind = EntryKind::Unknown;
+};
+
+//! Looks at folders on disk. Paths are bytes, as the system has them.
+class FileTree
+{
+public:
+    //! Shown each entry as it is read; answers whether to read on.
+    using Visitor = std::function<bool(const DirectoryEntry &)>;
+
+    FileTree() = default;
+    FileTree(const FileTree &) = delete;
+    FileTree &operator=(const FileTree &) = delete;
+    virtual ~FileTree() = default;
+
+    //! Whether something is there; follows links, so a dangling link is nothing.
+    [[nodiscard]] virtual bool exists(const std::string &path) const = 0;
+
+    //! Whether a folder is there; follows links.
+    [[nodiscard]] virtual bool isDirectory(const std::string &path) const = 0;
+
+    //! Shows the entries of a folder in the order of the file system, without "." and "..".
+    //! False where the folder cannot be read.
+    virtual bool visit(const std::string &path, const Visitor &visitor) const = 0;
+};
+
+}  // namespace velquarin

@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+
+namespace velquarin {
+
+//! The one connection to the user's session bus. A bus that is missing, dies or comes back changes nothing
+//! for the rest of the program: whoever needs the bus asks for it anew, and is told when it has to announce
+//! itself again. Main thread only. Source: D-Bus Specification, "Message Bus Specification"
+class SessionBus : public QObject
+{
+    Q_OBJECT
+public:
+    explicit SessionBus(QObject *parent = nullptr);
+    ~SessionBus() override;
+
+    //! The live connection; made now where there is none and a bus answers. isConnected() is false where none
+    //! does.
+    [[nodiscard]] QDBusConnection connection();
+
+Q_SIGNALS:
+    //! A connection stands, the first or a new one after a loss: names, objects and watches must be set up on
+    //! it.
+    void connected();
+
+    //! The bus is gone, with all that was registered on it.
+    void disconnected();
+
+private:
+    void connectToBus();
+    Q_SLOT void forgetConnection();
+
+    QString m_name;
+    int m_attempts = 0;
+};
+
+}  // namespace velquarin

@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QFuture>
+#include <QList>
+#include <QObject>
+#include <QString>
+
+#include <stdexcept>
+
+namespace velquarin {
+
+enum class AuthorizationStatus { NotDetermined, Denied, Authorized };
+
+struct NotificationAction
+{
+    QString identifier;
+    QString title;
+    bool bringsToForeground = false;
+    friend bool operator==(const NotificationAction &, const NotificationAction &) = default;
+};
+
+//! A kind of notification and the actions it offers, in the order shown.
+struct NotificationCategory
+{
+    QString identifier;
+    QList<NotificationAction> actions;
+    friend bool operator==(const NotificationCategory &, const NotificationCategory &) = default;
+};
+
+struct NotificationRequest
+{
+    QString identifier;
+    QString title;
+    QString body;  //!< plain text
+    QString categoryIdentifier;
+    bool isTimeSensitive = false;  //!< shown even while the user asked not to be disturbed
+    bool hasDefaultSound = false;
+    friend bool operator==(const NotificationRequest &, const NotificationRequest &) = default;
+};
+
+//! The notification service refused or is not there; what() says so in UTF-8.
+class NotificationError : public std::runtime_error
+{
+    using std::runtime_error::runtime_error;
+};
+
+//! Shows notifications. Main thread only. Every answer comes later, through the event loop; nothing blocks.
+class NotificationCenter : public QObject
+{
+    Q_OBJECT
+public:
+    using QObject::QObject;
+
+    //! Whether notifications would be shown now. Never fails.
+    [[nodiscard]] virtual QFuture<AuthorizationStatus> authorizationStatus() = 0;
+
+    //! Asks for leave to notify. Errors: NotificationError where nobody is there to ask.
+    [[nodiscard]] virtual QFuture<bool> requestAuthorization() = 0;
+
+    //! Replaces all categories.
+    virtual void setCategories(const QList<NotificationCategory> &categories) = 0;
+
+    //! Shows the notification at once; true when the service has accepted it. Errors: NotificationError.
+    [[nodiscard]] virtual QFuture<bool> add(const NotificationRequest &request) = 0;
+
+    //! Takes the notification of that request off the screen, if it is still there.
+    virtual void withdraw(const QString &requestIdentifier) = 0;
+
+Q_SIGNALS:
+    //! The user wants the application: an action that brings to the foreground, or a click on the
+    //! notification itself. @p activationToken lets a window take the focus; it may be empty.
+    void openRequested(const QString &activationToken);
+};
+
+}  // namespace velquarin

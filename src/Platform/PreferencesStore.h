@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Instant.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+#include <optional>
+#include <variant>
+
+namespace velquarin {
+
+//! Binary data that is made only when it is written or read, on whichever thread that happens: it must own
+//! all it needs. Nothing means that the data could not be made; what was stored before then stays.
+using LazyData = std::function<std::optional<QByteArray>()>;
+
+//! Something is stored under the key, but it is of no type that we know.
+struct UnreadableValue
+{
+    friend bool operator==(const UnreadableValue &, const UnreadableValue &) = default;
+};
+
+//! A value together with its type, which the store keeps.
+using PreferenceValue = std::variant<bool, double, Instant, QByteArray, QString, UnreadableValue>;
+
+//! The user's preferences: typed values under keys. Used from the main thread; never waits for a disk after
+//! it has been read. What is set can be read back at once, and is on disk 100 ms later at the latest. Source:
+//! docs/decisions/0002-preferences-file.md
+class PreferencesStore
+{
+public:
+    PreferencesStore() = default;
+    PreferencesStore(const PreferencesStore &) = delete;
+    PreferencesStore &operator=(const PreferencesStore &) = delete;
+    virtual ~PreferencesStore() = default;
+
+    //! Nothing where the key holds nothing, which is not the same as a stored false or 0.
+    [[nodiscard]] virtual std::optional<PreferenceValue> value(const QString &key) const = 0;
+
+    virtual void set(const QString &key, PreferenceValue value) = 0;
+    virtual void setData(const QString &key, LazyData data) = 0;
+    virtual void remove(const QString &key) = 0;
+
+    //! Keeps a copy of what was stored when the program started, before it is written over: called by whoever
+    //! found a value that it could not read.
+    virtual void putCopyAside() = 0;
+};
+
+}  // namespace velquarin

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QProcessEnvironment>
+#include <QString>
+#include <QStringList>
+
+#include <stdexcept>
+
+namespace velquarin {
+
+//! A program could not be started: it is missing or not executable, or its folder is missing or denied.
+//! what() is the platform's own description, in UTF-8.
+class LaunchError : public std::runtime_error
+{
+    using std::runtime_error::runtime_error;
+};
+
+//! One program to run.
+struct ProcessRequest
+{
+    QString program;                  //!< absolute path; never searched for
+    QStringList arguments;            //!< without the program's name; no shell sees them
+    QString directory;                //!< the working directory, which must exist
+    QProcessEnvironment environment;  //!< the whole environment, nothing is inherited beside it
+};
+
+//! Runs one child process at a time and hands back what it printed.
+class ProcessRunner
+{
+public:
+    ProcessRunner() = default;
+    ProcessRunner(const ProcessRunner &) = delete;
+    ProcessRunner &operator=(const ProcessRunner &) = delete;
+    virtual ~ProcessRunner() = default;
+
+    //! Confines the calling thread, and all that it starts from now on, to executing @p program alone and to
+    //! writing nothing. For good: a thread cannot take it back. False where the system has no such means.
+    virtual bool confineThisThread(const QString &program) = 0;
+
+    //! Runs the program to its end and returns its standard output, byte for byte. Blocks the calling thread
+    //! for as long as the program lives. The exit status is not looked at. Errors: LaunchError when the
+    //! program does not start, and after stop().
+    virtual QByteArray run(const ProcessRequest &request) = 0;
+
+    //! Kills the running program with all it has started, and lets no further one start. Callable from any
+    //! thread; returns at once.
+    virtual void stop() = 0;
+};
+
+}  // namespace velquarin

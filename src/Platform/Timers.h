@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace velquarin {
+
+//! A timer that runs while it exists. Once destroyed, a tick that was pending never comes.
+class Timer
+{
+public:
+    Timer() = default;
+    Timer(const Timer &) = delete;
+    Timer &operator=(const Timer &) = delete;
+    virtual ~Timer() = default;
+};
+
+//! Makes timers of the main loop. Time spent in suspend counts; a tick that fell due meanwhile comes once on
+//! waking.
+class Timers
+{
+public:
+    using Seconds = std::chrono::duration<double>;
+    using Tick = std::function<void()>;
+
+    Timers() = default;
+    Timers(const Timers &) = delete;
+    Timers &operator=(const Timers &) = delete;
+    virtual ~Timers() = default;
+
+    //! Ticks every @p period, first one period from now. Any positive period works, from a millisecond to
+    //! centuries.
+    [[nodiscard]] virtual std::unique_ptr<Timer> every(Seconds period, Tick tick) = 0;
+
+    //! Ticks once, @p delay from now.
+    [[nodiscard]] virtual std::unique_ptr<Timer> after(Seconds delay, Tick tick) = 0;
+};
+
+}  // namespace velquarin
