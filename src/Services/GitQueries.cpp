@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Services/GitQueries.h"
+
+#include "Services/GitEnvironment.h"
+#include "Services/GitLog.h"
+
+#include <QUtf8StringView>
+
+#include <utility>
+
+namespace velquarin {
+
+namespace {
+
+const QString git = QStringLiteral("/usr/bin/git");
+
+// A name that git would take for an option, or for a question to its reflog, is none: nobody's branch is called so, but
+// a hostile remote may say it is.
+bool isUsableBranch(const QString &name)
+{
+    return !name.isEmpty() && !name.startsWith(QLatin1Char('-')) && !name.contains(QLatin1String("@{"));
+}
+
+}  // namespace
+
+GitQueries::GitQueries(ProcessRunner &runner, const Clock &clock, QProcessEnvironment inherited)
+    : m_runner(runner)
+    , m_clock(clock)
+    , m_inherited(std::move(inherited))
+    , m_environment(gitEnvironment(m_inherited, false))
+{
+}
+
+void GitQueries::confineThisThread()
+{
+    m_environment = gitEnvironment(m_inherited, m_runner.confineThisThread(git));
+}
+
+QByteArray GitQueries::runGit(const QStringList &arguments, const QString &directory)
+{
+    auto output = m_runner.run({git, arguments, directory, m_environment});
+    return QUtf8StringView(output).isValidUtf8() ? output : QByteArray();
+}
+
+QString GitQueries::trimmedOutput(const QStringList &arguments, const QString &directory)
+{
+    try {
+        return QString::fromUtf8(runGit(arguments, directory)).trimmed();
+    } catch (const LaunchError &) {
+        return {};
+    }
+}
+
+bool GitQueries::hasLocalBranch(const QString &name, const QString &directory)
+{
+    return !trimmedOutput({QStringLiteral("branch"), QStringLiteral("--list"), name}, directory).isEmpty();
+}
+
+QString GitQueries::defaultBranch(const QString &directory)
+{
+    auto remote = trimmedOutput(
+        {QStringLiteral("symbolic-ref"), QStringLiteral("refs/remotes/origin/HEAD"), QStringLiteral("--short")},
+        directory);
+    remote.remove(QLatin1String("origin/"));
+    if (isUsableBranch(remote))
+        return remote;
+    for (const auto &name : {QStringLiteral("main"), QStringLiteral("master")}) {
+        if (hasLocalBranch(name, directory))
+            return name;
+    }
+    return QStringLiteral("HEAD");
+}
+
+QList<Instant> GitQueries::commits(const QString &directory, Instant since, Instant until)
+{
+    const auto calendar = m_clock.calendar();
+    const auto sinceText = isoDateAtGreenwich(since);
+    const auto untilText = isoDateAtGreenwich(calendar.addDays(until, 1).value_or(until));
+    const auto branch = defaultBranch(directory);
+    const auto log =
+        runGit({QStringLiteral("log"), branch, QStringLiteral("--format=%ad"), QStringLiteral("--date=short"),
+                QStringLiteral("--since=") + sinceText, QStringLiteral("--until=") + untilText},
+               directory);
+    return daysFromLog(log, calendar);
+}
+
+DayCounts GitQueries::commitHistory(const QString &directory, qint64 days)
+{
+    const auto calendar = m_clock.calendar();
+    const auto today = calendar.startOfDay(m_clock.now());
+    const auto start = calendar.addDays(today, -(days - 1));
+    if (!start)
+        return {};
+    DayCounts counts;
+    for (const auto day : commits(directory, *start, m_clock.now()))
+        ++counts[calendar.startOfDay(day)];
+    return counts;
+}
+
+std::optional<Instant> GitQueries::lastCommitDate(const QString &directory)
+{
+    const auto branch = defaultBranch(directory);
+    const auto output =
+        runGit({QStringLiteral("log"), branch, QStringLiteral("-1"), QStringLiteral("--format=%aI")}, directory);
+    return instantFromIso(output.trimmed());
+}
+
+bool GitQueries::isGitRepository(const QString &directory)
+{
+    try {
+        static_cast<void>(runGit({QStringLiteral("rev-parse"), QStringLiteral("--git-dir")}, directory));
+        return true;
+    } catch (const LaunchError &) {
+        return false;
+    }
+}
+
+}  // namespace velquarin

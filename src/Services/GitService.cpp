@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Services/GitService.h"
+
+#include "Services/RepositoryScan.h"
+
+namespace velquarin {
+
+GitService::GitService(ProcessRunner &runner, const FileTree &files, const Clock &clock,
+                       const QProcessEnvironment &inherited)
+    : m_runner(runner)
+    , m_files(files)
+    , m_queries(runner, clock, inherited)
+{
+    static_cast<void>(m_worker.run([this] {
+        m_queries.confineThisThread();
+        return true;
+    }));
+}
+
+GitService::~GitService()
+{
+    stop(std::chrono::milliseconds(0));
+}
+
+QFuture<QString> GitService::getDefaultBranch(const QString &in)
+{
+    return m_worker.run([this, in] { return m_queries.defaultBranch(in); });
+}
+
+QFuture<QList<Instant>> GitService::getCommits(const QString &in, Instant since, Instant until)
+{
+    return m_worker.run([this, in, since, until] { return m_queries.commits(in, since, until); });
+}
+
+QFuture<DayCounts> GitService::getCommitHistory(const QString &in, qint64 days)
+{
+    return m_worker.run([this, in, days] { return m_queries.commitHistory(in, days); });
+}
+
+QFuture<std::optional<Instant>> GitService::getLastCommitDate(const QString &in)
+{
+    return m_worker.run([this, in] { return m_queries.lastCommitDate(in); });
+}
+
+QFuture<bool> GitService::isGitRepository(const QString &at)
+{
+    return m_worker.run([this, at] { return m_queries.isGitRepository(at); });
+}
+
+QFuture<QStringList> GitService::scanForRepositories(const QString &in, qint64 maxDepth)
+{
+    return m_worker.run(
+        [this, in, maxDepth] { return velquarin::scanForRepositories(m_files, in, maxDepth, m_isStopped); });
+}
+
+bool GitService::stop(std::chrono::milliseconds patience)
+{
+    m_isStopped = true;
+    m_runner.stop();
+    return m_worker.stop(patience);
+}
+
+}  // namespace velquarin

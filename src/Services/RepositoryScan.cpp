@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Services/RepositoryScan.h"
+
+#include <QUtf8StringView>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace velquarin {
+
+namespace {
+
+constexpr std::string_view marker = ".git";
+
+// Large trees that tools generate; repositories in them are copies that nobody works in.
+constexpr std::array<std::string_view, 5> skippedNames{"node_modules", ".git", "Pods", "build", "DerivedData"};
+
+bool isHidden(std::string_view name)
+{
+    return name.starts_with('.');
+}
+
+bool isSkipped(std::string_view name)
+{
+    return isHidden(name) || std::ranges::find(skippedNames, name) != skippedNames.end() ||
+           !QUtf8StringView(name.data(), qsizetype(name.size())).isValidUtf8();
+}
+
+std::string joined(const std::string &folder, std::string_view name)
+{
+    return folder + (folder.ends_with('/') ? "" : "/") + std::string(name);
+}
+
+// What one reading of a folder tells.
+struct FolderContents
+{
+    bool isRepository = false;
+    std::vector<DirectoryEntry> candidates;  // folders that may hold repositories, or links to some
+};
+
+class Scan
+{
+public:
+    Scan(const FileTree &files, qint64 maxDepth, const std::atomic<bool> &isCancelled)
+        : m_files(files)
+        , m_maxDepth(maxDepth)
+        , m_isCancelled(isCancelled)
+    {
+    }
+
+    void scanDirectory(const std::string &path, qint64 currentDepth)
+    {
+        if (currentDepth >= m_maxDepth || m_isCancelled)
+            return;
+        const auto contents = read(path);
+        if (contents.isRepository) {
+            m_found.append(QString::fromStdString(path));
+            return;
+        }
+        for (const auto &entry : contents.candidates)
+            scanEntry(joined(path, entry.name), entry.kind, currentDepth + 1);
+    }
+
+    [[nodiscard]] QStringList found() const { return m_found; }
+
+private:
+    void scanEntry(const std::string &path, EntryKind kind, qint64 depth)
+    {
+        if (depth < m_maxDepth && (kind == EntryKind::Directory || m_files.isDirectory(path)))
+            scanDirectory(path, depth);
+    }
+
+    [[nodiscard]] FolderContents read(const std::string &path) const
+    {
+        FolderContents contents;
+        const auto isReadable = m_files.visit(path, [&](const DirectoryEntry &entry) {
+            contents.isRepository = entry.name == marker && isThere(path, entry);
+            if (entry.kind != EntryKind::File && !isSkipped(entry.name))
+                contents.candidates.push_back(entry);
+            return !contents.isRepository && !m_isCancelled;
+        });
+        // A folder that may be entered but not listed can still be told for a repository.
+        if (!isReadable)
+            contents.isRepository = m_files.exists(joined(path, marker));
+        return contents;
+    }
+
+    // A dangling link named ".git" is nothing.
+    [[nodiscard]] bool isThere(const std::string &folder, const DirectoryEntry &entry) const
+    {
+        return entry.kind != EntryKind::Unknown || m_files.exists(joined(folder, entry.name));
+    }
+
+    const FileTree &m_files;
+    qint64 m_maxDepth;
+    const std::atomic<bool> &m_isCancelled;
+    QStringList m_found;
+};
+
+}  // namespace
+
+QStringList scanForRepositories(const FileTree &files, const QString &folder, qint64 maxDepth,
+                                const std::atomic<bool> &isCancelled)
+{
+    Scan scan(files, maxDepth, isCancelled);
+    scan.scanDirectory(folder.toStdString(), 0);
+    return scan.found();
+}
+
+}  // namespace velquarin

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Services/SerialWorker.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+namespace velquarin {
+
+SerialWorker::SerialWorker()
+    : m_thread([this] { work(); })
+{
+}
+
+SerialWorker::~SerialWorker()
+{
+    stop(std::chrono::milliseconds(0));
+    if (m_thread.joinable())
+        m_thread.join();
+    settleDoneJobs();
+}
+
+void SerialWorker::hand(std::unique_ptr<Job> job)
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        if (!m_isStopping) {
+            m_waiting.push_back(std::move(job));
+            m_changed.notify_all();
+            return;
+        }
+    }
+    job->fail(std::make_exception_ptr(WorkerStopped()));
+}
+
+bool SerialWorker::stop(std::chrono::milliseconds patience)
+{
+    const auto hasEnded = endThread(patience);
+    if (hasEnded && m_thread.joinable())
+        m_thread.join();
+    return hasEnded;
+}
+
+bool SerialWorker::endThread(std::chrono::milliseconds patience)
+{
+    // The system clock: the thread sanitizer does not see waits on the steady one.
+    const auto deadline = std::chrono::system_clock::now() + patience;
+    Jobs neverBegun;
+    std::unique_lock lock(m_mutex);
+    m_isStopping = true;
+    m_waiting.swap(neverBegun);
+    m_changed.notify_all();
+    const auto hasEnded = m_changed.wait_until(lock, deadline, [this] { return m_hasEnded; });
+    lock.unlock();
+    failAll(neverBegun);
+    return hasEnded;
+}
+
+void SerialWorker::failAll(const Jobs &jobs)
+{
+    for (const auto &job : jobs)
+        job->fail(std::make_exception_ptr(WorkerStopped()));
+}
+
+// The event carries nothing; its receiver does not look at it.
+void SerialWorker::customEvent(QEvent * /*event*/)
+{
+    settleDoneJobs();
+}
+
+void SerialWorker::settleDoneJobs()
+{
+    Jobs done;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_done.swap(done);
+    }
+    for (const auto &job : done)
+        job->settle();
+}
+
+void SerialWorker::work()
+{
+    while (auto job = nextJob()) {
+        job->work();
+        handBack(std::move(job));
+    }
+    const std::lock_guard lock(m_mutex);
+    m_hasEnded = true;
+    m_changed.notify_all();
+}
+
+std::unique_ptr<SerialWorker::Job> SerialWorker::nextJob()
+{
+    std::unique_lock lock(m_mutex);
+    m_changed.wait(lock, [this] { return m_isStopping || !m_waiting.empty(); });
+    if (m_waiting.empty())
+        return nullptr;
+    auto job = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    return job;
+}
+
+void SerialWorker::handBack(std::unique_ptr<Job> job)
+{
+    const std::lock_guard lock(m_mutex);
+    m_done.push_back(std::move(job));
+    // One event at a time is enough: its receiver takes all that is there.
+    if (m_done.size() == 1)
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+}  // namespace velquarin
