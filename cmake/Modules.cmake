@@ -49,4 +49,10 @@ function(add_module_test name)
     endif()
     set_tests_properties(${name} PROPERTIES LABELS ${arg_LABEL} TIMEOUT ${arg_TIMEOUT}
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+    if(arg_LABEL STREQUAL "pure")
+        # Rules depend on the zone and locale they are given, never on those of the process.
+        add_test(NAME ${name}_elsewhere COMMAND ${name})
+        set_tests_properties(${name}_elsewhere PROPERTIES LABELS pure TIMEOUT ${arg_TIMEOUT}
+            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=America/Havana;LANG=tr_TR.UTF-8;LC_ALL=tr_TR.UTF-8")
+    endif()
 endfunction()

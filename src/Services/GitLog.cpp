@@ -127,7 +127,9 @@ std::optional<Instant> instantFromIso(QByteArrayView text)
 
 QString isoDateAtGreenwich(Instant moment)
 {
-    return Calendar(QTimeZone::utc()).dateOf(moment).toString(Qt::ISODate);
+    // Not the toolkit's own text: it has none for years beyond 9999.
+    const auto date = Calendar(QTimeZone::utc()).dateOf(moment);
+    return QString::asprintf("%04d-%02d-%02d", date.year(), date.month(), date.day());
 }
 
 }  // namespace velquarin

@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/DateTexts.h"
+
+#include "support/FakeClock.h"
+#include "support/Strict.h"
+
+#include <QTest>
+
+using namespace velquarin;
+using namespace velquarin::test;
+
+class TestDateTexts : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarning(); }
+    void theTextTellsTheLargestUnitThatFits_data();
+    void theTextTellsTheLargestUnitThatFits();
+    void theTextFollowsTheLocale();
+    void theLocaleComesFromTheFirstVariableThatIsSet_data();
+    void theLocaleComesFromTheFirstVariableThatIsSet();
+};
+
+void TestDateTexts::theTextTellsTheLargestUnitThatFits_data()
+{
+    QTest::addColumn<QByteArray>("zone");
+    QTest::addColumn<QString>("moment");
+    QTest::addColumn<QString>("now");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char *name, const char *zone, const char *moment, const char *now, const char *expected) {
+        QTest::newRow(name) << QByteArray(zone) << QString::fromLatin1(moment) << QString::fromLatin1(now)
+                            << QString::fromUtf8(expected);
+    };
+    row("this very moment", "UTC", "2024-03-07T12:00:00Z", "2024-03-07T12:00:00Z", "0 sec. ago");
+    row("seconds", "UTC", "2024-03-07T12:00:00Z", "2024-03-07T12:00:59Z", "59 sec. ago");
+    row("minutes, cut off", "UTC", "2024-03-07T12:00:00Z", "2024-03-07T12:05:59Z", "5 min. ago");
+    row("hours", "UTC", "2024-03-07T12:00:00Z", "2024-03-07T14:00:00Z", "2 hr. ago");
+    row("25 hours are a day, and not called yesterday", "UTC", "2024-03-06T11:00:00Z", "2024-03-07T12:00:00Z",
+        "1 day ago");
+    row("23 hours across midnight are hours", "UTC", "2024-03-06T13:00:00Z", "2024-03-07T12:00:00Z", "23 hr. ago");
+    row("days", "UTC", "2024-03-04T12:00:00Z", "2024-03-07T12:00:00Z", "3 days ago");
+    row("thirteen days are one week", "UTC", "2024-03-01T12:00:00Z", "2024-03-14T12:00:00Z", "1 wk. ago");
+    row("a month by the calendar", "UTC", "2024-02-07T12:00:00Z", "2024-03-07T12:00:00Z", "1 mo. ago");
+    row("not yet a month by the calendar", "UTC", "2024-02-07T12:00:01Z", "2024-03-07T12:00:00Z", "4 wk. ago");
+    row("a month from a day that the next month lacks", "UTC", "2024-01-31T12:00:00Z", "2024-02-29T12:00:00Z",
+        "1 mo. ago");
+    row("years", "UTC", "2021-03-08T12:00:00Z", "2024-03-07T12:00:00Z", "2 yr. ago");
+    row("since the beginning of counting", "UTC", "1970-01-01T00:00:00Z", "2024-03-07T12:00:00Z", "54 yr. ago");
+    row("ahead", "UTC", "2024-03-13T12:00:00Z", "2024-03-07T12:00:00Z", "in 6 days");
+    row("far ahead", "UTC", "9999-03-13T12:00:00Z", "2024-03-07T12:00:00Z", "in 7,975 yr.");
+    row("a day of 23 hours is a day", "America/New_York", "2024-03-09T17:00:00Z", "2024-03-10T16:00:00Z", "1 day ago");
+    row("24 hours of a day of 25 are hours", "America/New_York", "2024-11-02T16:00:00Z", "2024-11-03T16:00:00Z",
+        "24 hr. ago");
+}
+
+void TestDateTexts::theTextTellsTheLargestUnitThatFits()
+{
+    QFETCH(QByteArray, zone);
+    QFETCH(QString, moment);
+    QFETCH(QString, now);
+    const DateTexts texts("en_US", calendarIn(zone.constData()));
+    QTEST(texts.relative(instant(moment.toLatin1().constData()), instant(now.toLatin1().constData())), "expected");
+}
+
+void TestDateTexts::theTextFollowsTheLocale()
+{
+    const DateTexts texts("de_DE", calendarIn("Europe/Berlin"));
+    QCOMPARE(texts.relative(instant("2024-03-04T12:00:00Z"), instant("2024-03-07T12:00:00Z")),
+             QStringLiteral("vor 3 Tagen"));
+}
+
+void TestDateTexts::theLocaleComesFromTheFirstVariableThatIsSet_data()
+{
+    QTest::addColumn<QStringList>("variables");
+    QTest::addColumn<QByteArray>("expected");
+    QTest::newRow("nothing set") << QStringList() << QByteArray("en_US");
+    QTest::newRow("C") << QStringList{QStringLiteral("LANG=C")} << QByteArray("en_US");
+    QTest::newRow("C with an encoding") << QStringList{QStringLiteral("LANG=C.UTF-8")} << QByteArray("en_US");
+    QTest::newRow("POSIX") << QStringList{QStringLiteral("LC_ALL=POSIX")} << QByteArray("en_US");
+    QTest::newRow("encoding and modifier are cut off")
+        << QStringList{QStringLiteral("LANG=de_DE.UTF-8@euro")} << QByteArray("de_DE");
+    QTest::newRow("a modifier alone is cut off")
+        << QStringList{QStringLiteral("LANG=ca_ES@valencia")} << QByteArray("ca_ES");
+    QTest::newRow("LC_TIME before LANG") << QStringList{QStringLiteral("LANG=de_DE"), QStringLiteral("LC_TIME=fr_FR")}
+                                         << QByteArray("fr_FR");
+    QTest::newRow("LC_ALL before LC_TIME")
+        << QStringList{QStringLiteral("LC_ALL=ja_JP.UTF-8"), QStringLiteral("LC_TIME=fr_FR")} << QByteArray("ja_JP");
+    QTest::newRow("an empty variable is passed over")
+        << QStringList{QStringLiteral("LC_ALL="), QStringLiteral("LANG=it_IT")} << QByteArray("it_IT");
+}
+
+void TestDateTexts::theLocaleComesFromTheFirstVariableThatIsSet()
+{
+    QFETCH(QStringList, variables);
+    QProcessEnvironment environment;
+    for (const auto &variable : variables)
+        environment.insert(variable.section(u'=', 0, 0), variable.section(u'=', 1));
+    QTEST(dateLocale(environment), "expected");
+}
+
+QTEST_GUILESS_MAIN(TestDateTexts)
+#include "tst_datetexts.moc"
