@@ -14,7 +14,7 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
 endif()
 target_compile_definitions(velquarin_flags INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_KEYWORDS QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
-    QT_STRICT_ITERATORS QT_NO_URL_CAST_FROM_STRING QT_USE_QSTRINGBUILDER)
+    QT_STRICT_ITERATORS QT_NO_URL_CAST_FROM_STRING)
 target_include_directories(velquarin_flags INTERFACE "${PROJECT_SOURCE_DIR}/src")
 
 # For the whole build: a sanitizer that only some of the objects know reports nonsense.

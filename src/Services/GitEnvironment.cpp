@@ -29,8 +29,9 @@ constexpr std::array surroundings{
     // No translated texts to load, and no flush after every line: a fifth faster over long histories.
     Setting{"LC_ALL", "C"},
     Setting{"GIT_FLUSH", "0"},
-    // Without a work tree a folder named like the branch is no longer an ambiguous argument.
-    Setting{"GIT_WORK_TREE", "/nonexistent/velquarin"},
+    // Without a work tree a folder named like the branch is no longer an ambiguous argument. Git insists on an existing
+    // parent, so the path has only one component.
+    Setting{"GIT_WORK_TREE", "/no-work-tree"},
 };
 
 // What nothing else covers: how the output looks, and files that make git hang or crash.
