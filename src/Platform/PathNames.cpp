@@ -5,13 +5,35 @@
 
 namespace velquarin {
 
+namespace {
+
+constexpr auto slash = u'/';
+
+qsizetype lengthWithoutTrailingSlashes(const QString &path)
+{
+    auto length = path.size();
+    while (length > 0 && path.at(length - 1) == slash)
+        --length;
+    return length;
+}
+
+}  // namespace
+
 QString lastPathComponent(const QString &path)
 {
-    auto end = path.size();
-    while (end > 1 && path.at(end - 1) == QLatin1Char('/'))
-        --end;
-    const auto trimmed = path.left(end);
-    return trimmed == QLatin1String("/") ? trimmed : trimmed.mid(trimmed.lastIndexOf(QLatin1Char('/')) + 1);
+    const auto end = lengthWithoutTrailingSlashes(path);
+    if (end == 0)
+        return path.left(1);
+    const auto begin = path.lastIndexOf(slash, end - 1) + 1;
+    return path.mid(begin, end - begin);
+}
+
+QString joinPath(const QString &folder, const QString &name)
+{
+    if (folder.isEmpty() || name.isEmpty())
+        return folder.isEmpty() ? name : folder;
+    const auto stem = folder.left(lengthWithoutTrailingSlashes(folder));
+    return stem % slash % name.mid(name.startsWith(slash) ? 1 : 0);
 }
 
 }  // namespace velquarin

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Models/TrackedRepository.h"
+#include "Models/WatchedFolder.h"
+
+#include <QByteArray>
+#include <QList>
+
+#include <optional>
+
+namespace velquarin {
+
+//! The lists of records as they are stored: a JSON array with an object a record, in the order of the list,
+//! whose members are named like the fields. Ids are upper-case text of 36 characters.
+//!
+//! Encoding. Errors: nothing where a text is no valid Unicode, which no JSON text can hold.
+[[nodiscard]] std::optional<QByteArray> encodeTrackedRepositories(const QList<TrackedRepository> &repositories);
+[[nodiscard]] std::optional<QByteArray> encodeWatchedFolders(const QList<WatchedFolder> &folders);
+
+//! Decoding takes a list as a whole or not at all. Members may come in any order, unknown ones do not count,
+//! ids are read in either case. Errors: nothing where the text is no such array, or where any record lacks a
+//! member or has one of the wrong type.
+[[nodiscard]] std::optional<QList<TrackedRepository>> decodeTrackedRepositories(const QByteArray &json);
+[[nodiscard]] std::optional<QList<WatchedFolder>> decodeWatchedFolders(const QByteArray &json);
+
+}  // namespace velquarin

@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Linux/System/CoalescingWorker.h"
+#include "Platform/Linux/System/PreferencesFile.h"
+#include "Platform/PreferencesStore.h"
+
+#include <QJsonObject>
+
+#include <map>
+#include <mutex>
+#include <variant>
+
+namespace velquarin {
+
+//! "velquarin/preferences.json" below the folder of the user's configuration.
+[[nodiscard]] QString defaultPreferencesPath();
+
+//! The preferences as one JSON file, which is read when the store is made and written on a thread that sleeps
+//! otherwise. One store a file at a time: a second one would take the first one's temporary for a left-over.
+//! Source: docs/decisions/0002-preferences-file.md
+class JsonPreferencesStore final : public PreferencesStore
+{
+public:
+    explicit JsonPreferencesStore(const QString &path);
+
+    //! Writes what is pending, as flush() does.
+    ~JsonPreferencesStore() override;
+
+    [[nodiscard]] std::optional<PreferenceValue> value(const QString &key) const override;
+
+    //! A value that JSON cannot hold (jsonFrom() tells which) is there until the program ends, and the file has
+    //! nothing under its key. Setting an UnreadableValue leaves what is there.
+    void set(const QString &key, PreferenceValue value) override;
+
+    //! Where the data cannot be made, the key holds what it held when the file was last put together.
+    void setData(const QString &key, LazyData data) override;
+
+    void remove(const QString &key) override;
+    void putCopyAside() override;
+
+    //! Blocks until all changes are on disk, as far as that can be; what could not be written before is tried
+    //! again. For the end of the program.
+    void flush();
+
+private:
+    //! What the file held, what was set, or how to make it.
+    using Entry = std::variant<QJsonValue, PreferenceValue, LazyData>;
+    using Entries = std::map<QString, Entry>;
+
+    [[nodiscard]] static std::optional<PreferenceValue> preferenceOf(const Entry &entry, const QJsonValue &earlier);
+    [[nodiscard]] static std::optional<QJsonValue> jsonOf(const Entry &entry, const QJsonValue &earlier);
+    [[nodiscard]] static QJsonObject jsonOf(const Entries &entries, const QJsonObject &earlier);
+    void put(const QString &key, Entry entry);
+    void writeNewest();
+
+    mutable std::mutex m_mutex;
+    Entries m_entries;             // guarded by m_mutex
+    QJsonObject m_encoded;         // guarded by m_mutex: the values as the writer last put them together
+    bool m_isCopyWanted = false;   // guarded by m_mutex
+    bool m_isEverChanged = false;  // main thread only
+    PreferencesFile m_file;        // the writer's, once the constructor is done
+    CoalescingWorker m_writer;     // last, so that its thread ends before anything else does
+};
+
+}  // namespace velquarin

@@ -1,0 +1,131 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/Linux/System/PreferencesFile.h"
+
+#include "Platform/Linux/System/AsideFiles.h"
+#include "Platform/Linux/System/ErrorLine.h"
+#include "Platform/Linux/System/FileReplacement.h"
+#include "Platform/Linux/System/LinkTarget.h"
+#include "Platform/Linux/System/PreferencesFormat.h"
+
+#include <QFile>
+
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace velquarin {
+
+namespace {
+
+bool isWholePreferences(const QByteArray &text)
+{
+    return decodePreferences(text).has_value();
+}
+
+// Does not wait for anybody, should a fifo have taken the file's place just now.
+bool openForReading(QFile &file, const QString &path)
+{
+    const auto name = QFile::encodeName(path);
+    const int descriptor = ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    return descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+}
+
+}  // namespace
+
+PreferencesFile::PreferencesFile(QString path)
+    : m_path(std::move(path))
+{
+}
+
+QJsonObject PreferencesFile::load()
+{
+    const auto target = followLinks(m_path);
+    if (target.kind == FileKind::OutOfReach) {
+        giveUp(QString::fromStdString(target.error.message()));
+        return {};
+    }
+    removeLeftOverTemporaries(target.path, &isWholePreferences);
+    return target.kind == FileKind::Regular ? read(target.path) : QJsonObject();
+}
+
+QJsonObject PreferencesFile::read(const QString &path)
+{
+    QFile file;
+    if (!openForReading(file, path)) {
+        giveUp(qt_error_string(errno));
+        return {};
+    }
+    m_loaded = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        giveUp(file.errorString());
+        return {};
+    }
+    const auto values = decodePreferences(m_loaded);
+    return values ? *values : setAside(path);
+}
+
+QJsonObject PreferencesFile::setAside(const QString &path)
+{
+    m_loaded.clear();
+    const auto aside = moveAside(path);
+    if (aside.failure.isEmpty())
+        printErrorLine(path + QStringLiteral(" is damaged; it was moved to ") + aside.path);
+    else
+        giveUp(QStringLiteral("it is damaged and cannot be moved aside: ") + aside.failure);
+    return {};
+}
+
+void PreferencesFile::giveUp(const QString &reason)
+{
+    m_isGivenUp = true;
+    printErrorLine(m_path + QStringLiteral(" cannot be read, so nothing will be written to it: ") + reason);
+}
+
+void PreferencesFile::keepCopyOfLoaded()
+{
+    m_isCopyDue = !m_isCopyMade && !m_loaded.isEmpty();
+}
+
+void PreferencesFile::write(const QByteArray &content)
+{
+    if (m_isGivenUp || m_written == content)
+        return;
+    const auto failure = replace(content);
+    if (!failure)
+        m_written = content;
+    else if (!m_hasFailed)
+        printErrorLine(m_path + QStringLiteral(" cannot be written, so changes last only until the program ends: ") +
+                       *failure);
+    m_hasFailed = failure.has_value();
+}
+
+// Links are followed anew each time: people move their dotfiles while the program runs.
+std::optional<QString> PreferencesFile::replace(const QByteArray &content)
+{
+    const auto target = followLinks(m_path);
+    if (target.kind == FileKind::OutOfReach)
+        return QString::fromStdString(target.error.message());
+    if (target.kind == FileKind::Other)
+        return QStringLiteral("there is something that is no file");
+    if (auto failure = putCopyAside(target.path))
+        return failure;
+    return replaceFile(target.path, content);
+}
+
+std::optional<QString> PreferencesFile::putCopyAside(const QString &path)
+{
+    if (!m_isCopyDue)
+        return std::nullopt;
+    const auto aside = copyAside(path, m_loaded);
+    if (!aside.failure.isEmpty())
+        return aside.failure;
+    m_isCopyMade = true;
+    m_isCopyDue = false;
+    printErrorLine(path + QStringLiteral(" holds something that cannot be read; a copy was put at ") + aside.path);
+    return std::nullopt;
+}
+
+}  // namespace velquarin

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+
+#include <optional>
+
+namespace velquarin {
+
+//! The preferences on the disk. Every call blocks until the disk has answered; one thread at a time. Nothing is
+//! thrown away: what cannot be understood is put aside, what cannot be read is never written over. What goes
+//! wrong is told in one line on standard error. Source: docs/decisions/0002-preferences-file.md
+class PreferencesFile
+{
+public:
+    explicit PreferencesFile(QString path);
+
+    //! What the file holds; to be called once, first. Empty where there is no file, or none that can be used.
+    [[nodiscard]] QJsonObject load();
+
+    //! Puts a copy of what load() read aside before the next write, once; until that has worked none is made.
+    void keepCopyOfLoaded();
+
+    //! Makes the file hold @p content, unless that is what was last written. A failure is told once, and anew
+    //! only after a success; the next call tries again.
+    void write(const QByteArray &content);
+
+private:
+    [[nodiscard]] QJsonObject read(const QString &path);
+    [[nodiscard]] QJsonObject setAside(const QString &path);
+    void giveUp(const QString &reason);
+    [[nodiscard]] std::optional<QString> replace(const QByteArray &content);
+    [[nodiscard]] std::optional<QString> putCopyAside(const QString &path);
+
+    QString m_path;
+    QByteArray m_loaded;
+    std::optional<QByteArray> m_written;
+    bool m_isGivenUp = false;
+    bool m_isCopyDue = false;
+    bool m_isCopyMade = false;
+    bool m_hasFailed = false;
+};
+
+}  // namespace velquarin
