@@ -1,0 +1,99 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/Linux/System/NotificationCalls.h"
+
+#include "Platform/Linux/System/AsyncBus.h"
+
+#include <QDBusError>
+
+namespace velquarin {
+
+namespace {
+
+const QString serverName = QStringLiteral("org.freedesktop.Notifications");
+const QString serverPath = QStringLiteral("/org/freedesktop/Notifications");
+const QString capabilitiesQuestion = QStringLiteral("GetCapabilities");
+const QString nameSignature = QStringLiteral("ssss");
+const QString capabilitiesSignature = QStringLiteral("as");
+
+// The reason ends up in one line of output.
+constexpr qsizetype longestReason = 200;
+
+bool saysThatNobodyIsThere(const QDBusMessage &error)
+{
+    const auto type = QDBusError(error).type();
+    return type == QDBusError::ServiceUnknown || type == QDBusError::Disconnected ||
+           error.errorName() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner");
+}
+
+QString plainReason(const QDBusMessage &error)
+{
+    switch (QDBusError(error).type()) {
+    case QDBusError::Disconnected:
+        return QStringLiteral("There is no session bus");
+    case QDBusError::ServiceUnknown:
+        return QStringLiteral("No notification service is running");
+    case QDBusError::NoReply:
+    case QDBusError::Timeout:
+    case QDBusError::TimedOut:
+        return QStringLiteral("The notification service does not answer");
+    default:
+        const auto message = error.errorMessage().simplified().left(longestReason);
+        return message.isEmpty() ? error.errorName() : message;
+    }
+}
+
+NotificationError errorFrom(const QString &reason)
+{
+    return NotificationError(reason.toStdString());
+}
+
+}  // namespace
+
+QDBusMessage notificationCall(const QString &member)
+{
+    return QDBusMessage::createMethodCall(serverName, serverPath, serverName, member);
+}
+
+QCoro::Task<QDBusMessage> answerTo(QDBusMessage call, QDBusConnection connection, std::chrono::milliseconds timeout,
+                                   QString signature)
+{
+    auto reply = co_await replyTo(call, connection, timeout);
+    if (reply.type() != QDBusMessage::ReplyMessage)
+        throw errorFrom(plainReason(reply));
+    if (reply.signature() != signature)
+        throw NotificationError("The notification service gave an answer that makes no sense");
+    co_return reply;
+}
+
+QCoro::Task<NotificationServer> askNotificationServer(QDBusConnection connection, std::chrono::milliseconds timeout)
+{
+    const auto nameQuestion = notificationCall(QStringLiteral("GetServerInformation"));
+    const auto name = co_await answerTo(nameQuestion, connection, timeout, nameSignature);
+    const auto question = notificationCall(capabilitiesQuestion);
+    const auto capabilities = co_await answerTo(question, connection, timeout, capabilitiesSignature);
+    NotificationServer server;
+    server.name = name.arguments().constFirst().toString();
+    server.capabilities = capabilities.arguments().constFirst().toStringList();
+    co_return server;
+}
+
+QCoro::Task<AuthorizationStatus> askNotificationStatus(QDBusConnection connection, std::chrono::milliseconds timeout)
+{
+    auto question = notificationCall(capabilitiesQuestion);
+    question.setAutoStartService(false);
+    const auto reply = co_await replyTo(question, connection, timeout);
+    if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == capabilitiesSignature)
+        co_return AuthorizationStatus::Authorized;
+    co_return saysThatNobodyIsThere(reply) ? AuthorizationStatus::NotDetermined : AuthorizationStatus::Denied;
+}
+
+QCoro::Task<bool> askLeaveToNotify(QDBusConnection connection, std::chrono::milliseconds timeout)
+{
+    const auto question = notificationCall(capabilitiesQuestion);
+    co_await answerTo(question, connection, timeout, capabilitiesSignature);
+    co_return true;
+}
+
+}  // namespace velquarin
