@@ -1,0 +1,161 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/Linux/Desktop/LinuxStatusItem.h"
+
+#include "Platform/Linux/Desktop/DbusMenu.h"
+#include "Platform/Linux/Desktop/SniStatusItem.h"
+#include "Platform/Linux/Desktop/StatusMenu.h"
+#include "Platform/Linux/Desktop/StatusNotifierWatch.h"
+#include "Platform/Linux/Desktop/XEmbedStatusItem.h"
+#include "Platform/Linux/System/SessionBus.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QScreen>
+
+namespace velquarin {
+
+namespace {
+
+QList<QRect> screenRectangles()
+{
+    QList<QRect> rectangles;
+    const auto screens = QGuiApplication::screens();
+    for (const auto *screen : screens)
+        rectangles.append(screen->geometry());
+    return rectangles;
+}
+
+}  // namespace
+
+LinuxStatusItem::LinuxStatusItem(SessionBus &bus, QString iconThemePath, QObject *parent)
+    : StatusItem(parent)
+    , m_bus(bus)
+    , m_iconThemePath(std::move(iconThemePath))
+{
+    connect(&m_bus, &SessionBus::connected, this, &LinuxStatusItem::followBus);
+    connect(&m_bus, &SessionBus::disconnected, this, &LinuxStatusItem::loseBus);
+    followBus();
+}
+
+LinuxStatusItem::~LinuxStatusItem() = default;
+
+// Asking for the connection can make it, which leads here once more before the first call goes on.
+void LinuxStatusItem::followBus()
+{
+    const auto connection = m_bus.connection();
+    if (!connection.isConnected()) {
+        moveToTray();
+        return;
+    }
+    if (m_watch)
+        return;
+    m_watch = std::make_unique<StatusNotifierWatch>(connection);
+    connect(m_watch.get(), &StatusNotifierWatch::appeared, this, &LinuxStatusItem::moveToBar);
+    connect(m_watch.get(), &StatusNotifierWatch::absent, this, &LinuxStatusItem::moveToTray);
+}
+
+void LinuxStatusItem::loseBus()
+{
+    m_watch.reset();
+    moveToTray();
+}
+
+void LinuxStatusItem::moveToBar(const StatusHost &host)
+{
+    m_place = Place::Bar;
+    m_host = host;
+    showWhereItBelongs();
+}
+
+void LinuxStatusItem::moveToTray()
+{
+    m_place = Place::Tray;
+    showWhereItBelongs();
+}
+
+void LinuxStatusItem::showWhereItBelongs()
+{
+    if (!m_appearance || m_place == Place::Unknown)
+        return;
+    if (m_place == Place::Bar)
+        showInBar();
+    else
+        showInTray();
+}
+
+// A watcher that took the place of another has to be told of the item as well.
+void LinuxStatusItem::showInBar()
+{
+    m_tray.reset();
+    if (!m_bar) {
+        m_barMenu = std::make_unique<DbusMenu>(m_bus.connection(), m_iconThemePath);
+        m_bar = std::make_unique<SniStatusItem>(m_bus.connection(), m_iconThemePath, m_host, *m_appearance);
+        connect(m_bar.get(), &SniStatusItem::activated, this, &StatusItem::activated);
+        connect(m_bar.get(), &SniStatusItem::menuRequested, this, &LinuxStatusItem::popUpMenu);
+    }
+    m_bar->setHost(m_host);
+    updateBarMenu();
+    m_bar->announce();
+}
+
+void LinuxStatusItem::showInTray()
+{
+    m_bar.reset();
+    m_barMenu.reset();
+    if (m_tray)
+        return;
+    m_tray = std::make_unique<XEmbedStatusItem>(*m_appearance, m_entries);
+    connect(m_tray.get(), &XEmbedStatusItem::activated, this,
+            [this](QPoint position) { Q_EMIT activated(position, {}); });
+}
+
+// A lost bus is looked for whenever there is something new to show.
+void LinuxStatusItem::setAppearance(const StatusItemAppearance &appearance)
+{
+    const bool isFirst = !m_appearance;
+    if (m_appearance == appearance)
+        return;
+    m_appearance = appearance;
+    if (!m_watch)
+        followBus();
+    if (m_bar)
+        m_bar->setAppearance(appearance);
+    if (m_tray)
+        m_tray->setAppearance(appearance);
+    if (isFirst)
+        showWhereItBelongs();
+}
+
+void LinuxStatusItem::setMenu(const QList<MenuEntry> &entries)
+{
+    m_entries = entries;
+    updateBarMenu();
+    if (m_tray)
+        m_tray->setMenu(entries);
+}
+
+void LinuxStatusItem::updateBarMenu()
+{
+    if (!m_barMenu)
+        return;
+    const auto open = [this] { openFromMenu(); };
+    m_barMenu->setEntries(m_host.opensOnlyMenu ? withOpenEntry(m_entries, open) : m_entries);
+}
+
+void LinuxStatusItem::openFromMenu()
+{
+    Q_EMIT activated(QCursor::pos(), m_bar ? m_bar->takeActivationToken() : QString());
+}
+
+void LinuxStatusItem::popUpMenu(QPoint position)
+{
+    if (!m_popUp)
+        m_popUp = std::make_unique<QMenu>();
+    fillMenu(*m_popUp, m_entries);
+    m_popUp->popup(believablePosition(position, QCursor::pos(), screenRectangles()));
+}
+
+}  // namespace velquarin

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Linux/Desktop/StatusHost.h"
+#include "Platform/StatusItem.h"
+
+#include <memory>
+#include <optional>
+
+class QMenu;
+
+namespace velquarin {
+
+class DbusMenu;
+class SessionBus;
+class SniStatusItem;
+class StatusNotifierWatch;
+class XEmbedStatusItem;
+
+//! The status item of this desktop: on the session bus while a status bar collects items there, else in the
+//! tray of the older kind. Nothing is shown before the first setAppearance(). Source:
+//! docs/decisions/0004-status-item.md
+class LinuxStatusItem : public StatusItem
+{
+    Q_OBJECT
+public:
+    //! @p bus must outlive the item. @p iconThemePath is the absolute path of our own icon folder.
+    LinuxStatusItem(SessionBus &bus, QString iconThemePath, QObject *parent = nullptr);
+    ~LinuxStatusItem() override;
+
+    void setAppearance(const StatusItemAppearance &appearance) override;
+    void setMenu(const QList<MenuEntry> &entries) override;
+    void popUpMenu(QPoint position) override;
+
+private:
+    void followBus();
+    void loseBus();
+    void moveToBar(const StatusHost &host);
+    void moveToTray();
+    void showWhereItBelongs();
+    void showInBar();
+    void showInTray();
+    void updateBarMenu();
+    void openFromMenu();
+
+    SessionBus &m_bus;
+    QString m_iconThemePath;
+    std::optional<StatusItemAppearance> m_appearance;
+    QList<MenuEntry> m_entries;
+
+    enum class Place { Unknown, Bar, Tray };
+    Place m_place = Place::Unknown;
+    StatusHost m_host;
+    std::unique_ptr<StatusNotifierWatch> m_watch;
+    std::unique_ptr<DbusMenu> m_barMenu;
+    std::unique_ptr<SniStatusItem> m_bar;
+    std::unique_ptr<XEmbedStatusItem> m_tray;
+    std::unique_ptr<QMenu> m_popUp;
+};
+
+}  // namespace velquarin

@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/Linux/Desktop/StatusWords.h"
+
+#include <QCoreApplication>
+
+namespace velquarin {
+
+namespace {
+
+QString words(const char *text)
+{
+    return QCoreApplication::translate("StatusItem", text);
+}
+
+}  // namespace
+
+bool isSyncing(const StatusItemAppearance &appearance)
+{
+    return !appearance.symbolName.startsWith(QLatin1String("flame"));
+}
+
+StatusWords statusWords(const StatusItemAppearance &appearance)
+{
+    if (isSyncing(appearance))
+        return {words(QT_TRANSLATE_NOOP("StatusItem", "Syncing")), {}};
+    const auto count = appearance.title.trimmed();
+    auto headline = count.isEmpty() ? words(QT_TRANSLATE_NOOP("StatusItem", "No streak yet"))
+                                    : words(QT_TRANSLATE_NOOP("StatusItem", "%1-day streak")).arg(count);
+    auto detail = appearance.isTemplate ? words(QT_TRANSLATE_NOOP("StatusItem", "No commit today yet"))
+                                        : words(QT_TRANSLATE_NOOP("StatusItem", "Committed today"));
+    return {std::move(headline), std::move(detail)};
+}
+
+}  // namespace velquarin
