@@ -1,0 +1,64 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""What the test files share: the way they start, and the clock of their user."""
+
+import datetime
+import pathlib
+import shutil
+import signal
+import sys
+import unittest
+import zoneinfo
+
+# By what each Debian package is known to be there.
+NEEDED = {
+    "dbus-daemon": "dbus-daemon",
+    "dunst": "dunst",
+    "git": "git",
+    "imagemagick": "import",
+    "openbox": "openbox",
+    "trayer": "trayer",
+    "util-linux": "setpriv",
+    "x11-utils": "xprop",
+    "xdotool": "xdotool",
+    "xfce4-panel": "xfce4-panel",
+    "xfconf": "/usr/share/dbus-1/services/org.xfce.Xfconf.service",
+    "xvfb": "Xvfb",
+}
+
+# Ends a test that hangs while it can still clean up after itself; ctest's own limit is later.
+LIMIT_SECONDS = 100
+SKIPPED = 77
+
+
+class ShiftedTime:
+    """A user's clock that shows a time of our choice on the present day in a zone."""
+
+    def __init__(self, hour, minute, zone):
+        real = datetime.datetime.now(zoneinfo.ZoneInfo(zone))
+        self.now = real.replace(hour=hour, minute=minute, second=0, microsecond=0)
+        self.offset = round(self.now.timestamp() - real.timestamp())
+
+
+def now_in(zone):
+    return datetime.datetime.now(zoneinfo.ZoneInfo(zone))
+
+
+def _missing():
+    def is_there(sign):
+        return pathlib.Path(sign).exists() if sign.startswith("/") else shutil.which(sign)
+    return [package for package, sign in NEEDED.items() if not is_there(sign)]
+
+
+def _give_up(_signal, _frame):
+    raise TimeoutError(f"the test took longer than {LIMIT_SECONDS} s")
+
+
+def main():
+    """Runs the tests of the calling file; skips them by name where a Debian package is missing."""
+    if missing := _missing():
+        print("skipped: these Debian packages are not installed:", *missing)
+        sys.exit(SKIPPED)
+    signal.signal(signal.SIGALRM, _give_up)
+    signal.alarm(LIMIT_SECONDS)
+    unittest.main(verbosity=2)

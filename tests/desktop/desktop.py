@@ -1,0 +1,179 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""A whole desktop of the test's own, on a screen that exists only in memory."""
+
+import os
+import pathlib
+import select
+import shutil
+import subprocess
+import tempfile
+import uuid
+
+import panel
+import processes
+from bus import Bus
+from screen import Screen
+from waiting import wait_until
+
+MARK = "VELQUARIN_TEST_DESKTOP"
+WATCHER = "org.kde.StatusNotifierWatcher"
+NOTIFICATIONS = "org.freedesktop.Notifications"
+
+DUNST_SETTINGS = """[global]
+    origin = bottom-right
+    font = Sans 10
+    history_length = 20
+"""
+
+
+class Desktop:
+    """Use it in a with statement: it ends with the block, and a block that fails leaves pictures and logs.
+
+    name   under which the remains of a failure are kept
+    bus    without one there is neither panel nor notifications
+    """
+
+    def __init__(self, name, bus=True, panel_plugins=("separator", "systray"), width=1024, height=768):
+        self._name = name
+        self._mark = uuid.uuid4().hex
+        self._started = {}
+        self._with_bus = bus
+        self._panel_plugins = panel_plugins
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="velquarin-desktop-"))
+        self.logs = self._make("logs")
+        self.home = self._make("home")
+        self.config = self._make("config")
+        self.environment = self._environment()
+        self.screen = Screen(self.environment, width, height)
+        self.bus = None
+
+    def __enter__(self):
+        try:
+            self._open()
+        except BaseException as error:
+            self.__exit__(type(error), error, None)
+            raise
+        return self
+
+    def __exit__(self, kind, _error, _trace):
+        try:
+            if kind is not None:
+                self._keep_remains()
+            self._end_everything()
+        finally:
+            shutil.rmtree(self.folder, ignore_errors=True)
+
+    def _make(self, name):
+        folder = self.folder / name
+        folder.mkdir(mode=0o700)
+        return folder
+
+    # Nothing of the real session leaks in: the environment is written from nothing.
+    def _environment(self):
+        return {
+            MARK: self._mark,
+            "PATH": "/usr/local/bin:/usr/bin:/bin",
+            "HOME": str(self.home),
+            "XDG_CONFIG_HOME": str(self.config),
+            "XDG_CONFIG_DIRS": str(self._make("system-config")),
+            "XDG_DATA_HOME": str(self._make("data")),
+            "XDG_CACHE_HOME": str(self._make("cache")),
+            "XDG_STATE_HOME": str(self._make("state")),
+            "XDG_RUNTIME_DIR": str(self._make("runtime")),
+            "XDG_CURRENT_DESKTOP": "XFCE",
+            "XDG_SESSION_TYPE": "x11",
+            "LANG": "C.UTF-8",
+            "TZ": "UTC",
+            "GSETTINGS_BACKEND": "memory",
+            "GIO_USE_VFS": "local",
+            "NO_AT_BRIDGE": "1",
+        }
+
+    def _open(self):
+        self._start_screen()
+        self.start("openbox", "openbox", "--sm-disable")
+        wait_until(lambda: b"window id" in self._root_property("_NET_SUPPORTING_WM_CHECK"), "the window manager")
+        if self._with_bus:
+            panel.write_settings(self.config, self._panel_plugins)
+            self.start_bus()
+
+    # The server itself picks a number that is free, so that two desktops never meet.
+    def _start_screen(self):
+        reader, writer = os.pipe()
+        size = f"{self.screen.width}x{self.screen.height}x24"
+        self.start("Xvfb", "Xvfb", "-displayfd", str(writer), "-screen", "0", size, "-dpi", "96", "-noreset",
+                   "-nolisten", "tcp", pass_fds=(writer,))
+        os.close(writer)
+        with open(reader, encoding="ascii") as pipe:
+            ready, _, _ = select.select([pipe], [], [], 20)
+            number = pipe.readline().strip() if ready else ""
+        if not number:
+            raise RuntimeError("Xvfb did not start: " + (self.logs / "Xvfb.log").read_text())
+        self.environment["DISPLAY"] = f":{number}"
+
+    def _root_property(self, name):
+        return subprocess.run(["xprop", "-root", name], env=self.environment, stdout=subprocess.PIPE, check=True,
+                              timeout=20).stdout
+
+    def start(self, name, *command, **more):
+        self._started[name] = processes.start(name, command, self.environment, self.logs, **more)
+        return self._started[name]
+
+    def end(self, name):
+        processes.end(self._started.pop(name))
+
+    def start_bus(self):
+        self.bus = Bus(self._make("bus"), self.environment, self.logs)
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.bus.address
+
+    def end_bus(self):
+        self.bus.end()
+
+    def start_panel(self):
+        """A panel that shows status items: it is there when this returns."""
+        self.start("panel", "xfce4-panel", "--disable-wm-check")
+        wait_until(self._panel_takes_items, "the panel")
+        self.screen.settled()
+
+    def end_panel(self):
+        self.end("panel")
+        self.bus.wait_without(WATCHER)
+
+    def _panel_takes_items(self):
+        if not self.bus.owner(WATCHER):
+            return False
+        return self.bus.property(WATCHER, "/StatusNotifierWatcher", WATCHER, "IsStatusNotifierHostRegistered")
+
+    def start_notifications(self):
+        settings = self.config / "dunstrc"
+        settings.write_text(DUNST_SETTINGS)
+        self.start("dunst", "dunst", "-conf", str(settings))
+        self.bus.wait_for(NOTIFICATIONS)
+
+    def start_old_tray(self):
+        """A tray of the kind that needs no session bus; it takes the upper edge of the screen."""
+        self.start("trayer", "trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel", "--width", "100",
+                   "--heighttype", "pixel", "--height", str(panel.HEIGHT), "--transparent", "false",
+                   "--tint", "0x353535")
+        self.screen.settled()
+
+    def _keep_remains(self):
+        keep = os.environ.get("VELQUARIN_DESKTOP_FAILURES")
+        if not keep:
+            return
+        folder = pathlib.Path(keep) / self._name.rpartition(".")[2]
+        shutil.rmtree(folder, ignore_errors=True)
+        shutil.copytree(self.logs, folder)
+        if "DISPLAY" in self.environment:
+            subprocess.run(["import", "-silent", "-window", "root", folder / "screen.png"], env=self.environment,
+                           check=False, timeout=20)
+        print(f"What was left is in {folder}")
+
+    # The last to come goes first; the mark finds what they started themselves.
+    def _end_everything(self):
+        for name in reversed(list(self._started)):
+            self.end(name)
+        if self.bus:
+            self.bus.end()
+        processes.end_all(MARK, self._mark)

@@ -1,0 +1,101 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""The program's item in the panel: what it says on the bus, and its menu under a real pointer."""
+
+from gi.repository import GLib
+
+import panel
+from desktop import WATCHER
+from waiting import wait_until
+
+ITEM = "org.kde.StatusNotifierItem"
+MENU = "com.canonical.dbusmenu"
+
+
+class StatusItem:
+    """The only item on this desktop; it may come later, and go and come again."""
+
+    def __init__(self, desktop):
+        self._bus = desktop.bus
+
+    def _address(self):
+        """The item's bus name and path, or None."""
+        if not self._bus.owner(WATCHER):
+            return None
+        items = self._bus.property(WATCHER, "/StatusNotifierWatcher", WATCHER, "RegisteredStatusNotifierItems")
+        if not items:
+            return None
+        name, slash, path = items[0].partition("/")
+        return name, slash + path if path else "/StatusNotifierItem"
+
+    def is_there(self):
+        return self._address() is not None
+
+    def wait(self):
+        return wait_until(self._address, "the item in the panel")
+
+    def properties(self):
+        name, path = self.wait()
+        return self._bus.properties(name, path, ITEM)
+
+    def label(self):
+        """The title beside the symbol; an item without a title has no such property."""
+        return self.properties().get("XAyatanaLabel", "")
+
+    def tooltip(self):
+        """Title and text of the tooltip."""
+        return self.properties()["ToolTip"][2:]
+
+    def symbol(self):
+        """What a screen reader says for the symbol."""
+        return self.properties()["IconAccessibleDesc"]
+
+    def wait_for_label(self, text):
+        wait_until(lambda: self.label() == text, f"the item's label becomes {text!r}")
+
+    def wait_until_refreshed(self):
+        """Returns when the symbol of a refresh has given way to the flame."""
+        wait_until(lambda: self.symbol() == "Velquarin", "the end of the refresh", 60)
+
+    def entries(self):
+        """The texts of the menu from top to bottom, None for a separator."""
+        name, _ = self.wait()
+        arguments = GLib.Variant("(iias)", (0, -1, []))
+        _, (_, _, children) = self._bus.call(name, self.properties()["Menu"], MENU, "GetLayout", arguments)
+        return [None if values.get("type") == "separator" else values["label"] for _, values, _ in children]
+
+
+class PanelPlace:
+    """Where something shows in the strip along the upper edge: made before it appears, asked afterwards."""
+
+    def __init__(self, screen):
+        self._screen = screen
+        self._before = screen.settled()
+
+    def find(self):
+        """The rectangle in which the strip now differs from what it was."""
+        def change():
+            return self._screen.change(self._before, self._screen.settled(), bottom=panel.HEIGHT)
+        return wait_until(change, "something new in the panel")
+
+
+def open_menu(screen, place, button=3):
+    """Clicks at a place in the panel and returns the rectangle of the menu that opens."""
+    before = screen.settled()
+    screen.click(*place.centre, button)
+
+    def change():
+        return screen.change(before, screen.settled(), top=panel.HEIGHT)
+    return wait_until(change, "a menu below the panel")
+
+
+# Half a line from the edge is well inside the first or the last entry with every theme.
+HALF_A_LINE = 14
+
+
+def click_first_entry(screen, menu):
+    screen.click(menu.centre[0], menu.top + HALF_A_LINE, 1)
+
+
+def click_last_entry(screen, menu):
+    screen.click(menu.centre[0], menu.bottom - HALF_A_LINE, 1)

@@ -1,0 +1,45 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""The panel's settings, written before it starts, and the colours of its surroundings."""
+
+_PLUGINS = {
+    "separator": '<property name="expand" type="bool" value="true"/><property name="style" type="uint" value="0"/>',
+    "systray": '<property name="square-icons" type="bool" value="true"/>',
+    "clock": '<property name="digital-layout" type="uint" value="3"/>'
+             '<property name="digital-time-font" type="string" value="Sans 10"/>',
+}
+
+_SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
+<channel name="xfce4-panel" version="1.0">
+  <property name="configver" type="int" value="2"/>
+  <property name="panels" type="array">
+    <value type="int" value="1"/>
+    <property name="dark-mode" type="bool" value="{dark}"/>
+    <property name="panel-1" type="empty">
+      <property name="position" type="string" value="p=6;x=0;y=0"/>
+      <property name="position-locked" type="bool" value="true"/>
+      <property name="length" type="uint" value="100"/>
+      <property name="size" type="uint" value="{height}"/>
+      <property name="plugin-ids" type="array">{ids}</property>
+    </property>
+  </property>
+  <property name="plugins" type="empty">{plugins}</property>
+</channel>
+"""
+
+HEIGHT = 28
+
+
+def _plugin(number, name):
+    return f'<property name="plugin-{number}" type="string" value="{name}">{_PLUGINS[name]}</property>'
+
+
+def write_settings(config_folder, plugins=("separator", "systray"), dark=True):
+    """A panel along the upper edge of the screen; the plugins stand from left to right."""
+    folder = config_folder / "xfce4/xfconf/xfce-perchannel-xml"
+    folder.mkdir(parents=True)
+    numbered = list(enumerate(plugins, 1))
+    (folder / "xfce4-panel.xml").write_text(_SETTINGS.format(
+        dark=str(dark).lower(), height=HEIGHT,
+        ids="".join(f'<value type="int" value="{number}"/>' for number, _ in numbered),
+        plugins="".join(_plugin(number, name) for number, name in numbered)))

@@ -1,0 +1,38 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""The program's preferences file, written before it starts and read afterwards."""
+
+import datetime
+import json
+import uuid
+
+
+def _path(config_folder):
+    return config_folder / "velquarin" / "preferences.json"
+
+
+def _record(path):
+    return {"id": str(uuid.uuid4()).upper(), "path": str(path), "name": path.name, "isEnabled": True,
+            "isAutoDiscovered": False}
+
+
+def write(config_folder, repository_paths):
+    """Settings with these repositories and nothing that acts by itself during a test."""
+    file = _path(config_folder)
+    file.parent.mkdir(parents=True, exist_ok=True)
+    records = [_record(path) for path in repository_paths]
+    file.write_text(json.dumps({
+        "autoDiscoveryEnabled": False,
+        "refreshInterval": 86400,
+        "trackedRepositories": {"data": json.dumps(records)},
+    }))
+
+
+def read(config_folder):
+    return json.loads(_path(config_folder).read_text())
+
+
+def last_reminder(config_folder):
+    """The moment of the last reminder, or None."""
+    stored = read(config_folder).get("lastStreakRiskNotification")
+    return stored and datetime.datetime.fromisoformat(stored["date"].replace("Z", "+00:00"))

@@ -1,0 +1,82 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""The program under test: started like any program of a session, watched and ended."""
+
+import os
+import signal
+import subprocess
+import time
+import uuid
+
+import processes
+from waiting import wait_until
+
+MARK = "VELQUARIN_TEST_PROGRAM"
+BUS_NAME = "io.velquarin.Velquarin"
+
+
+class Program:
+    """One run of the program.
+
+    zone          the time zone of its user
+    clock_offset  seconds by which its clock, and that of the git it starts, is ahead
+    output        where its standard output goes; a file of its own where nothing is given
+    """
+
+    def __init__(self, desktop, zone="UTC", clock_offset=0, output=None):
+        self._mark = uuid.uuid4().hex
+        self.output_file = desktop.logs / f"program-{self._mark[:8]}.out"
+        self.error_file = desktop.logs / f"program-{self._mark[:8]}.err"
+        environment = {**desktop.environment, "TZ": zone, MARK: self._mark, **_clock(clock_offset)}
+        with open(self.output_file, "wb") as own_output, open(self.error_file, "wb") as errors:
+            self._process = processes.start("program", [os.environ["VELQUARIN_PROGRAM"]], environment, desktop.logs,
+                                            stdout=own_output if output is None else output, stderr=errors)
+
+    @property
+    def pid(self):
+        return self._process.pid
+
+    def is_running(self):
+        return self._process.poll() is None
+
+    def output(self):
+        return self.output_file.read_text()
+
+    def errors(self):
+        return self.error_file.read_text()
+
+    def children(self):
+        """The ids of what it started and still lives."""
+        return [pid for pid in processes.carrying(MARK, self._mark) if pid != self.pid]
+
+    def wait_for_child(self):
+        wait_until(self.children, "the program starts git")
+
+    def wait_for_hanging_child(self):
+        """Returns when one and the same child has lived for half a second, which no git does that answers."""
+        def hangs():
+            before = set(self.children())
+            time.sleep(0.5)
+            return before & set(self.children())
+        wait_until(hangs, "a git that hangs")
+
+    def terminate(self):
+        self._process.send_signal(signal.SIGTERM)
+
+    def wait_for_end(self, seconds=10.0):
+        """The exit status; TimeoutError when it does not end in time."""
+        try:
+            return self._process.wait(seconds)
+        except subprocess.TimeoutExpired:
+            raise TimeoutError(f"the program did not end within {seconds:g} s") from None
+
+    def end(self):
+        """Asks it to end, and returns the exit status."""
+        self.terminate()
+        return self.wait_for_end()
+
+
+def _clock(offset):
+    if not offset:
+        return {}
+    return {"LD_PRELOAD": os.environ["VELQUARIN_TEST_CLOCK"], "VELQUARIN_TEST_CLOCK_OFFSET": str(offset)}

@@ -1,0 +1,61 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""Real repositories, made by the real git, with authors and dates of our own."""
+
+import datetime
+import os
+import subprocess
+
+import preferences
+
+ENVIRONMENT = {
+    "PATH": "/usr/bin:/bin",
+    "GIT_CONFIG_GLOBAL": "/dev/null",
+    "GIT_CONFIG_SYSTEM": "/dev/null",
+    "GIT_AUTHOR_NAME": "Ada",
+    "GIT_AUTHOR_EMAIL": "ada@example.org",
+    "GIT_COMMITTER_NAME": "Ada",
+    "GIT_COMMITTER_EMAIL": "ada@example.org",
+}
+
+
+class Repository:
+    """A new repository with a branch "main" and no commit."""
+
+    def __init__(self, folder):
+        self.path = folder
+        folder.mkdir(parents=True)
+        self._git("init", "--quiet", "--initial-branch=main")
+
+    def _git(self, *arguments, **environment):
+        subprocess.run(["git", *arguments], cwd=self.path, env={**ENVIRONMENT, **environment}, check=True,
+                       stdin=subprocess.DEVNULL, timeout=20)
+
+    def commit(self, when):
+        """An empty commit of this moment, which knows its zone."""
+        date = when.isoformat(timespec="seconds")
+        self._git("commit", "--quiet", "--allow-empty", "--message=Work", GIT_AUTHOR_DATE=date, GIT_COMMITTER_DATE=date)
+
+    def commit_days_ago(self, now, *days):
+        """A commit at noon of each of these days, counted back from the day of now."""
+        noon = now.replace(hour=12, minute=0, second=0, microsecond=0)
+        for day in sorted(days, reverse=True):
+            self.commit(noon - datetime.timedelta(days=day))
+
+
+class HangingRepository:
+    """A repository whose HEAD is a fifo that nobody writes to: whoever reads it waits for ever."""
+
+    def __init__(self, folder):
+        self.path = folder
+        for name in ("objects", "refs"):
+            (folder / ".git" / name).mkdir(parents=True)
+        os.mkfifo(folder / ".git" / "HEAD")
+
+
+def tracked_days_ago(desktop, now, *days):
+    """A repository with a commit on each of these days, which the program finds tracked when it starts."""
+    repository = Repository(desktop.home / "repository")
+    repository.commit_days_ago(now, *days)
+    preferences.write(desktop.config, [repository.path])
+    return repository

@@ -1,0 +1,52 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""The item follows the panel, wherever it comes from and however often it goes."""
+
+import unittest
+
+import case
+import preferences
+from desktop import Desktop
+from item import PanelPlace, StatusItem, click_last_entry, open_menu
+from program import BUS_NAME, Program
+from repositories import tracked_days_ago
+
+
+class Hosts(unittest.TestCase):
+
+    def test_the_item_comes_with_a_panel_that_starts_later_and_comes_back_with_one_that_restarts(self):
+        noon = case.ShiftedTime(12, 0, "UTC")
+        with Desktop(self.id()) as desktop:
+            tracked_days_ago(desktop, noon.now, 0, 1)
+            program = Program(desktop, clock_offset=noon.offset)
+            desktop.bus.wait_for(BUS_NAME)
+            item = StatusItem(desktop)
+            for _ in range(3):
+                desktop.start_panel()
+                item.wait_for_label(" 2")
+                desktop.end_panel()
+            self.assertEqual(program.end(), 0)
+
+    def test_without_a_session_bus_the_icon_is_in_the_old_tray(self):
+        with Desktop(self.id(), bus=False) as desktop:
+            preferences.write(desktop.config, [])
+            desktop.start_old_tray()
+            place = PanelPlace(desktop.screen)
+            program = Program(desktop)
+            click_last_entry(desktop.screen, open_menu(desktop.screen, place.find()))
+            self.assertEqual(program.wait_for_end(), 0)
+
+    def test_the_program_outlives_the_session_bus(self):
+        with Desktop(self.id()) as desktop:
+            preferences.write(desktop.config, [])
+            desktop.start_old_tray()
+            place = PanelPlace(desktop.screen)
+            program = Program(desktop)
+            in_tray = place.find()
+            desktop.end_bus()
+            click_last_entry(desktop.screen, open_menu(desktop.screen, in_tray))
+            self.assertEqual(program.wait_for_end(), 0)
+
+
+if __name__ == "__main__":
+    case.main()
