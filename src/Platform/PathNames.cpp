@@ -33,7 +33,7 @@ QString joinPath(const QString &folder, const QString &name)
     if (folder.isEmpty() || name.isEmpty())
         return folder.isEmpty() ? name : folder;
     const auto stem = folder.left(lengthWithoutTrailingSlashes(folder));
-    return stem % slash % name.mid(name.startsWith(slash) ? 1 : 0);
+    return stem + QChar(slash) + name.mid(name.startsWith(slash) ? 1 : 0);
 }
 
 }  // namespace velquarin

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Services/StreakManager.h"
+
+#include <QObject>
+#include <QPoint>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace velquarin {
+
+class Shared;
+class StatusItem;
+class StreakObserver;
+
+//! Holds the program together while it runs: the status item, the streak and what the user asks for. Main thread only.
+class AppDelegate : public QObject
+{
+    Q_OBJECT
+public:
+    //! What only the program's entry can do.
+    struct Desktop
+    {
+        std::function<std::unique_ptr<StatusItem>()> makeStatusItem;
+        std::function<void()> terminate;
+    };
+
+    AppDelegate(Shared &shared, Desktop desktop);
+    ~AppDelegate() override;
+
+    //! Shows the status item and starts the first refresh, without waiting for it.
+    void applicationDidFinishLaunching();
+
+    //! Brings the program before the user's eyes: somebody started it again, or wants it from a notification.
+    void openDashboard(const QString &activationToken);
+
+    [[nodiscard]] StreakManager &streakManager() { return *m_streakManager; }
+
+private:
+    void setupMenuBar();
+    void setupStreakObserver();
+    void updateMenuBarDisplay(qint64 streak, bool isRefreshing, bool hasCommittedToday);
+    void handleClick(QPoint position, const QString &activationToken);
+    void refreshData();
+    void quitApp();
+
+    Desktop m_desktop;
+    std::unique_ptr<StatusItem> m_statusItem;
+    std::unique_ptr<StreakManager> m_streakManager;
+    std::unique_ptr<StreakObserver> m_streakObserver;
+};
+
+}  // namespace velquarin

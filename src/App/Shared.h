@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Models/AppSettings.h"
+#include "Services/GitService.h"
+#include "Services/NotificationService.h"
+
+#include <memory>
+
+namespace velquarin {
+
+class Clock;
+class FileTree;
+class NotificationCenter;
+class Output;
+class PreferencesStore;
+class ProcessRunner;
+class Timers;
+
+//! What the desktop gives: one adapter for each interface, all longer-lived than whoever uses them.
+struct Platform
+{
+    ProcessRunner &processes;
+    const FileTree &files;
+    const Clock &clock;
+    Timers &timers;
+    Output &output;
+    PreferencesStore &preferences;
+    NotificationCenter &notificationCenter;
+};
+
+//! The services of which there is one each: made at first use, kept for the life of the program. Only the application
+//! knows this class; everybody else is handed references.
+class Shared
+{
+public:
+    explicit Shared(const Platform &platform);
+    Shared(const Shared &) = delete;
+    Shared &operator=(const Shared &) = delete;
+    ~Shared();
+
+    [[nodiscard]] const Platform &platform() const { return m_platform; }
+    [[nodiscard]] GitService &gitService();
+    [[nodiscard]] AppSettings &appSettings();
+    [[nodiscard]] NotificationService &notificationService();
+
+private:
+    Platform m_platform;
+    std::unique_ptr<GitService> m_gitService;
+    std::unique_ptr<AppSettings> m_appSettings;
+    std::unique_ptr<NotificationService> m_notificationService;
+};
+
+}  // namespace velquarin

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "App/StatusItemPlan.h"
+
+#include <QCoreApplication>
+
+namespace velquarin {
+
+namespace {
+
+QString titleFor(qint64 streak)
+{
+    return streak >= 1 ? QLatin1Char(' ') + QString::number(streak) : QString();
+}
+
+QString text(const char *english)
+{
+    return QCoreApplication::translate("velquarin::StatusItem", english);
+}
+
+}  // namespace
+
+StatusItemAppearance statusItemAppearance(qint64 streak, bool isRefreshing, bool hasCommittedToday)
+{
+    if (isRefreshing)
+        return {QStringLiteral("arrow.triangle.2.circlepath"), true, text("Syncing"), {}};
+    if (hasCommittedToday)
+        return {QStringLiteral("flame.fill"), false, text("Velquarin"), titleFor(streak)};
+    return {QStringLiteral("flame"), true, text("Velquarin"), titleFor(streak)};
+}
+
+}  // namespace velquarin

@@ -1,0 +1,14 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/StatusItem.h"
+
+namespace velquarin {
+
+//! What the status item shows for the state of the streak: the syncing symbol alone while a refresh runs; else a flame,
+//! filled and orange on a day with a commit, and the streak beside it where there is one.
+//! Shape: the title is a space and the decimal number, or empty.
+[[nodiscard]] StatusItemAppearance statusItemAppearance(qint64 streak, bool isRefreshing, bool hasCommittedToday);
+
+}  // namespace velquarin

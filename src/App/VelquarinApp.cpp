@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "App/VelquarinApp.h"
+
+#include "App/AppDelegate.h"
+#include "App/Shared.h"
+#include "Platform/Linux/Desktop/LinuxStatusItem.h"
+#include "Platform/Linux/System/SingleInstance.h"
+#include "Platform/Linux/System/TerminationSignals.h"
+
+#include <QApplication>
+#include <QDir>
+
+#include <cstdlib>
+
+namespace velquarin {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+// Longer than git takes to die, shorter than a user's patience.
+constexpr auto patienceAtTheEnd = 500ms;
+
+// Beside the program in a build folder, below the common prefix where it is installed.
+QString iconThemePath()
+{
+    const QDir programFolder(QCoreApplication::applicationDirPath());
+    for (const auto &folder : {QStringLiteral("share/velquarin/icons"), QStringLiteral("../share/velquarin/icons")}) {
+        if (programFolder.exists(folder))
+            return QDir::cleanPath(programFolder.absoluteFilePath(folder));
+    }
+    return {};
+}
+
+}  // namespace
+
+int VelquarinApp::run()
+{
+    SingleInstance instance(m_bus);
+    if (instance.settle() == SingleInstance::Role::Second)
+        return EXIT_SUCCESS;
+
+    JsonPreferencesStore preferences(defaultPreferencesPath());
+    FreedesktopNotifications notifications(m_bus);
+    Shared shared({m_processes, m_files, m_clock, m_timers, m_output, preferences, notifications});
+    AppDelegate delegate(shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, iconThemePath()); },
+                                  [] { QCoreApplication::quit(); }});
+    QObject::connect(&instance, &SingleInstance::showRequested, &delegate, &AppDelegate::openDashboard);
+    QObject::connect(&notifications, &NotificationCenter::openRequested, &delegate, &AppDelegate::openDashboard);
+    const TerminationSignals signals([] { QCoreApplication::quit(); });
+
+    delegate.applicationDidFinishLaunching();
+    const auto status = QCoreApplication::exec();
+    preferences.flush();
+    // A file system that hangs holds the git thread for as long as it likes; the user has waited long enough.
+    if (!shared.gitService().stop(patienceAtTheEnd))
+        std::_Exit(status);
+    return status;
+}
+
+}  // namespace velquarin

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Linux/System/BootTimeTimers.h"
+#include "Platform/Linux/System/ChildProcessRunner.h"
+#include "Platform/Linux/System/FreedesktopNotifications.h"
+#include "Platform/Linux/System/JsonPreferencesStore.h"
+#include "Platform/Linux/System/PosixFileTree.h"
+#include "Platform/Linux/System/SessionBus.h"
+#include "Platform/Linux/System/StandardOutput.h"
+#include "Platform/Linux/System/SystemClock.h"
+
+namespace velquarin {
+
+//! The application entry: makes the adapters of this desktop, hands them to the rest, and ends everything in order.
+class VelquarinApp
+{
+public:
+    //! Runs until the user quits. Returns the exit status of the process; does not return where something hangs that
+    //! nobody can wait for.
+    [[nodiscard]] int run();
+
+private:
+    SessionBus m_bus;
+    SystemClock m_clock;
+    BootTimeTimers m_timers;
+    StandardOutput m_output;
+    ChildProcessRunner m_processes;
+    PosixFileTree m_files;
+};
+
+}  // namespace velquarin

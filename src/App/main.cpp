@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "App/VelquarinApp.h"
+#include "Platform/Linux/System/TerminationSignals.h"
+
+#include <QApplication>
+
+#include <csignal>
+
+int main(int argc, char **argv)
+{
+    velquarin::blockTerminationSignals();
+    std::signal(SIGPIPE, SIG_IGN);
+
+    const QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("velquarin"));
+    QApplication::setApplicationDisplayName(QStringLiteral("Velquarin"));
+    QApplication::setApplicationVersion(QStringLiteral("1.0.0"));
+    QApplication::setDesktopFileName(QStringLiteral("io.velquarin.Velquarin"));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    return velquarin::VelquarinApp().run();
+}
