@@ -24,6 +24,12 @@ public:
         answerWith(arguments, [output] { return output; });
     }
 
+    //! What the command prints in that folder; it goes before what it prints anywhere.
+    void answerIn(const QString &directory, const QString &arguments, const QByteArray &output)
+    {
+        answerWith(directory + u'|' + arguments, [output] { return output; });
+    }
+
     void answerWith(const QString &arguments, Answer answer)
     {
         const std::lock_guard lock(m_mutex);
@@ -73,7 +79,10 @@ private:
     {
         const std::lock_guard lock(m_mutex);
         m_requests.append(request);
-        const auto found = m_answers.constFind(request.arguments.join(u' '));
+        const auto arguments = request.arguments.join(u' ');
+        auto found = m_answers.constFind(request.directory + u'|' + arguments);
+        if (found == m_answers.constEnd())
+            found = m_answers.constFind(arguments);
         if (found == m_answers.constEnd())
             throw LaunchError("no such program");
         return *found;
