@@ -1,0 +1,381 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/Linux/System/ChildProcessRunner.h"
+
+#include "Platform/Linux/System/Landlock.h"
+#include "support/OrdinaryUser.h"
+#include "support/Strict.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QTemporaryFile>
+#include <QTest>
+
+#include <cerrno>
+#include <csignal>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <thread>
+
+using namespace velquarin;
+using namespace velquarin::test;
+
+namespace {
+
+ProcessRequest shell(const QString &script)
+{
+    return {QStringLiteral("/bin/sh"),
+            {QStringLiteral("-c"), script},
+            QStringLiteral("/"),
+            QProcessEnvironment::systemEnvironment()};
+}
+
+QByteArray outputOf(const QString &script)
+{
+    return ChildProcessRunner().run(shell(script));
+}
+
+// Confinement is for good, so whatever is confined is so in a thread that ends.
+template <typename Function>
+void onAnotherThread(Function function)
+{
+    std::thread(function).join();
+}
+
+bool isLandlockThere()
+{
+    constexpr unsigned askVersion = 1;
+    return syscall(SYS_landlock_create_ruleset, nullptr, 0, askVersion) >= 1;
+}
+
+long landlockVersion()
+{
+    constexpr unsigned askVersion = 1;
+    return syscall(SYS_landlock_create_ruleset, nullptr, 0, askVersion);
+}
+
+ProcessRequest git(const QStringList &arguments, const QString &folder)
+{
+    return {QStringLiteral("/usr/bin/git"), arguments, folder, QProcessEnvironment::systemEnvironment()};
+}
+
+// A server on the loopback that accepts and says nothing.
+class LoopbackServer
+{
+public:
+    LoopbackServer()
+    {
+        m_address.sin_family = AF_INET;
+        m_address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t length = sizeof m_address;
+        bind(m_socket, reinterpret_cast<const sockaddr *>(&m_address), length);
+        listen(m_socket, 5);
+        getsockname(m_socket, reinterpret_cast<sockaddr *>(&m_address), &length);
+    }
+    ~LoopbackServer() { close(m_socket); }
+
+    //! 0, or the error of connecting.
+    [[nodiscard]] int connectError() const
+    {
+        const auto client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        const auto *address = reinterpret_cast<const sockaddr *>(&m_address);
+        const auto error = ::connect(client, address, sizeof m_address) == 0 ? 0 : errno;
+        close(client);
+        return error;
+    }
+
+private:
+    int m_socket = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in m_address = {};
+};
+
+}  // namespace
+
+class TestChildProcess : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarning(); }
+    void theOutputIsReturnedAsItIs();
+    void muchOutputIsReturnedWhole();
+    void theExitStatusIsNotLookedAt();
+    void errorOutputIsDiscardedAndNothingCanBeRead();
+    void argumentsReachTheProgramUnchanged();
+    void theProgramRunsInItsFolderWithItsEnvironmentAlone();
+    void whatCannotBeLaunchedIsAnError_data();
+    void whatCannotBeLaunchedIsAnError();
+    void aDeniedFolderIsAnError();
+    void aCrashIsTheEndOfTheOutput();
+    void aGrandchildThatKeepsThePipeHoldsNobodyUp();
+    void theChildHearsSignals();
+    void theChildHasItsOwnGroupAndLimits();
+    void theChildInheritsNoDescriptors();
+    void stoppingKillsTheChildWithAllItStarted();
+    void onceStoppedNothingIsStarted();
+    void manyChildrenLeaveNoDescriptorBehind();
+    void aConfinedThreadRunsItsProgramAlone();
+    void aConfinedThreadWritesNothing();
+    void aConfinedThreadConnectsToNobody();
+    void otherThreadsStayFree();
+    void scriptsAndMissingProgramsAreNotConfined();
+};
+
+void TestChildProcess::theOutputIsReturnedAsItIs()
+{
+    QCOMPARE(outputOf(QStringLiteral("printf 'one\\ntwo\\n'")), QByteArray("one\ntwo\n"));
+    QCOMPARE(outputOf(QStringLiteral("printf 'a\\0b\\377'")), QByteArray("a\0b\xff", 4));
+    QCOMPARE(outputOf(QStringLiteral(":")), QByteArray());
+}
+
+void TestChildProcess::muchOutputIsReturnedWhole()
+{
+    const auto output = outputOf(QStringLiteral("head -c 20000000 /dev/zero"));
+    QCOMPARE(output.size(), 20'000'000);
+}
+
+void TestChildProcess::theExitStatusIsNotLookedAt()
+{
+    QCOMPARE(outputOf(QStringLiteral("echo text; exit 128")), QByteArray("text\n"));
+}
+
+void TestChildProcess::errorOutputIsDiscardedAndNothingCanBeRead()
+{
+    QCOMPARE(outputOf(QStringLiteral("echo complaint >&2; cat; readlink /proc/self/fd/0 /proc/$$/fd/2")),
+             QByteArray("/dev/null\n/dev/null\n"));
+}
+
+void TestChildProcess::argumentsReachTheProgramUnchanged()
+{
+    const QStringList odd{
+        QStringLiteral("two words"), QStringLiteral("$HOME"),     QStringLiteral("*"),         QString(),
+        QStringLiteral("\"'`\\"),    QStringLiteral("new\nline"), QStringLiteral("\U0001F525")};
+    auto request = shell(QStringLiteral("printf '<%s>' \"$@\""));
+    request.arguments << QStringLiteral("sh") << odd;
+    QCOMPARE(QString::fromUtf8(ChildProcessRunner().run(request)),
+             QLatin1Char('<') + odd.join(QStringLiteral("><")) + QLatin1Char('>'));
+}
+
+void TestChildProcess::theProgramRunsInItsFolderWithItsEnvironmentAlone()
+{
+    const QTemporaryDir folder;
+    auto request = shell(QStringLiteral("pwd; /usr/bin/env | grep -v -e ^PWD= -e ^_= -e ^OLDPWD="));
+    request.directory = folder.path();
+    request.environment = QProcessEnvironment();
+    request.environment.insert(QStringLiteral("ONLY"), QStringLiteral("this"));
+    QCOMPARE(ChildProcessRunner().run(request), folder.path().toUtf8() + "\nONLY=this\n");
+}
+
+void TestChildProcess::whatCannotBeLaunchedIsAnError_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QString>("folder");
+    const auto program = QStringLiteral("/bin/true");
+    const auto folder = QStringLiteral("/");
+    QTest::newRow("a missing program") << QStringLiteral("/no/such/program") << folder;
+    QTest::newRow("a file that is not executable") << QStringLiteral("/etc/passwd") << folder;
+    QTest::newRow("a folder in place of the program") << QStringLiteral("/etc") << folder;
+    QTest::newRow("a missing folder") << program << QStringLiteral("/no/such/folder");
+    QTest::newRow("a file in place of the folder") << program << QStringLiteral("/etc/passwd");
+    QTest::newRow("no folder at all") << program << QString();
+    QTest::newRow("a folder with a NUL in its name") << program << QStringLiteral("/etc") + QChar(u'\0');
+}
+
+void TestChildProcess::whatCannotBeLaunchedIsAnError()
+{
+    QFETCH(QString, program);
+    QFETCH(QString, folder);
+    try {
+        ChildProcessRunner().run({program, {}, folder, QProcessEnvironment::systemEnvironment()});
+        QFAIL("it was launched");
+    } catch (const LaunchError &error) {
+        QVERIFY(!QByteArray(error.what()).isEmpty());
+    }
+}
+
+void TestChildProcess::aDeniedFolderIsAnError()
+{
+    const QTemporaryDir parent;
+    const auto folder = parent.filePath(QStringLiteral("denied"));
+    QVERIFY(QDir().mkdir(folder));
+    const AsOrdinaryUser ordinary(parent.path());
+    auto request = shell(QStringLiteral("pwd"));
+    request.directory = folder;
+    QVERIFY(!ChildProcessRunner().run(request).isEmpty());
+    QFile::setPermissions(parent.path(), {});
+    QVERIFY_EXCEPTION_THROWN(ChildProcessRunner().run(request), LaunchError);
+    QFile::setPermissions(parent.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+void TestChildProcess::aCrashIsTheEndOfTheOutput()
+{
+    QCOMPARE(outputOf(QStringLiteral("echo before; kill -SEGV $$; echo after")), QByteArray("before\n"));
+}
+
+void TestChildProcess::aGrandchildThatKeepsThePipeHoldsNobodyUp()
+{
+    QElapsedTimer elapsed;
+    elapsed.start();
+    const auto output = outputOf(QStringLiteral("sleep 60 & echo $!"));
+    QVERIFY(elapsed.elapsed() < 20'000);
+    QVERIFY(output.trimmed().toInt() > 0);
+    kill(output.trimmed().toInt(), SIGKILL);
+}
+
+void TestChildProcess::theChildHearsSignals()
+{
+    // A parent with blocked and ignored signals, as our own process has them.
+    sigset_t blocked;
+    sigset_t before;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    const auto handlerBefore = std::signal(SIGPIPE, SIG_IGN);
+    const auto afterTerm = outputOf(QStringLiteral("kill -TERM $$; echo deaf"));
+    const auto afterPipe = outputOf(QStringLiteral("kill -PIPE $$; echo deaf"));
+    std::signal(SIGPIPE, handlerBefore);
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    QCOMPARE(afterTerm, QByteArray());
+    QCOMPARE(afterPipe, QByteArray());
+}
+
+void TestChildProcess::theChildHasItsOwnGroupAndLimits()
+{
+    const auto group = outputOf(QStringLiteral("read -r pid name state parent group rest < /proc/$$/stat; "
+                                               "echo $pid $group"));
+    const auto numbers = group.trimmed().split(' ');
+    QCOMPARE(numbers.at(0), numbers.at(1));
+    QCOMPARE(outputOf(QStringLiteral("ulimit -c; ulimit -d")), QByteArray("0\n2097152\n"));
+}
+
+void TestChildProcess::theChildInheritsNoDescriptors()
+{
+    QFile open(QStringLiteral("/etc/passwd"));
+    QVERIFY(open.open(QIODevice::ReadOnly));
+    QCOMPARE(outputOf(QStringLiteral("for fd in /proc/$$/fd/*; do readlink $fd; done | grep -c -e /etc -e socket")),
+             QByteArray("0\n"));
+}
+
+void TestChildProcess::stoppingKillsTheChildWithAllItStarted()
+{
+    const QTemporaryDir folder;
+    ChildProcessRunner runner;
+    auto request = shell(QStringLiteral("sleep 60 & echo $! > grandchild.new; mv grandchild.new grandchild; sleep 60"));
+    request.directory = folder.path();
+    std::thread running([&] { runner.run(request); });
+    QTRY_VERIFY(QFile::exists(folder.filePath(QStringLiteral("grandchild"))));
+    runner.stop();
+    running.join();
+    QFile note(folder.filePath(QStringLiteral("grandchild")));
+    QVERIFY(note.open(QIODevice::ReadOnly));
+    const auto process = QStringLiteral("/proc/%1/stat").arg(note.readAll().trimmed().toInt());
+    // An orphan stays listed as a zombie until its new parent has looked at it.
+    QTRY_VERIFY([&process] {
+        QFile stat(process);
+        return !stat.open(QIODevice::ReadOnly) || stat.readAll().contains(") Z ");
+    }());
+}
+
+void TestChildProcess::onceStoppedNothingIsStarted()
+{
+    ChildProcessRunner runner;
+    runner.stop();
+    QVERIFY_EXCEPTION_THROWN(runner.run(shell(QStringLiteral("echo x"))), LaunchError);
+}
+
+void TestChildProcess::manyChildrenLeaveNoDescriptorBehind()
+{
+    ChildProcessRunner runner;
+    const QDir descriptors(QStringLiteral("/proc/self/fd"));
+    runner.run(shell(QStringLiteral(":")));
+    const auto before = descriptors.entryList().size();
+    for (int round = 0; round < 200; ++round)
+        runner.run(shell(QStringLiteral(":")));
+    QCOMPARE(descriptors.entryList().size(), before);
+}
+
+void TestChildProcess::aConfinedThreadRunsItsProgramAlone()
+{
+    if (!isLandlockThere())
+        QSKIP("this kernel has no Landlock");
+    bool isConfined = false;
+    bool isOtherRefused = false;
+    QByteArray version;
+    onAnotherThread([&] {
+        ChildProcessRunner runner;
+        isConfined = runner.confineThisThread(QStringLiteral("/usr/bin/git"));
+        version = runner.run(git({QStringLiteral("--version")}, QStringLiteral("/")));
+        try {
+            runner.run(shell(QStringLiteral("echo free")));
+        } catch (const LaunchError &) {
+            isOtherRefused = true;
+        }
+    });
+    QVERIFY(isConfined);
+    QVERIFY(version.startsWith("git version"));
+    QVERIFY(isOtherRefused);
+}
+
+void TestChildProcess::aConfinedThreadWritesNothing()
+{
+    if (!isLandlockThere())
+        QSKIP("this kernel has no Landlock");
+    const QTemporaryDir folder;
+    bool couldWrite = true;
+    onAnotherThread([&] {
+        ChildProcessRunner runner;
+        runner.confineThisThread(QStringLiteral("/usr/bin/git"));
+        runner.run(git({QStringLiteral("init")}, folder.path()));
+        QFile own(folder.filePath(QStringLiteral("own")));
+        couldWrite = own.open(QIODevice::WriteOnly);
+    });
+    QVERIFY(!couldWrite);
+    QVERIFY(QDir(folder.path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+}
+
+void TestChildProcess::aConfinedThreadConnectsToNobody()
+{
+    if (landlockVersion() < 4)
+        QSKIP("this kernel's Landlock knows no network");
+    const LoopbackServer server;
+    QCOMPARE(server.connectError(), 0);
+    int confinedError = 0;
+    onAnotherThread([&] {
+        confineThreadToProgram("/usr/bin/git");
+        confinedError = server.connectError();
+    });
+    QCOMPARE(confinedError, EACCES);
+}
+
+void TestChildProcess::otherThreadsStayFree()
+{
+    if (!isLandlockThere())
+        QSKIP("this kernel has no Landlock");
+    onAnotherThread([] { confineThreadToProgram("/usr/bin/git"); });
+    QCOMPARE(outputOf(QStringLiteral("echo free")), QByteArray("free\n"));
+    QTemporaryFile file;
+    QVERIFY(file.open());
+}
+
+void TestChildProcess::scriptsAndMissingProgramsAreNotConfined()
+{
+    QTemporaryFile script;
+    QVERIFY(script.open());
+    script.write("#!/bin/sh\necho script\n");
+    script.close();
+    bool anyConfined = false;
+    QByteArray output;
+    onAnotherThread([&] {
+        anyConfined = confineThreadToProgram(script.fileName().toStdString()) ||
+                      confineThreadToProgram("/no/such/program") || confineThreadToProgram("/dev/null");
+        output = outputOf(QStringLiteral("echo free"));
+    });
+    QVERIFY(!anyConfined);
+    QCOMPARE(output, QByteArray("free\n"));
+    QVERIFY(!elfInterpreter("/usr/bin/git").empty());
+}
+
+QTEST_GUILESS_MAIN(TestChildProcess)
+#include "tst_childprocess.moc"

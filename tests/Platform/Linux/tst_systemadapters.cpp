@@ -1,0 +1,215 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/Linux/System/BootTimeTimers.h"
+#include "Platform/Linux/System/StandardOutput.h"
+#include "Platform/Linux/System/SystemClock.h"
+#include "Platform/Linux/System/TerminationSignals.h"
+#include "support/Strict.h"
+
+#include <QDateTime>
+#include <QTest>
+
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace velquarin;
+using namespace velquarin::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+// Standard output goes into a pipe for as long as this lives.
+class CapturedOutput
+{
+public:
+    CapturedOutput()
+    {
+        if (pipe2(m_pipe, O_CLOEXEC) != 0)
+            qFatal("no pipe");
+        dup2(m_pipe[1], STDOUT_FILENO);
+    }
+    ~CapturedOutput()
+    {
+        dup2(m_before, STDOUT_FILENO);
+        for (const auto descriptor : {m_before, m_pipe[0], m_pipe[1]})
+            close(descriptor);
+    }
+    void closeReader()
+    {
+        close(m_pipe[0]);
+        m_pipe[0] = -1;
+    }
+    [[nodiscard]] QByteArray read() const
+    {
+        QByteArray bytes(1000, '\0');
+        bytes.resize(::read(m_pipe[0], bytes.data(), std::size_t(bytes.size())));
+        return bytes;
+    }
+    void fill() const
+    {
+        fcntl(m_pipe[1], F_SETFL, O_NONBLOCK);
+        const QByteArray much(4096, 'x');
+        while (write(m_pipe[1], much.constData(), std::size_t(much.size())) > 0)
+            continue;
+        fcntl(m_pipe[1], F_SETFL, 0);
+    }
+
+private:
+    int m_before = dup(STDOUT_FILENO);
+    int m_pipe[2] = {-1, -1};
+};
+
+}  // namespace
+
+class TestSystemAdapters : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarning(); }
+    void aRepeatingTimerTicksAgainAndAgain();
+    void aSingleTimerTicksOnce();
+    void aTimerThatIsGoneDoesNotTick();
+    void aTickMayEndItsOwnTimer();
+    void anyPeriodIsTaken_data();
+    void anyPeriodIsTaken();
+    void aLineIsWrittenAtOnceAsItIs();
+    void aReaderThatWentAwayIsNoTrouble();
+    void aReaderThatDoesNotReadHoldsNobodyUp();
+    void aSignalArrivesInTheMainLoop();
+    void theClockIsTheSystems();
+    void theZoneFollowsTheEnvironment();
+};
+
+void TestSystemAdapters::aRepeatingTimerTicksAgainAndAgain()
+{
+    int ticks = 0;
+    const auto timer = BootTimeTimers().every(1ms, [&ticks] { ++ticks; });
+    QTRY_VERIFY(ticks >= 5);
+}
+
+void TestSystemAdapters::aSingleTimerTicksOnce()
+{
+    int once = 0;
+    int many = 0;
+    BootTimeTimers timers;
+    const auto single = timers.after(1ms, [&once] { ++once; });
+    const auto repeating = timers.every(1ms, [&many] { ++many; });
+    QTRY_VERIFY(many >= 20);
+    QCOMPARE(once, 1);
+}
+
+void TestSystemAdapters::aTimerThatIsGoneDoesNotTick()
+{
+    int gone = 0;
+    int other = 0;
+    BootTimeTimers timers;
+    auto timer = timers.every(1ms, [&gone] { ++gone; });
+    // Both are due before the loop looks: the first one's tick is pending when it goes.
+    const auto late = timers.after(30ms, [&other] { ++other; });
+    const auto start = std::chrono::steady_clock::now();
+    while (std::chrono::steady_clock::now() - start < 40ms)
+        continue;
+    timer.reset();
+    QTRY_COMPARE(other, 1);
+    QCOMPARE(gone, 0);
+}
+
+void TestSystemAdapters::aTickMayEndItsOwnTimer()
+{
+    int ticks = 0;
+    std::unique_ptr<Timer> timer;
+    timer = BootTimeTimers().every(1ms, [&] {
+        timer.reset();
+        ++ticks;
+    });
+    QTRY_COMPARE(ticks, 1);
+    QVERIFY(!timer);
+}
+
+void TestSystemAdapters::anyPeriodIsTaken_data()
+{
+    QTest::addColumn<double>("seconds");
+    QTest::newRow("a hundred years") << 3.2e9;
+    QTest::newRow("beyond all numbers") << 1e300;
+    QTest::newRow("no end") << std::numeric_limits<double>::infinity();
+    QTest::newRow("no number") << std::numeric_limits<double>::quiet_NaN();
+}
+
+void TestSystemAdapters::anyPeriodIsTaken()
+{
+    QFETCH(double, seconds);
+    int ticks = 0;
+    int other = 0;
+    BootTimeTimers timers;
+    const auto longOne = timers.every(Timers::Seconds(seconds), [&ticks] { ++ticks; });
+    const auto tiny = timers.every(Timers::Seconds(1e-300), [&other] { ++other; });
+    QTRY_VERIFY(other >= 10);
+    QCOMPARE(ticks, 0);
+}
+
+void TestSystemAdapters::aLineIsWrittenAtOnceAsItIs()
+{
+    const CapturedOutput captured;
+    StandardOutput().printLine(QStringLiteral("Error processing repo /a\nb \U0001F525: why"));
+    QCOMPARE(captured.read(), QByteArray("Error processing repo /a\nb \U0001F525: why\n"));
+}
+
+void TestSystemAdapters::aReaderThatWentAwayIsNoTrouble()
+{
+    const auto before = std::signal(SIGPIPE, SIG_IGN);
+    {
+        CapturedOutput captured;
+        captured.closeReader();
+        StandardOutput().printLine(QStringLiteral("nobody reads this"));
+    }
+    std::signal(SIGPIPE, before);
+}
+
+void TestSystemAdapters::aReaderThatDoesNotReadHoldsNobodyUp()
+{
+    const CapturedOutput captured;
+    captured.fill();
+    StandardOutput().printLine(QStringLiteral("nobody reads this"));
+}
+
+void TestSystemAdapters::aSignalArrivesInTheMainLoop()
+{
+    int signals = 0;
+    const TerminationSignals termination([&signals] { ++signals; });
+    for (const auto number : {SIGTERM, SIGINT, SIGHUP}) {
+        const auto expected = signals + 1;
+        kill(getpid(), number);
+        QTRY_COMPARE(signals, expected);
+    }
+}
+
+void TestSystemAdapters::theClockIsTheSystems()
+{
+    const auto before = QDateTime::currentMSecsSinceEpoch();
+    const auto now = SystemClock().now().time_since_epoch().count();
+    QVERIFY(now >= before && now <= QDateTime::currentMSecsSinceEpoch());
+}
+
+void TestSystemAdapters::theZoneFollowsTheEnvironment()
+{
+    const auto before = qgetenv("TZ");
+    for (const auto &zone : {QByteArray("Asia/Kolkata"), QByteArray("America/Havana"), QByteArray("UTC")}) {
+        qputenv("TZ", zone);
+        QCOMPARE(SystemClock().calendar().zone().offsetFromUtc(QDateTime::fromSecsSinceEpoch(0)),
+                 QTimeZone(zone).offsetFromUtc(QDateTime::fromSecsSinceEpoch(0)));
+    }
+    before.isNull() ? qunsetenv("TZ") : qputenv("TZ", before);
+}
+
+// Like the program, the test blocks the signals before its first thread starts.
+int main(int argc, char **argv)
+{
+    blockTerminationSignals();
+    const QCoreApplication application(argc, argv);
+    TestSystemAdapters test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_systemadapters.moc"
