@@ -122,7 +122,8 @@ std::optional<QByteArray> encode(const QList<Record> &records)
             return std::nullopt;
         array.append(objectFor(record));
     }
-    return QJsonDocument(array).toJson(QJsonDocument::Compact);
+    // A byte-order mark that stands first in a text would be swallowed when it is read, unless it is escaped.
+    return QJsonDocument(array).toJson(QJsonDocument::Compact).replace("\xEF\xBB\xBF", "\\uFEFF");
 }
 
 template <typename Record>

@@ -96,7 +96,8 @@ PreferenceValue preferenceIn(const QJsonObject &object)
 
 QByteArray encodePreferences(const QJsonObject &values)
 {
-    return QJsonDocument(values).toJson(QJsonDocument::Indented);
+    // A byte-order mark that stands first in a text would be swallowed when it is read, unless it is escaped.
+    return QJsonDocument(values).toJson(QJsonDocument::Indented).replace("\xEF\xBB\xBF", "\\uFEFF");
 }
 
 std::optional<QJsonObject> decodePreferences(const QByteArray &text)
