@@ -69,10 +69,10 @@ QStringList folderPathsOf(const AppSettings &settings)
     return paths;
 }
 
-// The defaults, as a value that two settings can be compared by.
 void compareWithDefault(const AppSettings &settings, const QString &key)
 {
-    const AppSettings fresh(*std::make_unique<MemoryPreferences>());
+    MemoryPreferences empty;
+    const AppSettings fresh(empty);
     const auto name = key.toLatin1();
     QCOMPARE(settings.property(name), fresh.property(name));
 }

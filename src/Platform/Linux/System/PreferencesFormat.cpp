@@ -34,8 +34,9 @@ std::optional<QJsonValue> jsonOf(const QString &value)
 std::optional<QJsonValue> jsonOf(Instant value)
 {
     const auto moment = QDateTime::fromMSecsSinceEpoch(value.time_since_epoch().count(), Qt::UTC);
-    const auto text = moment.toString(Qt::ISODateWithMs);
-    return text.isEmpty() ? std::nullopt : std::optional(QJsonValue(QJsonObject{{dateMember, text}}));
+    if (moment.date().year() < 1 || moment.date().year() > 9999)
+        return std::nullopt;
+    return QJsonObject{{dateMember, moment.toString(Qt::ISODateWithMs)}};
 }
 
 // As text wherever the bytes come back from it unchanged, so that people can read and mend their file. The byte-order

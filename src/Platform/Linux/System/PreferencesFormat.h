@@ -19,7 +19,7 @@ namespace velquarin {
 [[nodiscard]] std::optional<QJsonObject> decodePreferences(const QByteArray &text);
 
 //! How a value stands in the file. Nothing for what JSON cannot hold: a number that is not finite, a text that
-//! is no valid Unicode, a moment outside of the years 0 to 9999; and for UnreadableValue.
+//! is no valid Unicode, a moment outside of the years 1 to 9999; and for UnreadableValue.
 [[nodiscard]] std::optional<QJsonValue> jsonFrom(const PreferenceValue &value);
 
 //! The value that stands so in the file; UnreadableValue where it is of none of our forms.
