@@ -11,6 +11,7 @@
 
 #include <QCoroFuture>
 #include <QPointer>
+#include <QTimer>
 
 namespace velquarin {
 
@@ -29,9 +30,8 @@ NotificationService::NotificationService(NotificationCenter &center, Preferences
     , m_timers(timers)
     , m_output(output)
 {
-    // Queued, so that whoever creates the service can connect to it before anything changes.
-    QMetaObject::invokeMethod(
-        this, [this] { checkAuthorizationStatus(); }, Qt::QueuedConnection);
+    // On the next turn of the loop, so that whoever creates the service can connect to it before anything changes.
+    QTimer::singleShot(0, this, &NotificationService::checkAuthorizationStatus);
 }
 
 NotificationService::~NotificationService() = default;

@@ -122,13 +122,14 @@ QCoro::Task<bool> FreedesktopNotifications::show(NotificationRequest request)
     co_return true;
 }
 
-QCoro::Task<QDBusMessage> FreedesktopNotifications::notify(NotificationServer server, NotificationRequest request)
+QCoro::Task<QDBusMessage> FreedesktopNotifications::notify(const NotificationServer &knownServer,
+                                                           const NotificationRequest &request)
 {
     listen();
     const auto replaced = sameKind(request);
     const auto replacesId = replaced == m_shown.end() ? 0U : replaced->id;
     auto call = notificationCall(QStringLiteral("Notify"));
-    call.setArguments(notifyArguments(server, request, categoryOf(request), replacesId));
+    call.setArguments(notifyArguments(knownServer, request, categoryOf(request), replacesId));
     return answerTo(call, m_bus.connection(), m_patience.forShowing, QStringLiteral("u"));
 }
 

@@ -59,7 +59,8 @@ private:
     class UnderWay;
 
     [[nodiscard]] QCoro::Task<bool> show(NotificationRequest request);
-    [[nodiscard]] QCoro::Task<QDBusMessage> notify(NotificationServer server, NotificationRequest request);
+    [[nodiscard]] QCoro::Task<QDBusMessage> notify(const NotificationServer &knownServer,
+                                                   const NotificationRequest &request);
 
     [[nodiscard]] NotificationCategory categoryOf(const NotificationRequest &request) const;
     [[nodiscard]] Position sameKind(const NotificationRequest &request);

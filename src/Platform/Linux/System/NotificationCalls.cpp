@@ -44,9 +44,9 @@ QString plainReason(const QDBusMessage &error)
     }
 }
 
-NotificationError errorFrom(const QString &reason)
+[[noreturn]] void fail(const QString &reason)
 {
-    return NotificationError(reason.toStdString());
+    throw NotificationError(reason.toStdString());
 }
 
 }  // namespace
@@ -61,9 +61,9 @@ QCoro::Task<QDBusMessage> answerTo(QDBusMessage call, QDBusConnection connection
 {
     auto reply = co_await replyTo(call, connection, timeout);
     if (reply.type() != QDBusMessage::ReplyMessage)
-        throw errorFrom(plainReason(reply));
+        fail(plainReason(reply));
     if (reply.signature() != signature)
-        throw NotificationError("The notification service gave an answer that makes no sense");
+        fail(QStringLiteral("The notification service gave an answer that makes no sense"));
     co_return reply;
 }
 
