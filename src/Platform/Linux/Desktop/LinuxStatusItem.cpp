@@ -28,6 +28,12 @@ QList<QRect> screenRectangles()
     return rectangles;
 }
 
+// They are a thing of X11; asking for one elsewhere only earns warnings.
+bool hasTraysOfTheOlderKind()
+{
+    return QGuiApplication::platformName() == QLatin1String("xcb");
+}
+
 }  // namespace
 
 LinuxStatusItem::LinuxStatusItem(SessionBus &bus, QString iconThemePath, QObject *parent)
@@ -105,7 +111,7 @@ void LinuxStatusItem::showInTray()
 {
     m_bar.reset();
     m_barMenu.reset();
-    if (m_tray)
+    if (m_tray || !hasTraysOfTheOlderKind())
         return;
     m_tray = std::make_unique<XEmbedStatusItem>(*m_appearance, m_entries);
     connect(m_tray.get(), &XEmbedStatusItem::activated, this,

@@ -12,7 +12,7 @@ namespace velquarin {
 //! The colours of the status pictures. The panel's own colour is not known, so each reads on a light panel and
 //! on a dark one; the number brings its ground along as a halo.
 namespace statuscolor {
-inline constexpr QRgb templateGrey = qRgb(0x8a, 0x8f, 0x94);
+inline constexpr QRgb templateGrey = qRgb(0x80, 0x86, 0x8b);
 inline constexpr QRgb committedOrange = qRgb(0xf5, 0x7c, 0x00);
 inline constexpr QRgb number = qRgb(0xff, 0xff, 0xff);
 inline constexpr QRgb haloOnGrey = qRgb(0x24, 0x27, 0x2a);
