@@ -5,6 +5,7 @@
 
 #include "Platform/Linux/Desktop/DbusMenuLayout.h"
 #include "Platform/Linux/Desktop/LinuxStatusItem.h"
+#include "Platform/Linux/Desktop/StatusNotifierWatch.h"
 #include "Platform/Linux/System/SessionBus.h"
 #include "support/DbusTesting.h"
 #include "support/Strict.h"
@@ -56,6 +57,8 @@ class TestSniStatusItem : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
+    void whereThereIsNoWatcherThatIsSaidOnce();
+    void whereThereIsAWatcherItsHostIsToldOnce();
     void anItemIsAnnouncedToTheWatcher();
     void nothingIsAnnouncedBeforeThereIsSomethingToShow();
     void aWatcherThatComesLaterIsTold();
@@ -168,6 +171,31 @@ std::unique_ptr<test::SignalRecorder> TestSniStatusItem::record()
                        SLOT(record(QDBusMessage)));
     settle();
     return recorder;
+}
+
+void TestSniStatusItem::whereThereIsNoWatcherThatIsSaidOnce()
+{
+    StatusNotifierWatch watch(m_bus->connection());
+    QSignalSpy absent(&watch, &StatusNotifierWatch::absent);
+    QSignalSpy appeared(&watch, &StatusNotifierWatch::appeared);
+    QTRY_COMPARE(absent.size(), 1);
+    settle();
+    QCOMPARE(absent.size(), 1);
+    QCOMPARE(appeared.size(), 0);
+}
+
+void TestSniStatusItem::whereThereIsAWatcherItsHostIsToldOnce()
+{
+    const ProcessName name("waybar");
+    m_watcher->appear();
+    StatusNotifierWatch watch(m_bus->connection());
+    QSignalSpy absent(&watch, &StatusNotifierWatch::absent);
+    QSignalSpy appeared(&watch, &StatusNotifierWatch::appeared);
+    QTRY_COMPARE(appeared.size(), 1);
+    QCOMPARE(appeared.at(0).at(0).value<StatusHost>(), (StatusHost{CountDisplay::Wide, false, false}));
+    settle();
+    QCOMPARE(appeared.size(), 1);
+    QCOMPARE(absent.size(), 0);
 }
 
 void TestSniStatusItem::anItemIsAnnouncedToTheWatcher()

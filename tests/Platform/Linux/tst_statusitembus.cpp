@@ -43,7 +43,7 @@ private:
 
 void TestStatusItemBus::initTestCase()
 {
-    const auto address = QStringLiteral("unix:path=") + m_folder.filePath(QStringLiteral("bus"));
+    const QString address = QStringLiteral("unix:path=") + m_folder.filePath(QStringLiteral("bus"));
     qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
 }
 

@@ -13,6 +13,14 @@ namespace {
 
 const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
 
+// An error's text would otherwise pass for the result.
+template <typename Value>
+Value resultOf(const QDBusPendingCall &call)
+{
+    const QDBusPendingReply<Value> reply(call);
+    return reply.isError() ? Value() : reply.value();
+}
+
 }  // namespace
 
 StatusNotifierWatch::StatusNotifierWatch(QDBusConnection connection, QObject *parent)
@@ -40,7 +48,7 @@ void StatusNotifierWatch::askForOwner()
     connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, asked = m_generation] {
         reply->deleteLater();
         if (asked == m_generation)
-            ownerChanged(QDBusPendingReply<QString>(*reply).value());
+            ownerChanged(resultOf<QString>(*reply));
     });
 }
 
@@ -60,7 +68,7 @@ void StatusNotifierWatch::askForProcess(const QString &owner)
     connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, asked = m_generation] {
         reply->deleteLater();
         if (asked == m_generation)
-            Q_EMIT appeared(statusHostOfProcess(QDBusPendingReply<uint>(*reply).value()));
+            Q_EMIT appeared(statusHostOfProcess(resultOf<uint>(*reply)));
     });
 }
 
