@@ -2,24 +2,19 @@
 # SPDX-License-Identifier: MIT
 """A session bus of the test's own, on which nothing starts by itself but the services named here."""
 
-import pathlib
-
-import gi
 from gi.repository import Gio, GLib
 
 import processes
 from waiting import wait_until
 
-gi.require_version("Gio", "2.0")
-
-# The panel keeps its settings in the first; the second leads screen readers to the programs.
-ACTIVATABLE = ("org.xfce.Xfconf", "org.a11y.Bus")
+# The panel keeps its settings there.
+ACTIVATABLE = ("org.xfce.Xfconf",)
 
 CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-BUS Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
   <type>session</type>
-  <listen>unix:path={socket}</listen>
+  <listen>{address}</listen>
   <servicedir>{services}</servicedir>
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
@@ -31,31 +26,48 @@ CONFIGURATION = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-BUS Bus Con
 
 
 class Bus:
-    """The running bus, and a connection to it."""
+    """A bus with a fixed address, and while it runs a connection to it."""
 
-    def __init__(self, folder, environment, logs):
-        self.socket = folder / "bus"
-        self.address = f"unix:path={self.socket}"
-        self._process = self._start(folder, environment, logs)
-        self.connection = self.connect()
+    def __init__(self, folder):
+        self._folder = folder
+        self._process = None
+        self.connection = None
+        self.address = f"unix:path={folder}/socket"
+        self._configuration().write_text(
+            CONFIGURATION.format(address=self.address, services=self._link_services()))
 
-    def _start(self, folder, environment, logs):
-        services = folder / "services"
+    def _configuration(self):
+        return self._folder / "bus.conf"
+
+    def _link_services(self):
+        services = self._folder / "services"
         services.mkdir()
         for name in ACTIVATABLE:
             (services / f"{name}.service").symlink_to(f"/usr/share/dbus-1/services/{name}.service")
-        configuration = folder / "bus.conf"
-        configuration.write_text(CONFIGURATION.format(socket=self.socket, services=services))
-        environment = {**environment, "DBUS_SESSION_BUS_ADDRESS": self.address}
-        command = ["dbus-daemon", "--nofork", "--nopidfile", f"--config-file={configuration}"]
-        return processes.start("bus", command, environment, logs)
+        return services
+
+    def start(self, environment, logs):
+        """Returns when the bus answers."""
+        command = ["dbus-daemon", "--nofork", "--nopidfile", f"--config-file={self._configuration()}"]
+        self._process = processes.start("bus", command, environment, logs)
+        self.connection = self.connect()
+
+    def end(self):
+        if self._process:
+            processes.end(self._process)
 
     def connect(self):
         """A new connection, with a name of its own."""
-        wait_until(lambda: pathlib.Path(self.socket).exists(), "the session bus")
+        return wait_until(self._try_to_connect, "the session bus")
+
+    # The socket is there before anybody listens on it.
+    def _try_to_connect(self):
         flags = Gio.DBusConnectionFlags
-        return Gio.DBusConnection.new_for_address_sync(
-            self.address, flags.AUTHENTICATION_CLIENT | flags.MESSAGE_BUS_CONNECTION, None, None)
+        try:
+            return Gio.DBusConnection.new_for_address_sync(
+                self.address, flags.AUTHENTICATION_CLIENT | flags.MESSAGE_BUS_CONNECTION, None, None)
+        except GLib.Error:
+            return None
 
     def call(self, name, path, interface, method, arguments=None):
         """The results of a call, as a tuple."""
@@ -91,6 +103,3 @@ class Bus:
 
     def wait_without(self, name):
         wait_until(lambda: not self.owner(name), f"{name} gone from the bus")
-
-    def end(self):
-        processes.end(self._process)

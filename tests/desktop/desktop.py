@@ -30,15 +30,17 @@ DUNST_SETTINGS = """[global]
 class Desktop:
     """Use it in a with statement: it ends with the block, and a block that fails leaves pictures and logs.
 
-    name   under which the remains of a failure are kept
-    bus    without one there is neither panel nor notifications
+    name           under which the remains of a failure are kept
+    bus            without one there is neither panel nor notifications
+    bus_comes_late the session knows the bus's address, and start_bus() is called later
     """
 
-    def __init__(self, name, bus=True, panel_plugins=("separator", "systray"), width=1024, height=768):
+    def __init__(self, name, bus=True, bus_comes_late=False, panel_plugins=("separator", "systray"), width=1024,
+                 height=768):
         self._name = name
         self._mark = uuid.uuid4().hex
         self._started = {}
-        self._with_bus = bus
+        self._bus_runs_at_first = not bus_comes_late
         self._panel_plugins = panel_plugins
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="velquarin-desktop-"))
         self.logs = self._make("logs")
@@ -46,7 +48,7 @@ class Desktop:
         self.config = self._make("config")
         self.environment = self._environment()
         self.screen = Screen(self.environment, width, height)
-        self.bus = None
+        self.bus = self._make_bus() if bus else None
 
     def __enter__(self):
         try:
@@ -94,8 +96,8 @@ class Desktop:
         self._start_screen()
         self.start("openbox", "openbox", "--sm-disable")
         wait_until(lambda: b"window id" in self._root_property("_NET_SUPPORTING_WM_CHECK"), "the window manager")
-        if self._with_bus:
-            panel.write_settings(self.config, self._panel_plugins)
+        panel.write_settings(self.config, self._panel_plugins)
+        if self.bus and self._bus_runs_at_first:
             self.start_bus()
 
     # The server itself picks a number that is free, so that two desktops never meet.
@@ -123,9 +125,13 @@ class Desktop:
     def end(self, name):
         processes.end(self._started.pop(name))
 
+    def _make_bus(self):
+        bus = Bus(self._make("bus"))
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address
+        return bus
+
     def start_bus(self):
-        self.bus = Bus(self._make("bus"), self.environment, self.logs)
-        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.bus.address
+        self.bus.start(self.environment, self.logs)
 
     def end_bus(self):
         self.bus.end()

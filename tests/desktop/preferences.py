@@ -16,14 +16,14 @@ def _record(path):
             "isAutoDiscovered": False}
 
 
-def write(config_folder, repository_paths):
-    """Settings with these repositories and nothing that acts by itself during a test."""
+def write(config_folder, repository_paths, refresh_seconds=86400):
+    """Settings with these repositories; nothing acts by itself during a test that does not ask for it."""
     file = _path(config_folder)
     file.parent.mkdir(parents=True, exist_ok=True)
     records = [_record(path) for path in repository_paths]
     file.write_text(json.dumps({
         "autoDiscoveryEnabled": False,
-        "refreshInterval": 86400,
+        "refreshInterval": refresh_seconds,
         "trackedRepositories": {"data": json.dumps(records)},
     }))
 

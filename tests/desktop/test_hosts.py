@@ -47,6 +47,29 @@ class Hosts(unittest.TestCase):
             click_last_entry(desktop.screen, open_menu(desktop.screen, in_tray))
             self.assertEqual(program.wait_for_end(), 0)
 
+    def test_the_item_comes_with_the_next_figure_when_the_session_bus_starts_late(self):
+        self.assert_found_by_a_bus(lambda desktop: None, bus_comes_late=True)
+
+    def test_the_item_comes_with_the_next_figure_when_the_session_bus_has_restarted(self):
+        self.assert_found_by_a_bus(Desktop.end_bus)
+
+    def assert_found_by_a_bus(self, lose_bus, **options):
+        noon = case.ShiftedTime(12, 0, "UTC")
+        with Desktop(self.id(), **options) as desktop:
+            repository = tracked_days_ago(desktop, noon.now, 0, 1)
+            preferences.write(desktop.config, [repository.path], refresh_seconds=1)
+            desktop.start_old_tray()
+            place = PanelPlace(desktop.screen)
+            program = Program(desktop, clock_offset=noon.offset)
+            place.find()
+            lose_bus(desktop)
+            desktop.start_bus()
+            desktop.end("trayer")
+            desktop.start_panel()
+            repository.commit_days_ago(noon.now, 2)
+            StatusItem(desktop).wait_for_label(" 3")
+            self.assertEqual(program.end(), 0)
+
 
 if __name__ == "__main__":
     case.main()
