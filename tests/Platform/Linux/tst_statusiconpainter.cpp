@@ -74,7 +74,7 @@ double luminance(QRgb color)
 // As the Web Content Accessibility Guidelines define it.
 double contrast(QRgb left, QRgb right)
 {
-    const auto [dark, light] = std::minmax(luminance(left), luminance(right));
+    const auto [dark, light] = std::minmax({luminance(left), luminance(right)});
     return (light + 0.05) / (dark + 0.05);
 }
 

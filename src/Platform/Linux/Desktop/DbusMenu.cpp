@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace velquarin {
 
@@ -29,7 +30,7 @@ struct DbusMenu::Method
 {
     QLatin1StringView name;
     QLatin1StringView signature;
-    Handler handler;
+    Handler handler = nullptr;
 };
 
 DbusMenu::DbusMenu(QDBusConnection connection, QString iconThemePath, QObject *parent)

@@ -11,6 +11,8 @@
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 
+#include <algorithm>
+
 namespace velquarin {
 
 namespace {

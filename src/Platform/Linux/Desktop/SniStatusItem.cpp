@@ -10,6 +10,8 @@
 #include <QDBusPendingCall>
 #include <QHash>
 
+#include <utility>
+
 namespace velquarin {
 
 namespace {

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace velquarin {
 
@@ -151,7 +152,8 @@ QImage paintWideIcon(const StatusItemAppearance &appearance, int height)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.drawImage(QPointF(left - std::round(height * 0.13), 0),
                       paintSymbol(appearance.symbolName, symbolColor(appearance), height));
-    painter.translate(left + flameWidth + fit.halo, (height + digits) / 2);
+    const int baseline = (height + digits) / 2;  // on a whole pixel
+    painter.translate(left + flameWidth + fit.halo, baseline);
     paintNumber(painter, path, haloColor(appearance), fit.halo);
     return image;
 }
