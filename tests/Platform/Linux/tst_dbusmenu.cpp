@@ -88,6 +88,8 @@ void TestDbusMenu::init()
     m_menu->setEntries(usualEntries());
     m_refreshed = 0;
     m_quit = 0;
+    // The answer comes after the signals of setting up: no recorder of a test sees those.
+    ask("GetLayout", {0, 0, QStringList()});
 }
 
 void TestDbusMenu::cleanup()
