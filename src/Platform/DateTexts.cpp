@@ -3,13 +3,20 @@
 
 #include "Platform/DateTexts.h"
 
+#include <unicode/measfmt.h>
+#include <unicode/measunit.h>
+#include <unicode/measure.h>
 #include <unicode/reldatefmt.h>
+#include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <array>
 #include <utility>
+#include <vector>
 
 namespace velquarin {
 
@@ -120,20 +127,116 @@ struct DateTexts::Formats
 {
     UErrorCode status = U_ZERO_ERROR;
     icu::RelativeDateTimeFormatter relative;
+    icu::MeasureFormat elapsed;
+    icu::SimpleDateFormat weekday;
+    icu::SimpleDateFormat month;
+    std::unique_ptr<icu::DateFormat> mediumDate;
+    std::unique_ptr<icu::DateFormat> shortTime;
 
-    explicit Formats(const icu::Locale &locale)
+    Formats(const icu::Locale &locale, const icu::TimeZone &zone)
         : relative(locale, nullptr, UDAT_STYLE_SHORT, UDISPCTX_CAPITALIZATION_NONE, status)
+        , elapsed(locale, UMEASFMT_WIDTH_SHORT, status)
+        , weekday(icu::UnicodeString("EEE"), locale, status)
+        , month(icu::UnicodeString("MMM"), locale, status)
+        , mediumDate(icu::DateFormat::createDateInstance(icu::DateFormat::kMedium, locale))
+        , shortTime(icu::DateFormat::createTimeInstance(icu::DateFormat::kShort, locale))
     {
+        for (icu::DateFormat *format : {static_cast<icu::DateFormat *>(&weekday),
+                                        static_cast<icu::DateFormat *>(&month), mediumDate.get(), shortTime.get()})
+            format->setTimeZone(zone);
     }
 };
 
+namespace {
+
+std::unique_ptr<icu::TimeZone> icuZone(const QTimeZone &zone)
+{
+    // A zone that is a mere offset has another name there: "GMT+03:00" for "UTC+03:00".
+    auto name = zone.id();
+    if (name.startsWith("UTC") && name.size() > 3)
+        name.replace(0, 3, "GMT");
+    return std::unique_ptr<icu::TimeZone>(
+        icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(name.toStdString())));
+}
+
+QString formatted(const icu::DateFormat &format, Instant moment)
+{
+    icu::UnicodeString text;
+    format.format(static_cast<UDate>(moment.time_since_epoch().count()), text);
+    return plainText(text);
+}
+
+struct UnitLength
+{
+    qint64 seconds;
+    icu::MeasureUnit *(*make)(UErrorCode &);
+};
+
+constexpr std::array unitLengths{
+    UnitLength{86'400, icu::MeasureUnit::createDay},
+    UnitLength{3'600, icu::MeasureUnit::createHour},
+    UnitLength{60, icu::MeasureUnit::createMinute},
+    UnitLength{1, icu::MeasureUnit::createSecond},
+};
+
+// The amount of a unit in a span, and of the next smaller one where there is any of it.
+std::vector<icu::Measure> twoLargestUnits(qint64 seconds)
+{
+    std::vector<icu::Measure> measures;
+    const auto *const largest = std::ranges::find_if(
+        unitLengths, [seconds](const UnitLength &unit) { return seconds >= unit.seconds || unit.seconds == 1; });
+    for (const auto *unit = largest; unit != unitLengths.end() && measures.size() < 2; ++unit) {
+        UErrorCode status = U_ZERO_ERROR;
+        if (seconds >= unit->seconds || measures.empty())
+            measures.emplace_back(icu::Formattable(static_cast<int64_t>(seconds / unit->seconds)), unit->make(status),
+                                  status);
+        else
+            break;
+        seconds %= unit->seconds;
+    }
+    return measures;
+}
+
+}  // namespace
+
 DateTexts::DateTexts(const QByteArray &locale, Calendar calendar)
     : m_calendar(std::move(calendar))
-    , m_formats(std::make_unique<Formats>(icu::Locale(locale.constData())))
+    , m_formats(std::make_unique<Formats>(icu::Locale(locale.constData()), *icuZone(m_calendar.zone())))
 {
 }
 
 DateTexts::~DateTexts() = default;
+
+QString DateTexts::elapsed(std::chrono::milliseconds span) const
+{
+    const auto seconds = std::max(std::chrono::floor<std::chrono::seconds>(span).count(), std::int64_t(0));
+    const auto measures = twoLargestUnits(seconds);
+    UErrorCode status = U_ZERO_ERROR;
+    icu::FieldPosition position;
+    icu::UnicodeString text;
+    m_formats->elapsed.formatMeasures(measures.data(), static_cast<int32_t>(measures.size()), text, position, status);
+    return plainText(text);
+}
+
+QString DateTexts::weekday(Instant moment) const
+{
+    return formatted(m_formats->weekday, moment);
+}
+
+QString DateTexts::month(Instant moment) const
+{
+    return formatted(m_formats->month, moment);
+}
+
+QString DateTexts::mediumDate(Instant moment) const
+{
+    return formatted(*m_formats->mediumDate, moment);
+}
+
+QString DateTexts::shortTime(Instant moment) const
+{
+    return formatted(*m_formats->shortTime, moment);
+}
 
 QString DateTexts::relative(Instant moment, Instant now) const
 {

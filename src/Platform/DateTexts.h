@@ -43,6 +43,21 @@ public:
     //! How far @p moment is from @p now, abbreviated and in figures: "2 hr. ago", "1 day ago", "in 6 days".
     [[nodiscard]] QString relative(Instant moment, Instant now) const;
 
+    //! A span in its two largest units, abbreviated: "2 min, 13 sec", "1 hr, 5 min", "0 sec". Days last 24 hours here.
+    [[nodiscard]] QString elapsed(std::chrono::milliseconds span) const;
+
+    //! The abbreviated name of the weekday: "Fri".
+    [[nodiscard]] QString weekday(Instant moment) const;
+
+    //! The abbreviated name of the month: "Mar".
+    [[nodiscard]] QString month(Instant moment) const;
+
+    //! The date in medium length: "Mar 3, 2025".
+    [[nodiscard]] QString mediumDate(Instant moment) const;
+
+    //! The time of day without seconds: "9:41 PM".
+    [[nodiscard]] QString shortTime(Instant moment) const;
+
 private:
     struct Formats;
 

@@ -19,6 +19,9 @@ private Q_SLOTS:
     void theTextTellsTheLargestUnitThatFits_data();
     void theTextTellsTheLargestUnitThatFits();
     void theTextFollowsTheLocale();
+    void aSpanHasItsTwoLargestUnits_data();
+    void aSpanHasItsTwoLargestUnits();
+    void datesAndTimesAreInTheUsersWordsAndZone();
     void theLocaleComesFromTheFirstVariableThatIsSet_data();
     void theLocaleComesFromTheFirstVariableThatIsSet();
 };
@@ -69,6 +72,43 @@ void TestDateTexts::theTextFollowsTheLocale()
     const DateTexts texts("de_DE", calendarIn("Europe/Berlin"));
     QCOMPARE(texts.relative(instant("2024-03-04T12:00:00Z"), instant("2024-03-07T12:00:00Z")),
              QStringLiteral("vor 3 Tagen"));
+}
+
+void TestDateTexts::aSpanHasItsTwoLargestUnits_data()
+{
+    QTest::addColumn<qint64>("seconds");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("nothing yet") << qint64(0) << QStringLiteral("0 sec");
+    QTest::newRow("a clock that was set back") << qint64(-5) << QStringLiteral("0 sec");
+    QTest::newRow("seconds") << qint64(59) << QStringLiteral("59 sec");
+    QTest::newRow("a minute to the second") << qint64(60) << QStringLiteral("1 min");
+    QTest::newRow("minutes and seconds") << qint64(133) << QStringLiteral("2 min, 13 sec");
+    QTest::newRow("an hour to the minute, seconds left out") << qint64(3659) << QStringLiteral("1 hr");
+    QTest::newRow("hours and minutes") << qint64(3 * 3600 + 5 * 60 + 59) << QStringLiteral("3 hr, 5 min");
+    QTest::newRow("days and hours") << qint64(2 * 86'400 + 3 * 3600) << QStringLiteral("2 days, 3 hr");
+}
+
+void TestDateTexts::aSpanHasItsTwoLargestUnits()
+{
+    QFETCH(qint64, seconds);
+    const DateTexts texts("en_US", calendarIn("UTC"));
+    QTEST(texts.elapsed(std::chrono::seconds(seconds)), "expected");
+}
+
+void TestDateTexts::datesAndTimesAreInTheUsersWordsAndZone()
+{
+    const auto moment = instant("2025-03-04T02:41:00Z");
+    const DateTexts english("en_US", calendarIn("America/New_York"));
+    QCOMPARE(english.weekday(moment), QStringLiteral("Mon"));
+    QCOMPARE(english.month(moment), QStringLiteral("Mar"));
+    QCOMPARE(english.mediumDate(moment), QStringLiteral("Mar 3, 2025"));
+    QCOMPARE(english.shortTime(moment), QStringLiteral("9:41 PM"));
+    const DateTexts german("de_DE", calendarIn("Asia/Kolkata"));
+    QCOMPARE(german.weekday(moment), QStringLiteral("Di."));
+    QCOMPARE(german.mediumDate(moment), QStringLiteral("04.03.2025"));
+    QCOMPARE(german.shortTime(moment), QStringLiteral("08:11"));
+    const DateTexts offset("de_DE", Calendar(QTimeZone(3 * 3600)));
+    QCOMPARE(offset.shortTime(moment), QStringLiteral("05:41"));
 }
 
 void TestDateTexts::theLocaleComesFromTheFirstVariableThatIsSet_data()
