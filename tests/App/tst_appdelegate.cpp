@@ -1,0 +1,219 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "App/AppDelegate.h"
+#include "App/Shared.h"
+#include "App/StatusItemPlan.h"
+#include "App/StreakObserver.h"
+#include "support/Engine.h"
+#include "support/RecordingStatusItem.h"
+#include "support/Strict.h"
+
+#include <QTest>
+
+using namespace velquarin;
+using namespace velquarin::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+// The application around faked adapters.
+struct World
+{
+    FakeProcessRunner processes;
+    PosixFileTree files;
+    FakeClock clock{instant("2026-11-20T12:00:00Z")};
+    FakeTimers timers;
+    RecordingOutput output;
+    MemoryPreferences preferences;
+    RecordingNotificationCenter center;
+    Shared shared{{processes, files, clock, timers, output, preferences, center}};
+    RecordingStatusItem *item = nullptr;
+    int terminations = 0;
+    AppDelegate delegate{shared,
+                         {[this] {
+                              auto made = std::make_unique<RecordingStatusItem>();
+                              item = made.get();
+                              return made;
+                          },
+                          [this] { ++terminations; }}};
+
+    void trigger(const QString &text) const
+    {
+        const auto entries = item->entries();
+        const auto found = std::ranges::find(entries, text, &MenuEntry::text);
+        QVERIFY(found != entries.end());
+        found->action();
+    }
+};
+
+QString text(const StatusItemAppearance &appearance)
+{
+    return QStringLiteral("%1 %2 \"%3\" '%4'")
+        .arg(appearance.symbolName, appearance.isTemplate ? QStringLiteral("template") : QStringLiteral("orange"),
+             appearance.title, appearance.accessibilityDescription);
+}
+
+}  // namespace
+
+class TestAppDelegate : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarning(); }
+    void theItemShows_data();
+    void theItemShows();
+    void atLaunchTheItemShowsTheSyncingSymbolAlone();
+    void theFirstRefreshStartsAtLaunch();
+    void theItemFollowsTheStreakOnceItIsQuiet();
+    void aBurstOfChangesIsSeenOnce();
+    void aStreakOfNoughtShowsTheFlameAlone();
+    void theCountIsShownWhateverItsSettingSays();
+    void theMenuHasTwoEntriesAndASeparator();
+    void refreshStartsARefresh();
+    void quitEndsTheProgram();
+    void aLeftClickOpensTheMenuWhereItHappened();
+    void theServicesAreMadeOnce();
+};
+
+void TestAppDelegate::theItemShows_data()
+{
+    QTest::addColumn<bool>("isRefreshing");
+    QTest::addColumn<bool>("hasCommittedToday");
+    QTest::addColumn<qint64>("streak");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char *name, bool isRefreshing, bool hasCommittedToday, qint64 streak,
+                        const char *expected) {
+        QTest::newRow(name) << isRefreshing << hasCommittedToday << streak << QString::fromLatin1(expected);
+    };
+    row("the syncing symbol while refreshing", true, false, 0, "arrow.triangle.2.circlepath template \"\" 'Syncing'");
+    row("the syncing symbol whatever the streak", true, true, 12,
+        "arrow.triangle.2.circlepath template \"\" 'Syncing'");
+    row("an orange flame and the streak", false, true, 12, "flame.fill orange \" 12\" 'Velquarin'");
+    row("an orange flame alone", false, true, 0, "flame.fill orange \"\" 'Velquarin'");
+    row("a flame and the streak", false, false, 1, "flame template \" 1\" 'Velquarin'");
+    row("a flame alone", false, false, 0, "flame template \"\" 'Velquarin'");
+    row("a flame alone below nought", false, false, -3, "flame template \"\" 'Velquarin'");
+    row("a long streak in full", false, true, 1234, "flame.fill orange \" 1234\" 'Velquarin'");
+}
+
+void TestAppDelegate::theItemShows()
+{
+    QFETCH(bool, isRefreshing);
+    QFETCH(bool, hasCommittedToday);
+    QFETCH(qint64, streak);
+    QTEST(text(statusItemAppearance(streak, isRefreshing, hasCommittedToday)), "expected");
+}
+
+void TestAppDelegate::atLaunchTheItemShowsTheSyncingSymbolAlone()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    QCOMPARE(world.item->appearances(), QList{statusItemAppearance(0, true, false)});
+}
+
+void TestAppDelegate::theFirstRefreshStartsAtLaunch()
+{
+    World world;
+    QVERIFY(!world.delegate.streakManager().isRefreshing());
+    world.delegate.applicationDidFinishLaunching();
+    QTRY_VERIFY(world.delegate.streakManager().lastRefresh().has_value());
+}
+
+void TestAppDelegate::theItemFollowsTheStreakOnceItIsQuiet()
+{
+    World world;
+    world.shared.appSettings().addRepository(QStringLiteral("/repos/one"), false);
+    world.processes.answer(QStringLiteral("rev-parse --git-dir"), {});
+    world.processes.answer(QStringLiteral("log HEAD --format=%ad --date=short --since=2026-11-14 --until=2026-11-21"),
+                           "2026-11-20\n");
+    world.processes.answer(QStringLiteral("log HEAD --format=%ad --date=short --since=2024-11-20 --until=2026-11-21"),
+                           "2026-11-20\n");
+    world.processes.answer(QStringLiteral("log HEAD -1 --format=%aI"), {});
+    world.delegate.applicationDidFinishLaunching();
+    QTRY_COMPARE(world.item->appearances().constLast(), statusItemAppearance(1, false, true));
+}
+
+void TestAppDelegate::aBurstOfChangesIsSeenOnce()
+{
+    Engine engine;
+    QStringList deliveries;
+    std::unique_ptr<StreakObserver> observer;
+    const auto deliver = [&](qint64 streak, bool isRefreshing, bool hasCommittedToday) {
+        deliveries << text(statusItemAppearance(streak, isRefreshing, hasCommittedToday));
+    };
+    // From the first value of a refresh to its last the event loop does not turn.
+    connect(&engine.manager, &StreakManager::currentStreakWillChange, this,
+            [&] { observer = std::make_unique<StreakObserver>(engine.manager, deliver); });
+    engine.track(QStringLiteral("/repos/one"), "2026-11-20\n", "2026-11-20\n2026-11-19\n", {});
+    engine.refresh();
+    QTRY_VERIFY(!deliveries.isEmpty());
+    QCOMPARE(deliveries, QStringList{QStringLiteral("flame.fill orange \" 2\" 'Velquarin'")});
+}
+
+void TestAppDelegate::aStreakOfNoughtShowsTheFlameAlone()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    QTRY_COMPARE(world.item->appearances().constLast(), statusItemAppearance(0, false, false));
+}
+
+void TestAppDelegate::theCountIsShownWhateverItsSettingSays()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    QTRY_COMPARE(world.item->appearances().size(), 2);
+    world.shared.appSettings().setShowStreakInMenuBar(false);
+    world.trigger(QStringLiteral("Refresh"));
+    QTRY_VERIFY(world.item->appearances().size() > 2);
+    QCOMPARE(world.item->appearances().constLast(), statusItemAppearance(0, false, false));
+}
+
+void TestAppDelegate::theMenuHasTwoEntriesAndASeparator()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    QStringList lines;
+    const auto entries = world.item->entries();
+    for (const auto &entry : entries)
+        lines << (entry.isSeparator() ? QStringLiteral("-") : entry.text + u' ' + entry.keyEquivalent);
+    QCOMPARE(lines,
+             (QStringList{QStringLiteral("Refresh r"), QStringLiteral("-"), QStringLiteral("Quit Velquarin q")}));
+}
+
+void TestAppDelegate::refreshStartsARefresh()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    QTRY_VERIFY(!world.delegate.streakManager().isRefreshing());
+    world.clock.advance(10s);
+    world.trigger(QStringLiteral("Refresh"));
+    QTRY_COMPARE(world.delegate.streakManager().lastRefresh(), std::optional(world.clock.now()));
+}
+
+void TestAppDelegate::quitEndsTheProgram()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    world.trigger(QStringLiteral("Quit Velquarin"));
+    QCOMPARE(world.terminations, 1);
+}
+
+void TestAppDelegate::aLeftClickOpensTheMenuWhereItHappened()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    Q_EMIT world.item->activated(QPoint(3, 4), {});
+    QCOMPARE(world.item->popUps(), QList{QPoint(3, 4)});
+}
+
+void TestAppDelegate::theServicesAreMadeOnce()
+{
+    World world;
+    QCOMPARE(&world.shared.gitService(), &world.shared.gitService());
+    QCOMPARE(&world.shared.appSettings(), &world.shared.appSettings());
+    QCOMPARE(&world.shared.notificationService(), &world.shared.notificationService());
+}
+
+QTEST_GUILESS_MAIN(TestAppDelegate)
+#include "tst_appdelegate.moc"
