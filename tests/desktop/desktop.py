@@ -125,6 +125,10 @@ class Desktop:
     def end(self, name):
         processes.end(self._started.pop(name))
 
+    def end_with_it(self, process):
+        """Whatever was started on this desktop ends with it."""
+        self._started[f"process {process.pid}"] = process
+
     def _make_bus(self):
         bus = Bus(self._make("bus"))
         self.environment["DBUS_SESSION_BUS_ADDRESS"] = bus.address

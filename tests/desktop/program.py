@@ -31,6 +31,7 @@ class Program:
         with open(self.output_file, "wb") as own_output, open(self.error_file, "wb") as errors:
             self._process = processes.start("program", [os.environ["VELQUARIN_PROGRAM"]], environment, desktop.logs,
                                             stdout=own_output if output is None else output, stderr=errors)
+        desktop.end_with_it(self._process)
 
     @property
     def pid(self):
