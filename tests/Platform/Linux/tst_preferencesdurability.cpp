@@ -14,6 +14,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QScopeGuard>
 #include <QTest>
 
 #include <algorithm>
@@ -22,6 +23,7 @@
 
 #include <csignal>
 #include <grp.h>
+#include <sched.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -140,6 +142,13 @@ void limitFileSize()
 }
 
 void noLimit() {}
+
+// For this process alone, so that it goes away with it whatever happens.
+bool mountSmallFileSystem(const QByteArray &folder)
+{
+    return ::unshare(CLONE_NEWNS) == 0 && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+           ::mount("tmpfs", folder.constData(), "tmpfs", MS_NOSUID | MS_NODEV, "size=64k") == 0;
+}
 
 QStringList threads()
 {
@@ -343,6 +352,8 @@ void TestPreferencesDurability::theWriterTakesNoSignals()
     const auto mainMask = statusOf(QString::number(::getpid()), "SigBlk");
     JsonPreferencesStore store(place.path);
     store.set(numberKey, 1.0);
+    // Every thread starts with all signals blocked; by then it has its own mask.
+    store.flush();
     auto writer = threads();
     writer.removeIf([&](const QString &thread) { return before.contains(thread); });
     QCOMPARE(writer.size(), 1);
@@ -371,7 +382,7 @@ void TestPreferencesDurability::aFullFileSystemLeavesTheOldFile()
     const PreferencesPlace place;
     QDir().mkpath(place.folder);
     const auto folder = QFile::encodeName(place.folder);
-    if (::mount("tmpfs", folder.constData(), "tmpfs", MS_NOSUID | MS_NODEV, "size=64k") != 0)
+    if (!mountSmallFileSystem(folder))
         QSKIP("this needs the right to mount a small file system");
     const auto unmount = qScopeGuard([&] { ::umount2(folder.constData(), MNT_DETACH); });
     const CapturedStandardError error;
