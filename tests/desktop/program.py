@@ -21,15 +21,17 @@ class Program:
     zone          the time zone of its user
     clock_offset  seconds by which its clock, and that of the git it starts, is ahead
     output        where its standard output goes; a file of its own where nothing is given
+    wrapper       a command that starts it, and becomes it
     """
 
-    def __init__(self, desktop, zone="UTC", clock_offset=0, output=None):
+    def __init__(self, desktop, zone="UTC", clock_offset=0, output=None, wrapper=()):
         self._mark = uuid.uuid4().hex
         self.output_file = desktop.logs / f"program-{self._mark[:8]}.out"
         self.error_file = desktop.logs / f"program-{self._mark[:8]}.err"
         environment = {**desktop.environment, "TZ": zone, MARK: self._mark, **_clock(clock_offset)}
         with open(self.output_file, "wb") as own_output, open(self.error_file, "wb") as errors:
-            self._process = processes.start("program", [os.environ["VELQUARIN_PROGRAM"]], environment, desktop.logs,
+            command = [*wrapper, os.environ["VELQUARIN_PROGRAM"]]
+            self._process = processes.start("program", command, environment, desktop.logs,
                                             stdout=own_output if output is None else output, stderr=errors)
         desktop.end_with_it(self._process)
 
