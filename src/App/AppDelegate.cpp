@@ -13,7 +13,8 @@
 namespace velquarin {
 
 AppDelegate::AppDelegate(Shared &shared, Desktop desktop)
-    : m_desktop(std::move(desktop))
+    : m_timers(shared.platform().timers)
+    , m_desktop(std::move(desktop))
     , m_streakManager(std::make_unique<StreakManager>(shared.gitService(), shared.appSettings(),
                                                       shared.notificationService(), shared.platform().clock,
                                                       shared.platform().timers, shared.platform().output))
@@ -42,7 +43,7 @@ void AppDelegate::setupMenuBar()
 void AppDelegate::setupStreakObserver()
 {
     m_streakObserver = std::make_unique<StreakObserver>(
-        *m_streakManager, [this](qint64 streak, bool isRefreshing, bool hasCommittedToday) {
+        *m_streakManager, m_timers, [this](qint64 streak, bool isRefreshing, bool hasCommittedToday) {
             updateMenuBarDisplay(streak, isRefreshing, hasCommittedToday);
         });
 }

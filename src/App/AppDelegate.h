@@ -16,6 +16,7 @@ namespace velquarin {
 class Shared;
 class StatusItem;
 class StreakObserver;
+class Timers;
 
 //! Holds the program together while it runs: the status item, the streak and what the user asks for. Main thread only.
 class AppDelegate : public QObject
@@ -48,6 +49,7 @@ private:
     void refreshData();
     void quitApp();
 
+    Timers &m_timers;
     Desktop m_desktop;
     std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<StreakManager> m_streakManager;

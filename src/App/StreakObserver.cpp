@@ -12,20 +12,26 @@ namespace velquarin {
 
 using namespace std::chrono_literals;
 
-StreakObserver::StreakObserver(const StreakManager &manager, Deliver deliver)
+StreakObserver::StreakObserver(const StreakManager &manager, Timers &timers, Deliver deliver)
     : m_manager(manager)
+    , m_timers(timers)
     , m_deliver(std::move(deliver))
 {
-    m_quiet.setSingleShot(true);
-    m_quiet.setInterval(200ms);
-    // The values are read when the timer fires: the signals come before their values are stored.
-    connect(&m_quiet, &QTimer::timeout, this,
-            [this] { m_deliver(m_manager.currentStreak(), m_manager.isRefreshing(), m_manager.hasCommittedToday()); });
-    const auto restart = [this] { m_quiet.start(); };
-    connect(&manager, &StreakManager::currentStreakWillChange, this, restart);
-    connect(&manager, &StreakManager::isRefreshingWillChange, this, restart);
-    connect(&manager, &StreakManager::hasCommittedTodayWillChange, this, restart);
-    restart();
+    connect(&manager, &StreakManager::currentStreakWillChange, this, &StreakObserver::waitForQuiet);
+    connect(&manager, &StreakManager::isRefreshingWillChange, this, &StreakObserver::waitForQuiet);
+    connect(&manager, &StreakManager::hasCommittedTodayWillChange, this, &StreakObserver::waitForQuiet);
+    waitForQuiet();
+}
+
+void StreakObserver::waitForQuiet()
+{
+    m_quiet = m_timers.after(200ms, [this] { deliver(); });
+}
+
+// The values are read now: the signals came before theirs were stored.
+void StreakObserver::deliver() const
+{
+    m_deliver(m_manager.currentStreak(), m_manager.isRefreshing(), m_manager.hasCommittedToday());
 }
 
 }  // namespace velquarin

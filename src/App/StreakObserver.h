@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Timers.h"
+
 #include <QObject>
-#include <QTimer>
 
 #include <functional>
+#include <memory>
 
 namespace velquarin {
 
@@ -19,12 +21,16 @@ class StreakObserver : public QObject
 public:
     using Deliver = std::function<void(qint64 streak, bool isRefreshing, bool hasCommittedToday)>;
 
-    StreakObserver(const StreakManager &manager, Deliver deliver);
+    StreakObserver(const StreakManager &manager, Timers &timers, Deliver deliver);
 
 private:
+    void waitForQuiet();
+    void deliver() const;
+
     const StreakManager &m_manager;
+    Timers &m_timers;
     Deliver m_deliver;
-    QTimer m_quiet;
+    std::unique_ptr<Timer> m_quiet;
 };
 
 }  // namespace velquarin

@@ -20,8 +20,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Longer than git takes to die, shorter than a user's patience.
-constexpr auto patienceAtTheEnd = 500ms;
+// For each of two: longer than git takes to die and a disk to write, shorter together than a user's patience.
+constexpr auto patienceAtTheEnd = 450ms;
 
 // Beside the program in a build folder, below the common prefix where it is installed.
 QString iconThemePath()
@@ -53,9 +53,10 @@ int VelquarinApp::run()
 
     delegate.applicationDidFinishLaunching();
     const auto status = QCoreApplication::exec();
-    preferences.flush();
-    // A file system that hangs holds the git thread for as long as it likes; the user has waited long enough.
-    if (!shared.gitService().stop(patienceAtTheEnd))
+    // A file system that hangs holds threads for as long as it likes; the user has waited long enough.
+    const bool hasGitEnded = shared.gitService().stop(patienceAtTheEnd);
+    const bool isAllWritten = preferences.flush(patienceAtTheEnd);
+    if (!hasGitEnded || !isAllWritten)
         std::_Exit(status);
     return status;
 }

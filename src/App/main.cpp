@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "App/VelquarinApp.h"
+#include "Platform/Linux/System/StandardDescriptors.h"
 #include "Platform/Linux/System/TerminationSignals.h"
 
 #include <QApplication>
@@ -10,6 +11,7 @@
 
 int main(int argc, char **argv)
 {
+    velquarin::openStandardDescriptors();
     velquarin::blockTerminationSignals();
     std::signal(SIGPIPE, SIG_IGN);
 

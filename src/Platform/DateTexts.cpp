@@ -42,11 +42,20 @@ qint64 wholeDays(const WallTime &from, const WallTime &to)
     return to.time < from.time ? days - 1 : days;
 }
 
-// A month has passed once its day and time of day come again, or its last day where there is no such day.
+// The same day so many months later, or the last day of that month where there is no such day. Years are counted apart:
+// the toolkit steps through months one by one.
+QDate monthsLater(QDate date, qint64 months)
+{
+    const auto month = QDate(date.year(), date.month(), 1).addYears(int(months / 12)).addMonths(int(months % 12));
+    return QDate(month.year(), month.month(), std::min(date.day(), month.daysInMonth()));
+}
+
+// A month has passed once its day and time of day come again.
 qint64 wholeMonths(const WallTime &from, const WallTime &to)
 {
-    const auto months = (to.date.year() - from.date.year()) * 12 + to.date.month() - from.date.month();
-    const WallTime again{from.date.addMonths(months), from.time};
+    const auto years = qint64(to.date.year()) - from.date.year();
+    const auto months = years * 12 + to.date.month() - from.date.month();
+    const WallTime again{monthsLater(from.date, months), from.time};
     return wholeDays(again, to) < 0 ? months - 1 : months;
 }
 

@@ -36,9 +36,10 @@ public:
     ProcessRunner &operator=(const ProcessRunner &) = delete;
     virtual ~ProcessRunner() = default;
 
-    //! Confines the calling thread, and all that it starts from now on, to executing @p program alone and to
-    //! writing nothing. For good: a thread cannot take it back. False where the system has no such means.
-    virtual bool confineThisThread(const QString &program) = 0;
+    //! From now on confines every child that runs @p program, and all that such a child starts, to executing @p program
+    //! alone and to writing nothing. To be asked before each run: the file may be replaced at any time.
+    //! False where the system has no such means; then children run unconfined.
+    virtual bool confine(const QString &program) = 0;
 
     //! Runs the program to its end and returns its standard output, byte for byte. Blocks the calling thread
     //! for as long as the program lives. The exit status is not looked at. Errors: LaunchError when the

@@ -6,9 +6,8 @@
 #include "Services/GitEnvironment.h"
 #include "Services/GitLog.h"
 
+#include <QStringDecoder>
 #include <QUtf8StringView>
-
-#include <utility>
 
 namespace velquarin {
 
@@ -23,31 +22,33 @@ bool isUsableBranch(const QString &name)
     return !name.isEmpty() && !name.startsWith(QLatin1Char('-')) && !name.contains(QLatin1String("@{"));
 }
 
-}  // namespace
-
-GitQueries::GitQueries(ProcessRunner &runner, const Clock &clock, QProcessEnvironment inherited)
-    : m_runner(runner)
-    , m_clock(clock)
-    , m_inherited(std::move(inherited))
-    , m_environment(gitEnvironment(m_inherited, false))
+// A byte-order mark belongs to the name that it stands in.
+QString text(const QByteArray &utf8)
 {
+    return QStringDecoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom)(utf8);
 }
 
-void GitQueries::confineThisThread()
+}  // namespace
+
+GitQueries::GitQueries(ProcessRunner &runner, const Clock &clock, const QProcessEnvironment &inherited)
+    : m_runner(runner)
+    , m_clock(clock)
+    , m_confinedEnvironment(gitEnvironment(inherited, true))
+    , m_unconfinedEnvironment(gitEnvironment(inherited, false))
 {
-    m_environment = gitEnvironment(m_inherited, m_runner.confineThisThread(git));
 }
 
 QByteArray GitQueries::runGit(const QStringList &arguments, const QString &directory)
 {
-    auto output = m_runner.run({git, arguments, directory, m_environment});
+    const auto &environment = m_runner.confine(git) ? m_confinedEnvironment : m_unconfinedEnvironment;
+    auto output = m_runner.run({git, arguments, directory, environment});
     return QUtf8StringView(output).isValidUtf8() ? output : QByteArray();
 }
 
 QString GitQueries::trimmedOutput(const QStringList &arguments, const QString &directory)
 {
     try {
-        return QString::fromUtf8(runGit(arguments, directory)).trimmed();
+        return text(runGit(arguments, directory)).trimmed();
     } catch (const LaunchError &) {
         return {};
     }

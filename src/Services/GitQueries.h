@@ -23,10 +23,7 @@ class GitQueries
 {
 public:
     //! @p inherited is the program's own environment, from which git's is made.
-    GitQueries(ProcessRunner &runner, const Clock &clock, QProcessEnvironment inherited);
-
-    //! Confines the calling thread before its first child, where the system can.
-    void confineThisThread();
+    GitQueries(ProcessRunner &runner, const Clock &clock, const QProcessEnvironment &inherited);
 
     //! The remote's default branch, else a local "main", else a local "master", else "HEAD". Never throws.
     [[nodiscard]] QString defaultBranch(const QString &directory);
@@ -51,8 +48,8 @@ private:
 
     ProcessRunner &m_runner;
     const Clock &m_clock;
-    QProcessEnvironment m_inherited;
-    QProcessEnvironment m_environment;
+    QProcessEnvironment m_confinedEnvironment;
+    QProcessEnvironment m_unconfinedEnvironment;
 };
 
 }  // namespace velquarin

@@ -13,10 +13,6 @@ GitService::GitService(ProcessRunner &runner, const FileTree &files, const Clock
     , m_files(files)
     , m_queries(runner, clock, inherited)
 {
-    static_cast<void>(m_worker.run([this] {
-        m_queries.confineThisThread();
-        return true;
-    }));
 }
 
 GitService::~GitService()

@@ -5,6 +5,7 @@
 #include "App/Shared.h"
 #include "App/StatusItemPlan.h"
 #include "App/StreakObserver.h"
+#include "Platform/Linux/System/BootTimeTimers.h"
 #include "support/Engine.h"
 #include "support/RecordingStatusItem.h"
 #include "support/Strict.h"
@@ -23,7 +24,7 @@ struct World
     FakeProcessRunner processes;
     PosixFileTree files;
     FakeClock clock{instant("2026-11-20T12:00:00Z")};
-    FakeTimers timers;
+    BootTimeTimers timers;
     RecordingOutput output;
     MemoryPreferences preferences;
     RecordingNotificationCenter center;
@@ -37,6 +38,17 @@ struct World
                               return made;
                           },
                           [this] { ++terminations; }}};
+
+    void trackOneWithACommitToday()
+    {
+        shared.appSettings().addRepository(QStringLiteral("/repos/one"), false);
+        processes.answer(QStringLiteral("rev-parse --git-dir"), {});
+        for (const auto &since : {QStringLiteral("2026-11-14"), QStringLiteral("2024-11-20")})
+            processes.answer(QStringLiteral("log HEAD --format=%ad --date=short --since=") + since +
+                                 QStringLiteral(" --until=2026-11-21"),
+                             "2026-11-20\n");
+        processes.answer(QStringLiteral("log HEAD -1 --format=%aI"), {});
+    }
 
     void trigger(const QString &text) const
     {
@@ -66,6 +78,7 @@ private Q_SLOTS:
     void atLaunchTheItemShowsTheSyncingSymbolAlone();
     void theFirstRefreshStartsAtLaunch();
     void theItemFollowsTheStreakOnceItIsQuiet();
+    void everyChangeStartsTheQuietAnew();
     void aBurstOfChangesIsSeenOnce();
     void aStreakOfNoughtShowsTheFlameAlone();
     void theCountIsShownWhateverItsSettingSays();
@@ -123,28 +136,41 @@ void TestAppDelegate::theFirstRefreshStartsAtLaunch()
 void TestAppDelegate::theItemFollowsTheStreakOnceItIsQuiet()
 {
     World world;
-    world.shared.appSettings().addRepository(QStringLiteral("/repos/one"), false);
-    world.processes.answer(QStringLiteral("rev-parse --git-dir"), {});
-    world.processes.answer(QStringLiteral("log HEAD --format=%ad --date=short --since=2026-11-14 --until=2026-11-21"),
-                           "2026-11-20\n");
-    world.processes.answer(QStringLiteral("log HEAD --format=%ad --date=short --since=2024-11-20 --until=2026-11-21"),
-                           "2026-11-20\n");
-    world.processes.answer(QStringLiteral("log HEAD -1 --format=%aI"), {});
+    world.trackOneWithACommitToday();
     world.delegate.applicationDidFinishLaunching();
     QTRY_COMPARE(world.item->appearances().constLast(), statusItemAppearance(1, false, true));
+}
+
+void TestAppDelegate::everyChangeStartsTheQuietAnew()
+{
+    Engine engine;
+    FakeTimers timers;
+    int deliveries = 0;
+    const StreakObserver observer(engine.manager, timers, [&](qint64, bool, bool) { ++deliveries; });
+    QCOMPARE(timers.live().size(), std::size_t(1));
+    QCOMPARE(timers.live().front().interval.count(), 0.2);
+    const auto first = timers.live().front().number;
+    engine.refresh();
+    QCOMPARE(timers.live().size(), std::size_t(1));
+    QVERIFY(timers.live().front().number > first);
+    QCOMPARE(deliveries, 0);
+    timers.fire(0);
+    QCOMPARE(deliveries, 1);
+    QVERIFY(timers.live().empty());
 }
 
 void TestAppDelegate::aBurstOfChangesIsSeenOnce()
 {
     Engine engine;
     QStringList deliveries;
+    BootTimeTimers timers;
     std::unique_ptr<StreakObserver> observer;
     const auto deliver = [&](qint64 streak, bool isRefreshing, bool hasCommittedToday) {
         deliveries << text(statusItemAppearance(streak, isRefreshing, hasCommittedToday));
     };
     // From the first value of a refresh to its last the event loop does not turn.
     connect(&engine.manager, &StreakManager::currentStreakWillChange, this,
-            [&] { observer = std::make_unique<StreakObserver>(engine.manager, deliver); });
+            [&] { observer = std::make_unique<StreakObserver>(engine.manager, timers, deliver); });
     engine.track(QStringLiteral("/repos/one"), "2026-11-20\n", "2026-11-20\n2026-11-19\n", {});
     engine.refresh();
     QTRY_VERIFY(!deliveries.isEmpty());
@@ -161,12 +187,10 @@ void TestAppDelegate::aStreakOfNoughtShowsTheFlameAlone()
 void TestAppDelegate::theCountIsShownWhateverItsSettingSays()
 {
     World world;
-    world.delegate.applicationDidFinishLaunching();
-    QTRY_COMPARE(world.item->appearances().size(), 2);
+    world.trackOneWithACommitToday();
     world.shared.appSettings().setShowStreakInMenuBar(false);
-    world.trigger(QStringLiteral("Refresh"));
-    QTRY_VERIFY(world.item->appearances().size() > 2);
-    QCOMPARE(world.item->appearances().constLast(), statusItemAppearance(0, false, false));
+    world.delegate.applicationDidFinishLaunching();
+    QTRY_COMPARE(world.item->appearances().constLast().title, QStringLiteral(" 1"));
 }
 
 void TestAppDelegate::theMenuHasTwoEntriesAndASeparator()

@@ -18,6 +18,7 @@ private Q_SLOTS:
     void init() { failOnAnyWarning(); }
     void theTextTellsTheLargestUnitThatFits_data();
     void theTextTellsTheLargestUnitThatFits();
+    void theLongestSpansAreCountedInYears();
     void theTextFollowsTheLocale();
     void aSpanHasItsTwoLargestUnits_data();
     void aSpanHasItsTwoLargestUnits();
@@ -65,6 +66,14 @@ void TestDateTexts::theTextTellsTheLargestUnitThatFits()
     QFETCH(QString, now);
     const DateTexts texts("en_US", calendarIn(zone.constData()));
     QTEST(texts.relative(instant(moment.toLatin1().constData()), instant(now.toLatin1().constData())), "expected");
+}
+
+void TestDateTexts::theLongestSpansAreCountedInYears()
+{
+    const auto calendar = calendarIn("UTC");
+    const auto far = *calendar.startOf(QDate(199'999'999, 12, 27));
+    QCOMPARE(calendarSpan(instant("2026-11-20T12:00:00Z"), far, calendar),
+             (CalendarSpan{CalendarSpan::Unit::Years, 199'997'973}));
 }
 
 void TestDateTexts::theTextFollowsTheLocale()

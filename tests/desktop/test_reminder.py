@@ -30,9 +30,9 @@ def prepare(desktop, time):
 class Reminder(unittest.TestCase):
 
     def test_nothing_comes_before_six_in_the_evening(self):
-        time = case.ShiftedTime(17, 59, ZONE)
         with Desktop(self.id()) as desktop:
-            prepare(desktop, time)
+            prepare(desktop, case.ShiftedTime(17, 59, ZONE))
+            time = case.ShiftedTime(17, 59, ZONE)
             program = Program(desktop, ZONE, time.offset)
             StatusItem(desktop).wait_for_label(" 3")
             server = NotificationServer(desktop.bus)

@@ -64,7 +64,7 @@ public:
         m_confines = confines;
     }
 
-    bool confineThisThread(const QString & /*program*/) override
+    bool confine(const QString & /*program*/) override
     {
         const std::lock_guard lock(m_mutex);
         return m_confines;

@@ -29,7 +29,7 @@ void answer(const char *text)
     for (int round = 0;; ++round) {
         const QByteArray data(100'000 + round % 1000, static_cast<char>('a' + round % 26));
         store.setData(QStringLiteral("data"), [data] { return data; });
-        store.flush();
+        store.flush(std::chrono::minutes(1));
     }
 }
 
@@ -46,7 +46,7 @@ int main(int argc, char **argv)
     double number = 0.0;
     while (std::cin >> number) {
         store.set(QStringLiteral("number"), number);
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         answer("done");
     }
     return 0;

@@ -3,7 +3,6 @@
 
 #include "Platform/Linux/System/ChildProcessRunner.h"
 
-#include "Platform/Linux/System/Landlock.h"
 #include "support/OrdinaryUser.h"
 #include "support/Strict.h"
 
@@ -13,7 +12,6 @@
 #include <QTemporaryFile>
 #include <QTest>
 
-#include <cerrno>
 #include <csignal>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -38,13 +36,6 @@ QByteArray outputOf(const QString &script)
     return ChildProcessRunner().run(shell(script));
 }
 
-// Confinement is for good, so whatever is confined is so in a thread that ends.
-template <typename Function>
-void onAnotherThread(Function function)
-{
-    std::thread(function).join();
-}
-
 bool isLandlockThere()
 {
     constexpr unsigned askVersion = 1;
@@ -62,35 +53,37 @@ ProcessRequest git(const QStringList &arguments, const QString &folder)
     return {QStringLiteral("/usr/bin/git"), arguments, folder, QProcessEnvironment::systemEnvironment()};
 }
 
-// A server on the loopback that accepts and says nothing.
+// The port of a server on the loopback that accepts and says nothing.
 class LoopbackServer
 {
 public:
     LoopbackServer()
     {
-        m_address.sin_family = AF_INET;
-        m_address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t length = sizeof m_address;
-        bind(m_socket, reinterpret_cast<const sockaddr *>(&m_address), length);
+        sockaddr_in address = {};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t length = sizeof address;
+        bind(m_socket, reinterpret_cast<const sockaddr *>(&address), length);
         listen(m_socket, 5);
-        getsockname(m_socket, reinterpret_cast<sockaddr *>(&m_address), &length);
+        getsockname(m_socket, reinterpret_cast<sockaddr *>(&address), &length);
+        m_port = ntohs(address.sin_port);
     }
     ~LoopbackServer() { close(m_socket); }
-
-    //! 0, or the error of connecting.
-    [[nodiscard]] int connectError() const
-    {
-        const auto client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        const auto *address = reinterpret_cast<const sockaddr *>(&m_address);
-        const auto error = ::connect(client, address, sizeof m_address) == 0 ? 0 : errno;
-        close(client);
-        return error;
-    }
+    LoopbackServer(const LoopbackServer &) = delete;
+    LoopbackServer &operator=(const LoopbackServer &) = delete;
+    [[nodiscard]] int port() const { return m_port; }
 
 private:
     int m_socket = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in m_address = {};
+    int m_port = 0;
 };
+
+ProcessRequest bash(const QString &script)
+{
+    auto request = shell(script);
+    request.program = QStringLiteral("/bin/bash");
+    return request;
+}
 
 }  // namespace
 
@@ -116,10 +109,11 @@ private Q_SLOTS:
     void stoppingKillsTheChildWithAllItStarted();
     void onceStoppedNothingIsStarted();
     void manyChildrenLeaveNoDescriptorBehind();
-    void aConfinedThreadRunsItsProgramAlone();
-    void aConfinedThreadWritesNothing();
-    void aConfinedThreadConnectsToNobody();
-    void otherThreadsStayFree();
+    void aConfinedChildRunsItsProgramAlone();
+    void aConfinedChildWritesNothing();
+    void aConfinedChildConnectsToNobody();
+    void ourselvesStayFree();
+    void aProgramThatIsUpgradedStillRuns();
     void scriptsAndMissingProgramsAreNotConfined();
 };
 
@@ -296,67 +290,71 @@ void TestChildProcess::manyChildrenLeaveNoDescriptorBehind()
     QCOMPARE(descriptors.entryList().size(), before);
 }
 
-void TestChildProcess::aConfinedThreadRunsItsProgramAlone()
+void TestChildProcess::aConfinedChildRunsItsProgramAlone()
 {
     if (!isLandlockThere())
         QSKIP("this kernel has no Landlock");
-    bool isConfined = false;
-    bool isOtherRefused = false;
-    QByteArray version;
-    onAnotherThread([&] {
-        ChildProcessRunner runner;
-        isConfined = runner.confineThisThread(QStringLiteral("/usr/bin/git"));
-        version = runner.run(git({QStringLiteral("--version")}, QStringLiteral("/")));
-        try {
-            runner.run(shell(QStringLiteral("echo free")));
-        } catch (const LaunchError &) {
-            isOtherRefused = true;
-        }
-    });
-    QVERIFY(isConfined);
-    QVERIFY(version.startsWith("git version"));
-    QVERIFY(isOtherRefused);
+    ChildProcessRunner runner;
+    QVERIFY(runner.confine(QStringLiteral("/usr/bin/git")));
+    QVERIFY(runner.run(git({QStringLiteral("--version")}, QStringLiteral("/"))).startsWith("git version"));
+    QVERIFY_EXCEPTION_THROWN(runner.run(shell(QStringLiteral("echo free"))), LaunchError);
+    QVERIFY(runner.confine(QStringLiteral("/bin/bash")));
+    QCOMPARE(runner.run(bash(QStringLiteral("echo own; /usr/bin/env true || echo refused"))),
+             QByteArray("own\nrefused\n"));
 }
 
-void TestChildProcess::aConfinedThreadWritesNothing()
+void TestChildProcess::aConfinedChildWritesNothing()
 {
     if (!isLandlockThere())
         QSKIP("this kernel has no Landlock");
     const QTemporaryDir folder;
-    bool couldWrite = true;
-    onAnotherThread([&] {
-        ChildProcessRunner runner;
-        runner.confineThisThread(QStringLiteral("/usr/bin/git"));
-        runner.run(git({QStringLiteral("init")}, folder.path()));
-        QFile own(folder.filePath(QStringLiteral("own")));
-        couldWrite = own.open(QIODevice::WriteOnly);
-    });
-    QVERIFY(!couldWrite);
+    ChildProcessRunner runner;
+    QVERIFY(runner.confine(QStringLiteral("/usr/bin/git")));
+    runner.run(git({QStringLiteral("init")}, folder.path()));
     QVERIFY(QDir(folder.path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
-void TestChildProcess::aConfinedThreadConnectsToNobody()
+void TestChildProcess::aConfinedChildConnectsToNobody()
 {
     if (landlockVersion() < 4)
         QSKIP("this kernel's Landlock knows no network");
     const LoopbackServer server;
-    QCOMPARE(server.connectError(), 0);
-    int confinedError = 0;
-    onAnotherThread([&] {
-        confineThreadToProgram("/usr/bin/git");
-        confinedError = server.connectError();
-    });
-    QCOMPARE(confinedError, EACCES);
+    const auto script =
+        QStringLiteral("if : 2> /dev/null < /dev/tcp/127.0.0.1/%1; then echo reached; fi").arg(server.port());
+    QCOMPARE(ChildProcessRunner().run(bash(script)), QByteArray("reached\n"));
+    ChildProcessRunner runner;
+    QVERIFY(runner.confine(QStringLiteral("/bin/bash")));
+    QCOMPARE(runner.run(bash(script)), QByteArray());
 }
 
-void TestChildProcess::otherThreadsStayFree()
+void TestChildProcess::ourselvesStayFree()
 {
     if (!isLandlockThere())
         QSKIP("this kernel has no Landlock");
-    onAnotherThread([] { confineThreadToProgram("/usr/bin/git"); });
+    ChildProcessRunner runner;
+    QVERIFY(runner.confine(QStringLiteral("/usr/bin/git")));
+    runner.run(git({QStringLiteral("--version")}, QStringLiteral("/")));
     QCOMPARE(outputOf(QStringLiteral("echo free")), QByteArray("free\n"));
     QTemporaryFile file;
     QVERIFY(file.open());
+}
+
+void TestChildProcess::aProgramThatIsUpgradedStillRuns()
+{
+    if (!isLandlockThere())
+        QSKIP("this kernel has no Landlock");
+    const QTemporaryDir folder;
+    const auto program = folder.filePath(QStringLiteral("program"));
+    const auto upgrade = folder.filePath(QStringLiteral("upgrade"));
+    QVERIFY(QFile::copy(QStringLiteral("/bin/bash"), program) && QFile::copy(QStringLiteral("/bin/bash"), upgrade));
+    auto request = bash(QStringLiteral("echo runs"));
+    request.program = program;
+    ChildProcessRunner runner;
+    QVERIFY(runner.confine(program));
+    QCOMPARE(runner.run(request), QByteArray("runs\n"));
+    QCOMPARE(rename(QFile::encodeName(upgrade).constData(), QFile::encodeName(program).constData()), 0);
+    QVERIFY(runner.confine(program));
+    QCOMPARE(runner.run(request), QByteArray("runs\n"));
 }
 
 void TestChildProcess::scriptsAndMissingProgramsAreNotConfined()
@@ -365,15 +363,11 @@ void TestChildProcess::scriptsAndMissingProgramsAreNotConfined()
     QVERIFY(script.open());
     script.write("#!/bin/sh\necho script\n");
     script.close();
-    bool anyConfined = false;
-    QByteArray output;
-    onAnotherThread([&] {
-        anyConfined = confineThreadToProgram(script.fileName().toStdString()) ||
-                      confineThreadToProgram("/no/such/program") || confineThreadToProgram("/dev/null");
-        output = outputOf(QStringLiteral("echo free"));
-    });
-    QVERIFY(!anyConfined);
-    QCOMPARE(output, QByteArray("free\n"));
+    ChildProcessRunner runner;
+    for (const auto &program : {script.fileName(), QStringLiteral("/no/such/program"), QStringLiteral("/dev/null")}) {
+        QVERIFY(!runner.confine(program));
+        QCOMPARE(runner.run(shell(QStringLiteral("echo free"))), QByteArray("free\n"));
+    }
     QVERIFY(!elfInterpreter("/usr/bin/git").empty());
 }
 

@@ -151,7 +151,7 @@ void TestJsonPreferencesStore::nothingIsWrittenWhileNothingIsSet()
     {
         JsonPreferencesStore store(empty.path);
         store.remove(numberKey);
-        store.flush();
+        store.flush(std::chrono::minutes(1));
     }
     QCOMPARE(namesIn(empty.home.path()), QStringList());
 
@@ -160,7 +160,7 @@ void TestJsonPreferencesStore::nothingIsWrittenWhileNothingIsSet()
     {
         JsonPreferencesStore store(full.path);
         store.remove(numberKey);
-        store.flush();
+        store.flush(std::chrono::minutes(1));
     }
     QCOMPARE(full.content(), "{\"a\":1}");
 }
@@ -291,11 +291,11 @@ void TestJsonPreferencesStore::dataThatCannotBeMadeLeavesWhatWasSetAndWritten()
     {
         JsonPreferencesStore store(place.path);
         store.setData(u"list"_s, bytes("first"));
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         store.setData(u"list"_s, bytes("second"));
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         store.setData(u"list"_s, noBytes());
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         QVERIFY(store.value(u"list"_s) == PreferenceValue(QByteArray("second")));
     }
     QCOMPARE(objectIn(place.content()), objectIn(R"({"list": {"data": "second"}})"));
@@ -331,9 +331,9 @@ void TestJsonPreferencesStore::aNumberThatJsonCannotHoldIsThereUntilTheEnd()
     {
         JsonPreferencesStore store(place.path);
         store.set(numberKey, number);
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         store.set(numberKey, infinity);
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         QVERIFY(store.value(numberKey) == PreferenceValue(infinity));
     }
     QCOMPARE(objectIn(place.content()), QJsonObject());
@@ -458,10 +458,10 @@ void TestJsonPreferencesStore::oneCopyIsPutAsideHoweverOftenOneIsAskedFor()
     store.putCopyAside();
     store.putCopyAside();
     store.set(numberKey, 1.0);
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     store.putCopyAside();
     store.set(numberKey, 2.0);
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     QCOMPARE(place.onlyAside(), original);
     QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 2})"));
     QCOMPARE(error.lines().size(), 1);
@@ -694,7 +694,7 @@ void TestJsonPreferencesStore::whatIsNoFileIsLeftAlone()
         JsonPreferencesStore store(place.path);
         AppSettings settings(store);
         QCOMPARE(settings.refreshInterval(), 300.0);
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         settings.setRefreshInterval(60.0);
         QCOMPARE(settings.refreshInterval(), 60.0);
         QVERIFY(store.value(u"refreshInterval"_s) == PreferenceValue(60.0));

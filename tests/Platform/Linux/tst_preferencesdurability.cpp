@@ -211,7 +211,7 @@ void TestPreferencesDurability::aChangeIsOnDiskWithin100Milliseconds()
         QVERIFY(watch.waitFor(fileName, timeoutMs));
         times.append(timer.elapsed());
         QCOMPARE(numberIn(place), double(round));
-        store.flush();
+        store.flush(std::chrono::minutes(1));
     }
     // The middle one: this machine may be busy with something else now and then.
     std::sort(times.begin(), times.end());
@@ -225,13 +225,13 @@ void TestPreferencesDurability::aThousandAssignmentsEndInFewWrites()
     place.fill("{}");
     JsonPreferencesStore store(place.path);
     AppSettings settings(store);
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     FolderWatch watch(place.folder);
     QElapsedTimer timer;
     timer.start();
     for (int i = 0; i < count; ++i)
         settings.addRepository(u"/home/ann/repo%1"_s.arg(i), false);
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     const auto mostWrites = 2 + timer.elapsed() / 20;
     const auto writes = watch.names().count(fileName);
     QVERIFY2(writes >= 1 && writes <= mostWrites, qPrintable(u"%1 writes"_s.arg(writes)));
@@ -246,13 +246,13 @@ void TestPreferencesDurability::anEqualValueIsNotWrittenAgain()
     const PreferencesPlace place;
     JsonPreferencesStore store(place.path);
     AppSettings settings(store);
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     FolderWatch watch(place.folder);
     settings.setRefreshInterval(settings.refreshInterval());
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     QCOMPARE(watch.names(), QStringList());
     settings.setRefreshInterval(60.0);
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     QCOMPARE(watch.names().count(fileName), 1);
 }
 
@@ -276,7 +276,7 @@ void TestPreferencesDurability::aSlowWriterHoldsNobodyUp()
     QVERIFY(store.value(numberKey) == PreferenceValue(999.0));
     store.set(u"slow"_s, u"done"_s);
     mayEnd.set_value();
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 999, "slow": "done"})"));
 }
 
@@ -289,7 +289,7 @@ void TestPreferencesDurability::dataIsMadeOnTheWriter()
         maker = std::this_thread::get_id();
         return QByteArray("x");
     });
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     QVERIFY(maker != std::thread::id());
     QVERIFY(maker != std::this_thread::get_id());
 }
@@ -312,7 +312,7 @@ void TestPreferencesDurability::flushingWritesWhatIsPending()
     JsonPreferencesStore store(place.path);
     for (int round = 1; round <= 20; ++round) {
         store.set(numberKey, double(round));
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         QCOMPARE(numberIn(place), double(round));
     }
 }
@@ -324,7 +324,7 @@ void TestPreferencesDurability::theWriterDoesNotExistBeforeItIsNeeded()
     const auto before = threads();
     JsonPreferencesStore store(place.path);
     QVERIFY(store.value(numberKey) == PreferenceValue(1.0));
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     QCOMPARE(threads(), before);
 }
 
@@ -334,7 +334,7 @@ void TestPreferencesDurability::theWriterSleepsWhileNothingChanges()
     const auto before = threads();
     JsonPreferencesStore store(place.path);
     store.set(numberKey, 1.0);
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     auto writer = threads();
     writer.removeIf([&](const QString &thread) { return before.contains(thread); });
     QCOMPARE(writer.size(), 1);
@@ -353,7 +353,7 @@ void TestPreferencesDurability::theWriterTakesNoSignals()
     JsonPreferencesStore store(place.path);
     store.set(numberKey, 1.0);
     // Every thread starts with all signals blocked; by then it has its own mask.
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     auto writer = threads();
     writer.removeIf([&](const QString &thread) { return before.contains(thread); });
     QCOMPARE(writer.size(), 1);
@@ -389,15 +389,15 @@ void TestPreferencesDurability::aFullFileSystemLeavesTheOldFile()
     {
         JsonPreferencesStore store(place.path);
         store.setData(u"data"_s, [] { return QByteArray(1000, 'x'); });
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         const auto original = place.content();
         store.setData(u"data"_s, [] { return QByteArray(200'000, 'y'); });
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         QCOMPARE(place.content(), original);
         QCOMPARE(error.lines().size(), 1);
         QCOMPARE(namesIn(place.folder), QStringList{fileName});
         store.setData(u"data"_s, [] { return QByteArray(1000, 'z'); });
-        store.flush();
+        store.flush(std::chrono::minutes(1));
     }
     QVERIFY(place.content().contains("zzz"));
     QCOMPARE(error.lines().size(), 1);
@@ -423,21 +423,21 @@ void TestPreferencesDurability::aFailureIsSaidOnceAndAnewAfterASuccess()
     JsonPreferencesStore store(place.path);
     for (const double number : {1.0, 2.0, 3.0}) {
         store.set(numberKey, number);
-        store.flush();
+        store.flush(std::chrono::minutes(1));
     }
     QCOMPARE(error.lines().size(), 1);
     QVERIFY(error.lines().at(0).startsWith(QString(u"velquarin: "_s + place.path)));
 
     QVERIFY(QDir().rmdir(place.path));
     store.set(numberKey, 4.0);
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     QCOMPARE(numberIn(place), 4.0);
     QCOMPARE(error.lines().size(), 1);
 
     QVERIFY(QFile::remove(place.path) && QDir().mkpath(place.path));
     store.set(numberKey, 5.0);
-    store.flush();
-    store.flush();
+    store.flush(std::chrono::minutes(1));
+    store.flush(std::chrono::minutes(1));
     QCOMPARE(error.lines().size(), 2);
 }
 
@@ -449,15 +449,15 @@ void TestPreferencesDurability::whatFailedIsTriedAgainAtTheNextChangeAndAtTheEnd
     {
         JsonPreferencesStore store(place.path);
         store.set(u"early"_s, true);
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         QVERIFY(QDir().rmdir(place.path));
         store.set(numberKey, 1.0);
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         QCOMPARE(objectIn(place.content()), objectIn(R"({"early": true, "number": 1})"));
 
         QVERIFY(QFile::remove(place.path) && QDir().mkpath(place.path));
         store.set(numberKey, 2.0);
-        store.flush();
+        store.flush(std::chrono::minutes(1));
         QVERIFY(QDir().rmdir(place.path));
     }
     QCOMPARE(objectIn(place.content()), objectIn(R"({"early": true, "number": 2})"));
@@ -545,12 +545,12 @@ void TestPreferencesDurability::aFolderThatCannotBeMadeIsAFailureLikeAnyOther()
     const CapturedStandardError error;
     JsonPreferencesStore store(place.path);
     store.set(numberKey, 1.0);
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     QCOMPARE(error.lines().size(), 1);
     QCOMPARE(readFile(place.folder), "in the way");
     QVERIFY(QFile::remove(place.folder));
     store.set(numberKey, 2.0);
-    store.flush();
+    store.flush(std::chrono::minutes(1));
     QCOMPARE(numberIn(place), 2.0);
     QCOMPARE(modeOf(place.folder), 0700);
 }

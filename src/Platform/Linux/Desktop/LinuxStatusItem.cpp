@@ -118,15 +118,15 @@ void LinuxStatusItem::showInTray()
             [this](QPoint position) { Q_EMIT activated(position, {}); });
 }
 
-// A lost bus is looked for whenever there is something new to show.
+// A lost bus is looked for at every refresh, whether or not there is something new to show.
 void LinuxStatusItem::setAppearance(const StatusItemAppearance &appearance)
 {
+    if (!m_watch)
+        followBus();
     const bool isFirst = !m_appearance;
     if (m_appearance == appearance)
         return;
     m_appearance = appearance;
-    if (!m_watch)
-        followBus();
     if (m_bar)
         m_bar->setAppearance(appearance);
     if (m_tray)

@@ -3,12 +3,11 @@
 
 #include "Platform/Linux/System/ChildProcessRunner.h"
 
-#include "Platform/Linux/System/Landlock.h"
-
 #include <QFile>
 #include <QProcess>
 
 #include <csignal>
+#include <cstdlib>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -25,14 +24,9 @@ void setLimit(__rlimit_resource resource, rlim_t value)
     setrlimit(resource, &limit);
 }
 
-// Runs in the child between fork and exec: nothing here may allocate memory.
-void prepareChild()
+// Inherited ignored or blocked signals would make the child deaf to SIGTERM and to a closed pipe.
+void hearSignals()
 {
-    setpgid(0, 0);
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    setLimit(RLIMIT_CORE, 0);
-    setLimit(RLIMIT_DATA, dataLimit);
-    // Inherited ignored or blocked signals would make the child deaf to SIGTERM and to a closed pipe.
     std::signal(SIGPIPE, SIG_DFL);
     sigset_t none;
     sigemptyset(&none);
@@ -47,7 +41,6 @@ void configure(QProcess &process, const ProcessRequest &request)
     process.setProcessEnvironment(request.environment);
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
-    process.setChildProcessModifier(prepareChild);
 }
 
 LaunchError launchError(const QString &reason)
@@ -65,9 +58,22 @@ void checkDirectory(const QString &directory)
 
 }  // namespace
 
-bool ChildProcessRunner::confineThisThread(const QString &program)
+bool ChildProcessRunner::confine(const QString &program)
 {
-    return confineThreadToProgram(QFile::encodeName(program).toStdString());
+    return m_confinement.prepare(QFile::encodeName(program).toStdString());
+}
+
+// Runs in the child between fork and exec: nothing here may allocate memory. A child that should be confined and cannot
+// be does not run, and neither does one whose parent died before it could be told to die with it.
+void ChildProcessRunner::prepareChild(pid_t parent) const
+{
+    setpgid(0, 0);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    setLimit(RLIMIT_CORE, 0);
+    setLimit(RLIMIT_DATA, dataLimit);
+    hearSignals();
+    if (getppid() != parent || (m_confinement.isPrepared() && !m_confinement.enforce()))
+        _exit(EXIT_FAILURE);
 }
 
 QByteArray ChildProcessRunner::run(const ProcessRequest &request)
@@ -75,6 +81,7 @@ QByteArray ChildProcessRunner::run(const ProcessRequest &request)
     checkDirectory(request.directory);
     QProcess process;
     configure(process, request);
+    process.setChildProcessModifier([this, parent = getpid()] { prepareChild(parent); });
     if (m_isStopped)
         throw launchError(QStringLiteral("The program is ending"));
     process.start(QIODevice::ReadOnly);

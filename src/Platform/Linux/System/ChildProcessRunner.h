@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Linux/System/ProgramConfinement.h"
 #include "Platform/ProcessRunner.h"
 
 #include <sys/types.h>
@@ -16,12 +17,15 @@ namespace velquarin {
 class ChildProcessRunner : public ProcessRunner
 {
 public:
-    bool confineThisThread(const QString &program) override;
+    bool confine(const QString &program) override;
     QByteArray run(const ProcessRequest &request) override;
     void stop() override;
 
 private:
+    void prepareChild(pid_t parent) const;
     void killGroup() const;
+
+    ProgramConfinement m_confinement;
 
     std::atomic<pid_t> m_group = 0;  // of the running child; 0 where there is none
     std::atomic<bool> m_isStopped = false;

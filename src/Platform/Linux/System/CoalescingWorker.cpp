@@ -56,13 +56,15 @@ void CoalescingWorker::request()
         m_thread = threadWithoutSignals([this] { serve(); });
 }
 
-void CoalescingWorker::finish()
+bool CoalescingWorker::finish(std::chrono::milliseconds limit)
 {
+    const auto deadline = std::chrono::steady_clock::now() + limit;
     std::unique_lock lock(m_mutex);
     m_isHurried = true;
     m_changed.notify_all();
-    m_changed.wait(lock, [this] { return !m_isRequested && !m_isRunning; });
+    const auto isDone = m_changed.wait_until(lock, deadline, [this] { return !m_isRequested && !m_isRunning; });
     m_isHurried = false;
+    return isDone;
 }
 
 void CoalescingWorker::awaitEndOfBurst(std::unique_lock<std::mutex> &lock)

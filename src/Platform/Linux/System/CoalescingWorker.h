@@ -27,8 +27,9 @@ public:
     //! Wants a run that begins after this call. Returns at once.
     void request();
 
-    //! Blocks until all that was requested is done, without patience.
-    void finish();
+    //! Blocks until all that was requested is done, at once instead of at the end of its burst. Returns whether it was done
+    //! within @p limit.
+    bool finish(std::chrono::milliseconds limit);
 
 private:
     void serve();

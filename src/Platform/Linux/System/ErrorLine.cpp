@@ -3,18 +3,20 @@
 
 #include "Platform/Linux/System/ErrorLine.h"
 
+#include "Platform/Linux/System/StandardDescriptors.h"
+
 #include <QString>
 
 #include <unistd.h>
 
 namespace velquarin {
 
-// One call, so that lines of several threads do not mix; the toolkit's own logging may go to the journal instead.
+// Not the toolkit's own logging, which may go to the journal instead.
 void printErrorLine(const QString &text)
 {
     const QString line = QStringLiteral("velquarin: ") + text + u'\n';
     const auto bytes = line.toUtf8();
-    [[maybe_unused]] const auto written = ::write(STDERR_FILENO, bytes.constData(), static_cast<size_t>(bytes.size()));
+    writeWithoutWaiting(STDERR_FILENO, bytes);
 }
 
 }  // namespace velquarin

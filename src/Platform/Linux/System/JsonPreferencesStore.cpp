@@ -36,7 +36,7 @@ JsonPreferencesStore::JsonPreferencesStore(const QString &path)
 
 JsonPreferencesStore::~JsonPreferencesStore()
 {
-    flush();
+    flush(std::chrono::hours(1));
 }
 
 std::optional<PreferenceValue> JsonPreferencesStore::value(const QString &key) const
@@ -90,12 +90,12 @@ void JsonPreferencesStore::putCopyAside()
     m_isCopyWanted = true;
 }
 
-void JsonPreferencesStore::flush()
+bool JsonPreferencesStore::flush(std::chrono::milliseconds limit)
 {
     if (!m_isEverChanged)
-        return;
+        return true;
     m_writer.request();
-    m_writer.finish();
+    return m_writer.finish(limit);
 }
 
 void JsonPreferencesStore::writeNewest()

@@ -8,6 +8,7 @@
 
 #include <QJsonObject>
 
+#include <chrono>
 #include <map>
 #include <mutex>
 #include <variant>
@@ -25,7 +26,7 @@ class JsonPreferencesStore final : public PreferencesStore
 public:
     explicit JsonPreferencesStore(const QString &path);
 
-    //! Writes what is pending, as flush() does.
+    //! Writes what is pending, however long that takes.
     ~JsonPreferencesStore() override;
 
     [[nodiscard]] std::optional<PreferenceValue> value(const QString &key) const override;
@@ -40,9 +41,9 @@ public:
     void remove(const QString &key) override;
     void putCopyAside() override;
 
-    //! Blocks until all changes are on disk, as far as that can be; what could not be written before is tried
-    //! again. For the end of the program.
-    void flush();
+    //! Blocks until all changes are on disk, as far as that can be, or @p limit is over; what could not be written before
+    //! is tried again. For the end of the program. Returns whether it was done in time.
+    bool flush(std::chrono::milliseconds limit);
 
 private:
     //! What the file held, what was set, or how to make it.

@@ -81,8 +81,7 @@ QCoro::Task<NotificationServer> askNotificationServer(QDBusConnection connection
 
 QCoro::Task<AuthorizationStatus> askNotificationStatus(QDBusConnection connection, std::chrono::milliseconds timeout)
 {
-    auto question = notificationCall(capabilitiesQuestion);
-    question.setAutoStartService(false);
+    const auto question = notificationCall(capabilitiesQuestion);
     const auto reply = co_await replyTo(question, connection, timeout);
     if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == capabilitiesSignature)
         co_return AuthorizationStatus::Authorized;

@@ -3,19 +3,29 @@
 
 #include "Platform/Linux/System/SessionBus.h"
 
+#include "Platform/Linux/System/BusProbe.h"
+
+#include <QFile>
 #include <QFileInfo>
 
 namespace velquarin {
 
 namespace {
 
+// A bus on the same machine answers within a millisecond or two. At the start of the program nothing runs yet that could
+// wait for a slow one; later the user does.
+constexpr std::chrono::milliseconds patienceAtFirst(1000);
+constexpr std::chrono::milliseconds patienceLater(50);
+
 // Without an address the library would start a bus of its own beside the session, on which nobody listens.
-bool isBusToBeFound()
+QByteArray busAddress()
 {
-    if (qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS"))
-        return true;
-    const auto runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !runtimeFolder.isEmpty() && QFileInfo::exists(runtimeFolder + QStringLiteral("/bus"));
+    const auto given = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    const auto runtimeFolder = qgetenv("XDG_RUNTIME_DIR");
+    const auto socket = runtimeFolder + "/bus";
+    if (!given.isEmpty() || runtimeFolder.isEmpty() || !QFileInfo::exists(QFile::decodeName(socket)))
+        return given;
+    return "unix:path=" + socket;
 }
 
 const QString localPath = QStringLiteral("/org/freedesktop/DBus/Local");
@@ -36,9 +46,16 @@ SessionBus::~SessionBus()
 
 QDBusConnection SessionBus::connection()
 {
-    if (m_name.isEmpty() && isBusToBeFound())
+    if (m_name.isEmpty() && isBusThere())
         connectToBus();
     return QDBusConnection(m_name);
+}
+
+bool SessionBus::isBusThere()
+{
+    const auto patience = m_looks++ == 0 ? patienceAtFirst : patienceLater;
+    const auto address = busAddress();
+    return !address.isEmpty() && busAnswers(address, patience);
 }
 
 // The toolkit remembers a failed connection under its name for good, so each attempt has a name of its own.

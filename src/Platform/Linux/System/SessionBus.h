@@ -30,10 +30,12 @@ Q_SIGNALS:
     void disconnected();
 
 private:
+    [[nodiscard]] bool isBusThere();
     void connectToBus();
     Q_SLOT void forgetConnection();
 
     QString m_name;
+    int m_looks = 0;
     int m_attempts = 0;
 };
 

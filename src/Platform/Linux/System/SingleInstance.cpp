@@ -4,6 +4,7 @@
 #include "Platform/Linux/System/SingleInstance.h"
 
 #include "Platform/Linux/System/SessionBus.h"
+#include "Platform/PathNames.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -11,6 +12,7 @@
 #include <QDir>
 #include <QFile>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
@@ -56,12 +58,14 @@ bool takeName(const QDBusConnection &connection)
     return !reply.isValid() || reply.value() == QDBusConnectionInterface::ServiceRegistered;
 }
 
+// One for each display: sessions of the same user side by side have a program each.
 QString lockPath()
 {
     const auto runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (!runtimeFolder.isEmpty())
-        return runtimeFolder + QStringLiteral("/velquarin.lock");
-    return QDir::tempPath() + QStringLiteral("/velquarin-%1.lock").arg(getuid());
+    const auto folder = runtimeFolder.isEmpty() ? QDir::tempPath() : runtimeFolder;
+    auto display = qEnvironmentVariable("WAYLAND_DISPLAY") + qEnvironmentVariable("DISPLAY");
+    display.replace(QLatin1Char('/'), QLatin1Char('_'));
+    return joinPath(folder, QStringLiteral("velquarin-%1-%2.lock").arg(getuid()).arg(display));
 }
 
 }  // namespace
@@ -83,30 +87,33 @@ SingleInstance::~SingleInstance()
 
 SingleInstance::Role SingleInstance::settle()
 {
-    const auto role = m_bus.connection().isConnected() ? settleOnBus() : settleByLock();
-    if (role == Role::First)
-        connect(&m_bus, &SessionBus::connected, this, &SingleInstance::takeNameAgain);
-    return role;
+    const bool isLockFree = takeLock();
+    const bool isNameFree = !m_bus.connection().isConnected() || takeNameOnBus();
+    if (!isNameFree || !isLockFree)
+        return Role::Second;
+    connect(&m_bus, &SessionBus::connected, this, &SingleInstance::takeNameAgain);
+    return Role::First;
 }
 
 // The object is there before the name is ours: whoever sees the name may call at once.
-SingleInstance::Role SingleInstance::settleOnBus()
+bool SingleInstance::takeNameOnBus()
 {
     exportObject();
     const auto connection = m_bus.connection();
     if (takeName(connection))
-        return Role::First;
+        return true;
     askFirstToShowItself(connection);
-    return Role::Second;
+    return false;
 }
 
-// The kernel drops the lock with the process, however it ends: no stale lock can keep the program from starting.
-SingleInstance::Role SingleInstance::settleByLock()
+// The kernel drops the lock with the process, however it ends: no stale lock can keep the program from starting. Where
+// the file cannot be opened, the bus alone decides.
+bool SingleInstance::takeLock()
 {
     const auto file = QFile::encodeName(lockPath());
     m_lock = open(file.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600);
     const bool isHeldByOther = m_lock >= 0 && flock(m_lock, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-    return isHeldByOther ? Role::Second : Role::First;
+    return !isHeldByOther;
 }
 
 void SingleInstance::exportObject()

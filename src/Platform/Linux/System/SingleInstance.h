@@ -12,8 +12,9 @@ namespace velquarin {
 
 class SessionBus;
 
-//! Sees to it that the program runs once a session. Where there is a session bus, the first to own the program's name on it is
-//! the one, and a second start asks it to show itself; without a bus a locked file decides.
+//! Sees to it that the program runs once a session: the first to own its name on the session bus and a locked file is
+//! the one. The file is for sessions without a bus, and for a bus that comes when the program is already there. A
+//! second start asks the first to show itself, where there is a bus to ask on.
 //! Source: Desktop Entry Specification, "D-Bus Activation"; flock(2)
 class SingleInstance : public QObject
 {
@@ -35,8 +36,8 @@ Q_SIGNALS:
 private:
     void exportObject();
     void takeNameAgain();
-    [[nodiscard]] Role settleOnBus();
-    [[nodiscard]] Role settleByLock();
+    [[nodiscard]] bool takeNameOnBus();
+    [[nodiscard]] bool takeLock();
 
     SessionBus &m_bus;
     std::unique_ptr<QObject> m_application;

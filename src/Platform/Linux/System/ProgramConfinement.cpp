@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/System/Landlock.h"
+#include "Platform/Linux/System/ProgramConfinement.h"
 
 #include <climits>
 #include <cstdint>
@@ -13,8 +13,10 @@
 #include <linux/landlock.h>
 #include <stdexcept>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
+#include <utility>
 
 namespace velquarin {
 
@@ -58,6 +60,7 @@ public:
     Descriptor &operator=(const Descriptor &) = delete;
     [[nodiscard]] bool isValid() const { return m_number >= 0; }
     [[nodiscard]] int number() const { return m_number; }
+    [[nodiscard]] int release() { return std::exchange(m_number, -1); }
 
 private:
     int m_number;
@@ -101,21 +104,18 @@ bool allow(const Descriptor &rules, const std::string &path, std::uint64_t acces
            syscall(SYS_landlock_add_rule, rules.number(), LANDLOCK_RULE_PATH_BENEATH, &attribute, 0) == 0;
 }
 
-bool enforce(const Descriptor &rules)
-{
-    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && syscall(SYS_landlock_restrict_self, rules.number(), 0) == 0;
-}
-
-bool confine(const std::string &program, const std::string &interpreter)
+// The rules' descriptor, which closes on exec, or -1.
+int makeRules(const std::string &program, const std::string &interpreter)
 {
     const auto version = landlockVersion();
     if (version < 1)
-        return false;
+        return -1;
     const auto ruleset = rulesetFor(version);
-    const Descriptor rules(syscall(SYS_landlock_create_ruleset, &ruleset, rulesetSize(version), 0));
-    return rules.isValid() && allow(rules, program, LANDLOCK_ACCESS_FS_EXECUTE) &&
-           (interpreter.empty() || allow(rules, interpreter, LANDLOCK_ACCESS_FS_EXECUTE)) &&
-           allow(rules, "/dev/null", LANDLOCK_ACCESS_FS_WRITE_FILE) && enforce(rules);
+    Descriptor rules(syscall(SYS_landlock_create_ruleset, &ruleset, rulesetSize(version), 0));
+    const bool isComplete = rules.isValid() && allow(rules, program, LANDLOCK_ACCESS_FS_EXECUTE) &&
+                            (interpreter.empty() || allow(rules, interpreter, LANDLOCK_ACCESS_FS_EXECUTE)) &&
+                            allow(rules, "/dev/null", LANDLOCK_ACCESS_FS_WRITE_FILE);
+    return isComplete ? rules.release() : -1;
 }
 
 template <typename Value>
@@ -157,13 +157,55 @@ std::string elfInterpreter(const std::string &program)
     return {};
 }
 
-bool confineThreadToProgram(const std::string &program)
+ProgramConfinement::~ProgramConfinement()
 {
+    forget();
+}
+
+void ProgramConfinement::forget()
+{
+    if (m_rules >= 0)
+        close(m_rules);
+    m_rules = -1;
+}
+
+ProgramConfinement::Identity ProgramConfinement::identityOf(const std::string &path)
+{
+    struct stat status = {};
+    if (path.empty() || stat(path.c_str(), &status) != 0)
+        return {};
+    return {status.st_dev, status.st_ino};
+}
+
+ProgramConfinement::Subject ProgramConfinement::subjectOf(const std::string &program)
+{
+    const auto interpreter = elfInterpreter(program);
+    return {program, interpreter, identityOf(program), identityOf(interpreter)};
+}
+
+bool ProgramConfinement::isCurrent(const std::string &program) const
+{
+    return m_subject && m_subject->program == program && m_subject->programIdentity == identityOf(program) &&
+           m_subject->interpreterIdentity == identityOf(m_subject->interpreter);
+}
+
+bool ProgramConfinement::prepare(const std::string &program)
+{
+    if (isCurrent(program))
+        return isPrepared();
+    forget();
     try {
-        return confine(program, elfInterpreter(program));
+        m_subject = subjectOf(program);
+        m_rules = makeRules(program, m_subject->interpreter);
     } catch (const std::runtime_error &) {
-        return false;
+        m_subject = Subject{program, {}, identityOf(program), {}};
     }
+    return isPrepared();
+}
+
+bool ProgramConfinement::enforce() const
+{
+    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && syscall(SYS_landlock_restrict_self, m_rules, 0) == 0;
 }
 
 }  // namespace velquarin

@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArrayView>
+
+namespace velquarin {
+
+//! Opens those of standard input, output and error that whoever started the program has closed, on /dev/null: the next
+//! file that the program opens would take their place, and be written to. To be called first of all.
+void openStandardDescriptors();
+
+//! Writes bytes to a descriptor without ever waiting for its reader: what nobody takes is lost. The process must ignore
+//! SIGPIPE.
+//! Source: write(2), poll(2), pipe(7)
+void writeWithoutWaiting(int descriptor, QByteArrayView bytes);
+
+}  // namespace velquarin
