@@ -90,7 +90,8 @@ private Q_SLOTS:
     void theNewestActivityComesFirst();
     void repositoriesWithTheSameDateKeepTheirOrder();
     void oldCommitsOutsideTheReadingDoNotCount();
-    void theOrderOfQuestionsIsFixed();
+    void theQuestionsOfARefreshAreFixed_data();
+    void theQuestionsOfARefreshAreFixed();
     void theOrderOfAnnouncementsIsFixed();
     void theOrderOfAnnouncementsWithoutRepositoriesIsFixed();
     void aRefreshDuringARefreshDoesNothing();
@@ -225,18 +226,56 @@ void TestStreakManager::oldCommitsOutsideTheReadingDoNotCount()
     QCOMPARE(engine.manager.longestStreak(), 1);
 }
 
-void TestStreakManager::theOrderOfQuestionsIsFixed()
+void TestStreakManager::theQuestionsOfARefreshAreFixed_data()
 {
+    QTest::addColumn<QByteArray>("remote");
+    QTest::addColumn<QByteArray>("main");
+    QTest::addColumn<QByteArray>("master");
+    QTest::addColumn<QString>("branch");
+    QTest::addColumn<int>("lookups");
+    QTest::newRow("the remote's default branch")
+        << QByteArray("origin/dev/trunk\n") << QByteArray() << QByteArray() << QStringLiteral("dev/trunk") << 1;
+    QTest::newRow("a local main") << QByteArray() << QByteArray("* main\n") << QByteArray() << QStringLiteral("main")
+                                  << 2;
+    QTest::newRow("a local master") << QByteArray() << QByteArray() << QByteArray("  master\n")
+                                    << QStringLiteral("master") << 3;
+    QTest::newRow("what is checked out") << QByteArray() << QByteArray() << QByteArray() << QStringLiteral("HEAD") << 3;
+}
+
+void TestStreakManager::theQuestionsOfARefreshAreFixed()
+{
+    QFETCH(QByteArray, remote);
+    QFETCH(QByteArray, main);
+    QFETCH(QByteArray, master);
+    QFETCH(QString, branch);
+    QFETCH(int, lookups);
+    const auto words = [](const char *text) { return QString::fromLatin1(text).split(u' '); };
+    const auto log = [&](const char *since) {
+        return QStringList{QStringLiteral("log"), branch} + words("--format=%ad --date=short") +
+               QStringList{QLatin1String(since), QStringLiteral("--until=2026-11-21")};
+    };
+    const QList<QStringList> lookup = QList{words("symbolic-ref refs/remotes/origin/HEAD --short"),
+                                            words("branch --list main"), words("branch --list master")}
+                                          .mid(0, lookups);
+    const QStringList last{QStringLiteral("log"), branch, QStringLiteral("-1"), QStringLiteral("--format=%aI")};
+    using Commands = QList<QStringList>;
+    const auto expected = Commands({words("rev-parse --git-dir")}) + lookup + Commands({log("--since=2026-11-14")}) +
+                          lookup + Commands({log("--since=2024-11-20")}) + lookup + Commands({last});
+
     Engine engine;
-    engine.track(first, {}, {}, {});
-    const auto head = QStringLiteral("symbolic-ref refs/remotes/origin/HEAD --short");
-    const auto main = QStringLiteral("branch --list main");
-    const auto master = QStringLiteral("branch --list master");
-    const auto check = QStringLiteral("rev-parse --git-dir");
-    const auto last = QStringLiteral("log HEAD -1 --format=%aI");
+    engine.settings.addRepository(first, false);
+    engine.runner.answer(QStringLiteral("symbolic-ref refs/remotes/origin/HEAD --short"), remote);
+    engine.runner.answer(QStringLiteral("branch --list main"), main);
+    engine.runner.answer(QStringLiteral("branch --list master"), master);
+    for (const auto &command : expected) {
+        if (command.constFirst() != QStringLiteral("symbolic-ref") && command.constFirst() != QStringLiteral("branch"))
+            engine.runner.answer(command.join(u' '), {});
+    }
     engine.refresh();
-    QCOMPARE(engine.runner.commands(), (QStringList{check, head, main, master, engine.logSince(-6), head, main, master,
-                                                    engine.logSince(-730), head, main, master, last}));
+    QList<QStringList> asked;
+    for (const auto &request : engine.runner.requests())
+        asked << request.arguments;
+    QCOMPARE(asked, expected);
 }
 
 void TestStreakManager::theOrderOfAnnouncementsIsFixed()
