@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Attack.h"
+
+namespace velquarin::test {
+
+namespace {
+
+const Figures withSignedCommit{QStringLiteral("main"), 4, 5, QStringLiteral("2024-03-07T11:00:00Z")};
+const QByteArray showSignatures = "[log]\nshowSignature = true\n[gpg]\nprogram = PROGRAM";
+
+std::function<void(HostileRepository &)> signature(const char *kind, const char *settings)
+{
+    return [=](HostileRepository &repository) {
+        repository.addSignedCommit(kind);
+        repository.configure(QByteArray("[log]\nshowSignature = true\n") + settings);
+    };
+}
+
+void hideInInclude(HostileRepository &repository)
+{
+    repository.addSignedCommit("PGP SIGNATURE");
+    repository.configure("[include]\npath = extra");
+    repository.configure(showSignatures, QStringLiteral(".git/extra"));
+}
+
+void hideInConditionalInclude(HostileRepository &repository)
+{
+    repository.addSignedCommit("PGP SIGNATURE");
+    repository.configure("[includeIf \"onbranch:main\"]\npath = extra");
+    repository.configure(showSignatures, QStringLiteral(".git/extra"));
+}
+
+void hideInWorktreeConfiguration(HostileRepository &repository)
+{
+    repository.addSignedCommit("PGP SIGNATURE");
+    repository.configure("[core]\nrepositoryFormatVersion = 1\n[extensions]\nworktreeConfig = true");
+    repository.configure(showSignatures, QStringLiteral(".git/config.worktree"));
+}
+
+void moveRepository(HostileRepository &repository)
+{
+    repository.addSignedCommit("PGP SIGNATURE");
+    repository.configure(showSignatures);
+    if (!QDir(repository.path()).rename(QStringLiteral(".git"), QStringLiteral("elsewhere")))
+        throw std::runtime_error("cannot move the repository");
+}
+
+void hideInCommonFolder(HostileRepository &repository)
+{
+    moveRepository(repository);
+    repository.write(QStringLiteral(".git/HEAD"), "ref: refs/heads/main\n");
+    repository.write(QStringLiteral(".git/commondir"), "../elsewhere\n");
+}
+
+void hideBehindGitFile(HostileRepository &repository)
+{
+    moveRepository(repository);
+    repository.write(QStringLiteral(".git"), "gitdir: elsewhere\n");
+}
+
+// The files of a repository among those of a plain folder, as a clone can deliver them.
+void beABareRepository(HostileRepository &repository)
+{
+    moveRepository(repository);
+    const QDir from(repository.file(QStringLiteral("elsewhere")));
+    const auto names = from.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    for (const auto &name : names) {
+        if (!QFile::rename(from.filePath(name), repository.file(name)))
+            throw std::runtime_error("cannot move a file");
+    }
+}
+
+std::function<void(HostileRepository &)> setting(const char *text)
+{
+    return [=](HostileRepository &repository) { repository.configure(text); };
+}
+
+}  // namespace
+
+QList<Attack> configurationAttacks()
+{
+    using enum Harm;
+    return {
+        {"a program that checks signatures", ProgramRuns, signature("PGP SIGNATURE", "[gpg]\nprogram = PROGRAM"),
+         withSignedCommit},
+        {"a program that checks signatures of OpenPGP", ProgramRuns,
+         signature("PGP SIGNATURE", "[gpg \"openpgp\"]\nprogram = PROGRAM"), withSignedCommit},
+        {"a program that checks signatures of X.509", ProgramRuns,
+         signature("SIGNED MESSAGE", "[gpg \"x509\"]\nprogram = PROGRAM"), withSignedCommit},
+        {"a program that checks signatures of SSH", ProgramRuns,
+         signature("SSH SIGNATURE", "[gpg \"ssh\"]\nprogram = PROGRAM\nallowedSignersFile = PROGRAM"),
+         withSignedCommit},
+        {"a program named in an included file", ProgramRuns, hideInInclude, withSignedCommit},
+        {"a program named in a file included for one branch", ProgramRuns, hideInConditionalInclude, withSignedCommit},
+        {"a program named in the work tree's own configuration", ProgramRuns, hideInWorktreeConfiguration,
+         withSignedCommit},
+        {"a program named in a common folder elsewhere", ProgramRuns, hideInCommonFolder, withSignedCommit},
+        {"a program named behind a .git file", ProgramRuns, hideBehindGitFile, withSignedCommit},
+        {"a program named in a bare repository", ProgramRuns, beABareRepository, withSignedCommit},
+        {"output in UTF-16", OutputChanges, setting("[i18n]\nlogOutputEncoding = UTF-16")},
+        {"colours everywhere", OutputChanges, setting("[color]\nui = always")},
+        {"colours in the list of branches", OutputChanges, setting("[color]\nbranch = always")},
+    };
+}
+
+QList<Attack> idleThreats()
+{
+    using enum Harm;
+    return {
+        {"aliases named like the commands", ProgramRuns,
+         setting("[alias]\nlog = !PROGRAM\nbranch = !PROGRAM\nsymbolic-ref = !PROGRAM\nrev-parse = !PROGRAM")},
+        {"pagers", ProgramRuns, setting("[core]\npager = PROGRAM\n[pager]\nlog = PROGRAM\nbranch = PROGRAM")},
+        {"hooks", ProgramRuns,
+         [](HostileRepository &repository) {
+             for (const char *name : {"reference-transaction", "post-index-change", "post-checkout", "pre-auto-gc"})
+                 repository.makeProgram(repository.file(QStringLiteral(".git/hooks/") + QLatin1String(name)));
+         }},
+        {"a file system monitor", ProgramRuns, setting("[core]\nfsmonitor = PROGRAM")},
+        {"a command that lists the refs of alternates", ProgramRuns, setting("[core]\nalternateRefsCommand = PROGRAM")},
+        {"an external diff and an editor", ProgramRuns,
+         setting("[diff]\nexternal = PROGRAM\n[core]\neditor = PROGRAM")},
+        {"a format and a style of dates", OutputChanges, setting("[format]\npretty = %H\n[log]\ndate = relative")},
+        {"decorations and notes", OutputChanges,
+         setting("[log]\ndecorate = full\n[notes]\ndisplayRef = refs/heads/main")},
+    };
+}
+
+}  // namespace velquarin::test

@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Attack.h"
+
+#include "Platform/Linux/System/ChildProcessRunner.h"
+#include "Platform/Linux/System/Landlock.h"
+#include "Platform/Linux/System/PosixFileTree.h"
+#include "Services/GitService.h"
+#include "support/Await.h"
+#include "support/FakeClock.h"
+#include "support/NaiveReader.h"
+
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <atomic>
+#include <optional>
+#include <thread>
+
+namespace velquarin::test {
+
+enum class Confinement { Wanted, Missing };
+
+//! The real runner, on a system that has, or has not, the means to confine a thread.
+class SystemRunner : public ChildProcessRunner
+{
+public:
+    explicit SystemRunner(Confinement confinement)
+        : m_confinement(confinement)
+    {
+    }
+
+    bool confineThisThread(const QString &program) override
+    {
+        return m_confinement == Confinement::Wanted && ChildProcessRunner::confineThisThread(program);
+    }
+
+private:
+    Confinement m_confinement;
+};
+
+//! The service over real git at noon of 2024-03-07, at Greenwich.
+struct SystemService
+{
+    explicit SystemService(Confinement confinement)
+        : runner(confinement)
+    {
+    }
+
+    SystemRunner runner;
+    PosixFileTree files;
+    FakeClock clock{instant("2024-03-07T12:00:00Z")};
+    GitService git{runner, files, clock};
+};
+
+//! Whether this kernel can confine a thread at all; tried on a thread that ends at once.
+inline bool canConfine()
+{
+    bool isConfined = false;
+    std::thread([&isConfined] { isConfined = confineThreadToProgram("/usr/bin/git"); }).join();
+    return isConfined;
+}
+
+//! The answer, or nothing where none has come after a while that is much longer than git takes.
+template <typename Result>
+std::optional<Result> answerOf(QFuture<Result> future)
+{
+    constexpr int patience = 20000;
+    const QDeadlineTimer deadline(patience);
+    QTimer alarm;
+    alarm.start(patience);
+    while (!future.isFinished() && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return future.isFinished() ? std::optional(future.result()) : std::nullopt;
+}
+
+inline QString isoText(std::optional<Instant> moment)
+{
+    return moment ? QDateTime::fromMSecsSinceEpoch(moment->time_since_epoch().count(), Qt::UTC).toString(Qt::ISODate)
+                  : QString();
+}
+
+//! What a refresh asks of a repository; nothing where git hangs.
+inline std::optional<Figures> figuresOf(SystemService &service, const QString &path)
+{
+    const auto isRepository = answerOf(service.git.isGitRepository(path));
+    const auto branch = answerOf(service.git.getDefaultBranch(path));
+    const auto week = answerOf(service.git.getCommitHistory(path, 7));
+    const auto commits = answerOf(service.git.getCommits(path, instant("2022-03-08T00:00:00Z"), service.clock.now()));
+    const auto last = answerOf(service.git.getLastCommitDate(path));
+    if (!isRepository || !branch || !week || !commits || !last)
+        return std::nullopt;
+    Figures figures{*branch, 0, commits->size(), isoText(*last)};
+    for (const auto &[day, count] : *week)
+        figures.week += count;
+    return figures;
+}
+
+//! A reading without precautions, on a thread that is confined all the same.
+inline NaiveReading confinedNaiveReading(const QString &path)
+{
+    NaiveReading reading;
+    std::thread([&] {
+        if (confineThreadToProgram("/usr/bin/git"))
+            reading = NaiveReader::read(path);
+    }).join();
+    return reading;
+}
+
+}  // namespace velquarin::test

@@ -1,0 +1,231 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "hostile/Readings.h"
+#include "support/Strict.h"
+
+#include <QTest>
+
+#include <algorithm>
+#include <fcntl.h>
+#include <sys/resource.h>
+
+using namespace velquarin;
+using namespace velquarin::test;
+using namespace std::chrono_literals;
+
+namespace velquarin::test {
+
+inline char *toString(const Figures &figures)
+{
+    return qstrdup(QStringLiteral("%1: %2 this week, %3 in two years, last \"%4\"")
+                       .arg(figures.branch)
+                       .arg(figures.week)
+                       .arg(figures.twoYears)
+                       .arg(figures.last)
+                       .toUtf8()
+                       .constData());
+}
+
+}  // namespace velquarin::test
+
+namespace {
+
+QList<Attack> allAttacks()
+{
+    return referenceAttacks() + configurationAttacks() + fetchAttacks() + fileAttacks() + environmentAttacks();
+}
+
+Attack named(const char *name)
+{
+    const auto attacks = allAttacks() + idleThreats();
+    const auto found = std::ranges::find(attacks, QLatin1String(name),
+                                         [](const Attack &attack) { return QLatin1String(attack.name); });
+    return found == attacks.end() ? Attack{"", Harm::Hangs, nullptr} : *found;
+}
+
+void addRows(const QList<Attack> &attacks)
+{
+    QTest::addColumn<int>("unused");
+    for (const auto &attack : attacks)
+        QTest::newRow(attack.name) << 0;
+}
+
+bool leavesTraces(Harm harm)
+{
+    return harm == Harm::ProgramRuns || harm == Harm::FileChanges || harm == Harm::NetworkIsReached;
+}
+
+const NaiveReading &harmlessReading()
+{
+    static const auto reading = NaiveReader::read(HostileRepository().path());
+    return reading;
+}
+
+// What a reading did to its surroundings, and what became of it.
+bool hasHappened(Harm harm, const HostileRepository &repository, const FileSnapshot &before,
+                 const NaiveReading &reading)
+{
+    switch (harm) {
+    case Harm::ProgramRuns:
+        return repository.programWasRun();
+    case Harm::FileChanges:
+        return repository.snapshot() != before;
+    case Harm::NetworkIsReached:
+        return repository.networkWasReached();
+    case Harm::OutputChanges:
+        return !reading.hung && !reading.crashed && reading.outputs != harmlessReading().outputs;
+    case Harm::Hangs:
+        return reading.hung;
+    case Harm::Crashes:
+        return reading.crashed;
+    }
+    return false;
+}
+
+void serviceIsNotHarmed(const Attack &attack, Confinement confinement)
+{
+    HostileRepository repository;
+    attack.prepare(repository);
+    const auto before = repository.snapshot();
+    SystemService service(confinement);
+    const auto figures = figuresOf(service, repository.path());
+    QVERIFY2(figures, "git hangs");
+    QVERIFY2(!repository.programWasRun(), "a program was run");
+    QVERIFY2(!repository.networkWasReached(), "the network was reached");
+    const auto difference = firstDifference(before, repository.snapshot());
+    QVERIFY2(difference.isEmpty(), difference.constData());
+    QCOMPARE(*figures, attack.figures);
+}
+
+// The other end of a fifo that somebody reads, or wants to; -1 while nobody does.
+int otherEnd(const QString &fifo)
+{
+    return open(QFile::encodeName(fifo).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+}
+
+}  // namespace
+
+class TestHostile : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarning(); }
+    void whoeverTakesNoPrecautionsIsHarmedBy_data() { addRows(allAttacks()); }
+    void whoeverTakesNoPrecautionsIsHarmedBy();
+    void theConfinedServiceIsNotHarmedBy_data() { addRows(allAttacks()); }
+    void theConfinedServiceIsNotHarmedBy();
+    void theServiceThatCannotBeConfinedIsNotHarmedBy_data() { addRows(allAttacks()); }
+    void theServiceThatCannotBeConfinedIsNotHarmedBy();
+    void confinementAloneIsEnoughAgainst_data();
+    void confinementAloneIsEnoughAgainst();
+    void nobodyIsHarmedBy_data() { addRows(idleThreats()); }
+    void nobodyIsHarmedBy();
+    void anEndlessBranchEndsAtTheLimitOfMemory();
+    void whereGitCannotButHangTheServiceEndsAtOnce_data();
+    void whereGitCannotButHangTheServiceEndsAtOnce();
+};
+
+void TestHostile::whoeverTakesNoPrecautionsIsHarmedBy()
+{
+    const auto attack = named(QTest::currentDataTag());
+    HostileRepository repository;
+    attack.prepare(repository);
+    const auto before = repository.snapshot();
+    const auto reading = NaiveReader::read(repository.path());
+    QVERIFY(hasHappened(attack.harm, repository, before, reading));
+}
+
+void TestHostile::theConfinedServiceIsNotHarmedBy()
+{
+    if (!canConfine())
+        QSKIP("This kernel cannot confine a thread.");
+    serviceIsNotHarmed(named(QTest::currentDataTag()), Confinement::Wanted);
+}
+
+void TestHostile::theServiceThatCannotBeConfinedIsNotHarmedBy()
+{
+    serviceIsNotHarmed(named(QTest::currentDataTag()), Confinement::Missing);
+}
+
+void TestHostile::confinementAloneIsEnoughAgainst_data()
+{
+    QList<Attack> attacks;
+    for (const auto &attack : allAttacks()) {
+        if (leavesTraces(attack.harm))
+            attacks << attack;
+    }
+    addRows(attacks);
+}
+
+// The clean environment is the second wall; this is the first one by itself.
+void TestHostile::confinementAloneIsEnoughAgainst()
+{
+    if (!canConfine())
+        QSKIP("This kernel cannot confine a thread.");
+    const auto attack = named(QTest::currentDataTag());
+    HostileRepository repository;
+    attack.prepare(repository);
+    const auto before = repository.snapshot();
+    const auto reading = confinedNaiveReading(repository.path());
+    QVERIFY(!reading.outputs.isEmpty());
+    QVERIFY(!hasHappened(attack.harm, repository, before, reading));
+    const auto difference = firstDifference(before, repository.snapshot());
+    QVERIFY2(difference.isEmpty(), difference.constData());
+}
+
+void TestHostile::nobodyIsHarmedBy()
+{
+    const auto threat = named(QTest::currentDataTag());
+    HostileRepository repository;
+    threat.prepare(repository);
+    const auto before = repository.snapshot();
+    const auto reading = NaiveReader::read(repository.path());
+    QVERIFY(!repository.programWasRun());
+    QCOMPARE(reading.outputs, harmlessReading().outputs);
+    QVERIFY(repository.snapshot() == before);
+    serviceIsNotHarmed(threat, Confinement::Missing);
+}
+
+void TestHostile::anEndlessBranchEndsAtTheLimitOfMemory()
+{
+    HostileRepository repository;
+    const auto branch = repository.file(QStringLiteral(".git/refs/heads/main"));
+    QVERIFY(QFile::remove(branch) && QFile::link(QStringLiteral("/dev/zero"), branch));
+    QVERIFY(NaiveReader::read(repository.path()).ateMemory);
+    SystemService service(Confinement::Wanted);
+    QCOMPARE(answerOf(service.git.getDefaultBranch(repository.path())), std::optional(QStringLiteral("HEAD")));
+    rusage usage{};
+    QCOMPARE(getrusage(RUSAGE_CHILDREN, &usage), 0);
+    constexpr long limitInKilobytes = 2L * 1024 * 1024;
+    QVERIFY(usage.ru_maxrss <= limitInKilobytes + 64L * 1024);
+}
+
+void TestHostile::whereGitCannotButHangTheServiceEndsAtOnce_data()
+{
+    QTest::addColumn<QString>("fifo");
+    for (const char *name : {".git/HEAD", ".git/config", ".git/packed-refs", ".git/refs/heads/main",
+                             ".git/objects/info/alternates", ".git/info/grafts", ".git/shallow", ".git/commondir"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+// No setting keeps git from reading these, and there is no limit on time.
+void TestHostile::whereGitCannotButHangTheServiceEndsAtOnce()
+{
+    QFETCH(QString, fifo);
+    HostileRepository repository;
+    repository.makeFifo(fifo);
+    SystemService service(Confinement::Wanted);
+    const auto hanging = service.git.getLastCommitDate(repository.path());
+    int end = -1;
+    QTRY_VERIFY((end = otherEnd(repository.file(fifo))) >= 0);
+    QVERIFY(!hanging.isFinished());
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QVERIFY(service.git.stop(5s));
+    QVERIFY(elapsed.elapsed() < 1000);
+    close(end);
+}
+
+QTEST_GUILESS_MAIN(TestHostile)
+#include "tst_hostile.moc"

@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QList>
+#include <QProcess>
+#include <QString>
+#include <QStringList>
+
+#include <csignal>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace velquarin::test {
+
+//! What came of reading a repository the way that comes to mind first.
+struct NaiveReading
+{
+    QList<QByteArray> outputs;  //!< of each command, in order, up to the one that had to be killed
+    bool hung = false;
+    bool crashed = false;
+    bool ateMemory = false;
+};
+
+//! Asks git the same questions in the same words as the program does, with the environment as it is and with no
+//! precaution but the test's own: what does not end in three seconds, or takes a quarter of a gigabyte, is killed.
+class NaiveReader
+{
+public:
+    //! The days of @p folder that are asked for end with 2024-03-07.
+    static NaiveReading read(const QString &folder)
+    {
+        NaiveReader reader(folder);
+        reader.run("rev-parse --git-dir");
+        const auto branch = reader.branch();
+        reader.log(branch, "--format=%ad --date=short --since=2024-03-01 --until=2024-03-08");
+        reader.log(branch, "--format=%ad --date=short --since=2022-03-08 --until=2024-03-08");
+        reader.log(branch, "-1 --format=%aI");
+        return reader.m_reading;
+    }
+
+private:
+    explicit NaiveReader(QString folder)
+        : m_folder(std::move(folder))
+    {
+    }
+
+    QString branch()
+    {
+        auto remote = QString::fromUtf8(run("symbolic-ref refs/remotes/origin/HEAD --short")).trimmed();
+        if (!remote.isEmpty())
+            return remote.remove(QLatin1String("origin/"));
+        for (const char *name : {"main", "master"}) {
+            if (!run(QByteArray("branch --list ") + name).trimmed().isEmpty())
+                return QLatin1String(name);
+        }
+        return QStringLiteral("HEAD");
+    }
+
+    void log(const QString &branch, const char *options)
+    {
+        run(QStringList{QStringLiteral("log"), branch} + QString::fromLatin1(options).split(u' '));
+    }
+
+    QByteArray run(const QByteArray &command) { return run(QString::fromLatin1(command).split(u' ')); }
+
+    QByteArray run(const QStringList &arguments)
+    {
+        if (m_reading.hung || m_reading.ateMemory)
+            return {};
+        QProcess git;
+        git.setWorkingDirectory(m_folder);
+        git.setStandardErrorFile(QProcess::nullDevice());
+        git.setChildProcessModifier(prepareToBeKilled);
+        git.start(QStringLiteral("/usr/bin/git"), arguments);
+        git.waitForStarted(-1);
+        watch(git);
+        const auto output = git.readAllStandardOutput();
+        m_reading.outputs << output;
+        return output;
+    }
+
+    void watch(QProcess &git)
+    {
+        constexpr int patience = 3000;
+        constexpr qint64 appetite = 256 * 1024;
+        QElapsedTimer elapsed;
+        elapsed.start();
+        while (!git.waitForFinished(20) && git.state() != QProcess::NotRunning) {
+            m_reading.hung = elapsed.hasExpired(patience);
+            m_reading.ateMemory = kilobytesOf(git.processId()) > appetite;
+            if (m_reading.hung || m_reading.ateMemory) {
+                kill(-pid_t(git.processId()), SIGKILL);
+                git.waitForFinished(-1);
+                return;
+            }
+        }
+        m_reading.crashed = m_reading.crashed || git.exitStatus() == QProcess::CrashExit;
+    }
+
+    //! Source: proc(5), VmRSS
+    static qint64 kilobytesOf(qint64 process)
+    {
+        QFile status(QStringLiteral("/proc/%1/status").arg(process));
+        if (!status.open(QIODevice::ReadOnly))
+            return 0;
+        const auto text = status.readAll();
+        const auto start = text.indexOf("VmRSS:");
+        return start < 0 ? 0 : text.mid(start + 6, text.indexOf("kB", start) - start - 6).trimmed().toLongLong();
+    }
+
+    static void prepareToBeKilled()
+    {
+        setpgid(0, 0);
+        const rlimit none{0, 0};
+        setrlimit(RLIMIT_CORE, &none);
+    }
+
+    QString m_folder;
+    NaiveReading m_reading;
+};
+
+}  // namespace velquarin::test
