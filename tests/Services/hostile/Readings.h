@@ -86,16 +86,22 @@ inline QString isoText(std::optional<Instant> moment)
 //! What a refresh asks of a repository; nothing where git hangs.
 inline std::optional<Figures> figuresOf(SystemService &service, const QString &path)
 {
-    const auto isRepository = answerOf(service.git.isGitRepository(path));
+    Figures figures{{}, 0, 0, {}};
     const auto branch = answerOf(service.git.getDefaultBranch(path));
+    if (!branch || !answerOf(service.git.isGitRepository(path)))
+        return std::nullopt;
+    figures.branch = *branch;
+    const auto last = answerOf(service.git.getLastCommitDate(path));
+    if (!last)
+        return std::nullopt;
+    figures.last = isoText(*last);
     const auto week = answerOf(service.git.getCommitHistory(path, 7));
     const auto commits = answerOf(service.git.getCommits(path, instant("2022-03-08T00:00:00Z"), service.clock.now()));
-    const auto last = answerOf(service.git.getLastCommitDate(path));
-    if (!isRepository || !branch || !week || !commits || !last)
+    if (!week || !commits)
         return std::nullopt;
-    Figures figures{*branch, 0, commits->size(), isoText(*last)};
     for (const auto &[day, count] : *week)
         figures.week += count;
+    figures.twoYears = commits->size();
     return figures;
 }
 

@@ -1,0 +1,97 @@
+#!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""Compares the engine's figures with those of the reference over random histories.
+
+compare.py FIGURES [--histories N] [--seed S]    FIGURES is the program that refreshes the engine
+compare.py FIGURES --selftest                    takes the newest commit from the reference: it has to find fault
+"""
+
+import argparse
+import json
+import subprocess
+import sys
+import tempfile
+import time
+from datetime import datetime, timezone
+
+import histories
+import reference
+
+
+def differences(ours, theirs):
+    for name, expected in theirs.items():
+        if ours[name] != expected:
+            yield f"  {name}: the engine says {ours[name]},\n    the reference {expected}"
+
+
+def without_newest(repository):
+    return reference.history(repository)[1:]
+
+
+class Engine:
+    """The engine's program, asked one task after another."""
+
+    def __init__(self, program):
+        self.process = subprocess.Popen([program], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
+                                        env=histories.ENVIRONMENT)
+
+    def ask(self, task):
+        print(json.dumps(task), file=self.process.stdin, flush=True)
+        return json.loads(self.process.stdout.readline())
+
+    def end(self):
+        self.process.stdin.close()
+        return self.process.wait()
+
+
+def compare(engine, writer, number, read):
+    """The history, the reference's figures, and the lines that tell in what the engine differs."""
+    wall_clock = datetime.now(timezone.utc)
+    history = writer.write(number, wall_clock)
+    ours = engine.ask(history.task())
+    theirs = reference.figures(history.repositories, reference.Place(history.zone), history.now, wall_clock, read)
+    return history, theirs, list(differences(ours, theirs))
+
+
+def report(history, lines):
+    print(f"history {history.number}: {history.zone} at {history.now}, {history.commits} commits in "
+          f"{len(history.repositories)} repositories\n" + "\n".join(lines))
+
+
+def compare_all(options, folder):
+    engine, writer = Engine(options.figures), histories.Writer(folder, options.seed)
+    read = without_newest if options.selftest else reference.history
+    commits = streaks = faults = 0
+    for number in range(options.histories):
+        history, theirs, lines = compare(engine, writer, number, read)
+        commits += history.commits
+        streaks += theirs["currentStreak"] > 0
+        faults += bool(lines)
+        if lines and not options.selftest and faults <= 5:
+            report(history, lines)
+    if engine.end() != 0:
+        sys.exit("the engine's program failed")
+    print(f"seed {options.seed}: {options.histories} histories with {commits} commits, {streaks} with a running streak; "
+          f"{faults} differ")
+    if streaks < options.histories / 3:
+        sys.exit("these histories are too dull to prove anything")
+    return faults
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("figures")
+    parser.add_argument("--histories", type=int, default=220)
+    parser.add_argument("--seed", default="1")
+    parser.add_argument("--selftest", action="store_true")
+    options = parser.parse_args()
+    start = time.monotonic()
+    with tempfile.TemporaryDirectory() as folder:
+        faults = compare_all(options, folder)
+    print(f"{time.monotonic() - start:.1f} s")
+    sys.exit(0 if bool(faults) == options.selftest else 1)
+
+
+if __name__ == "__main__":
+    main()

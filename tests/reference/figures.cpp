@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+// Refreshes the real engine over real repositories. Each line of standard input is a task,
+//     {"zone": "Europe/Berlin", "now": <ms>, "repositories": ["/path", ...]}
+// and is answered with a line of all the figures that the refresh published. Moments and days are milliseconds.
+
+#include "Models/AppSettings.h"
+#include "Platform/Linux/System/ChildProcessRunner.h"
+#include "Platform/Linux/System/PosixFileTree.h"
+#include "Services/GitService.h"
+#include "Services/NotificationService.h"
+#include "Services/StreakManager.h"
+#include "support/Await.h"
+#include "support/FakeClock.h"
+#include "support/FakeTimers.h"
+#include "support/MemoryPreferences.h"
+#include "support/RecordingNotificationCenter.h"
+#include "support/RecordingOutput.h"
+
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <iostream>
+#include <string>
+
+using namespace velquarin;
+using namespace velquarin::test;
+
+namespace {
+
+struct World
+{
+    explicit World(Instant now, const char *zone)
+        : clock(now, zone)
+    {
+    }
+
+    ChildProcessRunner runner;
+    PosixFileTree files;
+    FakeClock clock;
+    FakeTimers timers;
+    MemoryPreferences preferences;
+    RecordingOutput output;
+    RecordingNotificationCenter center;
+    GitService git{runner, files, clock};
+    AppSettings settings{preferences};
+    NotificationService notifications{center, preferences, clock, timers, output};
+    StreakManager manager{git, settings, notifications, clock, timers, output};
+};
+
+QJsonValue milliseconds(std::optional<Instant> moment)
+{
+    return moment ? QJsonValue(qint64(moment->time_since_epoch().count())) : QJsonValue();
+}
+
+QJsonArray week(const QList<CommitDay> &days)
+{
+    QJsonArray array;
+    for (const auto &day : days)
+        array.append(QJsonArray{milliseconds(day.date), day.commitCount});
+    return array;
+}
+
+QJsonArray year(const DayCounts &history)
+{
+    QJsonArray array;
+    for (const auto &[day, count] : history)
+        array.append(QJsonArray{milliseconds(day), count});
+    return array;
+}
+
+QJsonArray repositories(const QList<RepositoryStats> &stats)
+{
+    QJsonArray array;
+    for (const auto &repository : stats)
+        array.append(QJsonArray{repository.path, repository.todayCommits, repository.weekCommits,
+                                milliseconds(repository.lastCommitDate)});
+    return array;
+}
+
+QJsonObject figuresOf(const StreakManager &manager)
+{
+    return {
+        {QStringLiteral("currentStreak"), manager.currentStreak()},
+        {QStringLiteral("longestStreak"), manager.longestStreak()},
+        {QStringLiteral("hasCommittedToday"), manager.hasCommittedToday()},
+        {QStringLiteral("totalCommitsThisWeek"), manager.totalCommitsThisWeek()},
+        {QStringLiteral("commitHistory"), week(manager.commitHistory())},
+        {QStringLiteral("yearHistory"), year(manager.yearHistory())},
+        {QStringLiteral("repositoryStats"), repositories(manager.repositoryStats())},
+    };
+}
+
+QJsonObject answer(const QJsonObject &task)
+{
+    const auto zone = task.value(QStringLiteral("zone")).toString().toLatin1();
+    qputenv("TZ", zone);  // git's zone is that of the process
+    World world(Instant(std::chrono::milliseconds(task.value(QStringLiteral("now")).toInteger())), zone.constData());
+    const auto paths = task.value(QStringLiteral("repositories")).toArray();
+    for (const auto &path : paths)
+        world.settings.addRepository(path.toString(), false);
+    await(world.manager.refresh());
+    return figuresOf(world.manager);
+}
+
+}  // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    for (std::string line; std::getline(std::cin, line);) {
+        const auto task = QJsonDocument::fromJson(QByteArray::fromStdString(line)).object();
+        std::cout << QJsonDocument(answer(task)).toJson(QJsonDocument::Compact).constData() << std::endl;
+    }
+}

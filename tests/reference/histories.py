@@ -1,0 +1,174 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""Random histories: a zone, a moment, and one to four repositories with commits around it."""
+
+import os
+import pathlib
+import random
+import shutil
+import subprocess
+from dataclasses import dataclass
+from datetime import date, datetime, timedelta, timezone
+
+import reference
+
+UTC = timezone.utc
+ENVIRONMENT = {"PATH": "/usr/bin:/bin", "HOME": "/nonexistent", "GIT_CONFIG_SYSTEM": "/dev/null"}
+
+# Days on which calendars are put to the test: clocks change, also at midnight; a day is left out or has 23 1/2 hours.
+ANCHORS = [
+    ("UTC", date(2024, 3, 1)),
+    ("UTC", date(2024, 1, 1)),
+    ("America/New_York", date(2024, 3, 10)),
+    ("America/New_York", date(2024, 11, 3)),
+    ("Asia/Kolkata", date(2023, 8, 15)),
+    ("Pacific/Kiritimati", date(2024, 7, 1)),
+    ("Pacific/Kiritimati", date(1995, 1, 1)),
+    ("America/Sao_Paulo", date(2018, 11, 4)),
+    ("America/Sao_Paulo", date(2018, 2, 18)),
+    ("America/Havana", date(2024, 3, 10)),
+    ("America/Havana", date(2024, 11, 3)),
+    ("Pacific/Apia", date(2011, 12, 30)),
+    ("Pacific/Apia", date(2013, 12, 29)),  # two years after the day that was left out
+    ("Europe/Berlin", date(2024, 3, 31)),
+    ("Europe/Berlin", date(2024, 10, 27)),
+    ("Australia/Lord_Howe", date(2024, 4, 7)),
+    ("Australia/Lord_Howe", date(2024, 10, 6)),
+]
+
+OFFSETS = ["+0000", "-0000", "+0100", "-0500", "-0330", "-0930", "+0530", "+0545", "+0845", "+1030", "+1245", "+1400",
+           "-1100", "-1200", "+0017", "-0001"]
+TIMES = [(0, 0, 0), (0, 0, 1), (0, 30, 0), (1, 0, 0), (11, 59, 59), (22, 30, 0), (23, 30, 0), (23, 59, 59)]
+
+
+@dataclass
+class History:
+    number: int
+    zone: str
+    now: datetime
+    repositories: list
+    commits: int
+
+    def task(self):
+        return {"zone": self.zone, "now": reference.milliseconds(self.now), "repositories": self.repositories}
+
+
+def near(bounds, moment):
+    """Whether it depends on the time at which the comparison runs on which side of a bound the commit lies."""
+    return any(low <= moment <= high for low, high in bounds)
+
+
+def unsteady(place, now, wall_clock):
+    """The stretches of time in which no commit is made: two hours around each of git's four bounds, which move on with
+    the time of day while the comparison runs, and jump a day back at midnight."""
+    stretches = []
+    margin = timedelta(hours=2)
+    for days_back in (6, 730):
+        for day in reference.period(place, now, days_back) or ():
+            moments = [reference.git_reads_date_as(day, place, wall_clock + later)
+                       for later in (timedelta(), timedelta(minutes=10))]
+            stretches.append((min(moments) - margin, max(moments) + margin))
+    return stretches
+
+
+class Writer:
+    """Writes repositories below a folder, of which one history after another is made."""
+
+    def __init__(self, root, seed):
+        self.root = pathlib.Path(root)
+        self.seed = seed
+        self.template = self.root / "template"
+        run(self.root, "init", "--quiet", "--initial-branch=main", "template")
+        shutil.rmtree(self.template / ".git" / "hooks", ignore_errors=True)
+
+    def write(self, number, wall_clock):
+        dice = random.Random(f"{self.seed}/{number}")
+        zone, anchor = ANCHORS[number % len(ANCHORS)]
+        place = reference.Place(zone)
+        now = moment_here(dice, place, anchor + timedelta(days=dice.randint(-2, 8)))
+        forbidden = unsteady(place, now, wall_clock)
+        history = History(number, zone, now, [], 0)
+        for index in range(dice.randint(1, 4)):
+            path = self.root / f"{number}-{index}"
+            commits = [] if dice.random() < 0.05 else commit_dates(dice, place, now, forbidden)
+            history.repositories.append(str(self.make(dice, path, commits)))
+            history.commits += len(commits)
+        return history
+
+    def make(self, dice, path, commits):
+        kind = dice.random()
+        if kind < 0.03:
+            return path  # it is gone
+        if kind < 0.06:
+            path.mkdir()
+            return path  # it holds no repository
+        shutil.copytree(self.template, path)
+        branch = dice.choice(["main"] * 6 + ["master", "trunk", "develop"])
+        (path / ".git" / "HEAD").write_text(f"ref: refs/heads/{branch}\n")
+        if commits:
+            run(path, "fast-import", "--quiet", input=stream(dice, branch, commits))
+        if branch == "develop":
+            remote = path / ".git" / "refs" / "remotes" / "origin"
+            remote.mkdir(parents=True)
+            (remote / "HEAD").write_text("ref: refs/remotes/origin/develop\n")
+        return path
+
+
+def run(folder, *arguments, input=b""):
+    subprocess.run(["git", *arguments], cwd=folder, input=input, env=ENVIRONMENT, check=True)
+
+
+def moment_here(dice, place, day):
+    """A moment of that day, often close to its beginning or end; of the day after where the zone has no such day."""
+    while not place.exists(day):
+        day += timedelta(days=1)
+    hour, minute, second = dice.choice(TIMES + [(dice.randrange(24), dice.randrange(60), dice.randrange(60))] * 8)
+    moment = datetime(day.year, day.month, day.day, hour, minute, second, tzinfo=place.zone)
+    return moment.astimezone(UTC)
+
+
+def commit_dates(dice, place, now, forbidden):
+    """Pairs of an author's and a committer's date, as git writes them, in the order of the committer's."""
+    today = place.date_at(now)
+    density = dice.choice([0.2, 0.6, 0.9, 1.0])
+    days_back = [back for back in range(dice.randint(1, 40)) if dice.random() < density]
+    days_back += [dice.randint(0, 760) for _ in range(dice.randint(0, 25))]
+    days_back += [dice.choice([5, 6, 7, 8, 728, 729, 730, 731, -1, -2]) for _ in range(dice.randint(0, 6))]
+    moments = [moment_here(dice, place, today - timedelta(days=back)) for back in days_back for _ in range(dice.randint(1, 2))]
+    kept = sorted(moment for moment in moments if not near(forbidden, moment))
+    return [(author_date(dice, place, moment), git_date(moment, dice.choice(OFFSETS))) for moment in kept]
+
+
+def author_date(dice, place, committed):
+    """Mostly when it was committed, on the author's own clock; else earlier, later, or by a clock that is far off."""
+    chance = dice.random()
+    moment = committed
+    if chance > 0.98:
+        # Not on the first day of all: git gives up on a moment that lies before it on the author's own clock.
+        moment = dice.choice([datetime(1970, 1, 3, tzinfo=UTC), datetime(2040, 2, 29, 12, tzinfo=UTC)])
+    elif chance > 0.7:
+        moment = committed - timedelta(minutes=dice.randint(-600, 60 * 24 * 5))
+    local = moment.astimezone(place.zone).strftime("%z")[:5]
+    return git_date(moment, local if dice.random() < 0.6 else dice.choice(OFFSETS))
+
+
+def git_date(moment, offset):
+    return f"{reference.milliseconds(moment) // 1000} {offset}"
+
+
+def stream(dice, branch, commits):
+    """A fast-import stream: mostly one line of commits, with a second one merged in now and then."""
+    text = []
+    side = None
+    for mark, (author, committer) in enumerate(commits, 1):
+        on_side = side is None and mark > 2 and dice.random() < 0.1
+        text.append(f"commit refs/heads/{'side' if on_side else branch}\nmark :{mark}\nauthor A <a@example.org> {author}\n"
+                    f"committer C <c@example.org> {committer}\ndata 0\n")
+        if on_side:
+            side = mark
+            text.append(f"from :{mark - 1}\n")
+        elif side is not None and dice.random() < 0.3:
+            text.append(f"merge :{side}\n")
+            side = None
+        text.append("\n")
+    return "".join(text).encode()

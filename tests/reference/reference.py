@@ -1,0 +1,198 @@
+#!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""The figures of a refresh, worked out slowly and from scratch: raw commit objects, dates instead of instants,
+day starts found by looking at the clock every five minutes. It shares nothing with the engine.
+
+reference.py ZONE MILLISECONDS REPOSITORY...    prints the figures as one line of JSON
+"""
+
+import functools
+import json
+import pathlib
+import subprocess
+import sys
+from collections import Counter
+from datetime import date, datetime, timedelta, timezone
+from zoneinfo import ZoneInfo
+
+DAY = timedelta(days=1)
+UTC = timezone.utc
+
+
+class Place:
+    """A time zone, seen through the clocks on its walls."""
+
+    def __init__(self, name):
+        self.zone = ZoneInfo(name)
+
+    def date_at(self, moment):
+        return moment.astimezone(self.zone).date()
+
+    @functools.lru_cache(maxsize=None)
+    def start_of(self, day):
+        """The first moment at which a clock here shows that date; None where none ever does."""
+        moment = datetime(day.year, day.month, day.day, tzinfo=UTC) - timedelta(hours=16)
+        for _ in range(40 * 12):
+            if self.date_at(moment) == day:
+                return moment
+            moment += timedelta(minutes=5)
+        return None
+
+    def exists(self, day):
+        return self.start_of(day) is not None
+
+
+class Commit:
+    """What a raw commit object says of its dates and parents."""
+
+    def __init__(self, raw):
+        self.parents = []
+        for line in raw.split(b"\n\n", 1)[0].decode("utf-8", "replace").split("\n"):
+            word, _, rest = line.partition(" ")
+            if word == "parent":
+                self.parents.append(rest)
+            elif word == "author":
+                self.author, offset = self.moment(rest)
+                self.author_day = (self.author + offset).date()
+            elif word == "committer":
+                self.committed, _ = self.moment(rest)
+
+    @staticmethod
+    def moment(text):
+        """The instant, and how far the person's clock was ahead of Greenwich."""
+        seconds, offset = text.rsplit("> ", 1)[1].split()
+        sign = -1 if offset[0] == "-" else 1
+        ahead = sign * timedelta(hours=int(offset[1:3]), minutes=int(offset[3:5]))
+        return datetime(1970, 1, 1, tzinfo=UTC) + timedelta(seconds=int(seconds)), ahead
+
+
+def git(repository, *arguments):
+    """What git prints, or nothing where it fails."""
+    done = subprocess.run(["git", *arguments], cwd=repository, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+    return done.stdout if done.returncode == 0 else b""
+
+
+def tip(repository):
+    """The commit that the history is read from, as a name; empty where there is none."""
+    remote = git(repository, "for-each-ref", "--format=%(symref)", "refs/remotes/origin/HEAD").decode().strip()
+    names = [remote.removeprefix("refs/remotes/origin/")] if remote else ["refs/heads/main", "refs/heads/master", "HEAD"]
+    for name in names:
+        if found := git(repository, "rev-parse", "--verify", "--quiet", name + "^{commit}"):
+            return found.decode().strip()
+    return ""
+
+
+def all_commits(repository):
+    """Every commit object of the repository, by its name."""
+    stream = git(repository, "cat-file", "--batch", "--batch-all-objects", "--unordered")
+    commits = {}
+    while stream:
+        header, _, rest = stream.partition(b"\n")
+        name, kind, size = header.decode().split()
+        if kind == "commit":
+            commits[name] = Commit(rest[:int(size)])
+        stream = rest[int(size) + 1:]
+    return commits
+
+
+def history(repository):
+    """The commits that can be reached from the tip, the tip first."""
+    commits = all_commits(repository)
+    waiting, seen = [tip(repository)], {}
+    while waiting:
+        name = waiting.pop()
+        if name and name not in seen:
+            seen[name] = commits[name]
+            waiting += commits[name].parents
+    return list(seen.values())
+
+
+def git_reads_date_as(day, place, wall_clock):
+    """The moment that git takes --since=YYYY-MM-DD for: that day, at the present time of day."""
+    now = wall_clock.astimezone(place.zone)
+    return datetime.combine(day, now.time(), place.zone)
+
+
+def period(place, now, days_back):
+    """The two dates that git is asked for; None where the first day does not exist."""
+    start = place.start_of(place.date_at(now) - days_back * DAY)
+    if start is None:
+        return None
+    here = now.astimezone(place.zone)
+    tomorrow = (here.replace(tzinfo=None, fold=0) + DAY).replace(tzinfo=place.zone)
+    until = tomorrow if place.exists(tomorrow.date()) else now
+    return start.astimezone(UTC).date(), until.astimezone(UTC).date()
+
+
+def author_days(commits, place, dates, wall_clock):
+    """How many commits of the period were written on each day that exists here."""
+    since, until = (git_reads_date_as(day, place, wall_clock) for day in dates)
+    return Counter(commit.author_day for commit in commits
+                   if since <= commit.committed <= until and place.exists(commit.author_day))
+
+
+def streaks(days, place, today):
+    if not days:
+        return 0, 0
+    day = today
+    if today not in days:
+        day = today - DAY
+        if not place.exists(day):
+            return 0, 0
+    current = 0
+    while day in days:
+        current += 1
+        day -= DAY
+    longest = run = 0
+    for day in sorted(days):
+        run = run + 1 if day - DAY in days else 1
+        longest = max(longest, run)
+    return current, longest
+
+
+NOTHING = {"currentStreak": 0, "longestStreak": 0, "hasCommittedToday": False, "totalCommitsThisWeek": 0,
+           "commitHistory": [], "yearHistory": [], "repositoryStats": []}
+
+
+def figures(repositories, place, now, wall_clock, read=history):
+    """All that a refresh publishes. Days and moments are milliseconds; commit counts go with the day's start."""
+    today = place.date_at(now)
+    year_dates, week_dates = period(place, now, 730), period(place, now, 6)
+    if not repositories or year_dates is None:
+        return NOTHING
+    week, year, stats = Counter(), Counter(), []
+    for repository in repositories:
+        if not pathlib.Path(repository).is_dir():
+            continue
+        commits = read(repository)
+        own_week = author_days(commits, place, week_dates, wall_clock) if week_dates else Counter()
+        week += own_week
+        year += author_days(commits, place, year_dates, wall_clock)
+        last = milliseconds(commits[0].author) if commits else None
+        stats.append([repository, own_week[today], sum(own_week.values()), last])
+    current, longest = streaks(set(year), place, today)
+    seven_days = [today - back * DAY for back in range(6, -1, -1)]
+    return {
+        "currentStreak": current,
+        "longestStreak": longest,
+        "hasCommittedToday": week[today] > 0,
+        "totalCommitsThisWeek": sum(week.values()),
+        "commitHistory": by_start({day: week[day] for day in seven_days if place.exists(day)}, place),
+        "yearHistory": by_start(year, place),
+        "repositoryStats": sorted(stats, key=lambda entry: (entry[3] is None, -(entry[3] or 0))),
+    }
+
+
+def by_start(counts, place):
+    return [[milliseconds(place.start_of(day)), counts[day]] for day in sorted(counts)]
+
+
+def milliseconds(moment):
+    return (moment - datetime(1970, 1, 1, tzinfo=UTC)) // timedelta(milliseconds=1)
+
+
+if __name__ == "__main__":
+    zone, moment, *paths = sys.argv[1:]
+    instant = datetime(1970, 1, 1, tzinfo=UTC) + timedelta(milliseconds=int(moment))
+    print(json.dumps(figures(paths, Place(zone), instant, datetime.now(UTC))))
