@@ -5,8 +5,8 @@
 #include "Attack.h"
 
 #include "Platform/Linux/System/ChildProcessRunner.h"
-#include "Platform/Linux/System/Landlock.h"
 #include "Platform/Linux/System/PosixFileTree.h"
+#include "Platform/Linux/System/ProgramConfinement.h"
 #include "Services/GitService.h"
 #include "support/Await.h"
 #include "support/FakeClock.h"
@@ -24,7 +24,7 @@ namespace velquarin::test {
 
 enum class Confinement { Wanted, Missing };
 
-//! The real runner, on a system that has, or has not, the means to confine a thread.
+//! The real runner, on a system that has, or has not, the means to confine its children.
 class SystemRunner : public ChildProcessRunner
 {
 public:
@@ -33,9 +33,9 @@ public:
     {
     }
 
-    bool confineThisThread(const QString &program) override
+    bool confine(const QString &program) override
     {
-        return m_confinement == Confinement::Wanted && ChildProcessRunner::confineThisThread(program);
+        return m_confinement == Confinement::Wanted && ChildProcessRunner::confine(program);
     }
 
 private:
@@ -56,12 +56,10 @@ struct SystemService
     GitService git{runner, files, clock};
 };
 
-//! Whether this kernel can confine a thread at all; tried on a thread that ends at once.
+//! Whether this system can confine a child at all.
 inline bool canConfine()
 {
-    bool isConfined = false;
-    std::thread([&isConfined] { isConfined = confineThreadToProgram("/usr/bin/git"); }).join();
-    return isConfined;
+    return ChildProcessRunner().confine(QStringLiteral("/usr/bin/git"));
 }
 
 //! The answer, or nothing where none has come after a while that is much longer than git takes.
@@ -110,7 +108,8 @@ inline NaiveReading confinedNaiveReading(const QString &path)
 {
     NaiveReading reading;
     std::thread([&] {
-        if (confineThreadToProgram("/usr/bin/git"))
+        ProgramConfinement confinement;
+        if (confinement.prepare("/usr/bin/git") && confinement.enforce())
             reading = NaiveReader::read(path);
     }).join();
     return reading;
