@@ -56,15 +56,9 @@ bool leavesTraces(Harm harm)
     return harm == Harm::ProgramRuns || harm == Harm::FileChanges || harm == Harm::NetworkIsReached;
 }
 
-const NaiveReading &harmlessReading()
-{
-    static const auto reading = NaiveReader::read(HostileRepository().path());
-    return reading;
-}
-
-// What a reading did to its surroundings, and what became of it.
+// Whether a reading did that to its surroundings, or that became of it.
 bool hasHappened(Harm harm, const HostileRepository &repository, const FileSnapshot &before,
-                 const NaiveReading &reading)
+                 const NaiveReading &reading, const NaiveReading &harmless)
 {
     switch (harm) {
     case Harm::ProgramRuns:
@@ -74,7 +68,7 @@ bool hasHappened(Harm harm, const HostileRepository &repository, const FileSnaps
     case Harm::NetworkIsReached:
         return repository.networkWasReached();
     case Harm::OutputChanges:
-        return !reading.hung && !reading.crashed && reading.outputs != harmlessReading().outputs;
+        return !reading.hung && !reading.crashed && reading.outputs != harmless.outputs;
     case Harm::Hangs:
         return reading.hung;
     case Harm::Crashes:
@@ -110,6 +104,7 @@ class TestHostile : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
+    void initTestCase() { m_harmless = NaiveReader::read(HostileRepository().path()); }
     void init() { failOnAnyWarning(); }
     void whoeverTakesNoPrecautionsIsHarmedBy_data() { addRows(allAttacks()); }
     void whoeverTakesNoPrecautionsIsHarmedBy();
@@ -124,6 +119,9 @@ private Q_SLOTS:
     void anEndlessBranchEndsAtTheLimitOfMemory();
     void whereGitCannotButHangTheServiceEndsAtOnce_data();
     void whereGitCannotButHangTheServiceEndsAtOnce();
+
+private:
+    NaiveReading m_harmless;  // of a repository that attacks nobody
 };
 
 void TestHostile::whoeverTakesNoPrecautionsIsHarmedBy()
@@ -133,7 +131,7 @@ void TestHostile::whoeverTakesNoPrecautionsIsHarmedBy()
     attack.prepare(repository);
     const auto before = repository.snapshot();
     const auto reading = NaiveReader::read(repository.path());
-    QVERIFY(hasHappened(attack.harm, repository, before, reading));
+    QVERIFY(hasHappened(attack.harm, repository, before, reading, m_harmless));
 }
 
 void TestHostile::theConfinedServiceIsNotHarmedBy()
@@ -169,7 +167,7 @@ void TestHostile::confinementAloneIsEnoughAgainst()
     const auto before = repository.snapshot();
     const auto reading = confinedNaiveReading(repository.path());
     QVERIFY(!reading.outputs.isEmpty());
-    QVERIFY(!hasHappened(attack.harm, repository, before, reading));
+    QVERIFY(!hasHappened(attack.harm, repository, before, reading, m_harmless));
     const auto difference = firstDifference(before, repository.snapshot());
     QVERIFY2(difference.isEmpty(), difference.constData());
 }
@@ -182,7 +180,7 @@ void TestHostile::nobodyIsHarmedBy()
     const auto before = repository.snapshot();
     const auto reading = NaiveReader::read(repository.path());
     QVERIFY(!repository.programWasRun());
-    QCOMPARE(reading.outputs, harmlessReading().outputs);
+    QCOMPARE(reading.outputs, m_harmless.outputs);
     QVERIFY(repository.snapshot() == before);
     serviceIsNotHarmed(threat, Confinement::Missing);
 }

@@ -61,14 +61,12 @@ def near(bounds, moment):
 def unsteady(place, now, wall_clock):
     """The stretches of time in which no commit is made: two hours around each of git's four bounds, which move on with
     the time of day while the comparison runs, and jump a day back at midnight."""
-    stretches = []
+    dates = [day for days_back in (6, 730) for day in reference.period(place, now, days_back) or ()]
     margin = timedelta(hours=2)
-    for days_back in (6, 730):
-        for day in reference.period(place, now, days_back) or ():
-            moments = [reference.git_reads_date_as(day, place, wall_clock + later)
-                       for later in (timedelta(), timedelta(minutes=10))]
-            stretches.append((min(moments) - margin, max(moments) + margin))
-    return stretches
+    soon = wall_clock + timedelta(minutes=10)
+    readings = zip(reference.git_reads_dates_as(tuple(dates), place.name, wall_clock),
+                   reference.git_reads_dates_as(tuple(dates), place.name, soon))
+    return [(min(bounds) - margin, max(bounds) + margin) for bounds in readings if None not in bounds]
 
 
 class Writer:

@@ -13,17 +13,19 @@ import pathlib
 import subprocess
 import sys
 from collections import Counter
-from datetime import date, datetime, timedelta, timezone
+from datetime import datetime, timedelta, timezone
 from zoneinfo import ZoneInfo
 
 DAY = timedelta(days=1)
 UTC = timezone.utc
+EPOCH = datetime(1970, 1, 1, tzinfo=UTC)
 
 
 class Place:
     """A time zone, seen through the clocks on its walls."""
 
     def __init__(self, name):
+        self.name = name
         self.zone = ZoneInfo(name)
 
     def date_at(self, moment):
@@ -64,7 +66,7 @@ class Commit:
         seconds, offset = text.rsplit("> ", 1)[1].split()
         sign = -1 if offset[0] == "-" else 1
         ahead = sign * timedelta(hours=int(offset[1:3]), minutes=int(offset[3:5]))
-        return datetime(1970, 1, 1, tzinfo=UTC) + timedelta(seconds=int(seconds)), ahead
+        return EPOCH + timedelta(seconds=int(seconds)), ahead
 
 
 def git(repository, *arguments):
@@ -108,10 +110,15 @@ def history(repository):
     return list(seen.values())
 
 
-def git_reads_date_as(day, place, wall_clock):
-    """The moment that git takes --since=YYYY-MM-DD for: that day, at the present time of day."""
-    now = wall_clock.astimezone(place.zone)
-    return datetime.combine(day, now.time(), place.zone)
+@functools.lru_cache(maxsize=None)
+def git_reads_dates_as(dates, zone, wall_clock):
+    """The moments that git takes such --since= and --until= texts for, asked of git itself: the day at the present time
+    of day, and its own guess for a day that was left out. None where it sees no bound at all."""
+    clock = {"PATH": "/usr/bin:/bin", "TZ": zone, "GIT_TEST_DATE_NOW": str(milliseconds(wall_clock) // 1000)}
+    done = subprocess.run(["git", "rev-parse", *(f"--since={day}" for day in dates)], env=clock, check=True,
+                          stdout=subprocess.PIPE, text=True)
+    ages = [int(line.removeprefix("--max-age=")) for line in done.stdout.split()]
+    return [EPOCH + timedelta(seconds=age) if age < 2**63 else None for age in ages]
 
 
 def period(place, now, days_back):
@@ -127,9 +134,10 @@ def period(place, now, days_back):
 
 def author_days(commits, place, dates, wall_clock):
     """How many commits of the period were written on each day that exists here."""
-    since, until = (git_reads_date_as(day, place, wall_clock) for day in dates)
+    since, until = git_reads_dates_as(dates, place.name, wall_clock)
     return Counter(commit.author_day for commit in commits
-                   if since <= commit.committed <= until and place.exists(commit.author_day))
+                   if (since is None or since <= commit.committed) and (until is None or commit.committed <= until)
+                   and place.exists(commit.author_day))
 
 
 def streaks(days, place, today):
@@ -189,10 +197,10 @@ def by_start(counts, place):
 
 
 def milliseconds(moment):
-    return (moment - datetime(1970, 1, 1, tzinfo=UTC)) // timedelta(milliseconds=1)
+    return (moment - EPOCH) // timedelta(milliseconds=1)
 
 
 if __name__ == "__main__":
     zone, moment, *paths = sys.argv[1:]
-    instant = datetime(1970, 1, 1, tzinfo=UTC) + timedelta(milliseconds=int(moment))
+    instant = EPOCH + timedelta(milliseconds=int(moment))
     print(json.dumps(figures(paths, Place(zone), instant, datetime.now(UTC))))

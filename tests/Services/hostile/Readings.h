@@ -12,11 +12,9 @@
 #include "support/FakeClock.h"
 #include "support/NaiveReader.h"
 
-#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QTimer>
 
-#include <atomic>
 #include <optional>
 #include <thread>
 
@@ -67,10 +65,11 @@ template <typename Result>
 std::optional<Result> answerOf(QFuture<Result> future)
 {
     constexpr int patience = 20000;
-    const QDeadlineTimer deadline(patience);
+    bool isOverdue = false;
     QTimer alarm;
+    alarm.callOnTimeout([&isOverdue] { isOverdue = true; });
     alarm.start(patience);
-    while (!future.isFinished() && !deadline.hasExpired())
+    while (!future.isFinished() && !isOverdue)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     return future.isFinished() ? std::optional(future.result()) : std::nullopt;
 }
