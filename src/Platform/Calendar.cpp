@@ -6,7 +6,6 @@
 #include <QDateTime>
 
 #include <algorithm>
-#include <utility>
 
 namespace velquarin {
 
@@ -35,8 +34,8 @@ Instant midnightInUtc(QDate date)
 
 }  // namespace
 
-Calendar::Calendar(QTimeZone zone)
-    : m_zone(std::move(zone))
+Calendar::Calendar(const QTimeZone &zone)
+    : m_zone(zone)
 {
 }
 

@@ -21,7 +21,7 @@ namespace velquarin {
 class Calendar
 {
 public:
-    explicit Calendar(QTimeZone zone);
+    explicit Calendar(const QTimeZone &zone);
 
     [[nodiscard]] const QTimeZone &zone() const { return m_zone; }
 

@@ -47,7 +47,7 @@ qint64 wholeDays(const WallTime &from, const WallTime &to)
 QDate monthsLater(QDate date, qint64 months)
 {
     const auto month = QDate(date.year(), date.month(), 1).addYears(int(months / 12)).addMonths(int(months % 12));
-    return QDate(month.year(), month.month(), std::min(date.day(), month.daysInMonth()));
+    return {month.year(), month.month(), std::min(date.day(), month.daysInMonth())};
 }
 
 // A month has passed once its day and time of day come again.
@@ -121,15 +121,15 @@ CalendarSpan calendarSpan(Instant left, Instant right, const Calendar &calendar)
     const auto [from, to] = std::minmax({left, right});
     const auto wallFrom = wallTime(from, calendar);
     const auto wallTo = wallTime(to, calendar);
-    if (const auto months = wholeMonths(wallFrom, wallTo); months >= 12)
+    const auto months = wholeMonths(wallFrom, wallTo);
+    const auto days = wholeDays(wallFrom, wallTo);
+    if (months >= 12)
         return {Unit::Years, months / 12};
-    else if (months >= 1)
+    if (months >= 1)
         return {Unit::Months, months};
-    if (const auto days = wholeDays(wallFrom, wallTo); days >= 7)
+    if (days >= 7)
         return {Unit::Weeks, days / 7};
-    else if (days >= 1)
-        return {Unit::Days, days};
-    return spanWithinADay(from, to);
+    return days >= 1 ? CalendarSpan{Unit::Days, days} : spanWithinADay(from, to);
 }
 
 struct DateTexts::Formats
