@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+#include <QRectF>
+
+#include <variant>
+
+class QPainter;
+
+//! How everything that we draw looks: a guest of the user's desktop, with its font, its palette and its scale. Nothing
+//! is kept: whoever paints asks anew, and so follows every change. Source: docs/decisions/0005-look.md
+namespace velquarin::style {
+
+//! Units: points, which are logical pixels where the desktop's font is 13 pixels high.
+constexpr double defaultPadding = 16;
+constexpr double defaultSpacing = 8;
+
+//! The size of the desktop's font in relation to the 13 pixels that all sizes are named for.
+[[nodiscard]] double scale();
+
+//! A size named in points, in whole logical pixels; at least one for any size above nothing.
+[[nodiscard]] int points(double size);
+
+enum class TypeStyle { Headline, Subheadline, Body, Caption, Caption2 };
+
+//! The desktop's font at the size of @p style. A headline is bold, whatever the weight.
+[[nodiscard]] QFont font(TypeStyle style, QFont::Weight weight = QFont::Normal);
+
+//! The desktop's font at a size of its own. Units: points.
+[[nodiscard]] QFont systemFont(double size, QFont::Weight weight = QFont::Normal);
+
+//! Colours of text and of the symbols beside it: derived from the palette.
+enum class Ink { Primary, Secondary, Tertiary };
+
+//! The few colours of our own.
+enum class Accent { Orange, Green, Blue, Red, Grey };
+
+//! A colour to write with.
+using Tone = std::variant<Ink, Accent>;
+
+//! Whether light text stands on a dark ground.
+[[nodiscard]] bool isDark(const QPalette &palette);
+
+//! How well the two can be told apart, from 1 to 21. Source: Web Content Accessibility Guidelines 2.1, "contrast ratio"
+[[nodiscard]] double contrast(const QColor &left, const QColor &right);
+
+//! Colours to write with. At least 4.5:1 against the window colour of any palette.
+[[nodiscard]] QColor ink(const QPalette &palette, Ink ink);
+[[nodiscard]] QColor accentText(const QPalette &palette, Accent accent);
+[[nodiscard]] QColor textColor(const QPalette &palette, const Tone &tone);
+
+//! Colours to fill with: livelier than what can be read as text.
+[[nodiscard]] QColor accent(const QPalette &palette, Accent accent);
+
+//! What separates sections: just visible.
+[[nodiscard]] QColor divider(const QPalette &palette);
+
+//! Which shade a day with so many commits has: 0 none, 1 up to two, 2 up to five, 3 up to ten, 4 more than ten. A
+//! negative count is in the last band.
+[[nodiscard]] int countBand(qint64 count);
+
+//! @p rect moved and sized to whole pixels of what @p painter paints on, so that its edges are sharp at every scale.
+[[nodiscard]] QRectF onWholePixels(const QPainter &painter, const QRectF &rect);
+
+}  // namespace velquarin::style

@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QColor>
+#include <QRectF>
+#include <QSizeF>
+#include <QString>
+
+class QPainter;
+
+//! Our own drawings, in one colour. Each is drawn on a grid 24 units high, with the same weight of line.
+//! Names are those of resources/symbols.
+namespace velquarin::style {
+
+//! The room that the symbol @p name takes beside text of so many points: as high as 1.4 times the text, and as wide as
+//! it is drawn. Units: logical pixels, whole.
+[[nodiscard]] QSize symbolSize(const QString &name, double size);
+
+//! Paints the symbol @p name into @p rect, as large as it fits, in the middle, sharp at every scale.
+void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, const QColor &color);
+
+}  // namespace velquarin::style
