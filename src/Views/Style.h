@@ -12,7 +12,7 @@
 class QPainter;
 
 //! How everything that we draw looks: a guest of the user's desktop, with its font, its palette and its scale. Nothing
-//! is kept: whoever paints asks anew, and so follows every change. Source: docs/decisions/0005-look.md
+//! is kept: whoever paints asks anew, and so follows every change. Source: docs/decisions/0007-look.md
 namespace velquarin::style {
 
 //! Units: points, which are logical pixels where the desktop's font is 13 pixels high.
