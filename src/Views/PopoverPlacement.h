@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QPoint>
+#include <QRect>
+
+#include <optional>
+
+namespace velquarin {
+
+//! One screen. Units: logical pixels, one plane for all screens.
+struct ScreenArea
+{
+    QRect whole;
+    QRect available;  //!< without the panels that reserve their place; not every panel does
+};
+
+//! The edge of the screen along which the status item stands.
+enum class PanelSide { Top, Bottom, Left, Right };
+
+//! How large the popover would like to be. Units: logical pixels.
+struct PopoverWish
+{
+    int width = 0;
+    int contentHeight = 0;
+    int leastHeight = 0;  //!< what it has even with less content
+    int item = 0;         //!< how far an item of the status bar reaches around a click on it, in all
+    int gap = 0;          //!< kept free beside the item and along the edges of the screen
+    int scrollBar = 0;    //!< what it is wider by where its content has to be scrolled
+};
+
+struct PopoverPlace
+{
+    QRect rectangle;
+    bool scrolls = false;  //!< the content is taller than the rectangle
+    friend bool operator==(const PopoverPlace &, const PopoverPlace &) = default;
+};
+
+//! Where the item was clicked: where the pointer is, if it is on a screen, since some hosts count from the item's own
+//! corner or in other pixels; else where the host says, if that is on a screen; else nothing.
+[[nodiscard]] std::optional<QPoint> clickedPoint(QPoint said, QPoint pointer, const QList<ScreenArea> &screens);
+
+//! The click to place the popover by: the one of last time where the new one lies on the same item, so that it opens
+//! where it was.
+[[nodiscard]] QPoint steadyClick(std::optional<QPoint> last, QPoint click, int item);
+
+//! A place for what was not asked for by a click: the end of the panel, where status items are. The upper right corner
+//! where no panel is seen.
+[[nodiscard]] QPoint likelyItem(const ScreenArea &screen, Qt::LayoutDirection direction);
+
+//! The side that the item's panel is on: that of the reserved strip that the click lies in; else the edge close by,
+//! an upper or lower one first; else the nearer of these two.
+[[nodiscard]] PanelSide panelSide(QPoint click, const ScreenArea &screen);
+
+//! The place of the popover: beside the panel, its middle at the click as far as the screen has room, the item left
+//! free, wholly within the available area; taller than @p wish says at least with more content, as far as there is
+//! room.
+//! Errors: none; without any screen it lies at the click as large as it would like to be.
+[[nodiscard]] PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens, const PopoverWish &wish);
+
+}  // namespace velquarin
