@@ -1,0 +1,258 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Popover.h"
+
+#include "Views/Style.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+#include <QCursor>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <chrono>
+
+namespace velquarin {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr double contentWidth = 300;
+constexpr double leastHeight = 350;
+constexpr double itemExtent = 24;
+constexpr double gap = 4;
+constexpr double cornerRadius = 10;
+
+// A press on the item takes the activation away, and the click is reported at its release.
+constexpr auto pressToRelease = 250ms;
+
+QList<ScreenArea> screenAreas()
+{
+    QList<ScreenArea> areas;
+    const auto screens = QGuiApplication::screens();
+    for (const auto *screen : screens)
+        areas.append({screen->geometry(), screen->availableGeometry()});
+    return areas;
+}
+
+Qt::WindowFlags flagsOf(Popover::Kind kind)
+{
+    return Qt::FramelessWindowHint | (kind == Popover::Kind::Grabbing ? Qt::Popup : Qt::Tool);
+}
+
+QAccessibleInterface *makePopoverAccessible(const QString & /*className*/, QObject *object)
+{
+    auto *popover = qobject_cast<Popover *>(object);
+    return popover ? new QAccessibleWidget(popover, QAccessible::Window) : nullptr;
+}
+
+}  // namespace
+
+Popover::Kind Popover::kindOfThisDesktop()
+{
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland")) ? Kind::Managed : Kind::Grabbing;
+}
+
+Popover::Surface Popover::surfaceOf(Kind kind)
+{
+    return kind == Kind::Managed ? Surface::Rounded : Surface::Square;
+}
+
+Popover::Popover(QWidget *content, Kind kind)
+    : Popover(content, kind, surfaceOf(kind))
+{
+}
+
+Popover::Popover(QWidget *content, Kind kind, Surface surface)
+    : QWidget(nullptr, flagsOf(kind))
+    , m_kind(kind)
+    , m_surface(surface)
+{
+    setUpWindow();
+    setUpContent(content);
+}
+
+void Popover::setUpWindow()
+{
+    QAccessible::installFactory(makePopoverAccessible);
+    setObjectName(QStringLiteral("popover"));
+    setWindowTitle(QStringLiteral("Velquarin"));
+    setAccessibleName(windowTitle());
+    // The click that closes it is over: an icon of our own in a tray would open it again.
+    setAttribute(Qt::WA_NoMouseReplay);
+    setAttribute(Qt::WA_TranslucentBackground, m_surface == Surface::Rounded);
+}
+
+// The surface is painted by the window; what lies on it lets it through.
+void Popover::setUpContent(QWidget *content)
+{
+    m_scrollArea = new QScrollArea(this);
+    m_scrollArea->setFrameShape(QFrame::NoFrame);
+    m_scrollArea->setFocusPolicy(Qt::NoFocus);
+    m_scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scrollArea->setWidgetResizable(true);
+    m_scrollArea->setWidget(content);
+    m_scrollArea->viewport()->setAutoFillBackground(false);
+    content->setAutoFillBackground(false);
+    // What changes inside of the content is told to it, what it asks for itself to what it lies on.
+    content->installEventFilter(this);
+    m_scrollArea->viewport()->installEventFilter(this);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->setSizeConstraint(QLayout::SetNoConstraint);
+    layout->addWidget(m_scrollArea);
+}
+
+void Popover::toggle(QPoint position, const QString &activationToken)
+{
+    if (isVisible()) {
+        close();
+        return;
+    }
+    if (wasJustDeactivated())
+        return;
+    const auto click = clickedPoint(position, QCursor::pos(), screenAreas());
+    if (click)
+        openAt(steadyClick(m_click, *click, style::points(itemExtent)), activationToken);
+    else
+        open(activationToken);
+}
+
+void Popover::open(const QString &activationToken)
+{
+    const auto *screen = QGuiApplication::primaryScreen();
+    const auto area = screen ? ScreenArea{screen->geometry(), screen->availableGeometry()} : ScreenArea{};
+    openAt(m_click.value_or(likelyItem(area, layoutDirection())), activationToken);
+}
+
+void Popover::openAt(QPoint click, const QString &activationToken)
+{
+    m_click = click;
+    if (!isVisible())
+        leaveFocusNowhere();
+    fit();
+    show();
+    takeActivation(activationToken);
+}
+
+// The toolkit would give the focus to what had it last time, or to the first thing that takes it.
+void Popover::leaveFocusNowhere()
+{
+    if (auto *last = focusWidget())
+        last->clearFocus();
+    setFocus(Qt::PopupFocusReason);
+}
+
+void Popover::takeActivation(const QString &token)
+{
+    if (m_kind == Kind::Managed && !token.isEmpty())
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    raise();
+    activateWindow();
+}
+
+int Popover::contentHeight() const
+{
+    const auto *content = m_scrollArea->widget();
+    const auto wide = style::points(contentWidth);
+    const auto asked = content->hasHeightForWidth() ? content->heightForWidth(wide) : content->sizeHint().height();
+    return std::max(asked, content->minimumSizeHint().height());
+}
+
+PopoverWish Popover::wish() const
+{
+    return {.width = style::points(contentWidth),
+            .contentHeight = contentHeight(),
+            .leastHeight = style::points(leastHeight),
+            .item = style::points(itemExtent),
+            .gap = style::points(gap),
+            .scrollBar = m_scrollArea->verticalScrollBar()->sizeHint().width()};
+}
+
+// On Wayland the place is not ours to say, and the size is all that counts of it.
+void Popover::fit()
+{
+    const auto wish = this->wish();
+    const auto place = placePopover(*m_click, screenAreas(), wish);
+    // Else it would be squeezed to its least height before it is scrolled.
+    m_scrollArea->widget()->setMinimumHeight(place.scrolls ? wish.contentHeight : 0);
+    m_scrollArea->setVerticalScrollBarPolicy(place.scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
+    setFixedSize(place.rectangle.size());
+    if (m_kind == Kind::Grabbing)
+        move(place.rectangle.topLeft());
+}
+
+bool Popover::wasJustDeactivated() const
+{
+    return m_sinceDeactivation.isValid() && !m_sinceDeactivation.hasExpired(pressToRelease.count());
+}
+
+bool Popover::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowDeactivate && m_kind == Kind::Managed && isVisible()) {
+        m_sinceDeactivation.start();
+        close();
+    }
+    return QWidget::event(event);
+}
+
+bool Popover::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::LayoutRequest && isVisible())
+        fit();
+    return QWidget::eventFilter(watched, event);
+}
+
+void Popover::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange && isVisible())
+        fit();
+    QWidget::changeEvent(event);
+}
+
+void Popover::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Cancel))
+        close();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void Popover::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    const auto ground = palette().color(QPalette::Active, QPalette::Window);
+    const auto hairline = 1 / devicePixelRatioF();
+    const auto edge = QRectF(rect()).adjusted(hairline / 2, hairline / 2, -hairline / 2, -hairline / 2);
+    painter.setPen(QPen(style::divider(palette()), hairline));
+    painter.setBrush(ground);
+    if (m_surface == Surface::Square) {
+        painter.drawRect(edge);
+        return;
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.drawRoundedRect(edge, style::points(cornerRadius), style::points(cornerRadius));
+}
+
+void Popover::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous())
+        Q_EMIT shown();
+}
+
+void Popover::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    if (!event->spontaneous())
+        Q_EMIT hidden();
+}
+
+}  // namespace velquarin

@@ -1,0 +1,409 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Popover.h"
+
+#include "support/Offscreen.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCursor>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <QVBoxLayout>
+
+using namespace velquarin;
+using namespace velquarin::test;
+
+namespace {
+
+constexpr QPoint item(400, 10);
+constexpr QRect besideItem(250, 28, 300, 350);
+
+// As wide as the popover, as high as it is told to be, with two buttons.
+class Content : public QWidget
+{
+public:
+    explicit Content(int height)
+        : m_layout(new QVBoxLayout(this))
+        , m_spacer(new QSpacerItem(300, height, QSizePolicy::Fixed, QSizePolicy::Fixed))
+    {
+        m_layout->setContentsMargins({});
+        m_layout->setSpacing(0);
+        for (auto *button : {&first, &second}) {
+            button->setFixedHeight(20);
+            m_layout->addWidget(button);
+        }
+        m_layout->addItem(m_spacer);
+        become(height);
+    }
+
+    void become(int height)
+    {
+        m_spacer->changeSize(300, height - 40, QSizePolicy::Fixed, QSizePolicy::Fixed);
+        m_layout->invalidate();
+    }
+
+    QPushButton first;
+    QPushButton second;
+
+private:
+    QVBoxLayout *m_layout;
+    QSpacerItem *m_spacer;
+};
+
+void clickAt(Popover &popover, QPoint position)
+{
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        if (!popover.isShown())
+            return;
+        QMouseEvent event(type, popover.mapFromGlobal(position), position, Qt::LeftButton, Qt::LeftButton,
+                          Qt::NoModifier);
+        QApplication::sendEvent(popover.windowHandle(), &event);
+    }
+}
+
+}  // namespace
+
+class TestPopover : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void itOpensAtTheItemAndClosesWithTheNextClick();
+    void whereTheHostIsWrongThePointerIsRight();
+    void anotherClickOnTheItemOpensItAtTheSamePlace();
+    void withoutAClickItOpensWhereItWas();
+    void withoutAnyClickItOpensNearThePanel();
+    void escapeClosesIt_data();
+    void escapeClosesIt();
+    void aClickElsewhereClosesIt();
+    void aClickInsideLeavesItOpen();
+    void whoeverWantsIsToldOfOpeningAndClosing();
+    void openingItAgainWhileItIsOpenChangesNothing();
+    void moreContentMakesItHigher();
+    void contentBeyondTheScreenIsScrolled();
+    void itFollowsItsContentWhileItIsOpen();
+    void whatHappensWhileItIsClosedIsThereWhenItOpens();
+    void nothingHasTheFocusWhenItOpens_data();
+    void nothingHasTheFocusWhenItOpens();
+    void theScrollAreaIsNoTabStop();
+    void itIsNamed();
+    void anActivatedWindowClosesAManagedOne();
+    void theClickThatDeactivatedItDoesNotOpenItAgain();
+    void closedByEscapeItOpensAtOnce();
+    void aManagedOneTakesTheActivationToken();
+    void aGrabbingOneNeedsNoActivationToken();
+    void itsSurfaceIsTheWindowsColourWithAHairline();
+    void roundedCornersAreTransparent();
+};
+
+void TestPopover::init()
+{
+    failOnAnyWarningOfOurs();
+    auto font = QApplication::font();
+    font.setPixelSize(13);
+    QApplication::setFont(font);
+    QCursor::setPos(item);
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+}
+
+void TestPopover::itOpensAtTheItemAndClosesWithTheNextClick()
+{
+    Popover popover(new Content(200));
+    popover.toggle(item, {});
+    QVERIFY(popover.isShown());
+    QCOMPARE(popover.geometry(), besideItem);
+    popover.toggle(item, {});
+    QVERIFY(!popover.isShown());
+    popover.toggle(item, {});
+    QVERIFY(popover.isShown());
+}
+
+void TestPopover::whereTheHostIsWrongThePointerIsRight()
+{
+    Popover popover(new Content(200));
+    popover.toggle({0, 26}, {});
+    QCOMPARE(popover.geometry(), besideItem);
+}
+
+void TestPopover::anotherClickOnTheItemOpensItAtTheSamePlace()
+{
+    Popover popover(new Content(200));
+    popover.toggle(item, {});
+    popover.toggle(item, {});
+    QCursor::setPos(item + QPoint(9, 5));
+    popover.toggle(item + QPoint(9, 5), {});
+    QCOMPARE(popover.geometry(), besideItem);
+    popover.toggle(item, {});
+    QCursor::setPos(item + QPoint(40, 0));
+    popover.toggle(item + QPoint(40, 0), {});
+    QCOMPARE(popover.geometry(), besideItem.translated(40, 0));
+}
+
+void TestPopover::withoutAClickItOpensWhereItWas()
+{
+    Popover popover(new Content(200));
+    popover.toggle(item, {});
+    popover.close();
+    QCursor::setPos(700, 700);
+    popover.open({});
+    QCOMPARE(popover.geometry(), besideItem);
+}
+
+void TestPopover::withoutAnyClickItOpensNearThePanel()
+{
+    Popover popover(new Content(200));
+    popover.open({});
+    const auto screen = QGuiApplication::primaryScreen()->geometry();
+    QCOMPARE(popover.geometry(), QRect(screen.right() + 1 - 304, 28, 300, 350));
+}
+
+void TestPopover::escapeClosesIt_data()
+{
+    QTest::addColumn<Popover::Kind>("kind");
+    QTest::newRow("one that grabs") << Popover::Kind::Grabbing;
+    QTest::newRow("one that is managed") << Popover::Kind::Managed;
+}
+
+void TestPopover::escapeClosesIt()
+{
+    QFETCH(Popover::Kind, kind);
+    auto *content = new Content(200);
+    Popover popover(content, kind);
+    popover.toggle(item, {});
+    QTest::keyClick(&popover, Qt::Key_Escape);
+    QVERIFY(!popover.isShown());
+    popover.toggle(item, {});
+    content->first.setFocus();
+    QTest::keyClick(&content->first, Qt::Key_Escape);
+    QVERIFY(!popover.isShown());
+}
+
+void TestPopover::aClickElsewhereClosesIt()
+{
+    Popover popover(new Content(200));
+    popover.toggle(item, {});
+    QVERIFY(QTest::qWaitForWindowExposed(&popover));
+    clickAt(popover, {700, 700});
+    QVERIFY(!popover.isShown());
+}
+
+void TestPopover::aClickInsideLeavesItOpen()
+{
+    Popover popover(new Content(200));
+    popover.toggle(item, {});
+    QVERIFY(QTest::qWaitForWindowExposed(&popover));
+    clickAt(popover, besideItem.center());
+    QVERIFY(popover.isShown());
+}
+
+void TestPopover::whoeverWantsIsToldOfOpeningAndClosing()
+{
+    Popover popover(new Content(200));
+    QSignalSpy shown(&popover, &Popover::shown);
+    QSignalSpy hidden(&popover, &Popover::hidden);
+    popover.toggle(item, {});
+    QCOMPARE(shown.size(), 1);
+    QCOMPARE(hidden.size(), 0);
+    popover.close();
+    QCOMPARE(shown.size(), 1);
+    QCOMPARE(hidden.size(), 1);
+}
+
+void TestPopover::openingItAgainWhileItIsOpenChangesNothing()
+{
+    auto *content = new Content(200);
+    Popover popover(content);
+    popover.toggle(item, {});
+    content->second.setFocus();
+    QSignalSpy shown(&popover, &Popover::shown);
+    popover.open({});
+    QCOMPARE(shown.size(), 0);
+    QCOMPARE(popover.geometry(), besideItem);
+    QCOMPARE(popover.focusWidget(), &content->second);
+}
+
+void TestPopover::moreContentMakesItHigher()
+{
+    auto *content = new Content(600);
+    Popover popover(content);
+    popover.toggle(item, {});
+    QVERIFY(QTest::qWaitForWindowExposed(&popover));
+    QCOMPARE(popover.geometry(), QRect(250, 28, 300, 600));
+    QCOMPARE(content->size(), QSize(300, 600));
+    QVERIFY(!popover.findChild<QScrollArea *>()->verticalScrollBar()->isVisible());
+}
+
+void TestPopover::contentBeyondTheScreenIsScrolled()
+{
+    auto *content = new Content(2000);
+    Popover popover(content);
+    popover.toggle(item, {});
+    QVERIFY(QTest::qWaitForWindowExposed(&popover));
+    const auto *area = popover.findChild<QScrollArea *>();
+    const auto *bar = area->verticalScrollBar();
+    const auto screen = QGuiApplication::primaryScreen()->availableGeometry();
+    QVERIFY(bar->isVisible());
+    QCOMPARE(popover.geometry().bottom(), screen.bottom() - 4);
+    QCOMPARE(popover.width(), 300 + bar->width());
+    QCOMPARE(area->viewport()->width(), 300);
+    QCOMPARE(content->size(), QSize(300, 2000));
+    QCOMPARE(bar->maximum(), 2000 - popover.height());
+}
+
+void TestPopover::itFollowsItsContentWhileItIsOpen()
+{
+    auto *content = new Content(200);
+    Popover popover(content);
+    QCursor::setPos(400, 790);
+    popover.toggle({400, 790}, {});
+    QVERIFY(QTest::qWaitForWindowExposed(&popover));
+    const auto bottom = popover.geometry().bottom();
+    content->become(500);
+    QTRY_COMPARE(popover.height(), 500);
+    QCOMPARE(popover.geometry().bottom(), bottom);
+    content->become(3000);
+    QTRY_VERIFY(popover.findChild<QScrollArea *>()->verticalScrollBar()->isVisible());
+    content->become(200);
+    QTRY_COMPARE(popover.size(), QSize(300, 350));
+    QCOMPARE(popover.geometry().bottom(), bottom);
+    QTRY_COMPARE(content->size(), QSize(300, 350));
+}
+
+void TestPopover::whatHappensWhileItIsClosedIsThereWhenItOpens()
+{
+    auto *content = new Content(600);
+    Popover popover(content);
+    popover.toggle(item, {});
+    popover.close();
+    content->become(400);
+    popover.toggle(item, {});
+    QCOMPARE(popover.size(), QSize(300, 400));
+}
+
+void TestPopover::nothingHasTheFocusWhenItOpens_data()
+{
+    escapeClosesIt_data();
+}
+
+void TestPopover::nothingHasTheFocusWhenItOpens()
+{
+    QFETCH(Popover::Kind, kind);
+    auto *content = new Content(200);
+    Popover popover(content, kind);
+    for (int opening = 0; opening < 2; ++opening) {
+        popover.open({});
+        QVERIFY(QTest::qWaitForWindowActive(&popover));
+        QCOMPARE(QApplication::focusWidget(), &popover);
+        QTest::keyClick(&popover, Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), &content->first);
+        popover.close();
+    }
+}
+
+void TestPopover::theScrollAreaIsNoTabStop()
+{
+    auto *content = new Content(2000);
+    Popover popover(content);
+    popover.open({});
+    QVERIFY(QTest::qWaitForWindowActive(&popover));
+    QList<QWidget *> stops;
+    for (int press = 0; press < 4; ++press) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        stops.append(QApplication::focusWidget());
+    }
+    QCOMPARE(stops, QList<QWidget *>({&content->first, &content->second, &content->first, &content->second}));
+}
+
+void TestPopover::itIsNamed()
+{
+    Popover popover(new Content(200));
+    QCOMPARE(popover.windowTitle(), QStringLiteral("Velquarin"));
+    auto *accessible = QAccessible::queryAccessibleInterface(&popover);
+    QCOMPARE(accessible->text(QAccessible::Name), QStringLiteral("Velquarin"));
+    QCOMPARE(accessible->role(), QAccessible::Window);
+}
+
+void TestPopover::anActivatedWindowClosesAManagedOne()
+{
+    QWidget other;
+    Popover popover(new Content(200), Popover::Kind::Managed);
+    popover.toggle(item, {});
+    QVERIFY(QTest::qWaitForWindowActive(&popover));
+    other.show();
+    other.activateWindow();
+    QTRY_VERIFY(!popover.isShown());
+}
+
+void TestPopover::theClickThatDeactivatedItDoesNotOpenItAgain()
+{
+    Popover popover(new Content(200), Popover::Kind::Managed);
+    popover.toggle(item, {});
+    QEvent deactivation(QEvent::WindowDeactivate);
+    QApplication::sendEvent(&popover, &deactivation);
+    QVERIFY(!popover.isShown());
+    popover.toggle(item, {});
+    QVERIFY(!popover.isShown());
+    const auto clickAgain = [&popover] {
+        if (!popover.isShown())
+            popover.toggle(item, {});
+        return popover.isShown();
+    };
+    QTRY_VERIFY(clickAgain());
+}
+
+void TestPopover::closedByEscapeItOpensAtOnce()
+{
+    Popover popover(new Content(200), Popover::Kind::Managed);
+    popover.toggle(item, {});
+    QTest::keyClick(&popover, Qt::Key_Escape);
+    popover.toggle(item, {});
+    QVERIFY(popover.isShown());
+}
+
+void TestPopover::aManagedOneTakesTheActivationToken()
+{
+    Popover popover(new Content(200), Popover::Kind::Managed);
+    popover.toggle(item, QStringLiteral("token-7"));
+    QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), QByteArray("token-7"));
+}
+
+void TestPopover::aGrabbingOneNeedsNoActivationToken()
+{
+    Popover popover(new Content(200), Popover::Kind::Grabbing);
+    popover.toggle(item, QStringLiteral("token-7"));
+    QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+}
+
+void TestPopover::itsSurfaceIsTheWindowsColourWithAHairline()
+{
+    Popover popover(new Content(200), Popover::Kind::Grabbing, Popover::Surface::Square);
+    popover.setPalette(QPalette(QColor(0x336699), QColor(0x336699)));
+    popover.toggle(item, {});
+    const auto image = popover.grab().toImage();
+    QCOMPARE(image.pixelColor(150, 300), QColor(0x336699));
+    QCOMPARE(image.pixelColor(1, 300), QColor(0x336699));
+    QVERIFY(image.pixelColor(0, 300) != QColor(0x336699));
+    QCOMPARE(image.pixelColor(0, 0), image.pixelColor(0, 300));
+    QCOMPARE(image.pixelColor(299, 349), image.pixelColor(0, 300));
+}
+
+void TestPopover::roundedCornersAreTransparent()
+{
+    Popover popover(new Content(200), Popover::Kind::Managed, Popover::Surface::Rounded);
+    popover.setPalette(QPalette(QColor(0x336699), QColor(0x336699)));
+    popover.toggle(item, {});
+    const auto image = popover.grab().toImage();
+    QCOMPARE(image.pixelColor(0, 0).alpha(), 0);
+    QCOMPARE(image.pixelColor(299, 349).alpha(), 0);
+    QCOMPARE(image.pixelColor(150, 300), QColor(0x336699));
+}
+
+QTEST_MAIN(TestPopover)
+#include "tst_popover.moc"
