@@ -16,7 +16,8 @@ namespace velquarin::style {
 namespace {
 
 constexpr double referenceHeight = 13;
-constexpr double leastContrast = 4.5;
+constexpr double leastContrastOfText = 4.5;
+constexpr double leastContrastOfShapes = 3.0;
 
 // One colour in a light and in a dark palette, to fill with and to write with.
 struct Shades
@@ -33,7 +34,7 @@ Shades shades(Accent accent)
     case Accent::Orange:
         return {0xfff57c00, 0xffff9230, 0xffa64b00, 0xffffa352};
     case Accent::Green:
-        return {0xff1f9d4d, 0xff2fae5c, 0xff14713a, 0xff55c884};
+        return {0xff17873f, 0xff27964d, 0xff14713a, 0xff55c884};
     case Accent::Blue:
         return {0xff1a73e8, 0xff4a9cf8, 0xff1259bd, 0xff76b3fa};
     case Accent::Red:
@@ -76,12 +77,12 @@ QColor farthestFrom(const QColor &color)
 }
 
 // @p color, moved towards @p goal no further than it takes to be read on @p paper.
-QColor legible(const QColor &color, const QColor &goal, const QColor &paper)
+QColor legible(const QColor &color, const QColor &goal, const QColor &paper, double least = leastContrastOfText)
 {
     constexpr int steps = 64;
     for (int step = 0; step < steps; ++step) {
         const auto candidate = mix(color, goal, double(step) / steps);
-        if (contrast(candidate, paper) >= leastContrast)
+        if (contrast(candidate, paper) >= least)
             return candidate;
     }
     return goal;
@@ -106,20 +107,24 @@ int points(double size)
     return size > 0 ? std::max(pixels, 1) : pixels;
 }
 
-QFont font(TypeStyle style, QFont::Weight weight)
+double sizeOf(TypeStyle style)
 {
     switch (style) {
     case TypeStyle::Headline:
-        return systemFont(13, std::max(weight, QFont::Bold));
-    case TypeStyle::Subheadline:
-        return systemFont(11, weight);
     case TypeStyle::Body:
-        return systemFont(13, weight);
+        return 13;
+    case TypeStyle::Subheadline:
+        return 11;
     case TypeStyle::Caption:
     case TypeStyle::Caption2:
-        return systemFont(10, weight);
+        return 10;
     }
     Q_UNREACHABLE();
+}
+
+QFont font(TypeStyle style, QFont::Weight weight)
+{
+    return systemFont(sizeOf(style), style == TypeStyle::Headline ? QFont::Bold : weight);
 }
 
 QFont systemFont(double size, QFont::Weight weight)
@@ -179,6 +184,18 @@ QColor accent(const QPalette &palette, Accent accent)
 QColor divider(const QPalette &palette)
 {
     return mix(ground(palette), primary(palette), 0.14);
+}
+
+void paintFocusRing(QPainter &painter, const QRectF &rect, const QPalette &palette)
+{
+    constexpr double width = 1.5;
+    const auto highlight = palette.color(QPalette::Active, QPalette::Highlight);
+    const auto color = legible(highlight, primary(palette), ground(palette), leastContrastOfShapes);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color, width));
+    const auto inset = width / 2;
+    painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), points(4), points(4));
 }
 
 int countBand(qint64 count)

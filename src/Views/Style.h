@@ -27,6 +27,9 @@ constexpr double defaultSpacing = 8;
 
 enum class TypeStyle { Headline, Subheadline, Body, Caption, Caption2 };
 
+//! Units: points.
+[[nodiscard]] double sizeOf(TypeStyle style);
+
 //! The desktop's font at the size of @p style. A headline is bold, whatever the weight.
 [[nodiscard]] QFont font(TypeStyle style, QFont::Weight weight = QFont::Normal);
 
@@ -62,6 +65,9 @@ using Tone = std::variant<Ink, Accent>;
 //! Which shade a day with so many commits has: 0 none, 1 up to two, 2 up to five, 3 up to ten, 4 more than ten. A
 //! negative count is in the last band.
 [[nodiscard]] int countBand(qint64 count);
+
+//! The ring around what has the keyboard's focus, just inside @p rect.
+void paintFocusRing(QPainter &painter, const QRectF &rect, const QPalette &palette);
 
 //! @p rect moved and sized to whole pixels of what @p painter paints on, so that its edges are sharp at every scale.
 [[nodiscard]] QRectF onWholePixels(const QPainter &painter, const QRectF &rect);

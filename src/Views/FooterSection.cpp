@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/FooterSection.h"
+
+#include "Views/IconButton.h"
+#include "Views/Text.h"
+
+#include <QHBoxLayout>
+
+#include <utility>
+
+namespace velquarin {
+
+using style::points;
+
+FooterSection::FooterSection(QWidget *parent)
+    : QWidget(parent)
+    , m_updated(new Text(textLook(style::TypeStyle::Caption2, style::Ink::Tertiary), this))
+    , m_refresh(new IconButton(QStringLiteral("arrow.clockwise"), tr("Refresh"), this))
+    , m_settings(new IconButton(QStringLiteral("gear"), tr("Settings"), this))
+{
+    setObjectName(QStringLiteral("footer"));
+    m_updated->setObjectName(QStringLiteral("updated"));
+    m_updated->allowCutting();
+    m_updated->hide();
+    m_refresh->setObjectName(QStringLiteral("refresh"));
+    m_settings->setObjectName(QStringLiteral("settings"));
+    connect(m_refresh, &QAbstractButton::clicked, this, &FooterSection::refreshRequested);
+    connect(m_settings, &QAbstractButton::clicked, this, &FooterSection::settingsRequested);
+
+    // The buttons' rectangles reach into the padding and the gap: larger to hit, and no farther apart to look at.
+    const auto outset = PlainButton::outset();
+    auto *const row = new QHBoxLayout(this);
+    row->setContentsMargins(points(style::defaultPadding), points(8) - outset, points(style::defaultPadding) - outset,
+                            points(8) - outset);
+    row->setSpacing(0);
+    row->addWidget(m_updated);
+    row->addStretch();
+    row->addWidget(m_refresh);
+    row->addWidget(m_settings);
+}
+
+void FooterSection::setElapsed(const QString &elapsed)
+{
+    m_updated->setText(elapsed.isEmpty() ? QString() : tr("Updated %1 ago").arg(elapsed));
+    m_updated->setVisible(!elapsed.isEmpty());
+}
+
+void FooterSection::setRefreshing(bool isRefreshing)
+{
+    if (m_refresh->isEnabled() != isRefreshing)
+        return;
+    // A disabled button would hand the keyboard's focus on to the gear, which the next Space would press.
+    if (isRefreshing) {
+        m_isFocusOwed = m_refresh->hasFocus();
+        m_refresh->clearFocus();
+    }
+    m_refresh->setEnabled(!isRefreshing);
+    if (!isRefreshing && std::exchange(m_isFocusOwed, false) && window()->focusWidget() == nullptr)
+        m_refresh->setFocus(Qt::OtherFocusReason);
+}
+
+}  // namespace velquarin

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/IconButton.h"
+
+#include "Views/Style.h"
+#include "Views/Symbols.h"
+
+#include <QPainter>
+
+namespace velquarin {
+
+IconButton::IconButton(const QString &symbol, const QString &accessibleName, QWidget *parent)
+    : PlainButton(parent)
+    , m_symbol(symbol)
+{
+    setAccessibleName(accessibleName);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+double IconButton::opacity() const
+{
+    return isEnabled() ? 1.0 : 0.5;
+}
+
+QSize IconButton::sizeHint() const
+{
+    const auto symbol = style::symbolSize(m_symbol, style::sizeOf(style::TypeStyle::Caption));
+    return symbol.grownBy({outset(), outset(), outset(), outset()});
+}
+
+void IconButton::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    painter.setOpacity(opacity());
+    const auto place = rect().adjusted(outset(), outset(), -outset(), -outset());
+    style::paintSymbol(painter, m_symbol, place, style::ink(palette(), style::Ink::Primary));
+    painter.end();
+    PlainButton::paintEvent(event);
+}
+
+}  // namespace velquarin

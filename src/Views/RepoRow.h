@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Models/StreakData.h"
+#include "Platform/Instant.h"
+#include "Views/PlainButton.h"
+
+namespace velquarin {
+
+class DateTexts;
+class FileViewer;
+class SymbolView;
+class Text;
+
+//! One repository: its name, and what it got today or when it last got something. Pressing it shows its folder in
+//! @p viewer, which must outlive it.
+class RepoRow : public PlainButton
+{
+    Q_OBJECT
+public:
+    explicit RepoRow(FileViewer &viewer, QWidget *parent = nullptr);
+
+    //! Shows @p stats as of @p now. A press that began on another repository comes to nothing.
+    void setStats(const RepositoryStats &stats, const DateTexts &texts, Instant now);
+
+    [[nodiscard]] const QString &path() const { return m_path; }
+
+protected:
+    void enterEvent(QEnterEvent *event) override;
+    void leaveEvent(QEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    void setHovering(bool isHovering);
+    void setFigures(const RepositoryStats &stats, const DateTexts &texts, Instant now);
+
+    FileViewer &m_viewer;
+    QString m_path;
+    SymbolView *m_folder;
+    Text *m_name;
+    Text *m_activity;
+};
+
+}  // namespace velquarin

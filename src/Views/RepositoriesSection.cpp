@@ -1,0 +1,97 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/RepositoriesSection.h"
+
+#include "Views/DashboardFigures.h"
+#include "Views/RepoRow.h"
+#include "Views/Text.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace velquarin {
+
+using style::Ink;
+using style::points;
+using style::TypeStyle;
+
+namespace {
+
+QWidget *makePlaceholder(QWidget *parent)
+{
+    auto *const placeholder = new QWidget(parent);
+    auto *const text = new Text(textLook(TypeStyle::Subheadline, Ink::Secondary), placeholder);
+    text->setText(RepositoriesSection::tr("No repositories configured"));
+    text->setAlignment(Qt::AlignHCenter);
+    auto *const room = new QVBoxLayout(placeholder);
+    room->setContentsMargins(0, points(8), 0, points(8));
+    room->addWidget(text);
+    return placeholder;
+}
+
+}  // namespace
+
+RepositoriesSection::RepositoriesSection(FileViewer &viewer, QWidget *parent)
+    : QWidget(parent)
+    , m_viewer(viewer)
+    , m_more(new Text(textLook(TypeStyle::Caption2, Ink::Secondary), this))
+    , m_placeholder(makePlaceholder(this))
+    , m_list(new QVBoxLayout)
+{
+    setObjectName(QStringLiteral("repositories"));
+    const auto padding = points(style::defaultPadding);
+    const auto besides = padding - PlainButton::outset();
+    m_list->setContentsMargins(besides, 0, besides, 0);
+    m_list->setSpacing(points(8));
+    m_list->addWidget(m_placeholder);
+
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, padding, 0, padding);
+    column->setSpacing(points(8));
+    column->addLayout(makeHeading());
+    column->addLayout(m_list);
+}
+
+QLayout *RepositoriesSection::makeHeading()
+{
+    auto *const heading = new Text(textLook(TypeStyle::Headline, Ink::Secondary), this);
+    heading->setText(tr("Repositories"));
+    m_more->setObjectName(QStringLiteral("moreRepositories"));
+    m_more->hide();
+
+    auto *const row = new QHBoxLayout;
+    const auto padding = points(style::defaultPadding);
+    row->setContentsMargins(padding, 0, padding, 0);
+    row->setSpacing(points(style::defaultSpacing));
+    row->addWidget(heading);
+    row->addStretch();
+    row->addWidget(m_more);
+    return row;
+}
+
+void RepositoriesSection::setRepositories(const QList<RepositoryStats> &repositories, const DateTexts &texts,
+                                          Instant now)
+{
+    const auto leftOut = repositoriesLeftOut(repositories.size());
+    m_more->setText(leftOut > 0 ? tr("+%1 more").arg(leftOut) : QString());
+    m_more->setVisible(leftOut > 0);
+    m_placeholder->setVisible(repositories.isEmpty());
+    adjustRows(std::min(repositories.size(), longestRepositoryList));
+    for (qsizetype index = 0; index < m_rows.size(); ++index)
+        m_rows.at(index)->setStats(repositories.at(index), texts, now);
+}
+
+void RepositoriesSection::adjustRows(qsizetype wanted)
+{
+    while (m_rows.size() > wanted)
+        delete m_rows.takeLast();
+    while (m_rows.size() < wanted) {
+        m_rows.append(new RepoRow(m_viewer, this));
+        m_list->addWidget(m_rows.constLast());
+    }
+}
+
+}  // namespace velquarin

@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Models/StreakData.h"
+#include "Platform/Instant.h"
+
+#include <QList>
+#include <QWidget>
+
+class QLayout;
+class QVBoxLayout;
+
+namespace velquarin {
+
+class DateTexts;
+class FileViewer;
+class RepoRow;
+class Text;
+
+//! The first repositories of the list, and how many more there are.
+class RepositoriesSection : public QWidget
+{
+    Q_OBJECT
+public:
+    //! @p viewer, which must outlive it, shows the folder of a row that is pressed.
+    explicit RepositoriesSection(FileViewer &viewer, QWidget *parent = nullptr);
+
+    void setRepositories(const QList<RepositoryStats> &repositories, const DateTexts &texts, Instant now);
+
+private:
+    QLayout *makeHeading();
+    void adjustRows(qsizetype wanted);
+
+    FileViewer &m_viewer;
+    Text *m_more;
+    QWidget *m_placeholder;
+    QVBoxLayout *m_list;
+    QList<RepoRow *> m_rows;
+};
+
+}  // namespace velquarin

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/StatRow.h"
+
+#include "Views/Text.h"
+
+#include <QHBoxLayout>
+
+namespace velquarin {
+
+StatRow::StatRow(const QString &label, const QString &value, const style::Tone &tone, QWidget *parent)
+    : QWidget(parent)
+    , m_value(new Text(textLook(style::TypeStyle::Caption, tone, QFont::Medium), this))
+{
+    auto *const name = new Text(textLook(style::TypeStyle::Caption, style::Ink::Secondary), this);
+    name->setText(label);
+    m_value->setText(value);
+
+    auto *const row = new QHBoxLayout(this);
+    row->setContentsMargins({});
+    row->setSpacing(style::points(style::defaultSpacing));
+    row->addWidget(name);
+    row->addStretch();
+    row->addWidget(m_value);
+}
+
+void StatRow::setValue(const QString &value, const style::Tone &tone)
+{
+    m_value->setText(value);
+    m_value->setTone(tone);
+}
+
+}  // namespace velquarin

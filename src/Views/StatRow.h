@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Views/Style.h"
+
+#include <QWidget>
+
+namespace velquarin {
+
+class Text;
+
+//! A label and its value at the two ends of one line.
+class StatRow : public QWidget
+{
+    Q_OBJECT
+public:
+    StatRow(const QString &label, const QString &value, const style::Tone &tone, QWidget *parent = nullptr);
+
+    void setValue(const QString &value, const style::Tone &tone);
+
+private:
+    Text *m_value;
+};
+
+}  // namespace velquarin

@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Text.h"
+
+#include "Views/AccessibleText.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+#include <QStyle>
+
+namespace velquarin {
+
+namespace {
+
+// A name may hold line breaks, which would hide all but its first line.
+QString onOneLine(QString text)
+{
+    return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+}
+
+}  // namespace
+
+TextLook textLook(style::TypeStyle type, style::Tone tone, QFont::Weight weight)
+{
+    return {style::sizeOf(type), type == style::TypeStyle::Headline ? QFont::Bold : weight, tone};
+}
+
+Text::Text(const TextLook &look, QWidget *parent)
+    : QWidget(parent)
+    , m_look(look)
+{
+    readAsText();
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void Text::setText(const QString &text)
+{
+    if (text == m_text)
+        return;
+    const auto sizeBefore = sizeHint();
+    m_text = text;
+    setAccessibleName(text);
+    if (sizeHint() != sizeBefore)
+        updateGeometry();
+    update();
+}
+
+void Text::setTone(const style::Tone &tone)
+{
+    if (tone == m_look.tone)
+        return;
+    m_look.tone = tone;
+    update();
+}
+
+void Text::setAlignment(Qt::Alignment alignment)
+{
+    m_alignment = alignment;
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    update();
+}
+
+void Text::allowCutting()
+{
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    updateGeometry();
+}
+
+QSize Text::sizeHint() const
+{
+    const QFontMetrics metrics(lettering());
+    return {metrics.horizontalAdvance(onOneLine(m_text)), metrics.height()};
+}
+
+QSize Text::minimumSizeHint() const
+{
+    const auto whole = sizeHint();
+    const bool mayBeCut = sizePolicy().horizontalPolicy() == QSizePolicy::Maximum;
+    return {mayBeCut ? 0 : whole.width(), whole.height()};
+}
+
+void Text::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    painter.setFont(lettering());
+    painter.setPen(style::textColor(palette(), m_look.tone));
+    const auto alignment = QStyle::visualAlignment(layoutDirection(), m_alignment | Qt::AlignVCenter);
+    constexpr int flags = Qt::TextSingleLine | Qt::TextDontClip;
+    painter.drawText(rect(), int(alignment | Qt::AlignAbsolute) | flags, shownText(painter.fontMetrics()));
+}
+
+// A screen of another scale measures a text a little wider or narrower: what was given its room is never cut.
+QString Text::shownText(const QFontMetrics &metrics) const
+{
+    const auto whole = onOneLine(m_text);
+    return width() >= sizeHint().width() ? whole : metrics.elidedText(whole, Qt::ElideRight, width());
+}
+
+QFont Text::lettering() const
+{
+    return style::systemFont(m_look.size, m_look.weight);
+}
+
+}  // namespace velquarin

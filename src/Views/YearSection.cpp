@@ -1,0 +1,131 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/YearSection.h"
+
+#include "Views/DashboardFigures.h"
+#include "Views/SectionButton.h"
+#include "Views/Style.h"
+#include "Views/Text.h"
+#include "Views/YearHeatmapView.h"
+
+#include <QHBoxLayout>
+#include <QScrollArea>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace velquarin {
+
+using style::Ink;
+using style::points;
+
+namespace {
+
+// The dashboard's own ground shows through, and Tab goes past it to what it holds.
+QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
+{
+    auto *const area = new QScrollArea(parent);
+    area->setObjectName(QStringLiteral("yearScrollArea"));
+    area->setFrameShape(QFrame::NoFrame);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setFixedHeight(points(100));
+    area->setWidget(content);
+    area->viewport()->setAutoFillBackground(false);
+    content->setAutoFillBackground(false);
+    return area;
+}
+
+Text *makeCaption(Ink ink, QWidget *parent)
+{
+    return new Text(textLook(style::TypeStyle::Caption, ink), parent);
+}
+
+}  // namespace
+
+YearSection::YearSection(QWidget *parent)
+    : QWidget(parent)
+    , m_back(new SectionButton(SectionButton::Direction::Back, tr("Last 365 Days"), tr("Back"), this))
+    , m_heatmap(new YearHeatmapView(nullptr))
+    , m_commits(makeCaption(Ink::Secondary, this))
+    , m_activeDays(makeCaption(Ink::Secondary, this))
+{
+    setObjectName(QStringLiteral("year"));
+    m_back->setObjectName(QStringLiteral("back"));
+    connect(m_back, &QAbstractButton::clicked, this, &YearSection::weekRequested);
+    m_scrollArea = makeScrollArea(m_heatmap, this);
+
+    const auto padding = points(style::defaultPadding);
+    auto *const content = new QVBoxLayout;
+    content->setContentsMargins(padding, points(style::defaultSpacing) - SectionButton::verticalPadding(), padding, 0);
+    content->setSpacing(points(8));
+    content->addWidget(m_scrollArea);
+    content->addLayout(makeSummary());
+
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, padding - SectionButton::verticalPadding(), 0, padding);
+    column->setSpacing(0);
+    column->addLayout(withoutOutset(m_back));
+    column->addLayout(content);
+    column->addStretch();
+}
+
+QLayout *YearSection::makeSummary()
+{
+    auto *const bullet = makeCaption(Ink::Tertiary, this);
+    bullet->setText(tr("•"));
+    m_commits->setObjectName(QStringLiteral("yearCommits"));
+    m_activeDays->setObjectName(QStringLiteral("activeDays"));
+
+    auto *const row = new QHBoxLayout;
+    row->setSpacing(points(style::defaultSpacing));
+    for (auto *const text : {m_commits, bullet, m_activeDays})
+        row->addWidget(text);
+    row->addStretch();
+    return row;
+}
+
+void YearSection::setHistory(const DayCounts &yearHistory, const DateTexts &texts, const Calendar &calendar,
+                             Instant now)
+{
+    m_heatmap->setContents(yearHistory, calendar, now, texts);
+    const auto totals = yearTotals(yearHistory);
+    m_commits->setText(tr("%1 commits").arg(totals.commits));
+    m_activeDays->setText(tr("%1 active days").arg(totals.activeDays));
+}
+
+void YearSection::bringTodayIntoSight()
+{
+    m_isTodayWanted = true;
+    if (isVisible())
+        scrollSoon();
+}
+
+void YearSection::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (m_isTodayWanted)
+        scrollSoon();
+}
+
+// The layout gives the area its size on the next turn of the loop, still before anything is painted.
+void YearSection::scrollSoon()
+{
+    QMetaObject::invokeMethod(this, &YearSection::scrollToToday, Qt::QueuedConnection);
+}
+
+void YearSection::takeFocus()
+{
+    m_back->setFocus(Qt::OtherFocusReason);
+}
+
+void YearSection::scrollToToday()
+{
+    if (!isVisible() || !std::exchange(m_isTodayWanted, false))
+        return;
+    m_scrollArea->ensureVisible(m_heatmap->todayX(), 0, m_scrollArea->viewport()->width() / 4, 0);
+}
+
+}  // namespace velquarin

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Models/StreakData.h"
+#include "Platform/Calendar.h"
+
+#include <QWidget>
+
+class QLayout;
+class QScrollArea;
+
+namespace velquarin {
+
+class DateTexts;
+class SectionButton;
+class Text;
+class YearHeatmapView;
+
+//! The heat map of a year, its totals, and the way back to the week.
+class YearSection : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit YearSection(QWidget *parent = nullptr);
+
+    void setHistory(const DayCounts &yearHistory, const DateTexts &texts, const Calendar &calendar, Instant now);
+
+    //! Scrolls so that today can be seen, as soon as the section is on screen.
+    void bringTodayIntoSight();
+
+    //! Gives the keyboard's focus to the button that leaves this section.
+    void takeFocus();
+
+Q_SIGNALS:
+    void weekRequested();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    QLayout *makeSummary();
+    void scrollSoon();
+    void scrollToToday();
+
+    SectionButton *m_back;
+    QScrollArea *m_scrollArea;
+    YearHeatmapView *m_heatmap;
+    Text *m_commits;
+    Text *m_activeDays;
+    bool m_isTodayWanted = false;
+};
+
+}  // namespace velquarin
