@@ -71,7 +71,6 @@ MenuBarView::MenuBarView(StreakManager &manager, const Clock &clock, Timers &tim
 {
     setObjectName(QStringLiteral("dashboard"));
     setWindowTitle(tr("Velquarin"));
-    setAccessibleName(tr("Velquarin"));
     makeColumn(this);
     buildSections();
     observe();

@@ -32,6 +32,7 @@ QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setFixedHeight(points(100));
+    area->setWidgetResizable(true);
     area->setWidget(content);
     area->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
@@ -48,7 +49,7 @@ Text *makeCaption(Ink ink, QWidget *parent)
 YearSection::YearSection(QWidget *parent)
     : QWidget(parent)
     , m_back(new SectionButton(SectionButton::Direction::Back, tr("Last 365 Days"), tr("Back"), this))
-    , m_heatmap(new YearHeatmapView(nullptr))
+    , m_heatmap(new YearHeatmapView)
     , m_commits(makeCaption(Ink::Secondary, this))
     , m_activeDays(makeCaption(Ink::Secondary, this))
 {
@@ -56,6 +57,9 @@ YearSection::YearSection(QWidget *parent)
     m_back->setObjectName(QStringLiteral("back"));
     connect(m_back, &QAbstractButton::clicked, this, &YearSection::weekRequested);
     m_scrollArea = makeScrollArea(m_heatmap, this);
+    connect(m_heatmap, &YearHeatmapView::currentCellMoved, this, [this](const QRect &cell) {
+        m_scrollArea->ensureVisible(cell.center().x(), cell.center().y(), cell.width(), 0);
+    });
 
     const auto padding = points(style::defaultPadding);
     auto *const content = new QVBoxLayout;
