@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QPainter>
+#include <QRandomGenerator>
 #include <QVBoxLayout>
 
 #include <cstdio>
@@ -27,14 +28,17 @@ QPalette palette(QColor window, QColor text)
 // A year with every shade in it: quiet weeks, busy ones, and weekends that are mostly free.
 DayCounts someYear(const Calendar &calendar, Instant now)
 {
+    QRandomGenerator random(7);
     DayCounts counts;
     const auto today = calendar.dateOf(now);
+    int liveliness = 0;
     for (int daysAgo = 0; daysAgo < 365; ++daysAgo) {
         const auto date = today.addDays(-daysAgo);
-        const auto busy = (daysAgo * 7919 + daysAgo / 3 * 104729) % 17;
-        const bool isFree = date.dayOfWeek() > Qt::Friday && busy < 13;
-        if (const auto start = calendar.startOf(date); start && !isFree && busy > 3)
-            counts[*start] = busy - 3;
+        if (date.dayOfWeek() == Qt::Sunday)
+            liveliness = random.bounded(1, 18);
+        const bool isFree = date.dayOfWeek() > Qt::Friday && random.bounded(4) > 0;
+        if (const auto start = calendar.startOf(date); start && !isFree)
+            counts[*start] = random.bounded(liveliness + 1);
     }
     return counts;
 }
