@@ -7,13 +7,16 @@
 #include "App/StatusItemPlan.h"
 #include "App/StreakObserver.h"
 #include "Platform/StatusItem.h"
+#include "Views/MenuBarView.h"
+#include "Views/Popover.h"
+#include "Views/SettingsView.h"
 
 #include <utility>
 
 namespace velquarin {
 
 AppDelegate::AppDelegate(Shared &shared, Desktop desktop)
-    : m_timers(shared.platform().timers)
+    : m_shared(shared)
     , m_desktop(std::move(desktop))
     , m_streakManager(std::make_unique<StreakManager>(shared.gitService(), shared.appSettings(),
                                                       shared.notificationService(), shared.platform().clock,
@@ -38,12 +41,17 @@ void AppDelegate::setupMenuBar()
                            {},
                            {tr("Quit Velquarin"), QStringLiteral("q"), [this] { quitApp(); }}});
     connect(m_statusItem.get(), &StatusItem::activated, this, &AppDelegate::handleClick);
+    const auto &platform = m_shared.platform();
+    m_popover = std::make_unique<Popover>(new MenuBarView(*m_streakManager, platform.clock, platform.timers,
+                                                          platform.fileViewer, [this] { openSettings(); }));
+    // Once the click that asked for it is over: a menu that opens within it would close with it.
+    connect(m_popover.get(), &Popover::menuRequested, m_statusItem.get(), &StatusItem::popUpMenu, Qt::QueuedConnection);
 }
 
 void AppDelegate::setupStreakObserver()
 {
     m_streakObserver = std::make_unique<StreakObserver>(
-        *m_streakManager, m_timers, [this](qint64 streak, bool isRefreshing, bool hasCommittedToday) {
+        *m_streakManager, m_shared.platform().timers, [this](qint64 streak, bool isRefreshing, bool hasCommittedToday) {
             updateMenuBarDisplay(streak, isRefreshing, hasCommittedToday);
         });
 }
@@ -53,16 +61,32 @@ void AppDelegate::updateMenuBarDisplay(qint64 streak, bool isRefreshing, bool ha
     m_statusItem->setAppearance(statusItemAppearance(streak, isRefreshing, hasCommittedToday));
 }
 
-// Until there is a dashboard, the menu is all there is to open.
-void AppDelegate::handleClick(QPoint position, const QString & /*activationToken*/)
+// A right click never comes here: the host shows the menu by itself, or asks the item for it.
+void AppDelegate::handleClick(QPoint position, const QString &activationToken)
 {
-    m_statusItem->popUpMenu(position);
+    togglePopover(position, activationToken);
 }
 
-void AppDelegate::openDashboard(const QString & /*activationToken*/)
+void AppDelegate::togglePopover(QPoint position, const QString &activationToken)
 {
-    if (m_statusItem)
-        m_statusItem->popUpMenu({});
+    m_popover->toggle(position, activationToken);
+}
+
+void AppDelegate::openDashboard(const QString &activationToken)
+{
+    if (m_popover)
+        m_popover->open(activationToken);
+}
+
+// The dashboard goes first: while it is open on X11 it takes every click, and the window's own with them.
+void AppDelegate::openSettings()
+{
+    m_popover->close();
+    if (!m_settings)
+        m_settings = std::make_unique<SettingsView>();
+    m_settings->show();
+    m_settings->raise();
+    m_settings->activateWindow();
 }
 
 void AppDelegate::refreshData()

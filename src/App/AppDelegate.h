@@ -13,10 +13,11 @@
 
 namespace velquarin {
 
+class Popover;
+class SettingsView;
 class Shared;
 class StatusItem;
 class StreakObserver;
-class Timers;
 
 //! Holds the program together while it runs: the status item, the streak and what the user asks for. Main thread only.
 class AppDelegate : public QObject
@@ -37,7 +38,11 @@ public:
     void applicationDidFinishLaunching();
 
     //! Brings the program before the user's eyes: somebody started it again, or wants it from a notification.
+    //! @p activationToken lets the window take the focus; it may be empty.
     void openDashboard(const QString &activationToken);
+
+    //! Opens the settings window, or raises the one that is open.
+    void openSettings();
 
     [[nodiscard]] StreakManager &streakManager() { return *m_streakManager; }
 
@@ -46,13 +51,16 @@ private:
     void setupStreakObserver();
     void updateMenuBarDisplay(qint64 streak, bool isRefreshing, bool hasCommittedToday);
     void handleClick(QPoint position, const QString &activationToken);
+    void togglePopover(QPoint position, const QString &activationToken);
     void refreshData();
     void quitApp();
 
-    Timers &m_timers;
+    Shared &m_shared;
     Desktop m_desktop;
-    std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<StreakManager> m_streakManager;
+    std::unique_ptr<StatusItem> m_statusItem;
+    std::unique_ptr<Popover> m_popover;
+    std::unique_ptr<SettingsView> m_settings;
     std::unique_ptr<StreakObserver> m_streakObserver;
 };
 

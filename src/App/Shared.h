@@ -11,6 +11,7 @@
 namespace velquarin {
 
 class Clock;
+class FileViewer;
 class FileTree;
 class NotificationCenter;
 class Output;
@@ -28,6 +29,7 @@ struct Platform
     Output &output;
     PreferencesStore &preferences;
     NotificationCenter &notificationCenter;
+    FileViewer &fileViewer;
 };
 
 //! The services of which there is one each: made at first use, kept for the life of the program. Only the application

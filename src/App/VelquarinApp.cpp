@@ -5,6 +5,7 @@
 
 #include "App/AppDelegate.h"
 #include "App/Shared.h"
+#include "Platform/Linux/Desktop/FileManagerViewer.h"
 #include "Platform/Linux/Desktop/LinuxStatusItem.h"
 #include "Platform/Linux/System/SingleInstance.h"
 #include "Platform/Linux/System/TerminationSignals.h"
@@ -44,7 +45,8 @@ int VelquarinApp::run()
 
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);
-    Shared shared({m_processes, m_files, m_clock, m_timers, m_output, preferences, notifications});
+    FileManagerViewer fileViewer(m_bus);
+    Shared shared({m_processes, m_files, m_clock, m_timers, m_output, preferences, notifications, fileViewer});
     AppDelegate delegate(shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, iconThemePath()); },
                                   [] { QCoreApplication::quit(); }});
     QObject::connect(&instance, &SingleInstance::showRequested, &delegate, &AppDelegate::openDashboard);

@@ -10,6 +10,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QScrollArea>
@@ -223,6 +224,23 @@ void Popover::keyPressEvent(QKeyEvent *event)
         close();
     else
         QWidget::keyPressEvent(event);
+}
+
+// While it is open on X11 it takes every click. One with the right button on the item asks for the item's menu, which
+// the host will not hear of.
+void Popover::mousePressEvent(QMouseEvent *event)
+{
+    const auto position = event->globalPosition().toPoint();
+    const bool isForItem = event->button() == Qt::RightButton && !rect().contains(event->pos()) && isOnItem(position);
+    QWidget::mousePressEvent(event);
+    if (isForItem)
+        Q_EMIT menuRequested(position);
+}
+
+bool Popover::isOnItem(QPoint position) const
+{
+    const auto reach = style::points(itemExtent) / 2;
+    return m_click && QRect(*m_click, QSize(1, 1)).adjusted(-reach, -reach, reach, reach).contains(position);
 }
 
 void Popover::paintEvent(QPaintEvent * /*event*/)

@@ -54,11 +54,15 @@ Q_SIGNALS:
     void shown();
     void hidden();
 
+    //! A right click on the item closed the popover, which kept the click from the item: its menu is due.
+    void menuRequested(QPoint position);
+
 protected:
     bool event(QEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
@@ -73,6 +77,7 @@ private:
     [[nodiscard]] int contentHeight() const;
     [[nodiscard]] PopoverWish wish() const;
     [[nodiscard]] bool wasJustDeactivated() const;
+    [[nodiscard]] bool isOnItem(QPoint position) const;
 
     Kind m_kind;
     Surface m_surface;

@@ -7,9 +7,12 @@
 #include "App/StreakObserver.h"
 #include "Platform/Linux/System/BootTimeTimers.h"
 #include "support/Engine.h"
+#include "support/Offscreen.h"
+#include "support/RecordingFileViewer.h"
 #include "support/RecordingStatusItem.h"
-#include "support/Strict.h"
+#include "Views/Popover.h"
 
+#include <QApplication>
 #include <QTest>
 
 using namespace velquarin;
@@ -28,7 +31,8 @@ struct World
     RecordingOutput output;
     MemoryPreferences preferences;
     RecordingNotificationCenter center;
-    Shared shared{{processes, files, clock, timers, output, preferences, center}};
+    RecordingFileViewer viewer;
+    Shared shared{{processes, files, clock, timers, output, preferences, center, viewer}};
     RecordingStatusItem *item = nullptr;
     int terminations = 0;
     AppDelegate delegate{shared,
@@ -59,6 +63,14 @@ struct World
     }
 };
 
+QWidget *windowTitled(const QString &title)
+{
+    const auto windows = QApplication::topLevelWidgets();
+    const auto found = std::ranges::find_if(
+        windows, [&title](const QWidget *window) { return window->isVisible() && window->windowTitle() == title; });
+    return found == windows.end() ? nullptr : *found;
+}
+
 QString text(const StatusItemAppearance &appearance)
 {
     return QStringLiteral("%1 %2 \"%3\" '%4'")
@@ -72,7 +84,7 @@ class TestAppDelegate : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void init() { failOnAnyWarning(); }
+    void init() { failOnAnyWarningOfOurs(); }
     void theItemShows_data();
     void theItemShows();
     void atLaunchTheItemShowsTheSyncingSymbolAlone();
@@ -85,7 +97,10 @@ private Q_SLOTS:
     void theMenuHasTwoEntriesAndASeparator();
     void refreshStartsARefresh();
     void quitEndsTheProgram();
-    void aLeftClickOpensTheMenuWhereItHappened();
+    void aClickOpensTheDashboardAndASecondOneClosesIt();
+    void aSecondStartOpensTheDashboardAndLeavesItOpen();
+    void theGearClosesTheDashboardAndOpensTheSettings();
+    void aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu();
     void theServicesAreMadeOnce();
 };
 
@@ -223,12 +238,53 @@ void TestAppDelegate::quitEndsTheProgram()
     QCOMPARE(world.terminations, 1);
 }
 
-void TestAppDelegate::aLeftClickOpensTheMenuWhereItHappened()
+void TestAppDelegate::aClickOpensTheDashboardAndASecondOneClosesIt()
 {
     World world;
     world.delegate.applicationDidFinishLaunching();
+    QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
     Q_EMIT world.item->activated(QPoint(3, 4), {});
-    QCOMPARE(world.item->popUps(), QList{QPoint(3, 4)});
+    QVERIFY(windowTitled(QStringLiteral("Velquarin")));
+    Q_EMIT world.item->activated(QPoint(3, 4), {});
+    QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
+    QVERIFY(world.item->popUps().isEmpty());
+}
+
+void TestAppDelegate::aSecondStartOpensTheDashboardAndLeavesItOpen()
+{
+    World world;
+    world.delegate.openDashboard({});
+    world.delegate.applicationDidFinishLaunching();
+    world.delegate.openDashboard({});
+    QVERIFY(windowTitled(QStringLiteral("Velquarin")));
+    world.delegate.openDashboard({});
+    QVERIFY(windowTitled(QStringLiteral("Velquarin")));
+}
+
+void TestAppDelegate::theGearClosesTheDashboardAndOpensTheSettings()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    world.delegate.openDashboard({});
+    world.delegate.openSettings();
+    QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
+    auto *settings = windowTitled(QStringLiteral("Settings"));
+    QVERIFY(settings);
+    world.delegate.openSettings();
+    QCOMPARE(windowTitled(QStringLiteral("Settings")), settings);
+    QTest::keyClick(settings, Qt::Key_Escape);
+    QVERIFY(!windowTitled(QStringLiteral("Settings")));
+}
+
+void TestAppDelegate::aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    world.delegate.openDashboard({});
+    auto *popover = qobject_cast<Popover *>(windowTitled(QStringLiteral("Velquarin")));
+    QVERIFY(popover);
+    Q_EMIT popover->menuRequested(QPoint(5, 6));
+    QTRY_COMPARE(world.item->popUps(), QList{QPoint(5, 6)});
 }
 
 void TestAppDelegate::theServicesAreMadeOnce()
@@ -239,5 +295,5 @@ void TestAppDelegate::theServicesAreMadeOnce()
     QCOMPARE(&world.shared.notificationService(), &world.shared.notificationService());
 }
 
-QTEST_GUILESS_MAIN(TestAppDelegate)
+QTEST_MAIN(TestAppDelegate)
 #include "tst_appdelegate.moc"
