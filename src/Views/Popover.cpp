@@ -136,6 +136,7 @@ void Popover::open(const QString &activationToken)
 void Popover::openAt(QPoint click, const QString &activationToken)
 {
     m_click = click;
+    m_isPressedElsewhere = false;
     if (!isVisible())
         leaveFocusNowhere();
     fit();
@@ -226,14 +227,22 @@ void Popover::keyPressEvent(QKeyEvent *event)
         QWidget::keyPressEvent(event);
 }
 
-// While it is open on X11 it takes every click. One with the right button on the item asks for the item's menu, which
-// the host will not hear of.
+// The toolkit closes a popup at the press already, and gives the pointer back. The status item would then get the
+// release alone, which is a click to many a host, and open the popover again.
 void Popover::mousePressEvent(QMouseEvent *event)
 {
+    m_isPressedElsewhere = !rect().contains(event->position().toPoint());
+}
+
+// The popover takes every click while it is open, so no host hears of one with the right button on the item: its menu
+// opens from here.
+void Popover::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (!m_isPressedElsewhere || event->buttons() != Qt::NoButton)
+        return;
+    close();
     const auto position = event->globalPosition().toPoint();
-    const bool isForItem = event->button() == Qt::RightButton && !rect().contains(event->pos()) && isOnItem(position);
-    QWidget::mousePressEvent(event);
-    if (isForItem)
+    if (event->button() == Qt::RightButton && isOnItem(position))
         Q_EMIT menuRequested(position);
 }
 
@@ -241,6 +250,8 @@ bool Popover::isOnItem(QPoint position) const
 {
     const auto reach = style::points(itemExtent) / 2;
     return m_click && QRect(*m_click, QSize(1, 1)).adjusted(-reach, -reach, reach, reach).contains(position);
+}
+
 }
 
 void Popover::paintEvent(QPaintEvent * /*event*/)

@@ -63,6 +63,7 @@ protected:
     void changeEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
@@ -83,6 +84,7 @@ private:
     Surface m_surface;
     QScrollArea *m_scrollArea = nullptr;
     std::optional<QPoint> m_click;
+    bool m_isPressedElsewhere = false;
     QElapsedTimer m_sinceDeactivation;
 };
 

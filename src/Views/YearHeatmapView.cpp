@@ -132,6 +132,13 @@ QRect YearHeatmapView::rectangleOf(int cell) const
     return logical(shapes().cell(cell));
 }
 
+QVariant YearHeatmapView::inputMethodQuery(Qt::InputMethodQuery query) const
+{
+    if (query == Qt::ImCursorRectangle && m_current)
+        return rectangleOf(*m_current);
+    return QWidget::inputMethodQuery(query);
+}
+
 QStringList YearHeatmapView::labels() const
 {
     QStringList texts;

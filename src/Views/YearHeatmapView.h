@@ -44,8 +44,12 @@ public:
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
+    //! A scroll area scrolls to the cursor when the focus moves on: that is the current square.
+    [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
 Q_SIGNALS:
-    //! The keys have reached another square: whoever scrolls the view should bring it into sight.
+    //! The keys have reached a square, which may be the one they were on: whoever scrolls the view should bring it into
+    //! sight.
     void currentCellMoved(const QRect &rectangle);
 
 protected:

@@ -15,6 +15,9 @@
 #include <QHelpEvent>
 #include <QImage>
 #include <QPaintEvent>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolTip>
@@ -129,6 +132,7 @@ private Q_SLOTS:
     void theKeysStayOnTheirDayWhenTheGridMovesOn();
     void theSquareThatTheKeysReachedIsMarked();
     void onlyTheKeyboardBringsTheFocus();
+    void aScrollAreaKeepsTheCurrentSquareInSight();
     void fromRightToLeftTheOldestWeekIsAtTheRight();
     void aScreenReaderSeesEverySquareAndLabel();
     void aScreenReaderFindsTheSquareUnderAPoint();
@@ -398,6 +402,34 @@ void TestYearHeatmapView::theSquareThatTheKeysReachedIsMarked()
 void TestYearHeatmapView::onlyTheKeyboardBringsTheFocus()
 {
     QCOMPARE(YearHeatmapView().focusPolicy(), Qt::TabFocus);
+}
+
+void TestYearHeatmapView::aScrollAreaKeepsTheCurrentSquareInSight()
+{
+    QWidget window;
+    QScrollArea area(&window);
+    auto *view = new YearHeatmapView;
+    show(*view, {});
+    area.setFocusPolicy(Qt::NoFocus);
+    area.setWidget(view);
+    QPushButton after(&window);
+    view->resize(view->sizeHint());
+    QObject::connect(view, &YearHeatmapView::currentCellMoved, &area, [&area](const QRect &rectangle) {
+        area.ensureVisible(rectangle.center().x(), rectangle.center().y());
+    });
+    area.resize(150, 130);
+    window.resize(300, 200);
+    window.setFocus();
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QCOMPARE(QApplication::focusWidget(), &window);
+    QCOMPARE(area.horizontalScrollBar()->value(), 0);
+    for (auto *const reached : {static_cast<QWidget *>(view), static_cast<QWidget *>(&after)}) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), reached);
+        QVERIFY(view->visibleRegion().contains(view->rectangleOf(today)));
+    }
 }
 
 void TestYearHeatmapView::fromRightToLeftTheOldestWeekIsAtTheRight()
