@@ -4,6 +4,7 @@
 #include "App/VelquarinApp.h"
 #include "Platform/Linux/System/StandardDescriptors.h"
 #include "Platform/Linux/System/TerminationSignals.h"
+#include "Views/AccessibleApplication.h"
 
 #include <QApplication>
 
@@ -15,6 +16,7 @@ int main(int argc, char **argv)
     velquarin::blockTerminationSignals();
     std::signal(SIGPIPE, SIG_IGN);
 
+    velquarin::installAccessibleApplication();
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("velquarin"));
     QApplication::setApplicationDisplayName(QStringLiteral("Velquarin"));

@@ -58,6 +58,8 @@ QLayout *HeaderSection::makeStreakColumn()
 {
     auto *const caption = new Text(textLook(style::TypeStyle::Caption, Ink::Secondary), this);
     caption->setText(tr("day streak"));
+    // Read right after the number that it explains.
+    caption->stackUnder(m_longest);
     m_streak->setObjectName(QStringLiteral("currentStreak"));
 
     auto *const column = new QVBoxLayout;

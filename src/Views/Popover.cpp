@@ -252,8 +252,6 @@ bool Popover::isOnItem(QPoint position) const
     return m_click && QRect(*m_click, QSize(1, 1)).adjusted(-reach, -reach, reach, reach).contains(position);
 }
 
-}
-
 void Popover::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);

@@ -11,10 +11,11 @@ namespace velquarin {
 
 StatRow::StatRow(const QString &label, const QString &value, const style::Tone &tone, QWidget *parent)
     : QWidget(parent)
-    , m_value(new Text(textLook(style::TypeStyle::Caption, tone, QFont::Medium), this))
 {
+    // Screen readers read in the order in which the parts are made.
     auto *const name = new Text(textLook(style::TypeStyle::Caption, style::Ink::Secondary), this);
     name->setText(label);
+    m_value = new Text(textLook(style::TypeStyle::Caption, tone, QFont::Medium), this);
     m_value->setText(value);
 
     auto *const row = new QHBoxLayout(this);

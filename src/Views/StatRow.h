@@ -20,7 +20,7 @@ public:
     void setValue(const QString &value, const style::Tone &tone);
 
 private:
-    Text *m_value;
+    Text *m_value = nullptr;
 };
 
 }  // namespace velquarin

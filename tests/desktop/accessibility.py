@@ -67,7 +67,7 @@ class Reader:
         self._environment = desktop.environment
 
     def _run(self, *arguments):
-        command = [sys.executable, "-B", str(pathlib.Path(__file__).resolve()), *arguments]
+        command = [sys.executable, "-B", "-W", "ignore::DeprecationWarning", str(pathlib.Path(__file__).resolve()), *arguments]
         return subprocess.run(command, env=self._environment, stdout=subprocess.PIPE, check=True, timeout=30).stdout
 
     def window(self, name):
