@@ -12,11 +12,13 @@ import zoneinfo
 
 # By what each Debian package is known to be there.
 NEEDED = {
+    "at-spi2-core": "/usr/libexec/at-spi-bus-launcher",
     "dbus-daemon": "dbus-daemon",
     "dunst": "dunst",
     "git": "git",
     "imagemagick": "import",
     "openbox": "openbox",
+    "thunar": "thunar",
     "trayer": "trayer",
     "util-linux": "setpriv",
     "x11-utils": "xprop",

@@ -5,6 +5,7 @@
 
 #include <QList>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <optional>
@@ -69,7 +70,7 @@ std::optional<SocketAddress> socketAddress(const QByteArray &name)
     target.address.sun_family = AF_UNIX;
     if (name.isEmpty() || std::size_t(name.size()) >= sizeof target.address.sun_path)
         return std::nullopt;
-    std::memcpy(target.address.sun_path, name.constData(), std::size_t(name.size()));
+    std::memcpy(&target.address.sun_path, name.constData(), std::size_t(name.size()));
     const bool isAbstract = name.startsWith('\0');
     target.length = socklen_t(offsetof(sockaddr_un, sun_path)) + socklen_t(name.size()) + (isAbstract ? 0 : 1);
     return target;
@@ -99,14 +100,10 @@ std::optional<SocketAddress> targetOf(const QByteArray &address)
 bool busAnswers(const QByteArray &address, std::chrono::milliseconds patience)
 {
     const auto alternatives = address.split(';');
-    for (const auto &alternative : alternatives) {
-        if (!alternative.startsWith("unix:"))
-            return true;
-        const auto target = targetOf(alternative);
-        if (!target || answers(*target, patience))
-            return true;
-    }
-    return false;
+    return std::ranges::any_of(alternatives, [patience](const QByteArray &alternative) {
+        const auto target = alternative.startsWith("unix:") ? targetOf(alternative) : std::nullopt;
+        return !target || answers(*target, patience);
+    });
 }
 
 }  // namespace velquarin

@@ -30,7 +30,7 @@ void hearSignals()
     std::signal(SIGPIPE, SIG_DFL);
     sigset_t none;
     sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
+    pthread_sigmask(SIG_SETMASK, &none, nullptr);
 }
 
 void configure(QProcess &process, const ProcessRequest &request)
@@ -45,7 +45,7 @@ void configure(QProcess &process, const ProcessRequest &request)
 
 LaunchError launchError(const QString &reason)
 {
-    return LaunchError(reason.toStdString());
+    return LaunchError{reason.toStdString()};
 }
 
 // An empty folder would mean the program's own, and one with a NUL in it the part before the NUL: both are some other

@@ -62,7 +62,8 @@ bool PosixFileTree::visit(const std::string &path, const Visitor &visitor) const
         return false;
     // One thread reads this folder; readdir is only unsafe where two share it.
     while (const auto *entry = readdir(folder.get())) {  // NOLINT(concurrency-mt-unsafe)
-        if (!isOwnOrParent(entry->d_name) && !visitor({entry->d_name, kindOf(entry->d_type)}))
+        const std::string name = &entry->d_name[0];
+        if (!isOwnOrParent(name) && !visitor({name, kindOf(entry->d_type)}))
             break;
     }
     return true;

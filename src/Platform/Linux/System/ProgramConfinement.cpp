@@ -149,7 +149,7 @@ std::string elfInterpreter(const std::string &program)
     if (std::memcmp(&header.e_ident, ELFMAG, SELFMAG) != 0 || header.e_ident[EI_CLASS] != ownClass)
         throw std::runtime_error("not an ELF file of this machine");
     for (int index = 0; index < header.e_phnum; ++index) {
-        const auto offset = static_cast<std::streamoff>(header.e_phoff) + index * header.e_phentsize;
+        const auto offset = static_cast<std::streamoff>(header.e_phoff) + std::streamoff(index) * header.e_phentsize;
         const auto segment = readAt<ElfW(Phdr)>(file, offset);
         if (segment.p_type == PT_INTERP)
             return textAt(file, segment);

@@ -20,7 +20,7 @@ constexpr std::chrono::milliseconds patienceLater(50);
 // Without an address the library would start a bus of its own beside the session, on which nobody listens.
 QByteArray busAddress()
 {
-    const auto given = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    auto given = qgetenv("DBUS_SESSION_BUS_ADDRESS");
     const auto runtimeFolder = qgetenv("XDG_RUNTIME_DIR");
     const auto socket = runtimeFolder + "/bus";
     if (!given.isEmpty() || runtimeFolder.isEmpty() || !QFileInfo::exists(QFile::decodeName(socket)))
