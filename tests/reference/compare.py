@@ -34,7 +34,7 @@ class Engine:
 
     def __init__(self, program):
         self.process = subprocess.Popen([program], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
-                                        env=histories.ENVIRONMENT)
+                                        env=reference.ENVIRONMENT)
 
     def ask(self, task):
         print(json.dumps(task), file=self.process.stdin, flush=True)
@@ -74,8 +74,8 @@ def compare_all(options, folder):
             report(history, lines)
     if engine.end() != 0:
         sys.exit("the engine's program failed")
-    print(f"seed {options.seed}: {options.histories} histories with {commits} commits, {streaks} with a running streak; "
-          f"{faults} differ")
+    print(f"seed {options.seed}: {options.histories} histories with {commits} commits, "
+          f"{streaks} with a running streak; {faults} differ")
     if streaks < options.histories / 3:
         sys.exit("these histories are too dull to prove anything")
     return faults

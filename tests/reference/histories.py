@@ -2,7 +2,6 @@
 # SPDX-License-Identifier: MIT
 """Random histories: a zone, a moment, and one to four repositories with commits around it."""
 
-import os
 import pathlib
 import random
 import shutil
@@ -13,8 +12,6 @@ from datetime import date, datetime, timedelta, timezone
 import reference
 
 UTC = timezone.utc
-ENVIRONMENT = {"PATH": "/usr/bin:/bin", "HOME": "/nonexistent", "GIT_CONFIG_SYSTEM": "/dev/null"}
-
 # Days on which calendars are put to the test: clocks change, also at midnight; a day is left out or has 23 1/2 hours.
 ANCHORS = [
     ("UTC", date(2024, 3, 1)),
@@ -113,7 +110,7 @@ class Writer:
 
 
 def run(folder, *arguments, input=b""):
-    subprocess.run(["git", *arguments], cwd=folder, input=input, env=ENVIRONMENT, check=True)
+    subprocess.run(["git", *arguments], cwd=folder, input=input, env=reference.ENVIRONMENT, check=True)
 
 
 def moment_here(dice, place, day):
@@ -132,7 +129,8 @@ def commit_dates(dice, place, now, forbidden):
     days_back = [back for back in range(dice.randint(1, 40)) if dice.random() < density]
     days_back += [dice.randint(0, 760) for _ in range(dice.randint(0, 25))]
     days_back += [dice.choice([5, 6, 7, 8, 728, 729, 730, 731, -1, -2]) for _ in range(dice.randint(0, 6))]
-    moments = [moment_here(dice, place, today - timedelta(days=back)) for back in days_back for _ in range(dice.randint(1, 2))]
+    moments = [moment_here(dice, place, today - timedelta(days=back))
+               for back in days_back for _ in range(dice.randint(1, 2))]
     kept = sorted(moment for moment in moments if not near(forbidden, moment))
     return [(author_date(dice, place, moment), git_date(moment, dice.choice(OFFSETS))) for moment in kept]
 
@@ -160,8 +158,8 @@ def stream(dice, branch, commits):
     side = None
     for mark, (author, committer) in enumerate(commits, 1):
         on_side = side is None and mark > 2 and dice.random() < 0.1
-        text.append(f"commit refs/heads/{'side' if on_side else branch}\nmark :{mark}\nauthor A <a@example.org> {author}\n"
-                    f"committer C <c@example.org> {committer}\ndata 0\n")
+        text.append(f"commit refs/heads/{'side' if on_side else branch}\nmark :{mark}\n"
+                    f"author A <a@example.org> {author}\ncommitter C <c@example.org> {committer}\ndata 0\n")
         if on_side:
             side = mark
             text.append(f"from :{mark - 1}\n")

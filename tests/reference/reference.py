@@ -9,6 +9,7 @@ reference.py ZONE MILLISECONDS REPOSITORY...    prints the figures as one line o
 
 import functools
 import json
+import os
 import pathlib
 import subprocess
 import sys
@@ -19,6 +20,10 @@ from zoneinfo import ZoneInfo
 DAY = timedelta(days=1)
 UTC = timezone.utc
 EPOCH = datetime(1970, 1, 1, tzinfo=UTC)
+
+# What surrounds the comparison, without anybody's git settings.
+ENVIRONMENT = {name: value for name, value in os.environ.items() if not name.startswith("GIT_")}
+ENVIRONMENT |= {"HOME": "/nonexistent", "XDG_CONFIG_HOME": "/nonexistent"}
 
 
 class Place:
@@ -71,14 +76,16 @@ class Commit:
 
 def git(repository, *arguments):
     """What git prints, or nothing where it fails."""
-    done = subprocess.run(["git", *arguments], cwd=repository, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+    done = subprocess.run(["git", *arguments], cwd=repository, env=ENVIRONMENT, stdout=subprocess.PIPE,
+                          stderr=subprocess.DEVNULL)
     return done.stdout if done.returncode == 0 else b""
 
 
 def tip(repository):
     """The commit that the history is read from, as a name; empty where there is none."""
     remote = git(repository, "for-each-ref", "--format=%(symref)", "refs/remotes/origin/HEAD").decode().strip()
-    names = [remote.removeprefix("refs/remotes/origin/")] if remote else ["refs/heads/main", "refs/heads/master", "HEAD"]
+    local = ["refs/heads/main", "refs/heads/master", "HEAD"]
+    names = [remote.removeprefix("refs/remotes/origin/")] if remote else local
     for name in names:
         if found := git(repository, "rev-parse", "--verify", "--quiet", name + "^{commit}"):
             return found.decode().strip()
@@ -114,7 +121,7 @@ def history(repository):
 def git_reads_dates_as(dates, zone, wall_clock):
     """The moments that git takes such --since= and --until= texts for, asked of git itself: the day at the present time
     of day, and its own guess for a day that was left out. None where it sees no bound at all."""
-    clock = {"PATH": "/usr/bin:/bin", "TZ": zone, "GIT_TEST_DATE_NOW": str(milliseconds(wall_clock) // 1000)}
+    clock = {**ENVIRONMENT, "TZ": zone, "GIT_TEST_DATE_NOW": str(milliseconds(wall_clock) // 1000)}
     done = subprocess.run(["git", "rev-parse", *(f"--since={day}" for day in dates)], env=clock, check=True,
                           stdout=subprocess.PIPE, text=True)
     ages = [int(line.removeprefix("--max-age=")) for line in done.stdout.split()]
