@@ -35,6 +35,7 @@ HeaderSection::HeaderSection(QWidget *parent)
     : QWidget(parent)
     , m_flame(new SymbolView(QStringLiteral("flame"), flameSize, Ink::Secondary, this))
     , m_streak(new Text(streakLook, this))
+    , m_caption(makeText(textLook(style::TypeStyle::Caption, Ink::Secondary), tr("day streak"), this))
     , m_longest(new StatRow(tr("Longest"), {}, Ink::Primary, this))
     , m_thisWeek(new StatRow(tr("This week"), {}, Ink::Primary, this))
     , m_repositories(new StatRow(tr("Repos"), {}, Ink::Primary, this))
@@ -61,16 +62,15 @@ QLayout *HeaderSection::makeStreakColumn()
     // Read right after the number that it explains.
     caption->stackUnder(m_longest);
     m_streak->setObjectName(QStringLiteral("currentStreak"));
-
+    m_streak->setMinimumWidth(streakColumnWidth());
+    m_streak->setAlignment(Qt::AlignHCenter);
     auto *const column = new QVBoxLayout;
     column->setSpacing(points(4));
     column->addStretch();
     column->addWidget(m_flame, 0, Qt::AlignHCenter);
     column->addWidget(m_streak, 0, Qt::AlignHCenter);
-    column->addWidget(caption, 0, Qt::AlignHCenter);
+    column->addWidget(m_caption, 0, Qt::AlignHCenter);
     column->addStretch();
-    m_streak->setMinimumWidth(streakColumnWidth());
-    m_streak->setAlignment(Qt::AlignHCenter);
     return column;
 }
 

@@ -29,6 +29,7 @@ private:
 
     SymbolView *m_flame;
     Text *m_streak;
+    Text *m_caption;
     StatRow *m_longest;
     StatRow *m_thisWeek;
     StatRow *m_repositories;

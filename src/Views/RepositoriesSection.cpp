@@ -23,8 +23,8 @@ namespace {
 QWidget *makePlaceholder(QWidget *parent)
 {
     auto *const placeholder = new QWidget(parent);
-    auto *const text = new Text(textLook(TypeStyle::Subheadline, Ink::Secondary), placeholder);
-    text->setText(RepositoriesSection::tr("No repositories configured"));
+    auto *const text = makeText(textLook(TypeStyle::Subheadline, Ink::Secondary),
+                                RepositoriesSection::tr("No repositories configured"), placeholder);
     text->setAlignment(Qt::AlignHCenter);
     auto *const room = new QVBoxLayout(placeholder);
     room->setContentsMargins(0, points(8), 0, points(8));
@@ -37,6 +37,7 @@ QWidget *makePlaceholder(QWidget *parent)
 RepositoriesSection::RepositoriesSection(FileViewer &viewer, QWidget *parent)
     : QWidget(parent)
     , m_viewer(viewer)
+    , m_heading(makeText(textLook(TypeStyle::Headline, Ink::Secondary), tr("Repositories"), this))
     , m_more(new Text(textLook(TypeStyle::Caption2, Ink::Secondary), this))
     , m_placeholder(makePlaceholder(this))
     , m_list(new QVBoxLayout)
@@ -57,8 +58,6 @@ RepositoriesSection::RepositoriesSection(FileViewer &viewer, QWidget *parent)
 
 QLayout *RepositoriesSection::makeHeading()
 {
-    auto *const heading = new Text(textLook(TypeStyle::Headline, Ink::Secondary), this);
-    heading->setText(tr("Repositories"));
     m_more->setObjectName(QStringLiteral("moreRepositories"));
     m_more->hide();
 
@@ -66,7 +65,7 @@ QLayout *RepositoriesSection::makeHeading()
     const auto padding = points(style::defaultPadding);
     row->setContentsMargins(padding, 0, padding, 0);
     row->setSpacing(points(style::defaultSpacing));
-    row->addWidget(heading);
+    row->addWidget(m_heading);
     row->addStretch();
     row->addWidget(m_more);
     return row;

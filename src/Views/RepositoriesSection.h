@@ -33,6 +33,7 @@ private:
     void adjustRows(qsizetype wanted);
 
     FileViewer &m_viewer;
+    Text *m_heading;
     Text *m_more;
     QWidget *m_placeholder;
     QVBoxLayout *m_list;

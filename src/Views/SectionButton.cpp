@@ -16,23 +16,29 @@ SectionButton::SectionButton(Direction direction, const QString &title, const QS
     : PlainButton(parent)
 {
     setAccessibleName(action);
-    auto *const heading = new Text(textLook(TypeStyle::Headline, style::Ink::Secondary), this);
-    heading->setText(title);
-    auto *const link = new Text(textLook(TypeStyle::Caption, style::Accent::Blue), this);
-    link->setText(action);
-    auto *const arrow =
-        new SymbolView(chevron(direction), style::sizeOf(TypeStyle::Caption), style::Accent::Blue, this);
-
     auto *const row = makeRow(verticalPadding());
-    const bool isForward = direction == Direction::Forward;
     row->setSpacing(style::points(4));
-    row->addWidget(isForward ? static_cast<QWidget *>(heading) : arrow);
-    if (isForward)
+    if (direction == Direction::Forward) {
+        row->addWidget(makeHeading(title));
         row->addStretch();
-    row->addWidget(link);
-    if (!isForward)
+        row->addWidget(makeLink(action));
+        row->addWidget(makeChevron(direction));
+    } else {
+        row->addWidget(makeChevron(direction));
+        row->addWidget(makeLink(action));
         row->addStretch();
-    row->addWidget(isForward ? static_cast<QWidget *>(arrow) : heading);
+        row->addWidget(makeHeading(title));
+    }
+}
+
+QWidget *SectionButton::makeHeading(const QString &title)
+{
+    return makeText(textLook(TypeStyle::Headline, style::Ink::Secondary), title, this);
+}
+
+QWidget *SectionButton::makeLink(const QString &action)
+{
+    return makeText(textLook(TypeStyle::Caption, style::Accent::Blue), action, this);
 }
 
 int SectionButton::verticalPadding()
@@ -40,10 +46,11 @@ int SectionButton::verticalPadding()
     return style::points(3);
 }
 
-QString SectionButton::chevron(Direction direction) const
+QWidget *SectionButton::makeChevron(Direction direction)
 {
     const bool pointsRight = (direction == Direction::Forward) == (layoutDirection() == Qt::LeftToRight);
-    return pointsRight ? QStringLiteral("chevron.right") : QStringLiteral("chevron.left");
+    const auto symbol = pointsRight ? QStringLiteral("chevron.right") : QStringLiteral("chevron.left");
+    return new SymbolView(symbol, style::sizeOf(TypeStyle::Caption), style::Accent::Blue, this);
 }
 
 }  // namespace velquarin

@@ -20,7 +20,9 @@ public:
     [[nodiscard]] static int verticalPadding();
 
 private:
-    [[nodiscard]] QString chevron(Direction direction) const;
+    QWidget *makeHeading(const QString &title);
+    QWidget *makeLink(const QString &action);
+    QWidget *makeChevron(Direction direction);
 };
 
 }  // namespace velquarin

@@ -18,10 +18,12 @@ StatRow::StatRow(const QString &label, const QString &value, const style::Tone &
     m_value = new Text(textLook(style::TypeStyle::Caption, tone, QFont::Medium), this);
     m_value->setText(value);
 
+    , m_label(makeText(textLook(style::TypeStyle::Caption, style::Ink::Secondary), label, this))
+    , m_value(makeText(textLook(style::TypeStyle::Caption, tone, QFont::Medium), value, this))
     auto *const row = new QHBoxLayout(this);
     row->setContentsMargins({});
     row->setSpacing(style::points(style::defaultSpacing));
-    row->addWidget(name);
+    row->addWidget(m_label);
     row->addStretch();
     row->addWidget(m_value);
 }

@@ -21,6 +21,8 @@ public:
 
 private:
     Text *m_value = nullptr;
+    Text *m_label;
+    Text *m_value;
 };
 
 }  // namespace velquarin

@@ -98,6 +98,13 @@ QString Text::shownText(const QFontMetrics &metrics) const
     return width() >= sizeHint().width() ? whole : metrics.elidedText(whole, Qt::ElideRight, width());
 }
 
+Text *makeText(const TextLook &look, const QString &text, QWidget *parent)
+{
+    auto *const made = new Text(look, parent);
+    made->setText(text);
+    return made;
+}
+
 QFont Text::lettering() const
 {
     return style::systemFont(m_look.size, m_look.weight);

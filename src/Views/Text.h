@@ -56,4 +56,7 @@ private:
     Qt::Alignment m_alignment = Qt::AlignLeading;
 };
 
+//! A text that stays as it is.
+Text *makeText(const TextLook &look, const QString &text, QWidget *parent);
+
 }  // namespace velquarin

@@ -39,9 +39,9 @@ QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
     return area;
 }
 
-Text *makeCaption(Ink ink, QWidget *parent)
+Text *makeCaption(QWidget *parent)
 {
-    return new Text(textLook(style::TypeStyle::Caption, ink), parent);
+    return new Text(textLook(style::TypeStyle::Caption, Ink::Secondary), parent);
 }
 
 }  // namespace
@@ -50,13 +50,14 @@ YearSection::YearSection(QWidget *parent)
     : QWidget(parent)
     , m_back(new SectionButton(SectionButton::Direction::Back, tr("Last 365 Days"), tr("Back"), this))
     , m_heatmap(new YearHeatmapView)
-    , m_commits(makeCaption(Ink::Secondary, this))
-    , m_activeDays(makeCaption(Ink::Secondary, this))
+    , m_scrollArea(makeScrollArea(m_heatmap, this))
+    , m_commits(makeCaption(this))
+    , m_bullet(makeText(textLook(style::TypeStyle::Caption, Ink::Tertiary), tr("•"), this))
+    , m_activeDays(makeCaption(this))
 {
     setObjectName(QStringLiteral("year"));
     m_back->setObjectName(QStringLiteral("back"));
     connect(m_back, &QAbstractButton::clicked, this, &YearSection::weekRequested);
-    m_scrollArea = makeScrollArea(m_heatmap, this);
     connect(m_heatmap, &YearHeatmapView::currentCellMoved, this, [this](const QRect &cell) {
         m_scrollArea->ensureVisible(cell.center().x(), cell.center().y(), cell.width(), 0);
     });
@@ -78,14 +79,12 @@ YearSection::YearSection(QWidget *parent)
 
 QLayout *YearSection::makeSummary()
 {
-    auto *const bullet = makeCaption(Ink::Tertiary, this);
-    bullet->setText(tr("•"));
     m_commits->setObjectName(QStringLiteral("yearCommits"));
     m_activeDays->setObjectName(QStringLiteral("activeDays"));
 
     auto *const row = new QHBoxLayout;
     row->setSpacing(points(style::defaultSpacing));
-    for (auto *const text : {m_commits, bullet, m_activeDays})
+    for (auto *const text : {m_commits, m_bullet, m_activeDays})
         row->addWidget(text);
     row->addStretch();
     return row;

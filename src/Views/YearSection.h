@@ -44,9 +44,10 @@ private:
     void scrollToToday();
 
     SectionButton *m_back;
-    QScrollArea *m_scrollArea;
     YearHeatmapView *m_heatmap;
+    QScrollArea *m_scrollArea;
     Text *m_commits;
+    Text *m_bullet;
     Text *m_activeDays;
     bool m_isTodayWanted = false;
 };

@@ -16,9 +16,11 @@ public:
     void reveal(const QString &path, const QString & /*activationToken*/) override { m_revealed << path; }
 
     [[nodiscard]] const QStringList &revealed() const { return m_revealed; }
-
 private:
     QStringList m_revealed;
 };
-
 } // namespace velquarin::test
+//! Writes down the folders it was asked to show.
+    void reveal(const QString &path, const QString & /*activationToken*/) override { shown.append(path); }
+    QStringList shown;
+}  // namespace velquarin::test

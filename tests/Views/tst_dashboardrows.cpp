@@ -1,0 +1,562 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/DateTexts.h"
+#include "support/FakeClock.h"
+#include "support/Offscreen.h"
+#include "support/RecordingFileViewer.h"
+#include "support/WhatIsShown.h"
+#include "Views/DayColumn.h"
+#include "Views/DayStrip.h"
+#include "Views/RepoRow.h"
+#include "Views/StatRow.h"
+#include "Views/Style.h"
+#include "Views/Text.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QTest>
+#include <QVBoxLayout>
+
+using namespace velquarin;
+using namespace velquarin::test;
+using style::Accent;
+using style::Ink;
+
+namespace {
+
+const Instant now = instant("2026-11-20T12:00:00Z");  // a Friday
+
+// Rows 268 pixels wide in a window of their own.
+class Window : public QWidget
+{
+public:
+    explicit Window(QWidget *row)
+        : m_layout(this)
+    {
+        m_layout.setContentsMargins(20, 20, 20, 20);
+        m_layout.addWidget(row);
+        setFixedWidth(268 + 40);
+        show();
+    }
+
+private:
+    QVBoxLayout m_layout;
+};
+
+RepositoryStats stats(const QString &name, qint64 today, std::optional<Instant> lastCommit = {})
+{
+    RepositoryStats stats;
+    stats.path = QStringLiteral("/src/tool");
+    stats.name = name;
+    stats.todayCommits = today;
+    stats.lastCommitDate = lastCommit;
+    return stats;
+}
+
+CommitDay commitDay(const char *moment, qint64 count)
+{
+    CommitDay day;
+    day.date = instant(moment);
+    day.commitCount = count;
+    return day;
+}
+
+QColor blended(style::Accent accent, double opacity, const QPalette &palette)
+{
+    const auto over = style::accent(palette, accent);
+    const auto under = palette.color(QPalette::Window);
+    const auto channel = [opacity](int top, int bottom) { return int(top * opacity + bottom * (1 - opacity) + 0.5); };
+    return {channel(over.red(), under.red()), channel(over.green(), under.green()), channel(over.blue(), under.blue())};
+}
+
+bool isNearly(const QColor &left, const QColor &right)
+{
+    return qAbs(left.red() - right.red()) <= 2 && qAbs(left.green() - right.green()) <= 2 &&
+           qAbs(left.blue() - right.blue()) <= 2;
+}
+
+}  // namespace
+
+class TestDashboardRows : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init()
+    {
+        failOnAnyWarningOfOurs();
+        QApplication::setPalette(lightPalette());
+        auto font = QApplication::font();
+        font.setPixelSize(13);
+        QApplication::setFont(font);
+        m_viewer.shown.clear();
+    }
+
+    void aStatRowSaysItsLabelAndItsValue()
+    {
+        StatRow row(QStringLiteral("Longest"), QStringLiteral("1 days"), Ink::Primary);
+        QCOMPARE(textsIn(row), (QStringList{QStringLiteral("Longest"), QStringLiteral("1 days")}));
+    }
+
+    void aStatRowTakesTheWholeWidth()
+    {
+        auto *const row = new StatRow(QStringLiteral("Longest"), QStringLiteral("30 days"), Ink::Primary);
+        const Window window(row);
+        const auto texts = row->findChildren<Text *>();
+        QCOMPARE(texts.at(0)->width() + texts.at(1)->width() < 200, true);
+        QCOMPARE(leftmost(texts)->x(), 0);
+        QCOMPARE(rightmost(texts)->geometry().right(), row->rect().right());
+    }
+
+    void aStatRowShowsANewValueInItsColor()
+    {
+        StatRow row(QStringLiteral("Today"), QStringLiteral("No commits yet"), Accent::Orange);
+        row.setValue(QStringLiteral("Committed!"), Accent::Green);
+        QCOMPARE(textsIn(row).last(), QStringLiteral("Committed!"));
+        QVERIFY(textNamed(row, QStringLiteral("Committed!"))->tone() == style::Tone(Accent::Green));
+    }
+
+    void aDayColumnIsReadAsItsWeekdayAndCount_data()
+    {
+        QTest::addColumn<qint64>("count");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("none") << qint64(0) << "Fri, 0";
+        QTest::newRow("three") << qint64(3) << "Fri, 3";
+        QTest::newRow("a thousand") << qint64(1000) << "Fri, 1000";
+    }
+
+    void aDayColumnIsReadAsItsWeekdayAndCount()
+    {
+        QFETCH(qint64, count);
+        DayColumn column;
+        column.setDay(commitDay("2026-11-20T00:00:00Z", count), m_texts, m_calendar, now);
+        auto *const accessible = QAccessible::queryAccessibleInterface(&column);
+        QCOMPARE(accessible->role(), QAccessible::StaticText);
+        QTEST(accessible->text(QAccessible::Name), "name");
+    }
+
+    void theWeekdayIsInTheUsersWords()
+    {
+        const DateTexts german("de_DE", m_calendar);
+        DayColumn column;
+        column.setDay(commitDay("2026-11-20T00:00:00Z", 1), german, m_calendar, now);
+        QVERIFY2(column.weekday().startsWith(QLatin1String("Fr")), qPrintable(column.weekday()));
+        QVERIFY(column.weekday() != QLatin1String("Fri"));
+    }
+
+    void onlyTodayCarriesTheDot_data()
+    {
+        QTest::addColumn<QByteArray>("day");
+        QTest::addColumn<bool>("isToday");
+        QTest::newRow("today") << QByteArray("2026-11-20T00:00:00Z") << true;
+        QTest::newRow("yesterday") << QByteArray("2026-11-19T00:00:00Z") << false;
+        QTest::newRow("tomorrow") << QByteArray("2026-11-21T00:00:00Z") << false;
+    }
+
+    void onlyTodayCarriesTheDot()
+    {
+        QFETCH(QByteArray, day);
+        QFETCH(bool, isToday);
+        DayColumn column;
+        column.setDay(commitDay(day.constData(), 0), m_texts, m_calendar, now);
+        QCOMPARE(column.isToday(), isToday);
+        const auto picture = pictureOf(column);
+        const auto dot = picture.pixelColor(picture.width() / 2, picture.height() - 3);
+        const auto blue = style::accent(column.palette(), Accent::Blue);
+        QCOMPARE(isNearly(dot, blue), isToday);
+    }
+
+    void theDotsPlaceIsKeptWhereThereIsNone()
+    {
+        DayColumn today;
+        today.setDay(commitDay("2026-11-20T00:00:00Z", 1), m_texts, m_calendar, now);
+        DayColumn before;
+        before.setDay(commitDay("2026-11-19T00:00:00Z", 1), m_texts, m_calendar, now);
+        QCOMPARE(before.sizeHint(), today.sizeHint());
+    }
+
+    void aSquareIsFilledByItsCount_data()
+    {
+        QTest::addColumn<qint64>("count");
+        QTest::addColumn<QPalette>("colors");
+        for (const qint64 count : {0, 1, 3, 6, 11, 99, 1000}) {
+            QTest::addRow("%lld on light", count) << count << lightPalette();
+            QTest::addRow("%lld on dark", count) << count << darkPalette();
+        }
+    }
+
+    void aSquareIsFilledByItsCount()
+    {
+        QFETCH(qint64, count);
+        QFETCH(QPalette, colors);
+        DayColumn column;
+        column.setPalette(colors);
+        column.setDay(commitDay("2026-11-19T00:00:00Z", count), m_texts, m_calendar, now);
+        const auto picture = pictureOf(column);
+        const auto square = squareIn(column);
+        const auto shade = colorForCount(count);
+        const auto expected = blended(shade.accent, shade.opacity, colors);
+        const auto found = picture.pixelColor(square.left() + square.width() / 2, square.top() + 4);
+        QVERIFY2(isNearly(found, expected), qPrintable(found.name() + QLatin1String(" for ") + expected.name()));
+        QCOMPARE(hasWhite(picture.copy(square)), count >= 1);
+    }
+
+    void aSquareIs32PointsHighAndWide()
+    {
+        DayColumn column;
+        column.setDay(commitDay("2026-11-19T00:00:00Z", 11), m_texts, m_calendar, now);
+        const auto picture = pictureOf(column);
+        const auto square = squareIn(column);
+        const auto ground = column.palette().color(QPalette::Window);
+        QCOMPARE(square.size(), QSize(32, 32));
+        const auto middle = square.center();
+        for (const auto inside : {QPoint(square.left(), middle.y()), QPoint(square.right(), middle.y()),
+                                  QPoint(middle.x(), square.top()), QPoint(middle.x(), square.bottom())})
+            QVERIFY(isNearly(picture.pixelColor(inside), style::accent(column.palette(), Accent::Green)));
+        for (const auto outside : {QPoint(square.left() - 1, middle.y()), QPoint(square.right() + 1, middle.y()),
+                                   QPoint(middle.x(), square.top() - 1), QPoint(middle.x(), square.bottom() + 1)})
+            QCOMPARE(picture.pixelColor(outside), ground);
+    }
+
+    void aNumberOfAnyLengthStaysInItsSquare()
+    {
+        DayColumn column;
+        column.setDay(commitDay("2026-11-19T00:00:00Z", 9'000'000'000'000'000'000), m_texts, m_calendar, now);
+        const auto picture = pictureOf(column, 60);
+        const auto square = squareIn(column);
+        QVERIFY(!hasWhite(picture.copy(0, square.top(), square.left(), square.height())));
+        QVERIFY(!hasWhite(picture.copy(square.right() + 1, square.top(), 14, square.height())));
+    }
+
+    void sevenDaysSpreadFromEdgeToEdge()
+    {
+        auto *const strip = new DayStrip;
+        const Window window(strip);
+        strip->setDays(week(7), m_texts, m_calendar, now);
+        QTRY_VERIFY(strip->width() > 0 && strip->isVisible());
+        QCoreApplication::processEvents();
+        const auto columns = strip->findChildren<DayColumn *>();
+        QCOMPARE(columns.size(), 7);
+        QCOMPARE(columns.first()->x(), 0);
+        QCOMPARE(columns.last()->geometry().right(), strip->rect().right());
+        const auto middle = [&columns](int index) { return columns.at(index)->geometry().center().x(); };
+        for (int index = 2; index < 7; ++index)
+            QVERIFY(qAbs((middle(index) - middle(index - 1)) - (middle(1) - middle(0))) <= 1);
+    }
+
+    void aLongWeekdayWidensNoColumn()
+    {
+        DayStrip english;
+        english.setDays(week(7), m_texts, m_calendar, now);
+        DayStrip tamil;
+        tamil.setDays(week(7), DateTexts("ta_IN", m_calendar), m_calendar, now);
+        QCOMPARE(tamil.sizeHint().width(), english.sizeHint().width());
+        QCOMPARE(tamil.findChild<DayColumn *>()->width(), english.findChild<DayColumn *>()->width());
+    }
+
+    void aWeekFromWhichADayIsMissingKeepsItsDistances()
+    {
+        DayStrip whole;
+        DayStrip shorter;
+        for (auto *const strip : {&whole, &shorter})
+            strip->resize(274, 60);
+        whole.setDays(week(7), m_texts, m_calendar, now);
+        shorter.setDays(week(6), m_texts, m_calendar, now);
+        const auto columns = whole.findChildren<DayColumn *>();
+        const auto fewer = shorter.findChildren<DayColumn *>();
+        QCOMPARE(fewer.size(), 6);
+        for (int index = 0; index < 6; ++index)
+            QCOMPARE(fewer.at(index)->geometry(), columns.at(index)->geometry());
+    }
+
+    void aStripWithoutDaysTakesNoRoom()
+    {
+        DayStrip strip;
+        strip.setDays({}, m_texts, m_calendar, now);
+        QCOMPARE(strip.sizeHint().height(), 0);
+        QVERIFY(strip.isHidden());
+    }
+
+    void aRowSaysWhatTodayBrought_data()
+    {
+        QTest::addColumn<qint64>("today");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("isGreen");
+        QTest::newRow("nothing, and the last commit is told") << qint64(0) << "2 hr. ago" << false;
+        QTest::newRow("one") << qint64(1) << "1 today" << true;
+        QTest::newRow("three") << qint64(3) << "3 today" << true;
+        QTest::newRow("a thousand") << qint64(1000) << "1000 today" << true;
+    }
+
+    void aRowSaysWhatTodayBrought()
+    {
+        QFETCH(qint64, today);
+        QFETCH(QString, text);
+        RepoRow row(m_viewer);
+        row.setStats(stats(QStringLiteral("Work"), today, now - std::chrono::hours(2)), m_texts, now);
+        QCOMPARE(textsIn(row), (QStringList{QStringLiteral("Work"), text}));
+        const auto green = style::Tone(Accent::Green);
+        QTEST(textNamed(row, text)->tone() == green, "isGreen");
+        QCOMPARE(row.accessibleName(), QStringLiteral("Work, ") + text);
+    }
+
+    void aRepositoryWithoutCommitsSaysSo()
+    {
+        RepoRow row(m_viewer);
+        row.setStats(stats({}, 0), m_texts, now);
+        QCOMPARE(textsIn(row), (QStringList{QStringLiteral("tool"), QStringLiteral("No commits")}));
+        QVERIFY(textNamed(row, QStringLiteral("No commits"))->tone() == style::Tone(Ink::Secondary));
+    }
+
+    void aLongNameIsCutAndTheTextBesideItKeepsItsPlace_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("two hundred letters") << QString(200, u'w');
+        QTest::newRow("two lines") << QStringLiteral("one\ntwo ").repeated(30);
+    }
+
+    void aLongNameIsCutAndTheTextBesideItKeepsItsPlace()
+    {
+        QFETCH(QString, name);
+        auto *const row = new RepoRow(m_viewer);
+        const Window window(row);
+        row->setStats(stats(QStringLiteral("i"), 3), m_texts, now);
+        QCoreApplication::processEvents();
+        const auto *const activity = textNamed(*row, QStringLiteral("3 today"));
+        const auto place = activity->geometry();
+        const auto height = row->height();
+
+        row->setStats(stats(name, 3), m_texts, now);
+        QCoreApplication::processEvents();
+        QCOMPARE(activity->geometry(), place);
+        QCOMPARE(row->height(), height);
+        const auto *const cut = row->findChild<Text *>(QStringLiteral("repositoryName"));
+        QVERIFY(cut->width() < cut->sizeHint().width());
+        QVERIFY(cut->geometry().right() + style::points(8) <= place.left());
+        QCOMPARE(textsIn(*row).first(), name);
+    }
+
+    void theWholeRectangleIsClickable_data()
+    {
+        QTest::addColumn<double>("x");
+        QTest::newRow("the folder") << 0.03;
+        QTest::newRow("the name") << 0.12;
+        QTest::newRow("the gap") << 0.5;
+        QTest::newRow("the text at the end") << 0.95;
+    }
+
+    void theWholeRectangleIsClickable()
+    {
+        QFETCH(double, x);
+        auto *const row = new RepoRow(m_viewer);
+        Window window(row);
+        row->setStats(stats(QStringLiteral("Work"), 3), m_texts, now);
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const QPoint inRow(int(x * row->width()), row->height() / 2);
+        QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, row->mapTo(&window, inRow));
+        QCOMPARE(m_viewer.shown, QStringList{QStringLiteral("/src/tool")});
+    }
+
+    void enterAndSpaceShowTheFolder_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::newRow("Enter") << Qt::Key_Return;
+        QTest::newRow("Enter on the number pad") << Qt::Key_Enter;
+        QTest::newRow("Space") << Qt::Key_Space;
+    }
+
+    void enterAndSpaceShowTheFolder()
+    {
+        QFETCH(Qt::Key, key);
+        RepoRow row(m_viewer);
+        row.setStats(stats(QStringLiteral("Work"), 3), m_texts, now);
+        QTest::keyClick(&row, key);
+        QCOMPARE(m_viewer.shown, QStringList{QStringLiteral("/src/tool")});
+    }
+
+    void aScreenReaderShowsTheFolder()
+    {
+        RepoRow row(m_viewer);
+        row.setStats(stats(QStringLiteral("Work"), 3), m_texts, now);
+        QCOMPARE(QAccessible::queryAccessibleInterface(&row)->role(), QAccessible::Button);
+        pressAccessibly(row);
+        QTRY_COMPARE(m_viewer.shown, QStringList{QStringLiteral("/src/tool")});
+    }
+
+    void underThePointerARowTurnsBlueAndNothingMoves()
+    {
+        auto *const row = new RepoRow(m_viewer);
+        Window window(row);
+        row->setStats(stats(QStringLiteral("Work"), 0, now), m_texts, now);
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const auto *const name = textNamed(*row, QStringLiteral("Work"));
+        const auto places = placesIn(window);
+
+        QTest::mouseMove(window.windowHandle(), row->geometry().center());
+        QTRY_VERIFY(name->tone() == style::Tone(Accent::Blue));
+        QCOMPARE(placesIn(window), places);
+        QTest::mouseMove(window.windowHandle(), QPoint(2, 2));
+        QTRY_VERIFY(name->tone() == style::Tone(Ink::Primary));
+    }
+
+    void aRowThatIsHiddenForgetsThePointer()
+    {
+        auto *const row = new RepoRow(m_viewer);
+        Window window(row);
+        row->setStats(stats(QStringLiteral("Work"), 0, now), m_texts, now);
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::mouseMove(window.windowHandle(), row->geometry().center());
+        const auto *const name = textNamed(*row, QStringLiteral("Work"));
+        QTRY_VERIFY(name->tone() == style::Tone(Accent::Blue));
+        window.hide();
+        QVERIFY(name->tone() == style::Tone(Ink::Primary));
+    }
+
+    void aPressThatBeganOnAnotherRepositoryComesToNothing()
+    {
+        RepoRow row(m_viewer);
+        row.setStats(stats(QStringLiteral("Work"), 3), m_texts, now);
+        row.resize(row.sizeHint());
+        QTest::mousePress(&row, Qt::LeftButton);
+        auto other = stats(QStringLiteral("Other"), 3);
+        other.path = QStringLiteral("/src/other");
+        row.setStats(other, m_texts, now);
+        QTest::mouseRelease(&row, Qt::LeftButton);
+        QCOMPARE(m_viewer.shown, QStringList());
+    }
+
+    void aPressOutlastsANewReadingOfItsRepository()
+    {
+        RepoRow row(m_viewer);
+        row.setStats(stats(QStringLiteral("Work"), 3), m_texts, now);
+        row.resize(row.sizeHint());
+        QTest::mousePress(&row, Qt::LeftButton);
+        row.setStats(stats(QStringLiteral("Work"), 4), m_texts, now);
+        QTest::mouseRelease(&row, Qt::LeftButton);
+        QCOMPARE(m_viewer.shown, QStringList{QStringLiteral("/src/tool")});
+    }
+
+    void theFocusCanBeSeen()
+    {
+        auto *const row = new RepoRow(m_viewer);
+        Window window(row);
+        row->setStats(stats(QStringLiteral("Work"), 3), m_texts, now);
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        row->clearFocus();
+        const auto without = row->grab().toImage();
+        row->setFocus(Qt::TabFocusReason);
+        QVERIFY(row->grab().toImage() != without);
+    }
+
+    void aTextOfTheSameSizeMovesNothing()
+    {
+        auto *const text = new Text(textLook(style::TypeStyle::Body, Ink::Primary));
+        Window window(text);
+        text->setText(QStringLiteral("6"));
+        QCoreApplication::processEvents();
+        PaintCounter paints;
+        bool isAsked = false;
+        LayoutWatch watch(window, isAsked);
+        text->setText(QStringLiteral("9"));
+        QTRY_COMPARE(paints.of(text), 1);
+        QVERIFY(!isAsked);
+    }
+
+    void theSameTextIsNotPaintedAgain()
+    {
+        auto *const text = new Text(textLook(style::TypeStyle::Body, Ink::Primary));
+        Window window(text);
+        text->setText(QStringLiteral("6"));
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QCoreApplication::processEvents();
+        PaintCounter paints;
+        text->setText(QStringLiteral("6"));
+        text->setTone(Ink::Primary);
+        QCoreApplication::processEvents();
+        QCOMPARE(paints.ofAll(), 0);
+    }
+
+private:
+    // Notes that a layout was asked to do its work again.
+    class LayoutWatch : public QObject
+    {
+    public:
+        LayoutWatch(QWidget &window, bool &isAsked)
+            : m_isAsked(isAsked)
+        {
+            window.installEventFilter(this);
+        }
+        bool eventFilter(QObject * /*watched*/, QEvent *event) override
+        {
+            m_isAsked = m_isAsked || event->type() == QEvent::LayoutRequest;
+            return false;
+        }
+
+    private:
+        bool &m_isAsked;
+    };
+
+    static Text *textNamed(const QWidget &parent, const QString &text)
+    {
+        for (auto *const child : parent.findChildren<Text *>()) {
+            if (child->text() == text)
+                return child;
+        }
+        return nullptr;
+    }
+
+    static Text *leftmost(const QList<Text *> &texts)
+    {
+        return *std::min_element(texts.begin(), texts.end(), [](auto *one, auto *two) { return one->x() < two->x(); });
+    }
+
+    static Text *rightmost(const QList<Text *> &texts)
+    {
+        return *std::max_element(texts.begin(), texts.end(), [](auto *one, auto *two) { return one->x() < two->x(); });
+    }
+
+    static QList<CommitDay> week(int days)
+    {
+        QList<CommitDay> week;
+        for (int day = 0; day < days; ++day) {
+            CommitDay next;
+            next.date = instant("2026-11-14T00:00:00Z") + std::chrono::hours(24 * day);
+            next.commitCount = day;
+            week.append(next);
+        }
+        return week;
+    }
+
+    // Every square stands 8 pixels above the lower edge: a gap and the dot.
+    static QRect squareIn(const DayColumn &column)
+    {
+        return {(column.width() - 32) / 2, column.height() - 8 - 32, 32, 32};
+    }
+
+    static QImage pictureOf(DayColumn &column, int width = 38)
+    {
+        column.resize(width, column.sizeHint().height());
+        QImage image(column.size(), QImage::Format_ARGB32_Premultiplied);
+        column.render(&image);
+        return image;
+    }
+
+    static bool hasWhite(const QImage &image)
+    {
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixelColor(x, y) == QColor(Qt::white))
+                    return true;
+            }
+        }
+        return false;
+    }
+
+    RecordingFileViewer m_viewer;
+    Calendar m_calendar = calendarIn("UTC");
+    DateTexts m_texts{"en_US", m_calendar};
+};
+
+QTEST_MAIN(TestDashboardRows)
+#include "tst_dashboardrows.moc"
