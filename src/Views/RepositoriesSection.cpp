@@ -10,8 +10,6 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 namespace velquarin {
 
 using style::Ink;
@@ -48,6 +46,7 @@ RepositoriesSection::RepositoriesSection(FileViewer &viewer, QWidget *parent)
     m_list->setContentsMargins(besides, 0, besides, 0);
     m_list->setSpacing(points(8));
     m_list->addWidget(m_placeholder);
+    makeRows();
 
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, padding, 0, padding);
@@ -78,17 +77,20 @@ void RepositoriesSection::setRepositories(const QList<RepositoryStats> &reposito
     m_more->setText(leftOut > 0 ? tr("+%1 more").arg(leftOut) : QString());
     m_more->setVisible(leftOut > 0);
     m_placeholder->setVisible(repositories.isEmpty());
-    adjustRows(std::min(repositories.size(), longestRepositoryList));
-    for (qsizetype index = 0; index < m_rows.size(); ++index)
-        m_rows.at(index)->setStats(repositories.at(index), texts, now);
+    for (qsizetype index = 0; index < m_rows.size(); ++index) {
+        const bool isNeeded = index < repositories.size();
+        if (isNeeded)
+            m_rows.at(index)->setStats(repositories.at(index), texts, now);
+        m_rows.at(index)->setVisible(isNeeded);
+    }
 }
 
-void RepositoriesSection::adjustRows(qsizetype wanted)
+// All rows that there can ever be, so that Tab visits them here, and not after what was made before them.
+void RepositoriesSection::makeRows()
 {
-    while (m_rows.size() > wanted)
-        delete m_rows.takeLast();
-    while (m_rows.size() < wanted) {
+    for (qsizetype number = 0; number < longestRepositoryList; ++number) {
         m_rows.append(new RepoRow(m_viewer, this));
+        m_rows.constLast()->hide();
         m_list->addWidget(m_rows.constLast());
     }
 }

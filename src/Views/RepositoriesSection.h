@@ -30,7 +30,7 @@ public:
 
 private:
     QLayout *makeHeading();
-    void adjustRows(qsizetype wanted);
+    void makeRows();
 
     FileViewer &m_viewer;
     Text *m_heading;

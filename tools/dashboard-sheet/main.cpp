@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 // Paints the dashboard in all its faces, light and dark, at 1x, 1.5x and 2x: dashboard_sheet FOLDER [FONT [PIXELS]]
 
-#include "Platform/FileViewer.h"
 #include "support/Engine.h"
+#include "support/RecordingFileViewer.h"
+#include "support/WhatIsShown.h"
 #include "Views/MenuBarView.h"
 #include "Views/Style.h"
 
@@ -20,12 +21,6 @@ using namespace velquarin::test;
 namespace {
 
 constexpr int popoverHeight = 350;
-
-class NoFileViewer : public FileViewer
-{
-public:
-    void reveal(const QString & /*path*/, const QString & /*activationToken*/) override {}
-};
 
 struct Repository
 {
@@ -105,22 +100,6 @@ void script(Engine &engine, const Face &face)
     }
 }
 
-QPalette lightPalette()
-{
-    QPalette palette(QColor(0xef, 0xf0, 0xf1), QColor(0xef, 0xf0, 0xf1));
-    palette.setColor(QPalette::WindowText, QColor(0x23, 0x26, 0x29));
-    palette.setColor(QPalette::Highlight, QColor(0x3d, 0xae, 0xe9));
-    return palette;
-}
-
-QPalette darkPalette()
-{
-    QPalette palette(QColor(0x31, 0x36, 0x3b), QColor(0x2a, 0x2e, 0x32));
-    palette.setColor(QPalette::WindowText, QColor(0xfc, 0xfc, 0xfc));
-    palette.setColor(QPalette::Highlight, QColor(0x3d, 0xae, 0xe9));
-    return palette;
-}
-
 QImage picture(QWidget &widget, double ratio)
 {
     const QSize pixels(int(std::ceil(widget.width() * ratio)), int(std::ceil(widget.height() * ratio)));
@@ -138,7 +117,7 @@ bool paint(const Face &face, const char *palette, const QDir &folder)
     engine.refresh();
     engine.manager.setShowYearView(face.isYear);
     engine.clock.advance(std::chrono::seconds(133));
-    NoFileViewer viewer;
+    RecordingFileViewer viewer;
     MenuBarView view(
         engine.manager, engine.clock, engine.timers, viewer, [] {}, [] { return QByteArray("en_US"); });
     view.setFixedHeight(std::max(view.sizeHint().height(), style::points(popoverHeight)));

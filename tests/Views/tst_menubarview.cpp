@@ -1,0 +1,871 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/MenuBarView.h"
+
+#include "support/Engine.h"
+#include "support/Offscreen.h"
+#include "support/RecordingFileViewer.h"
+#include "support/WhatIsShown.h"
+#include "Views/DayColumn.h"
+#include "Views/Divider.h"
+#include "Views/IconButton.h"
+#include "Views/RepoRow.h"
+#include "Views/Style.h"
+#include "Views/SymbolView.h"
+#include "Views/Text.h"
+#include "Views/YearHeatmapView.h"
+
+#include <QApplication>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <semaphore>
+
+using namespace velquarin;
+using namespace velquarin::test;
+using namespace std::chrono_literals;
+using style::Accent;
+using style::Ink;
+
+namespace {
+
+QByteArray commits(const char *day, int count)
+{
+    return (QByteArray(day) + '\n').repeated(count);
+}
+
+QStringList words(std::initializer_list<const char *> texts)
+{
+    QStringList words;
+    for (const auto *const text : texts)
+        words.append(QString::fromUtf8(text));
+    return words;
+}
+
+// A dashboard over an engine of its own; today is Friday, 20 November 2026, 12:00 in UTC.
+struct World
+{
+    Engine engine;
+    RecordingFileViewer viewer;
+    QByteArray locale = "en_US";
+    int settingsOpened = 0;
+    int renderings = 0;
+    std::unique_ptr<MenuBarView> view;
+
+    MenuBarView &make()
+    {
+        view = std::make_unique<MenuBarView>(
+            engine.manager, engine.clock, engine.timers, viewer, [this] { ++settingsOpened; },
+            [this] {
+                ++renderings;
+                return locale;
+            });
+        return *view;
+    }
+
+    // Made, on the screen, and at rest.
+    MenuBarView &show()
+    {
+        make().show();
+        if (!QTest::qWaitForWindowExposed(view.get()))
+            qFatal("The dashboard does not come up");
+        settle();
+        return *view;
+    }
+
+    static void settle()
+    {
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+    }
+
+    // Tracks that many repositories; only the first has commits: so many today.
+    void track(int repositories, int today)
+    {
+        for (int number = 1; number <= repositories; ++number) {
+            const auto path = QStringLiteral("/src/repository-%1").arg(number);
+            const auto log = number == 1 ? commits("2026-11-20", today) : QByteArray();
+            engine.track(path, log, log, number == 1 && today > 0 ? "2026-11-20T09:00:00+00:00" : "");
+        }
+    }
+
+    template <typename Widget = QWidget>
+    [[nodiscard]] Widget &named(const char *name) const
+    {
+        auto *const widget = view->findChild<Widget *>(QLatin1String(name));
+        if (widget == nullptr)
+            qFatal("There is no %s", name);
+        return *widget;
+    }
+
+    [[nodiscard]] QString text(const char *name) const { return named<Text>(name).text(); }
+    void click(const char *name) { QTest::mouseClick(&named(name), Qt::LeftButton); }
+
+    [[nodiscard]] QStringList textsOf(const char *section) const { return textsIn(named(section)); }
+};
+
+}  // namespace
+
+class TestMenuBarView : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init()
+    {
+        failOnAnyWarningOfOurs();
+        QApplication::setPalette(lightPalette());
+        setFontHeight(13);
+    }
+
+    // What it shows
+
+    void withoutRepositoriesItSaysSo()
+    {
+        World world;
+        world.engine.refresh();
+        world.make();
+        QCOMPARE(textsIn(*world.view), words({"0", "day streak", "Longest", "0 days", "This week", "0 commits", "Repos",
+                                              "0 tracked", "Today", "No commits yet", "Last 7 Days", "Show Year",
+                                              "Repositories", "No repositories configured", "Updated 0 sec ago"}));
+        QCOMPARE(buttonsIn(*world.view), words({"Show Year", "Refresh", "Settings"}));
+    }
+
+    void everyFigureIsShownFromTopToBottom()
+    {
+        World world;
+        const auto week = commits("2026-11-20", 3) + commits("2026-11-19", 11) + commits("2026-11-16", 1);
+        world.engine.track(QStringLiteral("/src/tidewatch"), week, week, "2026-11-20T09:00:00+00:00");
+        world.engine.track(QStringLiteral("/src/notes"), "", "", "2026-11-18T12:00:00+00:00");
+        world.engine.refresh();
+        world.engine.clock.advance(133s);
+        world.make();
+        QCOMPARE(textsIn(*world.view),
+                 words({"2",           "day streak", "Longest",   "2 days",     "This week",
+                        "15 commits",  "Repos",      "2 tracked", "Today",      "Committed!",
+                        "Last 7 Days", "Show Year",  "Sat, 0",    "Sun, 0",     "Mon, 1",
+                        "Tue, 0",      "Wed, 0",     "Thu, 11",   "Fri, 3",     "Repositories",
+                        "tidewatch",   "3 today",    "notes",     "2 days ago", "Updated 2 min, 13 sec ago"}));
+        QCOMPARE(buttonsIn(*world.view),
+                 words({"Show Year", "tidewatch, 3 today", "notes, 2 days ago", "Refresh", "Settings"}));
+    }
+
+    void theYearTakesThePlaceOfWeekAndRepositories()
+    {
+        World world;
+        world.track(3, 4);
+        world.engine.refresh();
+        world.engine.manager.setShowYearView(true);
+        world.make();
+        QCOMPARE(textsIn(*world.view), words({"1", "day streak", "Longest", "1 days", "This week", "4 commits", "Repos",
+                                              "3 tracked", "Today", "Committed!", "Back", "Last 365 Days", "4 commits",
+                                              "•", "1 active days", "Updated 0 sec ago"}));
+        QCOMPARE(buttonsIn(*world.view), words({"Back", "Refresh", "Settings"}));
+    }
+
+    void aYearWithoutCommitsSaysSo()
+    {
+        World world;
+        world.engine.manager.setShowYearView(true);
+        world.make();
+        QCOMPARE(world.text("yearCommits"), QStringLiteral("0 commits"));
+        QCOMPARE(world.text("activeDays"), QStringLiteral("0 active days"));
+    }
+
+    void theTotalsCoverMoreThanTheYearShown()
+    {
+        World world;
+        const auto year = commits("2026-11-20", 2) + commits("2025-01-05", 40);
+        world.engine.track(QStringLiteral("/src/old"), commits("2026-11-20", 2), year, "2026-11-20T09:00:00+00:00");
+        world.engine.refresh();
+        world.make();
+        QCOMPARE(world.text("yearCommits"), QStringLiteral("42 commits"));
+        QCOMPARE(world.text("activeDays"), QStringLiteral("2 active days"));
+    }
+
+    void numbersStandAsTheyAreAndWordsStayAsTheyAre_data()
+    {
+        QTest::addColumn<int>("count");
+        QTest::newRow("none") << 0;
+        QTest::newRow("one") << 1;
+        QTest::newRow("ninety-nine") << 99;
+        QTest::newRow("a thousand") << 1000;
+    }
+
+    void numbersStandAsTheyAreAndWordsStayAsTheyAre()
+    {
+        QFETCH(int, count);
+        World world;
+        world.locale = "de_DE";
+        world.track(1, count);
+        world.engine.refresh();
+        world.make();
+        const auto number = QString::number(count);
+        QVERIFY(world.textsOf("header").contains(number + QLatin1String(" commits")));
+        QVERIFY(world.textsOf("header").contains(QLatin1String(count > 0 ? "1 days" : "0 days")));
+        QVERIFY(world.textsOf("header").contains(QLatin1String("1 tracked")));
+        QCOMPARE(world.text("yearCommits"), number + QLatin1String(" commits"));
+        QCOMPARE(world.textsOf("repositories").last(),
+                 count > 0 ? number + QLatin1String(" today") : QStringLiteral("No commits"));
+    }
+
+    void theListShowsTenRepositoriesAndCountsTheRest_data()
+    {
+        QTest::addColumn<int>("repositories");
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<QString>("more");
+        QTest::newRow("none") << 0 << 0 << "";
+        QTest::newRow("three") << 3 << 3 << "";
+        QTest::newRow("ten") << 10 << 10 << "";
+        QTest::newRow("eleven") << 11 << 10 << "+1 more";
+        QTest::newRow("thirty") << 30 << 10 << "+20 more";
+    }
+
+    void theListShowsTenRepositoriesAndCountsTheRest()
+    {
+        QFETCH(int, repositories);
+        QFETCH(int, rows);
+        QFETCH(QString, more);
+        World world;
+        world.track(repositories, 0);
+        world.engine.refresh();
+        world.make();
+        const auto made = world.view->findChildren<RepoRow *>();
+        QCOMPARE(std::count_if(made.begin(), made.end(), [](auto *row) { return !row->isHidden(); }), rows);
+        const auto texts = world.textsOf("repositories");
+        QCOMPARE(texts.contains(QLatin1String("No repositories configured")), repositories == 0);
+        QCOMPARE(texts.filter(QLatin1String(" more")), more.isEmpty() ? QStringList() : QStringList{more});
+        QVERIFY(world.textsOf("header").contains(QStringLiteral("%1 tracked").arg(repositories)));
+    }
+
+    void theListFollowsAsRepositoriesComeAndGo()
+    {
+        World world;
+        world.track(11, 0);
+        world.engine.refresh();
+        world.show();
+        const auto all = world.engine.settings.trackedRepositories();
+        for (int index = 2; index < all.size(); ++index)
+            world.engine.settings.removeRepository(all.at(index));
+        world.engine.refresh();
+        world.settle();
+        QCOMPARE(world.textsOf("repositories"),
+                 words({"Repositories", "repository-1", "No commits", "repository-2", "No commits"}));
+        world.engine.settings.setTrackedRepositories({});
+        world.engine.refresh();
+        world.settle();
+        QCOMPARE(world.textsOf("repositories"), words({"Repositories", "No repositories configured"}));
+    }
+
+    void aDayWithACommitLightsTheFlame()
+    {
+        World world;
+        world.track(1, 0);
+        world.engine.refresh();
+        world.show();
+        auto *const flame = world.named("header").findChild<SymbolView *>();
+        const auto palette = world.view->palette();
+        QCOMPARE(flame->name(), QStringLiteral("flame"));
+        QCOMPARE(flame->color(), style::ink(palette, Ink::Secondary));
+        QVERIFY(textNamed(world, "No commits yet").tone() == style::Tone(Accent::Orange));
+
+        world.engine.script(QStringLiteral("/src/repository-1"), commits("2026-11-20", 1), commits("2026-11-20", 1),
+                            "");
+        world.engine.refresh();
+        world.settle();
+        QCOMPARE(flame->name(), QStringLiteral("flame.fill"));
+        QCOMPARE(flame->color(), style::accent(palette, Accent::Orange));
+        QVERIFY(textNamed(world, "Committed!").tone() == style::Tone(Accent::Green));
+    }
+
+    void itIs300PointsWideAndAsHighAsItsContent()
+    {
+        World world;
+        world.engine.refresh();
+        auto &view = world.show();
+        QCOMPARE(view.width(), 300);
+        const auto empty = view.sizeHint().height();
+        World full;
+        full.track(10, 1);
+        full.engine.refresh();
+        QVERIFY(full.show().sizeHint().height() > empty + 9 * 18);
+    }
+
+    void dividersReachFromEdgeToEdge()
+    {
+        World world;
+        world.track(1, 1);
+        world.engine.refresh();
+        auto &view = world.show();
+        QCOMPARE(fullDividers(view).size(), 3);
+        world.engine.manager.setShowYearView(true);
+        world.settle();
+        QCOMPARE(fullDividers(view).size(), 2);
+    }
+
+    void inAHigherWindowTheFooterStaysAtTheLowerEnd()
+    {
+        World world;
+        auto &view = world.make();
+        view.setFixedHeight(view.sizeHint().height() + 60);
+        view.show();
+        world.settle();
+        QCOMPARE(world.named("footer").geometry().bottom(), view.rect().bottom());
+        world.engine.manager.setShowYearView(true);
+        world.settle();
+        QCOMPARE(world.named("footer").geometry().bottom(), view.rect().bottom());
+        QCOMPARE(fullDividers(view).last().bottom() + 1, world.named("footer").y());
+    }
+
+    void theFlameStandsOverItsNumber()
+    {
+        World world;
+        world.engine.refresh();
+        world.show();
+        const auto &streak = world.named("currentStreak");
+        const auto *const flame = world.named("header").findChild<SymbolView *>();
+        QVERIFY(qAbs(2 * flame->x() + flame->width() - 2 * streak.x() - streak.width()) <= 1);
+        QVERIFY(flame->geometry().bottom() < streak.y());
+    }
+
+    // What its controls do
+
+    void theHeadingsLeadToTheYearAndBack()
+    {
+        World world;
+        world.show();
+        world.click("showYear");
+        QVERIFY(world.engine.manager.showYearView());
+        world.settle();
+        QVERIFY(world.named("week").isHidden());
+        QVERIFY(world.named("year").isVisible());
+        QVERIFY(!world.named("repositories").isVisible());
+        QVERIFY(world.named("footer").isVisible());
+        world.click("back");
+        QVERIFY(!world.engine.manager.showYearView());
+        world.settle();
+        QVERIFY(world.named("week").isVisible());
+        QVERIFY(world.named("year").isHidden());
+        QVERIFY(world.named("repositories").isVisible());
+    }
+
+    void aScreenReaderCanPressEverything()
+    {
+        World world;
+        world.track(1, 1);
+        world.engine.refresh();
+        world.show();
+        pressAccessibly(world.named("showYear"));
+        QTRY_VERIFY(world.named("year").isVisible());
+        pressAccessibly(world.named("back"));
+        QTRY_VERIFY(world.named("week").isVisible());
+        pressAccessibly(*world.view->findChild<RepoRow *>());
+        QTRY_COMPARE(world.viewer.shown, words({"/src/repository-1"}));
+        pressAccessibly(world.named("settings"));
+        QTRY_COMPARE(world.settingsOpened, 1);
+        QSignalSpy refreshed(&world.engine.manager, &StreakManager::lastRefreshWillChange);
+        pressAccessibly(world.named("refresh"));
+        QTRY_COMPARE(refreshed.size(), 1);
+    }
+
+    void theKeyboardKeepsItsPlaceFromWeekToYearAndBack()
+    {
+        World world;
+        world.show();
+        world.named("showYear").setFocus(Qt::TabFocusReason);
+        QTest::keyClick(&world.named("showYear"), Qt::Key_Return);
+        world.settle();
+        QCOMPARE(world.view->focusWidget(), &world.named("back"));
+        QTest::keyClick(&world.named("back"), Qt::Key_Space);
+        world.settle();
+        QCOMPARE(world.view->focusWidget(), &world.named("showYear"));
+    }
+
+    void theViewChangesWithoutTakingAFocusThatNobodyGave()
+    {
+        World world;
+        auto &view = world.show();
+        if (auto *const focused = view.focusWidget())
+            focused->clearFocus();
+        world.click("showYear");
+        world.settle();
+        QCOMPARE(view.focusWidget(), nullptr);
+    }
+
+    void tabVisitsEveryControlInReadingOrder()
+    {
+        World world;
+        world.track(2, 1);
+        world.engine.refresh();
+        world.show();
+        world.view->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(world.view.get()));
+        world.named("showYear").setFocus(Qt::TabFocusReason);
+        QStringList visited{world.view->focusWidget()->accessibleName()};
+        for (int tab = 0; tab < 4; ++tab) {
+            QTest::keyClick(world.view->focusWidget(), Qt::Key_Tab);
+            visited.append(world.view->focusWidget()->accessibleName());
+        }
+        QCOMPARE(visited,
+                 words({"Show Year", "repository-1, 1 today", "repository-2, No commits", "Refresh", "Settings"}));
+    }
+
+    void theGearOpensTheSettings()
+    {
+        World world;
+        world.show();
+        world.click("settings");
+        QCOMPARE(world.settingsOpened, 1);
+    }
+
+    void aRowShowsItsFolder()
+    {
+        World world;
+        world.track(2, 1);
+        world.engine.refresh();
+        world.show();
+        QTest::mouseClick(world.view->findChildren<RepoRow *>().at(1), Qt::LeftButton);
+        QCOMPARE(world.viewer.shown, words({"/src/repository-2"}));
+    }
+
+    // Refreshing
+
+    void beforeTheFirstRefreshNothingSaysWhenItWas()
+    {
+        World world;
+        world.show();
+        QVERIFY(world.named("updated").isHidden());
+        QCOMPARE(world.textsOf("footer"), QStringList());
+        QCOMPARE(world.engine.timers.live().size(), 2);
+    }
+
+    void whileARefreshRunsItsButtonIsHalfTransparentAndInert()
+    {
+        World world;
+        HeldGit git(world);
+        world.show();
+        auto &button = world.named<IconButton>("refresh");
+        QCOMPARE(button.opacity(), 1.0);
+        QVERIFY(button.isEnabled());
+
+        world.click("refresh");
+        QTRY_VERIFY(!button.isEnabled());
+        QCOMPARE(button.opacity(), 0.5);
+        QVERIFY(QAccessible::queryAccessibleInterface(&button)->state().disabled);
+        world.click("refresh");
+        pressAccessibly(button);
+        world.settle();
+        QCOMPARE(git.asked(), 1);
+
+        git.letGo();
+        QTRY_VERIFY(button.isEnabled());
+        QCOMPARE(button.opacity(), 1.0);
+        QCOMPARE(git.asked(), 1);
+    }
+
+    void theRefreshButtonGetsTheKeyboardBack()
+    {
+        World world;
+        HeldGit git(world);
+        world.show();
+        world.view->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(world.view.get()));
+        auto &button = world.named<IconButton>("refresh");
+        button.setFocus(Qt::TabFocusReason);
+        QTest::keyClick(&button, Qt::Key_Space);
+        QTRY_VERIFY(!button.isEnabled());
+        QCOMPARE(world.view->focusWidget(), nullptr);
+        git.letGo();
+        QTRY_VERIFY(button.isEnabled());
+        QCOMPARE(world.view->focusWidget(), &button);
+    }
+
+    void aFocusThatMovedOnMeanwhileStaysWhereItIs()
+    {
+        World world;
+        HeldGit git(world);
+        world.show();
+        world.view->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(world.view.get()));
+        auto &button = world.named<IconButton>("refresh");
+        button.setFocus(Qt::TabFocusReason);
+        QTest::keyClick(&button, Qt::Key_Space);
+        QTRY_VERIFY(!button.isEnabled());
+        world.named("showYear").setFocus(Qt::TabFocusReason);
+        git.letGo();
+        QTRY_VERIFY(button.isEnabled());
+        QCOMPARE(world.view->focusWidget(), &world.named("showYear"));
+    }
+
+    // Following what is published
+
+    void aBurstOfChangesIsRenderedOnce()
+    {
+        World world;
+        world.show();
+        const auto before = world.renderings;
+        for (const bool isYear : {true, false, true, true, false, true})
+            world.engine.manager.setShowYearView(isYear);
+        QCOMPARE(world.renderings, before);
+        world.settle();
+        QCOMPARE(world.renderings, before + 1);
+        QVERIFY(world.named("year").isVisible());
+    }
+
+    void aRefreshIsRenderedOnceAsItBeginsAndOnceAsItEnds()
+    {
+        World world;
+        world.track(3, 2);
+        world.show();
+        const auto before = world.renderings;
+        world.engine.refresh();
+        world.settle();
+        QVERIFY(world.renderings - before <= 2);
+        QVERIFY(world.textsOf("header").contains(QLatin1String("3 tracked")));
+    }
+
+    void onlyWhatChangedIsPainted()
+    {
+        World world;
+        world.track(3, 2);
+        world.engine.refresh();
+        auto &view = world.show();
+        const auto places = placesIn(view);
+        world.engine.script(QStringLiteral("/src/repository-1"), commits("2026-11-20", 4), commits("2026-11-20", 4),
+                            "2026-11-20T09:00:00+00:00");
+        PaintCounter paints;
+        world.engine.refresh();
+        world.settle();
+
+        QCOMPARE(placesIn(view), places);
+        QCOMPARE(paints.of(&textNamed(world, "4 commits")), 1);
+        QCOMPARE(paints.of(&textNamed(world, "4 today")), 1);
+        QCOMPARE(paints.of(view.findChildren<DayColumn *>().last()), 1);
+        QCOMPARE(paints.of(view.findChildren<DayColumn *>().first()), 0);
+        QCOMPARE(paints.of(&world.named("currentStreak")), 0);
+        QCOMPARE(paints.of(&textNamed(world, "Longest")), 0);
+        QCOMPARE(paints.of(&textNamed(world, "repository-2")), 0);
+        QCOMPARE(paints.of(&textNamed(world, "Show Year")), 0);
+        QCOMPARE(paints.of(&world.named("settings")), 0);
+    }
+
+    void aRefreshThatFindsNothingNewPaintsOnlyItsButton()
+    {
+        World world;
+        world.track(3, 2);
+        world.engine.refresh();
+        auto &view = world.show();
+        PaintCounter paints;
+        world.engine.refresh();
+        world.settle();
+        for (const auto *const name : {"header", "week", "repositories", "settings", "updated"})
+            QCOMPARE(paints.of(&world.named(name)), 0);
+        for (auto *const text : view.findChildren<Text *>())
+            QCOMPARE(paints.of(text), 0);
+    }
+
+    // Time
+
+    void theTextOfTheLastRefreshCountsOnWhileItIsShown()
+    {
+        World world;
+        world.engine.refresh();
+        world.show();
+        QCOMPARE(world.text("updated"), QStringLiteral("Updated 0 sec ago"));
+        for (int second = 1; second <= 61; ++second) {
+            world.engine.clock.advance(1s);
+            world.engine.timers.fire(indexOfTick(world));
+        }
+        QCOMPARE(world.text("updated"), QStringLiteral("Updated 1 min, 1 sec ago"));
+    }
+
+    void aTickRendersNothingElse()
+    {
+        World world;
+        world.engine.refresh();
+        world.show();
+        const auto before = world.renderings;
+        PaintCounter paints;
+        world.engine.clock.advance(1s);
+        world.engine.timers.fire(indexOfTick(world));
+        QTRY_COMPARE(paints.of(&world.named("updated")), 1);
+        QCOMPARE(world.renderings, before);
+        QCOMPARE(paints.of(&world.named("header")), 0);
+    }
+
+    void theNextTickComesWhenTheTextIsDueToChange()
+    {
+        World world;
+        world.engine.refresh();
+        world.engine.clock.advance(1300ms);
+        world.show();
+        QCOMPARE(world.engine.timers.live().at(indexOfTick(world)).interval, FakeTimers::Seconds(0.7));
+    }
+
+    void aClockThatWasSetBackCountsFromNothing()
+    {
+        World world;
+        world.engine.refresh();
+        world.engine.clock.advance(-90500ms);
+        world.show();
+        QCOMPARE(world.text("updated"), QStringLiteral("Updated 0 sec ago"));
+        const auto interval = world.engine.timers.live().at(indexOfTick(world)).interval;
+        QVERIFY(interval.count() > 0 && interval.count() <= 1);
+    }
+
+    void hiddenItNeedsNoTimer()
+    {
+        World world;
+        world.engine.refresh();
+        const auto others = world.engine.timers.live().size();
+        auto &view = world.make();
+        QCOMPARE(world.engine.timers.live().size(), others);
+        view.show();
+        QCOMPARE(world.engine.timers.live().size(), others + 2);
+        view.hide();
+        QCOMPARE(world.engine.timers.live().size(), others);
+        world.engine.refresh();
+        world.settle();
+        QCOMPARE(world.engine.timers.live().size(), others);
+    }
+
+    void whatTimeDidWhileItWasHiddenIsShownAtOnce()
+    {
+        World world;
+        world.engine.refresh();
+        auto &view = world.show();
+        view.hide();
+        world.engine.clock.advance(2h + 5min);
+        view.show();
+        QCOMPARE(world.text("updated"), QStringLiteral("Updated 2 hr, 5 min ago"));
+    }
+
+    void atMidnightTheDotLeavesTheStrip()
+    {
+        World world;
+        world.track(1, 1);
+        world.engine.refresh();
+        world.engine.clock.setNow(instant("2026-11-20T23:59:50Z"));
+        auto &view = world.show();
+        const auto columns = view.findChildren<DayColumn *>();
+        const auto isToday = [](const DayColumn *column) { return column->isToday(); };
+        QCOMPARE(std::count_if(columns.begin(), columns.end(), isToday), 1);
+        QVERIFY(columns.last()->isToday());
+
+        const auto nextDay = indexOfInterval(world, FakeTimers::Seconds(10));
+        world.engine.clock.advance(10s);
+        world.engine.timers.fire(nextDay);
+        QCOMPARE(std::count_if(columns.begin(), columns.end(), isToday), 0);
+        QCOMPARE(world.engine.timers.live().at(indexOfInterval(world, FakeTimers::Seconds(24h))).repeats, false);
+    }
+
+    void anotherZoneIsTakenUpAtTheNextRendering()
+    {
+        World world;
+        world.track(1, 1);
+        world.engine.refresh();
+        world.show();
+        QVERIFY(world.textsOf("week").contains(QLatin1String("Fri, 1")));
+        world.engine.clock.setZone("America/New_York");
+        world.view->renderNow();
+        QVERIFY(world.textsOf("week").contains(QLatin1String("Thu, 1")));
+        QVERIFY(!world.textsOf("week").contains(QLatin1String("Fri, 1")));
+    }
+
+    void anotherLocaleIsTakenUpAtTheNextRendering()
+    {
+        World world;
+        world.track(1, 1);
+        world.engine.refresh();
+        world.show();
+        world.locale = "fr_FR";
+        world.view->renderNow();
+        QVERIFY2(world.textsOf("week").contains(QLatin1String("ven., 1")),
+                 qPrintable(world.textsOf("week").join(u'|')));
+        QVERIFY(world.textsOf("week").contains(QLatin1String("Last 7 Days")));
+    }
+
+    // The year
+
+    void openingTheYearBringsTodayIntoSight()
+    {
+        World world;
+        world.engine.refresh();
+        world.show();
+        world.engine.manager.setShowYearView(true);
+        world.settle();
+        QVERIFY(isTodayInSight(world));
+        auto *const bar = world.named<QScrollArea>("yearScrollArea").horizontalScrollBar();
+        QVERIFY(bar->isVisible());
+        QCOMPARE(world.named("yearScrollArea").height(), 100);
+        QCOMPARE(world.named("yearScrollArea").focusPolicy(), Qt::NoFocus);
+        bar->setValue(0);
+        QVERIFY(!isTodayInSight(world));
+
+        world.engine.manager.setShowYearView(false);
+        world.settle();
+        world.engine.manager.setShowYearView(true);
+        world.settle();
+        QVERIFY(isTodayInSight(world));
+    }
+
+    void aYearOpenedWhileHiddenBringsTodayIntoSightOnceShown()
+    {
+        World world;
+        world.engine.refresh();
+        world.engine.manager.setShowYearView(true);
+        world.show();
+        QTRY_VERIFY(isTodayInSight(world));
+    }
+
+    void reopeningTheWindowLeavesTheYearWhereItWasScrolledTo()
+    {
+        World world;
+        world.engine.refresh();
+        world.engine.manager.setShowYearView(true);
+        auto &view = world.show();
+        QTRY_VERIFY(isTodayInSight(world));
+        auto *const bar = world.named<QScrollArea>("yearScrollArea").horizontalScrollBar();
+        bar->setValue(7);
+        view.hide();
+        view.show();
+        world.settle();
+        QCOMPARE(bar->value(), 7);
+        QVERIFY(world.named("year").isVisible());
+    }
+
+    // A guest of the desktop
+
+    void aChangeOfTheDesktopIsFollowed_data()
+    {
+        QTest::addColumn<int>("fontHeight");
+        QTest::addColumn<bool>("isDark");
+        QTest::newRow("a dark palette") << 13 << true;
+        QTest::newRow("a larger font") << 20 << false;
+        QTest::newRow("both") << 26 << true;
+    }
+
+    void aChangeOfTheDesktopIsFollowed()
+    {
+        QFETCH(int, fontHeight);
+        QFETCH(bool, isDark);
+        World world;
+        world.track(3, 2);
+        world.engine.refresh();
+        auto &view = world.show();
+        setFontHeight(fontHeight);
+        QApplication::setPalette(isDark ? darkPalette() : lightPalette());
+        world.settle();
+
+        World fresh;
+        fresh.track(3, 2);
+        fresh.engine.refresh();
+        auto &expected = fresh.show();
+        QCOMPARE(view.size(), expected.size());
+        QCOMPARE(view.width(), qRound(300 * fontHeight / 13.0));
+        for (auto *const each : {&view, &expected}) {
+            if (auto *const focused = each->focusWidget())
+                focused->clearFocus();
+        }
+        QCOMPARE(view.grab().toImage(), expected.grab().toImage());
+    }
+
+    void writtenFromTheRightItIsMirrored()
+    {
+        World world;
+        world.track(1, 1);
+        world.engine.refresh();
+        auto &view = world.show();
+        view.setLayoutDirection(Qt::RightToLeft);
+        world.settle();
+        const auto columns = view.findChildren<DayColumn *>();
+        QVERIFY(columns.first()->x() > columns.last()->x());
+        QVERIFY(world.named("currentStreak").x() > view.width() / 2);
+        QCOMPARE(world.named("showYear").findChild<SymbolView *>()->name(), QStringLiteral("chevron.left"));
+        QVERIFY(world.named("settings").x() < world.named("refresh").x());
+    }
+
+private:
+    // Git that waits until it is let go, in the one repository of the world.
+    class HeldGit
+    {
+    public:
+        explicit HeldGit(World &world)
+        {
+            world.track(1, 1);
+            world.engine.runner.answerWith(QStringLiteral("/src/repository-1|rev-parse --git-dir"), [this] {
+                ++m_asked;
+                m_gate.acquire();
+                return QByteArray(".git\n");
+            });
+        }
+        ~HeldGit() { letGo(); }
+        void letGo() { m_gate.release(); }
+        [[nodiscard]] int asked() const { return m_asked; }
+
+    private:
+        std::counting_semaphore<> m_gate{0};
+        std::atomic<int> m_asked = 0;
+    };
+
+    static void setFontHeight(int pixels)
+    {
+        auto font = QApplication::font();
+        font.setPixelSize(pixels);
+        QApplication::setFont(font);
+    }
+
+    static Text &textNamed(const World &world, const char *text)
+    {
+        for (auto *const child : world.view->findChildren<Text *>()) {
+            if (child->text() == QLatin1String(text) && child->isVisible())
+                return *child;
+        }
+        qFatal("There is no text %s", text);
+    }
+
+    // The lines across, from top to bottom.
+    static QList<QRect> fullDividers(const MenuBarView &view)
+    {
+        QList<QRect> dividers;
+        for (auto *const divider : view.findChildren<Divider *>()) {
+            if (divider->isVisible() && divider->width() == view.width() && divider->height() == 1)
+                dividers.append(QRect(divider->mapTo(&view, QPoint()), divider->size()));
+        }
+        std::sort(dividers.begin(), dividers.end(), [](auto &one, auto &two) { return one.top() < two.top(); });
+        return dividers;
+    }
+
+    static bool isTodayInSight(const World &world)
+    {
+        const auto &heatmap = *world.view->findChild<YearHeatmapView *>();
+        const auto today = heatmap.mapTo(heatmap.parentWidget(), QPoint(heatmap.todayX(), 1));
+        return heatmap.isVisible() && heatmap.parentWidget()->rect().contains(today);
+    }
+
+    static std::size_t indexOfInterval(const World &world, FakeTimers::Seconds interval)
+    {
+        const auto &live = world.engine.timers.live();
+        const auto found = std::find_if(live.begin(), live.end(),
+                                        [interval](const auto &timer) { return timer.interval == interval; });
+        if (found == live.end())
+            qFatal("There is no timer of %g seconds", interval.count());
+        return std::size_t(found - live.begin());
+    }
+
+    // The tick that moves the text of the last refresh: the only one of a second or less.
+    static std::size_t indexOfTick(const World &world)
+    {
+        const auto &live = world.engine.timers.live();
+        const auto found =
+            std::find_if(live.begin(), live.end(), [](const auto &timer) { return timer.interval.count() <= 1; });
+        if (found == live.end())
+            qFatal("Nothing ticks");
+        return std::size_t(found - live.begin());
+    }
+};
+
+QTEST_MAIN(TestMenuBarView)
+#include "tst_menubarview.moc"
