@@ -55,6 +55,14 @@ void DayColumn::setDay(const CommitDay &day, const DateTexts &texts, const Calen
     update();
 }
 
+void DayColumn::setOffset(double offset)
+{
+    if (qFuzzyCompare(1 + offset, 1 + m_offset))
+        return;
+    m_offset = offset;
+    update();
+}
+
 int DayColumn::squareSize()
 {
     return style::points(32);
@@ -70,6 +78,7 @@ void DayColumn::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(style::onWholePixels(painter, {m_offset, 0, 1, 1}).left(), 0);
     paintWeekday(painter);
     paintSquare(painter);
     if (m_count >= 1)

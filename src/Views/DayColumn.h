@@ -31,6 +31,10 @@ public:
     //! Shows @p day; it carries the dot where @p now lies in it.
     void setDay(const CommitDay &day, const DateTexts &texts, const Calendar &calendar, Instant now);
 
+    //! Moves all that is painted by less than a pixel to the right, so that columns spread evenly on screens whose
+    //! pixels are finer than the logical ones, on which widgets stand.
+    void setOffset(double offset);
+
     [[nodiscard]] const QString &weekday() const { return m_weekday; }
     [[nodiscard]] qint64 count() const { return m_count; }
     [[nodiscard]] bool isToday() const { return m_isToday; }
@@ -55,6 +59,7 @@ private:
     QString m_weekday;
     qint64 m_count = 0;
     bool m_isToday = false;
+    double m_offset = 0;
 };
 
 }  // namespace velquarin

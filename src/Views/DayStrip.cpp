@@ -5,9 +5,8 @@
 
 #include "Views/DayColumn.h"
 
-#include <QStyle>
-
 #include <algorithm>
+#include <cmath>
 
 namespace velquarin {
 
@@ -70,9 +69,11 @@ void DayStrip::placeColumns()
     const double room = width() - 2 * overhang() - square;
     const auto steps = double(std::max(m_columns.size(), daysOfAWeek) - 1);
     for (qsizetype index = 0; index < m_columns.size(); ++index) {
-        const auto left = qRound(room * double(index) / steps);
-        const QRect column(left, 0, square + 2 * overhang(), m_columns.at(index)->sizeHint().height());
-        m_columns.at(index)->setGeometry(QStyle::visualRect(layoutDirection(), rect(), column));
+        const auto fromStart = room * double(index) / steps;
+        const auto left = layoutDirection() == Qt::LeftToRight ? fromStart : room - fromStart;
+        auto *const column = m_columns.at(index);
+        column->setGeometry(int(left), 0, square + 2 * overhang(), column->sizeHint().height());
+        column->setOffset(left - std::floor(left));
     }
 }
 

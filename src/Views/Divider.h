@@ -15,6 +15,11 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    [[nodiscard]] QRectF lineIn(const QPainter &painter) const;
+
+    Qt::Orientation m_orientation;
 };
 
 }  // namespace velquarin

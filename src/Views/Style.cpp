@@ -94,6 +94,13 @@ QColor primary(const QPalette &palette)
     return legible(palette.color(QPalette::Active, QPalette::WindowText), farthestFrom(paper), paper);
 }
 
+// At 1.5x many edges lie in the middle of a pixel: they go the same way whatever the last digit of a sum is.
+double rounded(double position)
+{
+    constexpr double lastDigits = 1e-6;
+    return std::floor(position + 0.5 + lastDigits);
+}
+
 }  // namespace
 
 double scale()
@@ -211,8 +218,8 @@ QRectF onWholePixels(const QPainter &painter, const QRectF &rect)
 {
     const auto toDevice = painter.deviceTransform();
     const auto device = toDevice.mapRect(rect);
-    const QPointF corner(std::round(device.x()), std::round(device.y()));
-    const QSizeF size(std::max(std::round(device.width()), 1.0), std::max(std::round(device.height()), 1.0));
+    const QPointF corner(rounded(device.x()), rounded(device.y()));
+    const QSizeF size(std::max(rounded(device.width()), 1.0), std::max(rounded(device.height()), 1.0));
     return toDevice.inverted().mapRect(QRectF(corner, size));
 }
 

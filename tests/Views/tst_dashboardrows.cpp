@@ -8,6 +8,7 @@
 #include "support/WhatIsShown.h"
 #include "Views/DayColumn.h"
 #include "Views/DayStrip.h"
+#include "Views/Divider.h"
 #include "Views/RepoRow.h"
 #include "Views/StatRow.h"
 #include "Views/Style.h"
@@ -242,6 +243,60 @@ private Q_SLOTS:
         const auto middle = [&columns](int index) { return columns.at(index)->geometry().center().x(); };
         for (int index = 2; index < 7; ++index)
             QVERIFY(qAbs((middle(index) - middle(index - 1)) - (middle(1) - middle(0))) <= 1);
+    }
+
+    void squaresAreEvenlySpacedAtEveryScale_data()
+    {
+        QTest::addColumn<double>("scale");
+        for (const auto scale : {1.0, 1.25, 1.5, 1.75, 2.0, 3.0})
+            QTest::addRow("%g", scale) << scale;
+    }
+
+    void squaresAreEvenlySpacedAtEveryScale()
+    {
+        QFETCH(double, scale);
+        DayStrip strip;
+        strip.setDays(week(7), m_texts, m_calendar, now);
+        strip.resize(274, strip.sizeHint().height());
+        strip.show();
+        const auto [squares, gaps] = stretchesAcross(strip, scale);
+        QCOMPARE(squares.size(), 7);
+        QCOMPARE(gaps.size(), 6);
+        for (const auto square : squares)
+            QCOMPARE(square, qRound(32 * scale));
+        const auto [least, most] = std::minmax_element(gaps.begin(), gaps.end());
+        QVERIFY2(*most - *least <= 1, qPrintable(QStringLiteral("%1 to %2 pixels").arg(*least).arg(*most)));
+    }
+
+    void dividersAreOfOneWidthWhereverTheyStand_data()
+    {
+        QTest::addColumn<double>("scale");
+        QTest::addColumn<int>("pixels");
+        QTest::newRow("1x") << 1.0 << 1;
+        QTest::newRow("1.25x") << 1.25 << 1;
+        QTest::newRow("1.5x") << 1.5 << 1;
+        QTest::newRow("2x") << 2.0 << 2;
+    }
+
+    void dividersAreOfOneWidthWhereverTheyStand()
+    {
+        QFETCH(double, scale);
+        QFETCH(int, pixels);
+        QWidget sheet;
+        sheet.resize(8, 40);
+        for (const auto y : {3, 10, 18, 25, 33})
+            (new Divider(Qt::Horizontal, &sheet))->setGeometry(0, y, 8, 1);
+        const auto picture = pictureAt(sheet, scale);
+        const auto ground = sheet.palette().color(QPalette::Window);
+        QList<int> widths;
+        int width = 0;
+        for (int y = 0; y < picture.height(); ++y) {
+            const bool isLine = picture.pixelColor(4, y) != ground;
+            width += isLine ? 1 : 0;
+            if (!isLine && width > 0)
+                widths.append(std::exchange(width, 0));
+        }
+        QCOMPARE(widths, QList<int>(5, pixels));
     }
 
     void aLongWeekdayWidensNoColumn()
@@ -540,6 +595,38 @@ private:
         QImage image(column.size(), QImage::Format_ARGB32_Premultiplied);
         column.render(&image);
         return image;
+    }
+
+    static QImage pictureAt(QWidget &widget, double scale)
+    {
+        QImage image(int(std::ceil(widget.width() * scale)), int(std::ceil(widget.height() * scale)),
+                     QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(scale);
+        image.fill(widget.palette().color(QPalette::Window));
+        widget.render(&image);
+        return image;
+    }
+
+    // How wide the squares are and the gaps between them, along a line above the counts.
+    static std::pair<QList<int>, QList<int>> stretchesAcross(DayStrip &strip, double scale)
+    {
+        const auto picture = pictureAt(strip, scale);
+        const auto line = int((strip.height() - 8 - 32 + 5) * scale);
+        const auto ground = strip.palette().color(QPalette::Window);
+        QList<int> squares;
+        QList<int> gaps;
+        bool wasGround = true;
+        for (int x = 0; x < picture.width(); ++x) {
+            const bool isGround = picture.pixelColor(x, line) == ground;
+            if (isGround != wasGround)
+                (isGround ? gaps : squares).append(0);
+            if (!squares.isEmpty())
+                ++(isGround ? gaps : squares).last();
+            wasGround = isGround;
+        }
+        if (!gaps.isEmpty())
+            gaps.removeLast();
+        return {squares, gaps};
     }
 
     static bool hasWhite(const QImage &image)
