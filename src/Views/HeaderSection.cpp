@@ -57,10 +57,6 @@ HeaderSection::HeaderSection(QWidget *parent)
 
 QLayout *HeaderSection::makeStreakColumn()
 {
-    auto *const caption = new Text(textLook(style::TypeStyle::Caption, Ink::Secondary), this);
-    caption->setText(tr("day streak"));
-    // Read right after the number that it explains.
-    caption->stackUnder(m_longest);
     m_streak->setObjectName(QStringLiteral("currentStreak"));
     m_streak->setMinimumWidth(streakColumnWidth());
     m_streak->setAlignment(Qt::AlignHCenter);

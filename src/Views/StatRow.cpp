@@ -11,15 +11,9 @@ namespace velquarin {
 
 StatRow::StatRow(const QString &label, const QString &value, const style::Tone &tone, QWidget *parent)
     : QWidget(parent)
-{
-    // Screen readers read in the order in which the parts are made.
-    auto *const name = new Text(textLook(style::TypeStyle::Caption, style::Ink::Secondary), this);
-    name->setText(label);
-    m_value = new Text(textLook(style::TypeStyle::Caption, tone, QFont::Medium), this);
-    m_value->setText(value);
-
     , m_label(makeText(textLook(style::TypeStyle::Caption, style::Ink::Secondary), label, this))
     , m_value(makeText(textLook(style::TypeStyle::Caption, tone, QFont::Medium), value, this))
+{
     auto *const row = new QHBoxLayout(this);
     row->setContentsMargins({});
     row->setSpacing(style::points(style::defaultSpacing));

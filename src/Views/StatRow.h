@@ -20,7 +20,6 @@ public:
     void setValue(const QString &value, const style::Tone &tone);
 
 private:
-    Text *m_value = nullptr;
     Text *m_label;
     Text *m_value;
 };
