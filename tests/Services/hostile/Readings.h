@@ -64,7 +64,7 @@ inline bool canConfine()
 template <typename Result>
 std::optional<Result> answerOf(QFuture<Result> future)
 {
-    constexpr int patience = 20000;
+    constexpr int patience = 90000;
     bool isOverdue = false;
     QTimer alarm;
     alarm.callOnTimeout([&isOverdue] { isOverdue = true; });
