@@ -8,11 +8,13 @@
 
 #include <QPainter>
 
+#include <utility>
+
 namespace velquarin {
 
-IconButton::IconButton(const QString &symbol, const QString &accessibleName, QWidget *parent)
+IconButton::IconButton(QString symbol, const QString &accessibleName, QWidget *parent)
     : PlainButton(parent)
-    , m_symbol(symbol)
+    , m_symbol(std::move(symbol))
 {
     setAccessibleName(accessibleName);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

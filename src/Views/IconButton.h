@@ -12,7 +12,7 @@ class IconButton : public PlainButton
     Q_OBJECT
 public:
     //! @p accessibleName is what a screen reader says in place of the picture.
-    IconButton(const QString &symbol, const QString &accessibleName, QWidget *parent = nullptr);
+    IconButton(QString symbol, const QString &accessibleName, QWidget *parent = nullptr);
 
     [[nodiscard]] double opacity() const;
     [[nodiscard]] QSize sizeHint() const override;

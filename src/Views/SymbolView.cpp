@@ -11,9 +11,9 @@
 
 namespace velquarin {
 
-SymbolView::SymbolView(const QString &name, double size, const style::Tone &tone, QWidget *parent)
+SymbolView::SymbolView(QString name, double size, const style::Tone &tone, QWidget *parent)
     : QWidget(parent)
-    , m_name(name)
+    , m_name(std::move(name))
     , m_size(size)
     , m_tone(tone)
 {

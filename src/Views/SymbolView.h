@@ -16,7 +16,7 @@ class SymbolView : public QWidget
     Q_OBJECT
 public:
     //! @p size in points, of the text it stands beside.
-    SymbolView(const QString &name, double size, const style::Tone &tone, QWidget *parent = nullptr);
+    SymbolView(QString name, double size, const style::Tone &tone, QWidget *parent = nullptr);
 
     [[nodiscard]] const QString &name() const { return m_name; }
     void setName(const QString &name);
