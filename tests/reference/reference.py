@@ -13,6 +13,7 @@ import os
 import pathlib
 import subprocess
 import sys
+import tempfile
 from collections import Counter
 from datetime import datetime, timedelta, timezone
 from zoneinfo import ZoneInfo
@@ -118,12 +119,20 @@ def history(repository):
 
 
 @functools.lru_cache(maxsize=None)
+def empty_repository():
+    """A repository to ask git questions in that are about none."""
+    folder = tempfile.TemporaryDirectory()
+    subprocess.run(["git", "init", "--quiet"], cwd=folder.name, env=ENVIRONMENT, check=True)
+    return folder
+
+
+@functools.lru_cache(maxsize=None)
 def git_reads_dates_as(dates, zone, wall_clock):
     """The moments that git takes such --since= and --until= texts for, asked of git itself: the day at the present time
     of day, and its own guess for a day that was left out. None where it sees no bound at all."""
     clock = {**ENVIRONMENT, "TZ": zone, "GIT_TEST_DATE_NOW": str(milliseconds(wall_clock) // 1000)}
     done = subprocess.run(["git", "rev-parse", *(f"--since={day}" for day in dates)], env=clock, check=True,
-                          stdout=subprocess.PIPE, text=True)
+                          cwd=empty_repository().name, stdout=subprocess.PIPE, text=True)
     ages = [int(line.removeprefix("--max-age=")) for line in done.stdout.split()]
     return [EPOCH + timedelta(seconds=age) if age < 2**63 else None for age in ages]
 
