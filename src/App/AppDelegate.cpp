@@ -94,7 +94,7 @@ void AppDelegate::refreshData()
     m_streakManager->refresh();
 }
 
-void AppDelegate::quitApp()
+void AppDelegate::quitApp() const
 {
     m_desktop.terminate();
 }

@@ -53,7 +53,7 @@ private:
     void handleClick(QPoint position, const QString &activationToken);
     void togglePopover(QPoint position, const QString &activationToken);
     void refreshData();
-    void quitApp();
+    void quitApp() const;
 
     Shared &m_shared;
     Desktop m_desktop;

@@ -138,14 +138,22 @@ def _press(window_name, name):
     sys.exit(f"nothing to press is called {name!r}")
 
 
+# What goes away while it is looked at is not there.
+def _look():
+    try:
+        program = _program()
+        return [_described(window) for window in _children(program)] if program else []
+    except GLib.Error:
+        return []
+
+
 def _main(arguments):
     import gi
     gi.require_version("Atspi", "2.0")
     if arguments[0] == "press":
         _press(*arguments[1:])
         return
-    program = _program()
-    print(json.dumps([_described(window) for window in _children(program)] if program else []))
+    print(json.dumps(_look()))
 
 
 if __name__ == "__main__":
