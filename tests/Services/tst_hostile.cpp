@@ -137,7 +137,7 @@ void TestHostile::whoeverTakesNoPrecautionsIsHarmedBy()
 void TestHostile::theConfinedServiceIsNotHarmedBy()
 {
     if (!canConfine())
-        QSKIP("This kernel cannot confine a thread.");
+        QSKIP("This system cannot confine a child.");
     serviceIsNotHarmed(named(QTest::currentDataTag()), Confinement::Wanted);
 }
 
@@ -160,7 +160,7 @@ void TestHostile::confinementAloneIsEnoughAgainst_data()
 void TestHostile::confinementAloneIsEnoughAgainst()
 {
     if (!canConfine())
-        QSKIP("This kernel cannot confine a thread.");
+        QSKIP("This system cannot confine a child.");
     const auto attack = named(QTest::currentDataTag());
     HostileRepository repository;
     attack.prepare(repository);
