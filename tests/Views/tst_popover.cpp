@@ -57,10 +57,10 @@ private:
     QSpacerItem *m_spacer;
 };
 
-void send(Popover &popover, QEvent::Type type, QPoint position)
+void send(Popover &popover, QEvent::Type type, QPoint position, Qt::MouseButton button = Qt::LeftButton)
 {
-    const auto held = type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton;
-    QMouseEvent event(type, popover.mapFromGlobal(position), position, Qt::LeftButton, held, Qt::NoModifier);
+    const auto held = type == QEvent::MouseButtonPress ? button : Qt::NoButton;
+    QMouseEvent event(type, popover.mapFromGlobal(position), position, button, held, Qt::NoModifier);
     QApplication::sendEvent(popover.windowHandle(), &event);
 }
 
@@ -79,6 +79,8 @@ private Q_SLOTS:
     void escapeClosesIt_data();
     void escapeClosesIt();
     void aClickElsewhereClosesItWhenTheButtonIsUp();
+    void aRightClickOnTheItemAsksForTheMenu_data();
+    void aRightClickOnTheItemAsksForTheMenu();
     void aClickInsideLeavesItOpen();
     void theReleaseOfTheClickThatOpenedItLeavesItOpen();
     void whoeverWantsIsToldOfOpeningAndClosing();
@@ -192,6 +194,30 @@ void TestPopover::aClickElsewhereClosesItWhenTheButtonIsUp()
     QVERIFY(popover.isShown());
     send(popover, QEvent::MouseButtonRelease, {700, 700});
     QVERIFY(!popover.isShown());
+}
+
+void TestPopover::aRightClickOnTheItemAsksForTheMenu_data()
+{
+    QTest::addColumn<QPoint>("position");
+    QTest::addColumn<Qt::MouseButton>("button");
+    QTest::addColumn<int>("requests");
+    QTest::newRow("the right button on the item") << item << Qt::RightButton << 1;
+    QTest::newRow("the left button on the item") << item << Qt::LeftButton << 0;
+    QTest::newRow("the right button elsewhere") << QPoint(700, 700) << Qt::RightButton << 0;
+}
+
+void TestPopover::aRightClickOnTheItemAsksForTheMenu()
+{
+    QFETCH(QPoint, position);
+    QFETCH(Qt::MouseButton, button);
+    Popover popover(new Content(200));
+    const QSignalSpy requests(&popover, &Popover::menuRequested);
+    popover.toggle(item, {});
+    QVERIFY(QTest::qWaitForWindowExposed(&popover));
+    send(popover, QEvent::MouseButtonPress, position, button);
+    send(popover, QEvent::MouseButtonRelease, position, button);
+    QVERIFY(!popover.isShown());
+    QTEST(int(requests.count()), "requests");
 }
 
 void TestPopover::aClickInsideLeavesItOpen()
