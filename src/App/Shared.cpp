@@ -40,4 +40,9 @@ NotificationService &Shared::notificationService()
                     m_platform.timers, m_platform.output);
 }
 
+LaunchAtLogin &Shared::launchAtLogin()
+{
+    return madeOnce(m_launchAtLogin, m_platform.loginItem, m_platform.timers);
+}
+
 }  // namespace velquarin

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "App/LaunchAtLogin.h"
 #include "Models/AppSettings.h"
 #include "Services/GitService.h"
 #include "Services/NotificationService.h"
@@ -13,6 +14,7 @@ namespace velquarin {
 class Clock;
 class FileViewer;
 class FileTree;
+class LoginItem;
 class NotificationCenter;
 class Output;
 class PreferencesStore;
@@ -30,6 +32,7 @@ struct Platform
     PreferencesStore &preferences;
     NotificationCenter &notificationCenter;
     FileViewer &fileViewer;
+    LoginItem &loginItem;
 };
 
 //! The services of which there is one each: made at first use, kept for the life of the program. Only the application
@@ -46,12 +49,14 @@ public:
     [[nodiscard]] GitService &gitService();
     [[nodiscard]] AppSettings &appSettings();
     [[nodiscard]] NotificationService &notificationService();
+    [[nodiscard]] LaunchAtLogin &launchAtLogin();
 
 private:
     Platform m_platform;
     std::unique_ptr<GitService> m_gitService;
     std::unique_ptr<AppSettings> m_appSettings;
     std::unique_ptr<NotificationService> m_notificationService;
+    std::unique_ptr<LaunchAtLogin> m_launchAtLogin;
 };
 
 }  // namespace velquarin

@@ -9,9 +9,11 @@
 #include "Platform/Linux/Desktop/LinuxStatusItem.h"
 #include "Platform/Linux/System/SingleInstance.h"
 #include "Platform/Linux/System/TerminationSignals.h"
+#include "Platform/Linux/System/XdgAutostart.h"
 
 #include <QApplication>
 #include <QDir>
+#include <QProcessEnvironment>
 
 #include <cstdlib>
 
@@ -46,7 +48,10 @@ int VelquarinApp::run()
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);
     FileManagerViewer fileViewer(m_bus);
-    Shared shared({m_processes, m_files, m_clock, m_timers, m_output, preferences, notifications, fileViewer});
+    XdgAutostart loginItem(
+        autostartEnvironment(QProcessEnvironment::systemEnvironment(), QCoreApplication::applicationFilePath()));
+    Shared shared(
+        {m_processes, m_files, m_clock, m_timers, m_output, preferences, notifications, fileViewer, loginItem});
     AppDelegate delegate(shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, iconThemePath()); },
                                   [] { QCoreApplication::quit(); }});
     QObject::connect(&instance, &SingleInstance::showRequested, &delegate, &AppDelegate::openDashboard);

@@ -9,6 +9,7 @@
 #include "support/Engine.h"
 #include "support/Offscreen.h"
 #include "support/RecordingFileViewer.h"
+#include "support/RecordingLoginItem.h"
 #include "support/RecordingStatusItem.h"
 #include "Views/Popover.h"
 
@@ -32,7 +33,8 @@ struct World
     MemoryPreferences preferences;
     RecordingNotificationCenter center;
     RecordingFileViewer viewer;
-    Shared shared{{processes, files, clock, timers, output, preferences, center, viewer}};
+    RecordingLoginItem loginItem;
+    Shared shared{{processes, files, clock, timers, output, preferences, center, viewer, loginItem}};
     RecordingStatusItem *item = nullptr;
     int terminations = 0;
     AppDelegate delegate{shared,
@@ -102,6 +104,7 @@ private Q_SLOTS:
     void theGearClosesTheDashboardAndOpensTheSettings();
     void aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu();
     void theServicesAreMadeOnce();
+    void theLoginItemIsReadWhenSomebodyFirstAsksForIt();
 };
 
 void TestAppDelegate::theItemShows_data()
@@ -293,6 +296,17 @@ void TestAppDelegate::theServicesAreMadeOnce()
     QCOMPARE(&world.shared.gitService(), &world.shared.gitService());
     QCOMPARE(&world.shared.appSettings(), &world.shared.appSettings());
     QCOMPARE(&world.shared.notificationService(), &world.shared.notificationService());
+    QCOMPARE(&world.shared.launchAtLogin(), &world.shared.launchAtLogin());
+}
+
+void TestAppDelegate::theLoginItemIsReadWhenSomebodyFirstAsksForIt()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    QCOMPARE(world.loginItem.calls, QStringList());
+    world.loginItem.current = LoginItemStatus::Enabled;
+    QVERIFY(world.shared.launchAtLogin().isEnabled());
+    QCOMPARE(world.loginItem.calls, QStringList{QStringLiteral("status")});
 }
 
 QTEST_MAIN(TestAppDelegate)
