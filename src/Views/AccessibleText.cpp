@@ -5,6 +5,7 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QStringList>
 #include <QWidget>
 
 namespace velquarin {
@@ -13,8 +14,9 @@ namespace {
 
 QAccessibleInterface *textInterface(const QString &className, QObject *object)
 {
-    const bool isText =
-        className == QLatin1String("velquarin::Text") || className == QLatin1String("velquarin::DayColumn");
+    static const QStringList texts{QStringLiteral("velquarin::Text"), QStringLiteral("velquarin::DayColumn"),
+                                   QStringLiteral("velquarin::Badge")};
+    const bool isText = texts.contains(className);
     auto *const widget = isText ? qobject_cast<QWidget *>(object) : nullptr;
     return widget == nullptr ? nullptr : new QAccessibleWidget(widget, QAccessible::StaticText);
 }

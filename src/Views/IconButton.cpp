@@ -3,7 +3,6 @@
 
 #include "Views/IconButton.h"
 
-#include "Views/Style.h"
 #include "Views/Symbols.h"
 
 #include <QPainter>
@@ -15,9 +14,19 @@ namespace velquarin {
 IconButton::IconButton(QString symbol, const QString &accessibleName, QWidget *parent)
     : PlainButton(parent)
     , m_symbol(std::move(symbol))
+    , m_size(style::sizeOf(style::TypeStyle::Caption))
+    , m_tone(style::Ink::Primary)
 {
     setAccessibleName(accessibleName);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void IconButton::setLook(double size, const style::Tone &tone)
+{
+    m_size = size;
+    m_tone = tone;
+    updateGeometry();
+    update();
 }
 
 double IconButton::opacity() const
@@ -27,7 +36,7 @@ double IconButton::opacity() const
 
 QSize IconButton::sizeHint() const
 {
-    const auto symbol = style::symbolSize(m_symbol, style::sizeOf(style::TypeStyle::Caption));
+    const auto symbol = style::symbolSize(m_symbol, m_size);
     return symbol.grownBy({outset(), outset(), outset(), outset()});
 }
 
@@ -36,7 +45,7 @@ void IconButton::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     painter.setOpacity(opacity());
     const auto place = rect().adjusted(outset(), outset(), -outset(), -outset());
-    style::paintSymbol(painter, m_symbol, place, style::ink(palette(), style::Ink::Primary));
+    style::paintSymbol(painter, m_symbol, place, style::textColor(palette(), m_tone));
     painter.end();
     PlainButton::paintEvent(event);
 }

@@ -6,7 +6,9 @@
 #include <QApplication>
 #include <QFontInfo>
 #include <QPainter>
+#include <QStyle>
 #include <QTransform>
+#include <QWidget>
 
 #include <array>
 #include <cmath>
@@ -170,9 +172,14 @@ QColor ink(const QPalette &palette, Ink ink)
 
 QColor accentText(const QPalette &palette, Accent accent)
 {
+    return accentTextOn(ground(palette), palette, accent);
+}
+
+QColor accentTextOn(const QColor &paper, const QPalette &palette, Accent accent)
+{
     const auto found = shades(accent);
     const QColor color(isDark(palette) ? found.darkText : found.lightText);
-    return legible(color, primary(palette), ground(palette));
+    return legible(color, primary(palette), paper);
 }
 
 QColor textColor(const QPalette &palette, const Tone &tone)
@@ -191,6 +198,32 @@ QColor accent(const QPalette &palette, Accent accent)
 QColor divider(const QPalette &palette)
 {
     return mix(ground(palette), primary(palette), 0.14);
+}
+
+QColor groupGround(const QPalette &palette)
+{
+    return mix(ground(palette), primary(palette), 0.045);
+}
+
+QColor hoveredGround(const QPalette &palette)
+{
+    return mix(ground(palette), primary(palette), 0.08);
+}
+
+QColor selectedGround(const QPalette &palette)
+{
+    return mix(ground(palette), primary(palette), 0.12);
+}
+
+QColor badgeGround(const QPalette &palette, Accent color)
+{
+    return mix(hoveredGround(palette), accent(palette, color), 0.2);
+}
+
+int mnemonicFlag(const QWidget &widget)
+{
+    const bool isShown = widget.style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, &widget) != 0;
+    return isShown ? Qt::TextShowMnemonic : Qt::TextHideMnemonic;
 }
 
 void paintFocusRing(QPainter &painter, const QRectF &rect, const QPalette &palette)

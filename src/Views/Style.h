@@ -10,6 +10,7 @@
 #include <variant>
 
 class QPainter;
+class QWidget;
 
 //! How everything that we draw looks: a guest of the user's desktop, with its font, its palette and its scale. Nothing
 //! is kept: whoever paints asks anew, and so follows every change. Source: docs/decisions/0007-look.md
@@ -54,6 +55,8 @@ using Tone = std::variant<Ink, Accent>;
 //! Colours to write with. At least 4.5:1 against the window colour of any palette.
 [[nodiscard]] QColor ink(const QPalette &palette, Ink ink);
 [[nodiscard]] QColor accentText(const QPalette &palette, Accent accent);
+//! The same against @p paper in place of the window colour.
+[[nodiscard]] QColor accentTextOn(const QColor &paper, const QPalette &palette, Accent accent);
 [[nodiscard]] QColor textColor(const QPalette &palette, const Tone &tone);
 
 //! Colours to fill with: livelier than what can be read as text.
@@ -61,6 +64,17 @@ using Tone = std::variant<Ink, Accent>;
 
 //! What separates sections: just visible.
 [[nodiscard]] QColor divider(const QPalette &palette);
+
+//! Grounds that lie on the window's own: of what belongs together, of what the pointer is on, of what is chosen.
+[[nodiscard]] QColor groupGround(const QPalette &palette);
+[[nodiscard]] QColor hoveredGround(const QPalette &palette);
+[[nodiscard]] QColor selectedGround(const QPalette &palette);
+
+//! The ground of a badge: the accent's colour, a fifth of it, on a ground that the pointer is on.
+[[nodiscard]] QColor badgeGround(const QPalette &palette, Accent accent);
+
+//! How to draw a text that may hold a mnemonic: underlined where the desktop shows mnemonics, and never its ampersand.
+[[nodiscard]] int mnemonicFlag(const QWidget &widget);
 
 //! Which shade a day with so many commits has: 0 none, 1 up to two, 2 up to five, 3 up to ten, 4 more than ten. A
 //! negative count is in the last band.

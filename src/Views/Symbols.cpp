@@ -5,11 +5,15 @@
 
 #include "Views/Style.h"
 
+#include <QApplication>
+#include <QIconEngine>
 #include <QImage>
 #include <QPainter>
 #include <QPixmap>
 #include <QPixmapCache>
 #include <QSvgRenderer>
+
+#include <utility>
 
 namespace velquarin::style {
 
@@ -53,6 +57,35 @@ QPixmap cached(const QString &name, QSize pixels, const QColor &color)
     return pixmap;
 }
 
+class SymbolIconEngine : public QIconEngine
+{
+public:
+    explicit SymbolIconEngine(QString name)
+        : m_name(std::move(name))
+    {
+    }
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State /*state*/) override
+    {
+        const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        paintSymbol(*painter, m_name, rect, QApplication::palette().color(group, QPalette::ButtonText));
+    }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(), size), mode, state);
+        return pixmap;
+    }
+
+    [[nodiscard]] QIconEngine *clone() const override { return new SymbolIconEngine(*this); }
+
+private:
+    QString m_name;
+};
+
 }  // namespace
 
 QSize symbolSize(const QString &name, double size)
@@ -67,6 +100,11 @@ void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, con
     const auto target = onWholePixels(painter, rect);
     const auto pixels = painter.deviceTransform().mapRect(target).size().toSize();
     painter.drawPixmap(target, cached(name, pixels, color), QRectF(QPointF(), QSizeF(pixels)));
+}
+
+QIcon symbolIcon(const QString &name)
+{
+    return QIcon(new SymbolIconEngine(name));
 }
 
 }  // namespace velquarin::style

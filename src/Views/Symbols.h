@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QColor>
+#include <QIcon>
 #include <QRectF>
 #include <QSizeF>
 #include <QString>
@@ -19,5 +20,8 @@ namespace velquarin::style {
 
 //! Paints the symbol @p name into @p rect, as large as it fits, in the middle, sharp at every scale.
 void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, const QColor &color);
+
+//! The symbol @p name for a button of the toolkit: painted anew each time, in the colour of the buttons' text.
+[[nodiscard]] QIcon symbolIcon(const QString &name);
 
 }  // namespace velquarin::style

@@ -62,8 +62,9 @@ void Text::setAlignment(Qt::Alignment alignment)
     update();
 }
 
-void Text::allowCutting()
+void Text::allowCutting(Qt::TextElideMode where)
 {
+    m_cutAt = where;
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     updateGeometry();
 }
@@ -95,7 +96,7 @@ void Text::paintEvent(QPaintEvent * /*event*/)
 QString Text::shownText(const QFontMetrics &metrics) const
 {
     const auto whole = onOneLine(m_text);
-    return width() >= sizeHint().width() ? whole : metrics.elidedText(whole, Qt::ElideRight, width());
+    return width() >= sizeHint().width() ? whole : metrics.elidedText(whole, m_cutAt, width());
 }
 
 Text *makeText(const TextLook &look, const QString &text, QWidget *parent)

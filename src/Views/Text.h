@@ -38,8 +38,8 @@ public:
     //! Where the text stands in a wider widget; leading unless it is said otherwise.
     void setAlignment(Qt::Alignment alignment);
 
-    //! Lets the layout make it narrower than the text, which then ends in an ellipsis.
-    void allowCutting();
+    //! Lets the layout make it narrower than the text, which then has an ellipsis there.
+    void allowCutting(Qt::TextElideMode where = Qt::ElideRight);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -54,6 +54,7 @@ private:
     TextLook m_look;
     QString m_text;
     Qt::Alignment m_alignment = Qt::AlignLeading;
+    Qt::TextElideMode m_cutAt = Qt::ElideRight;
 };
 
 //! A text that stays as it is.
