@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QObject;
+
+namespace velquarin {
+
+//! Lets the user choose one folder.
+class FolderChooser
+{
+public:
+    struct Request
+    {
+        QString message;       //!< what the folder is for
+        QString confirmTitle;  //!< what the button that confirms says
+    };
+    using Chosen = std::function<void(const QString &path)>;
+
+    FolderChooser() = default;
+    FolderChooser(const FolderChooser &) = delete;
+    FolderChooser &operator=(const FolderChooser &) = delete;
+    virtual ~FolderChooser() = default;
+
+    //! Asks, and returns at once. @p chosen is called once with the path, exactly as the user gave it, or never: when
+    //! the user cancels, or @p window goes, to which the question belongs and which rests until it is answered.
+    virtual void choose(const Request &request, QObject &window, Chosen chosen) = 0;
+};
+
+}  // namespace velquarin

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/Linux/Desktop/FolderDialog.h"
+
+#include <QDir>
+#include <QFileDialog>
+
+#include <utility>
+
+namespace velquarin {
+
+namespace {
+
+// A link stays the link that was chosen: the user knows the repository by that path.
+QFileDialog *makeDialog(const FolderChooser::Request &request, QWidget *window)
+{
+    auto *const dialog = new QFileDialog(window, request.message);
+    dialog->setObjectName(QStringLiteral("folderDialog"));
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOptions(QFileDialog::ShowDirsOnly | QFileDialog::DontResolveSymlinks);
+    dialog->setLabelText(QFileDialog::Accept, request.confirmTitle);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    return dialog;
+}
+
+}  // namespace
+
+FolderDialog::FolderDialog()
+    : m_place(QUrl::fromLocalFile(QDir::homePath()))
+{
+}
+
+void FolderDialog::choose(const Request &request, QObject &window, Chosen chosen)
+{
+    auto *const dialog = makeDialog(request, qobject_cast<QWidget *>(&window));
+    dialog->setDirectoryUrl(m_place);
+    QObject::connect(dialog, &QFileDialog::urlSelected, dialog,
+                     [this, dialog, chosen = std::move(chosen)](const QUrl &url) {
+                         m_place = dialog->directoryUrl();
+                         if (url.isLocalFile())
+                             chosen(url.toLocalFile());
+                     });
+    dialog->open();
+}
+
+}  // namespace velquarin

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/FolderChooser.h"
+
+#include <QUrl>
+
+namespace velquarin {
+
+//! Asks with the desktop's own dialog where there is one, else with the toolkit's. It opens where the user last chose a
+//! folder in this run, first in the home folder.
+class FolderDialog : public FolderChooser
+{
+public:
+    FolderDialog();
+
+    void choose(const Request &request, QObject &window, Chosen chosen) override;
+
+private:
+    QUrl m_place;
+};
+
+}  // namespace velquarin
