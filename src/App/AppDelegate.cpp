@@ -9,7 +9,7 @@
 #include "Platform/StatusItem.h"
 #include "Views/MenuBarView.h"
 #include "Views/Popover.h"
-#include "Views/SettingsView.h"
+#include "Views/Settings/SettingsView.h"
 
 #include <utility>
 
@@ -83,10 +83,21 @@ void AppDelegate::openSettings()
 {
     m_popover->close();
     if (!m_settings)
-        m_settings = std::make_unique<SettingsView>();
+        m_settings = std::make_unique<SettingsView>(settingsWorld());
     m_settings->show();
     m_settings->raise();
     m_settings->activateWindow();
+}
+
+SettingsWorld AppDelegate::settingsWorld()
+{
+    return {m_shared.appSettings(),
+            *m_streakManager,
+            m_shared.launchAtLogin(),
+            m_shared.gitService(),
+            m_shared.platform().folderChooser,
+            m_shared.platform().clock,
+            environmentLocale};
 }
 
 void AppDelegate::refreshData()

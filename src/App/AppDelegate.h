@@ -18,6 +18,7 @@ class SettingsView;
 class Shared;
 class StatusItem;
 class StreakObserver;
+struct SettingsWorld;
 
 //! Holds the program together while it runs: the status item, the streak and what the user asks for. Main thread only.
 class AppDelegate : public QObject
@@ -52,6 +53,7 @@ private:
     void updateMenuBarDisplay(qint64 streak, bool isRefreshing, bool hasCommittedToday);
     void handleClick(QPoint position, const QString &activationToken);
     void togglePopover(QPoint position, const QString &activationToken);
+    [[nodiscard]] SettingsWorld settingsWorld();
     void refreshData();
     void quitApp() const;
 

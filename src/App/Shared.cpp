@@ -3,6 +3,8 @@
 
 #include "App/Shared.h"
 
+#include "App/LaunchAtLogin.h"
+
 namespace velquarin {
 
 namespace {

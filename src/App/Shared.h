@@ -14,6 +14,7 @@ namespace velquarin {
 class Clock;
 class FileViewer;
 class FileTree;
+class FolderChooser;
 class LoginItem;
 class NotificationCenter;
 class Output;
@@ -33,6 +34,7 @@ struct Platform
     NotificationCenter &notificationCenter;
     FileViewer &fileViewer;
     LoginItem &loginItem;
+    FolderChooser &folderChooser;
 };
 
 //! The services of which there is one each: made at first use, kept for the life of the program. Only the application

@@ -6,6 +6,7 @@
 #include "App/AppDelegate.h"
 #include "App/Shared.h"
 #include "Platform/Linux/Desktop/FileManagerViewer.h"
+#include "Platform/Linux/Desktop/FolderDialog.h"
 #include "Platform/Linux/Desktop/LinuxStatusItem.h"
 #include "Platform/Linux/System/SingleInstance.h"
 #include "Platform/Linux/System/TerminationSignals.h"
@@ -50,8 +51,9 @@ int VelquarinApp::run()
     FileManagerViewer fileViewer(m_bus);
     XdgAutostart loginItem(
         autostartEnvironment(QProcessEnvironment::systemEnvironment(), QCoreApplication::applicationFilePath()));
-    Shared shared(
-        {m_processes, m_files, m_clock, m_timers, m_output, preferences, notifications, fileViewer, loginItem});
+    FolderDialog folderChooser;
+    Shared shared({m_processes, m_files, m_clock, m_timers, m_output, preferences, notifications, fileViewer, loginItem,
+                   folderChooser});
     AppDelegate delegate(shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, iconThemePath()); },
                                   [] { QCoreApplication::quit(); }});
     QObject::connect(&instance, &SingleInstance::showRequested, &delegate, &AppDelegate::openDashboard);

@@ -11,6 +11,7 @@
 #include "support/RecordingFileViewer.h"
 #include "support/RecordingLoginItem.h"
 #include "support/RecordingStatusItem.h"
+#include "support/ScriptedFolderChooser.h"
 #include "Views/Popover.h"
 
 #include <QApplication>
@@ -34,7 +35,8 @@ struct World
     RecordingNotificationCenter center;
     RecordingFileViewer viewer;
     RecordingLoginItem loginItem;
-    Shared shared{{processes, files, clock, timers, output, preferences, center, viewer, loginItem}};
+    ScriptedFolderChooser chooser;
+    Shared shared{{processes, files, clock, timers, output, preferences, center, viewer, loginItem, chooser}};
     RecordingStatusItem *item = nullptr;
     int terminations = 0;
     AppDelegate delegate{shared,

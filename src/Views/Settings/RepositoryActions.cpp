@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Settings/RepositoryActions.h"
+
+#include "Models/AppSettings.h"
+#include "Platform/FolderChooser.h"
+#include "Services/GitService.h"
+#include "Services/StreakManager.h"
+#include "Views/Settings/ScanOutcome.h"
+
+#include <QCoroFuture>
+#include <QPointer>
+
+#include <algorithm>
+#include <utility>
+
+namespace velquarin {
+
+namespace {
+
+constexpr qint64 depthOfScan = 5;
+
+}  // namespace
+
+RepositoryActions::RepositoryActions(AppSettings &settings, StreakManager &streakManager, GitService &gitService,
+                                     FolderChooser &folderChooser, QObject &window)
+    : m_settings(settings)
+    , m_streakManager(streakManager)
+    , m_gitService(gitService)
+    , m_folderChooser(folderChooser)
+    , m_window(window)
+{
+}
+
+void RepositoryActions::addRepository()
+{
+    m_folderChooser.choose({tr("Select a git repository folder"), tr("Add")}, m_window,
+                           [this](const QString &path) { checkAndAdd(path); });
+}
+
+void RepositoryActions::scanFolder()
+{
+    m_folderChooser.choose({tr("Select a folder to scan for git repositories"), tr("Scan")}, m_window,
+                           [this](const QString &path) { scan(path); });
+}
+
+void RepositoryActions::refreshNow()
+{
+    m_streakManager.refresh();
+}
+
+void RepositoryActions::forgetMessage()
+{
+    setMessage(std::nullopt);
+}
+
+QCoro::Task<> RepositoryActions::checkAndAdd(QString path)
+{
+    const QPointer self(this);
+    const auto check = m_gitService.isGitRepository(path);
+    const bool isRepository = co_await check;
+    if (!self)
+        co_return;
+    if (!isRepository) {
+        setMessage(tr("Selected folder is not a git repository"));
+        co_return;
+    }
+    m_settings.addRepository(path, false);
+    setMessage(std::nullopt);
+    m_streakManager.refresh();
+}
+
+QCoro::Task<> RepositoryActions::scan(QString path)
+{
+    m_isScanning = true;
+    m_scanProgress = tr("Scanning...");
+    setMessage(std::nullopt);
+
+    const QPointer self(this);
+    const auto walk = m_gitService.scanForRepositories(path, depthOfScan);
+    const auto found = co_await walk;
+    if (!self)
+        co_return;
+    const auto added = trackNew(found);
+    m_isScanning = false;
+    m_scanProgress.reset();
+    const auto outcome = scanOutcome(found.size(), added);
+    setMessage(outcome.message);
+    if (outcome.isRefreshDue)
+        m_streakManager.refresh();
+}
+
+// Asked anew for each path: one that was found twice is added once.
+qsizetype RepositoryActions::trackNew(const QStringList &found)
+{
+    qsizetype added = 0;
+    for (const auto &path : found) {
+        if (isTracked(path))
+            continue;
+        m_settings.addRepository(path, false);
+        ++added;
+    }
+    return added;
+}
+
+bool RepositoryActions::isTracked(const QString &path) const
+{
+    const auto tracked = m_settings.trackedRepositories();
+    return std::ranges::find(tracked, path, &TrackedRepository::path) != tracked.end();
+}
+
+void RepositoryActions::setMessage(std::optional<QString> message)
+{
+    m_validationError = std::move(message);
+    Q_EMIT changed();
+}
+
+}  // namespace velquarin

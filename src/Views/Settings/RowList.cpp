@@ -1,0 +1,246 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Settings/RowList.h"
+
+#include "Views/Settings/ListRow.h"
+#include "Views/Settings/TintedGround.h"
+#include "Views/Style.h"
+
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QSet>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace velquarin {
+
+RowList::RowList(std::function<ListRow *(QWidget *)> makeRow, std::function<void(ListRow &, int)> fillRow,
+                 QWidget *parent)
+    : QAbstractScrollArea(parent)
+    , m_makeRow(std::move(makeRow))
+    , m_fillRow(std::move(fillRow))
+{
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    viewport()->setAutoFillBackground(false);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+// Every row is as high as any other: the first one is asked.
+int RowList::rowHeight() const
+{
+    if (m_rowHeight == 0) {
+        const std::unique_ptr<ListRow> sample(m_makeRow(nullptr));
+        m_rowHeight = std::max(sample->sizeHint().height(), 1);
+    }
+    return m_rowHeight;
+}
+
+QSize RowList::minimumSizeHint() const
+{
+    return {0, rowHeight()};
+}
+
+QSize RowList::sizeHint() const
+{
+    constexpr int rowsAtFirst = 3;
+    return {0, rowHeight() * rowsAtFirst};
+}
+
+int RowList::rowsInSight() const
+{
+    return std::max(viewport()->height() / rowHeight(), 1);
+}
+
+int RowList::focusedControl() const
+{
+    const auto *const row = m_rows.value(m_ids.value(m_current));
+    return row == nullptr ? -1 : row->focusedControl();
+}
+
+void RowList::setIds(const QList<QUuid> &ids)
+{
+    const auto control = focusedControl();
+    const auto found = ids.indexOf(m_ids.value(m_current));
+    const bool isFocusLost = found < 0 && control >= 0 && !ids.isEmpty();
+    m_ids = ids;
+    m_current = found >= 0 ? int(found) : std::clamp(m_current, 0, std::max(int(ids.size()) - 1, 0));
+    updateScrollBar();
+    placeRows();
+    if (isFocusLost)
+        focusRow(m_current, control);
+    discardRowsOutOfSight();
+}
+
+void RowList::updateScrollBar()
+{
+    auto *const bar = verticalScrollBar();
+    bar->setRange(0, std::max(int(m_ids.size()) * rowHeight() - viewport()->height(), 0));
+    bar->setPageStep(viewport()->height());
+    bar->setSingleStep(rowHeight() / 2);
+}
+
+// The current row stays even out of sight: it may have the focus, and Tab leads to it.
+QList<int> RowList::neededRows() const
+{
+    const auto top = verticalScrollBar()->value();
+    const auto count = int(m_ids.size());
+    const auto first = std::clamp(top / rowHeight(), 0, count);
+    const auto end = std::clamp((top + viewport()->height() + rowHeight() - 1) / rowHeight(), first, count);
+    QList<int> needed;
+    if (m_current < first && m_current < count)
+        needed.append(m_current);
+    for (int index = first; index < end; ++index)
+        needed.append(index);
+    if (m_current >= end && m_current < count)
+        needed.append(m_current);
+    return needed;
+}
+
+void RowList::layoutRows()
+{
+    placeRows();
+    discardRowsOutOfSight();
+}
+
+void RowList::placeRows()
+{
+    const auto top = verticalScrollBar()->value();
+    for (const auto index : neededRows()) {
+        auto *const row = rowFor(m_ids.at(index));
+        m_fillRow(*row, index);
+        row->setTabStop(index == m_current);
+        row->setLast(index == m_ids.size() - 1);
+        row->setGeometry(0, index * rowHeight() - top, viewport()->width(), rowHeight());
+        row->show();
+    }
+}
+
+void RowList::discardRowsOutOfSight()
+{
+    QSet<QUuid> needed;
+    for (const auto index : neededRows())
+        needed.insert(m_ids.at(index));
+    m_rows.removeIf([&needed](const auto &entry) {
+        if (needed.contains(entry.key()))
+            return false;
+        entry.value()->hide();
+        entry.value()->deleteLater();
+        return true;
+    });
+}
+
+ListRow *RowList::rowFor(QUuid id)
+{
+    auto *&row = m_rows[id];
+    if (row == nullptr) {
+        row = m_makeRow(viewport());
+        watch(row);
+    }
+    return row;
+}
+
+// In the order of Tab its controls come where the list stands, not where the window ends. The toolkit orders only what
+// can have the focus.
+void RowList::watch(ListRow *row)
+{
+    setFocusPolicy(Qt::TabFocus);
+    QWidget *previous = this;
+    for (auto *const control : row->controls()) {
+        setTabOrder(previous, control);
+        control->installEventFilter(this);
+        previous = control;
+    }
+    setFocusPolicy(Qt::NoFocus);
+}
+
+void RowList::resizeEvent(QResizeEvent *event)
+{
+    QAbstractScrollArea::resizeEvent(event);
+    updateScrollBar();
+    layoutRows();
+}
+
+void RowList::scrollContentsBy(int /*dx*/, int /*dy*/)
+{
+    layoutRows();
+}
+
+void RowList::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(viewport());
+    paintTintedGround(painter, viewport()->rect(), palette());
+}
+
+bool RowList::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn) {
+        const auto *const row = static_cast<ListRow *>(watched->parent());
+        setCurrent(int(m_ids.indexOf(row->id())));
+    } else if (event->type() == QEvent::KeyPress) {
+        const auto key = static_cast<QKeyEvent *>(event)->key();
+        const auto next = indexAfter(key);
+        const bool isForPopUp = qobject_cast<QComboBox *>(watched) != nullptr;
+        if (next >= 0 && !isForPopUp) {
+            focusRow(next, focusedControl());
+            return true;
+        }
+    }
+    return QAbstractScrollArea::eventFilter(watched, event);
+}
+
+int RowList::indexAfter(int key) const
+{
+    const auto last = int(m_ids.size()) - 1;
+    switch (key) {
+    case Qt::Key_Up:
+        return std::max(m_current - 1, 0);
+    case Qt::Key_Down:
+        return std::min(m_current + 1, last);
+    case Qt::Key_PageUp:
+        return std::max(m_current - rowsInSight(), 0);
+    case Qt::Key_PageDown:
+        return std::min(m_current + rowsInSight(), last);
+    case Qt::Key_Home:
+        return 0;
+    case Qt::Key_End:
+        return last;
+    default:
+        return -1;
+    }
+}
+
+void RowList::setCurrent(int index)
+{
+    if (index < 0)
+        return;
+    if (auto *const row = m_rows.value(m_ids.value(m_current)); row != nullptr && index != m_current)
+        row->setTabStop(false);
+    m_current = index;
+    if (auto *const row = m_rows.value(m_ids.at(index)))
+        row->setTabStop(true);
+    bringIntoSight(index);
+}
+
+void RowList::focusRow(int index, int control)
+{
+    bringIntoSight(index);
+    auto *const row = rowFor(m_ids.at(index));
+    row->controls().value(std::max(control, 0))->setFocus(Qt::OtherFocusReason);
+}
+
+void RowList::bringIntoSight(int index)
+{
+    const auto top = index * rowHeight();
+    const auto highest = std::max(top + rowHeight() - viewport()->height(), 0);
+    auto *const bar = verticalScrollBar();
+    bar->setValue(std::clamp(bar->value(), std::min(highest, top), top));
+}
+
+}  // namespace velquarin

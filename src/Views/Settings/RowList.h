@@ -1,0 +1,64 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QAbstractScrollArea>
+#include <QHash>
+#include <QList>
+#include <QUuid>
+
+#include <functional>
+
+namespace velquarin {
+
+class ListRow;
+
+//! A list of records in rows of one height. Only the rows in sight exist, so that a list of thousands is as quick as a
+//! short one. Tab stops at one row, Up, Down, Page Up, Page Down, Home and End go to the same control of another one.
+class RowList : public QAbstractScrollArea
+{
+    Q_OBJECT
+public:
+    //! @p makeRow makes a row that shows nothing yet. @p fillRow makes it show the record at an index of the list, which
+    //! is the same as that of the id in setIds().
+    RowList(std::function<ListRow *(QWidget *parent)> makeRow, std::function<void(ListRow &row, int index)> fillRow,
+            QWidget *parent = nullptr);
+
+    //! Which records the list has, in order, each once; rows in sight are filled anew. Where the list stands scrolled
+    //! stays; if the row with the focus is gone, the one in its place has it, at the same control.
+    void setIds(const QList<QUuid> &ids);
+
+    [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void paintEvent(QPaintEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    [[nodiscard]] int rowHeight() const;
+    [[nodiscard]] int rowsInSight() const;
+    [[nodiscard]] int focusedControl() const;
+    [[nodiscard]] QList<int> neededRows() const;
+    void updateScrollBar();
+    void layoutRows();
+    void placeRows();
+    void discardRowsOutOfSight();
+    ListRow *rowFor(QUuid id);
+    void watch(ListRow *row);
+    void setCurrent(int index);
+    void focusRow(int index, int control);
+    void bringIntoSight(int index);
+    [[nodiscard]] int indexAfter(int key) const;
+
+    std::function<ListRow *(QWidget *)> m_makeRow;
+    std::function<void(ListRow &, int)> m_fillRow;
+    QList<QUuid> m_ids;
+    QHash<QUuid, ListRow *> m_rows;
+    int m_current = 0;
+    mutable int m_rowHeight = 0;
+};
+
+}  // namespace velquarin

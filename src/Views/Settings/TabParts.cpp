@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Settings/TabParts.h"
+
+#include "Views/Style.h"
+#include "Views/Symbols.h"
+#include "Views/Text.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace velquarin {
+
+QVBoxLayout *makeTabColumn(QWidget *tab)
+{
+    constexpr double gap = 16;
+    auto *const column = new QVBoxLayout(tab);
+    const auto padding = style::points(style::defaultPadding);
+    column->setContentsMargins(padding, padding, padding, padding);
+    column->setSpacing(style::points(gap));
+    return column;
+}
+
+QPushButton *makeButton(const QString &title, const QString &symbol, QWidget *parent)
+{
+    auto *const button = new QPushButton(title, parent);
+    if (!symbol.isEmpty())
+        button->setIcon(style::symbolIcon(symbol));
+    button->setAutoDefault(false);
+    button->setFocusPolicy(Qt::TabFocus);
+    return button;
+}
+
+QBoxLayout *addRowTo(QWidget &tab)
+{
+    auto *const row = new QHBoxLayout;
+    row->setSpacing(style::points(style::defaultSpacing));
+    static_cast<QBoxLayout *>(tab.layout())->addLayout(row);
+    return row;
+}
+
+Text *makeMessage(QWidget *parent)
+{
+    auto *const line = new Text(textLook(style::TypeStyle::Caption, style::Accent::Red), parent);
+    line->allowCutting();
+    line->hide();
+    return line;
+}
+
+void showLine(Text &line, const QString &text)
+{
+    line.setText(text);
+    line.setVisible(!text.isEmpty());
+}
+
+}  // namespace velquarin

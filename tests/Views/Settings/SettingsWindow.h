@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "App/LaunchAtLogin.h"
+#include "support/Engine.h"
+#include "support/RecordingLoginItem.h"
+#include "support/ScriptedFolderChooser.h"
+#include "support/WhatIsShown.h"
+#include "Views/Settings/SettingsView.h"
+#include "Views/Settings/TabStrip.h"
+
+#include <QApplication>
+#include <QTest>
+
+namespace velquarin::test {
+
+//! The settings window on an engine of its own. Prepare the engine first, then open the window.
+struct SettingsWindow
+{
+    Engine engine;
+    RecordingLoginItem loginItem;
+    ScriptedFolderChooser chooser;
+    std::unique_ptr<LaunchAtLogin> launchAtLogin;
+    std::unique_ptr<SettingsView> view;
+
+    enum Tab { Repositories, AutoDiscover, General };
+
+    void open(Tab tab = Repositories)
+    {
+        launchAtLogin = std::make_unique<LaunchAtLogin>(loginItem, engine.timers);
+        view = std::make_unique<SettingsView>(SettingsWorld{engine.settings, engine.manager, *launchAtLogin, engine.git,
+                                                            chooser, engine.clock, [] { return QByteArray("en_US"); }});
+        show(tab);
+    }
+
+    //! Opens it again, where it was closed.
+    void show(Tab tab = Repositories)
+    {
+        view->show();
+        view->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(view.get()));
+        view->findChild<TabStrip *>()->setCurrentIndex(tab);
+        settle();
+    }
+
+    //! Lets everything be rendered that is due.
+    static void settle() { QCoreApplication::processEvents(); }
+
+    [[nodiscard]] QStringList texts() const { return textsIn(*view); }
+
+    //! The texts of the tab that is shown.
+    [[nodiscard]] bool says(const QString &text) const { return texts().contains(text); }
+
+    //! The controls of a kind that are shown and have that name, from top to bottom.
+    template <typename Control>
+    [[nodiscard]] QList<Control *> controls(const QString &name) const
+    {
+        QList<Control *> found;
+        const auto all = view->findChildren<Control *>();
+        std::ranges::copy_if(all, std::back_inserter(found),
+                             [&name](Control *control) { return control->isVisible() && nameOf(control) == name; });
+        std::ranges::sort(found, {}, [](const Control *control) { return control->mapToGlobal(QPoint()).y(); });
+        return found;
+    }
+
+    template <typename Control>
+    [[nodiscard]] Control *control(const QString &name) const
+    {
+        return controls<Control>(name).value(0);
+    }
+
+    static QString nameOf(QWidget *widget)
+    {
+        return QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
+    }
+
+    static void click(QWidget *widget)
+    {
+        QVERIFY(widget != nullptr);
+        QTest::mouseClick(widget, Qt::LeftButton, {}, widget->rect().center());
+        settle();
+    }
+};
+
+}  // namespace velquarin::test

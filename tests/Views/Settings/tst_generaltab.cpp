@@ -1,0 +1,253 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "support/Offscreen.h"
+#include "Views/Settings/Picker.h"
+#include "Views/Settings/Switch.h"
+#include "Views/Style.h"
+#include "Views/Text.h"
+
+#include "SettingsWindow.h"
+
+#include <QAbstractItemView>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalSpy>
+
+using namespace velquarin;
+using namespace velquarin::test;
+
+namespace {
+
+const auto startAtLogin = QStringLiteral("Launch at login");
+const auto showCount = QStringLiteral("Show streak count in menu bar");
+const auto remind = QStringLiteral("Remind me if streak is at risk");
+const auto period = QStringLiteral("Check for new commits");
+
+Picker *picker(const SettingsWindow &window)
+{
+    return window.view->findChild<Picker *>(QStringLiteral("refreshPeriod"));
+}
+
+// The period of the one timer that repeats.
+double refreshPeriod(const Engine &engine)
+{
+    const auto &live = engine.timers.live();
+    const auto repeating = std::ranges::find_if(live, &FakeTimers::Live::repeats);
+    return repeating == live.end() ? 0 : repeating->interval.count();
+}
+
+}  // namespace
+
+class TestGeneralTab : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarningOfOurs(); }
+    void fiveSectionsStandInTheirOrder();
+    void everySwitchWritesItsValueAtOnce();
+    void everySwitchFollowsItsValue();
+    void theReminderExplainsItself();
+    void fivePeriodsAreOffered();
+    void aPeriodIsStoredAndTheTimerRunsByIt_data();
+    void aPeriodIsStoredAndTheTimerRunsByIt();
+    void choosingThePeriodThatIsChosenStartsNoTimerAnew();
+    void anotherPeriodStartsNoRefresh();
+    void aForeignPeriodIsKeptAndNoneIsChosen();
+    void theWheelChangesNoPeriod();
+    void aLoginItemThatCannotBeRegisteredMovesTheSwitchBack();
+    void theLoginItemIsReadAndNotWrittenAtFirst();
+    void theVersionIsDimmed();
+    void nothingIsOutOfReachWithALargeFont();
+    void aScreenReaderWorksTheSwitches();
+};
+
+void TestGeneralTab::fiveSectionsStandInTheirOrder()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    const auto *const tab = window.view->findChild<QScrollArea *>(QStringLiteral("generalTab"));
+    const auto names = namesOf(*tab->widget(), {QAccessible::StaticText, QAccessible::CheckBox, QAccessible::ComboBox});
+    QCOMPARE(names, (QStringList{QStringLiteral("Startup"), startAtLogin, QStringLiteral("Display"), showCount,
+                                 QStringLiteral("Notifications"), remind, QStringLiteral("Refresh"), period,
+                                 QStringLiteral("Every 5 minutes"), QStringLiteral("About"), QStringLiteral("Version"),
+                                 QStringLiteral("1.0.0")}));
+}
+
+void TestGeneralTab::everySwitchWritesItsValueAtOnce()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    SettingsWindow::click(window.control<Switch>(startAtLogin));
+    SettingsWindow::click(window.control<Switch>(showCount));
+    SettingsWindow::click(window.control<Switch>(remind));
+    QCOMPARE(window.loginItem.status(), LoginItemStatus::Enabled);
+    QCOMPARE(window.engine.settings.showStreakInMenuBar(), false);
+    QCOMPARE(window.engine.settings.notifyOnStreakRisk(), false);
+    QCOMPARE(window.engine.preferences.value(QStringLiteral("showStreakInMenuBar")), PreferenceValue(false));
+    QCOMPARE(window.engine.preferences.value(QStringLiteral("notifyOnStreakRisk")), PreferenceValue(false));
+}
+
+void TestGeneralTab::everySwitchFollowsItsValue()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    window.engine.settings.setShowStreakInMenuBar(false);
+    window.engine.settings.setNotifyOnStreakRisk(false);
+    window.launchAtLogin->setIsEnabled(true);
+    SettingsWindow::settle();
+    QVERIFY(!window.control<Switch>(showCount)->isChecked());
+    QVERIFY(!window.control<Switch>(remind)->isChecked());
+    QVERIFY(window.control<Switch>(startAtLogin)->isChecked());
+}
+
+void TestGeneralTab::theReminderExplainsItself()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    QCOMPARE(window.control<Switch>(remind)->toolTip(),
+             QStringLiteral("Get notified in the evening if you haven't committed today"));
+}
+
+void TestGeneralTab::fivePeriodsAreOffered()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    const auto *const offers = picker(window);
+    QStringList offered;
+    for (int index = 0; index < offers->count(); ++index)
+        offered.append(offers->itemText(index));
+    QCOMPARE(offered, (QStringList{QStringLiteral("Every minute"), QStringLiteral("Every 5 minutes"),
+                                   QStringLiteral("Every 15 minutes"), QStringLiteral("Every 30 minutes"),
+                                   QStringLiteral("Every hour")}));
+    QCOMPARE(offers->currentText(), QStringLiteral("Every 5 minutes"));
+}
+
+void TestGeneralTab::aPeriodIsStoredAndTheTimerRunsByIt_data()
+{
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<double>("seconds");
+    QTest::newRow("a minute") << QStringLiteral("Every minute") << 60.0;
+    QTest::newRow("a quarter of an hour") << QStringLiteral("Every 15 minutes") << 900.0;
+    QTest::newRow("half an hour") << QStringLiteral("Every 30 minutes") << 1800.0;
+    QTest::newRow("an hour") << QStringLiteral("Every hour") << 3600.0;
+}
+
+void TestGeneralTab::aPeriodIsStoredAndTheTimerRunsByIt()
+{
+    QFETCH(QString, label);
+    QFETCH(double, seconds);
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    picker(window)->setCurrentText(label);
+    QCOMPARE(window.engine.settings.refreshInterval(), seconds);
+    QCOMPARE(window.engine.preferences.value(QStringLiteral("refreshInterval")), PreferenceValue(seconds));
+    QCOMPARE(refreshPeriod(window.engine), seconds);
+}
+
+void TestGeneralTab::choosingThePeriodThatIsChosenStartsNoTimerAnew()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    const auto before = window.engine.timers.live().back().number;
+    auto *const popUp = picker(window);
+    popUp->showPopup();
+    QTest::keyClick(popUp->view(), Qt::Key_Return);
+    SettingsWindow::settle();
+    QCOMPARE(popUp->currentText(), QStringLiteral("Every 5 minutes"));
+    QCOMPARE(window.engine.timers.live().back().number, before);
+}
+
+void TestGeneralTab::anotherPeriodStartsNoRefresh()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    QSignalSpy refreshes(&window.engine.manager, &StreakManager::isRefreshingWillChange);
+    picker(window)->setCurrentText(QStringLiteral("Every hour"));
+    SettingsWindow::settle();
+    QCOMPARE(refreshes.count(), 0);
+}
+
+void TestGeneralTab::aForeignPeriodIsKeptAndNoneIsChosen()
+{
+    SettingsWindow window;
+    window.engine.settings.setRefreshInterval(42.5);
+    window.open(SettingsWindow::General);
+    QCOMPARE(picker(window)->currentIndex(), -1);
+    QCOMPARE(picker(window)->currentText(), QString());
+    QCOMPARE(window.engine.settings.refreshInterval(), 42.5);
+}
+
+void TestGeneralTab::theWheelChangesNoPeriod()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    auto *const popUp = picker(window);
+    popUp->setFocus();
+    QWheelEvent wheel(popUp->rect().center(), popUp->mapToGlobal(popUp->rect().center()), {}, {0, -120}, Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(popUp, &wheel);
+    QCOMPARE(window.engine.settings.refreshInterval(), 300.0);
+}
+
+void TestGeneralTab::aLoginItemThatCannotBeRegisteredMovesTheSwitchBack()
+{
+    SettingsWindow window;
+    window.loginItem.failures = 1;
+    window.open(SettingsWindow::General);
+    auto *const launch = window.control<Switch>(startAtLogin);
+    SettingsWindow::click(launch);
+    window.engine.timers.fire(window.engine.timers.live().size() - 1);
+    SettingsWindow::settle();
+    QVERIFY(!launch->isChecked());
+    QVERIFY(!window.launchAtLogin->isEnabled());
+}
+
+void TestGeneralTab::theLoginItemIsReadAndNotWrittenAtFirst()
+{
+    SettingsWindow window;
+    QCOMPARE(window.loginItem.registerItem(), LoginItemOutcome::Done);
+    window.loginItem.calls.clear();
+    window.open(SettingsWindow::General);
+    QVERIFY(window.control<Switch>(startAtLogin)->isChecked());
+    QVERIFY(!window.loginItem.calls.contains(QStringLiteral("register")));
+    SettingsWindow::click(window.control<Switch>(startAtLogin));
+    QCOMPARE(window.loginItem.status(), LoginItemStatus::NotRegistered);
+}
+
+void TestGeneralTab::theVersionIsDimmed()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    QCOMPARE(window.control<Text>(QStringLiteral("1.0.0"))->tone(), style::Tone(style::Ink::Secondary));
+    QCOMPARE(window.control<Text>(QStringLiteral("Version"))->tone(), style::Tone(style::Ink::Primary));
+}
+
+void TestGeneralTab::nothingIsOutOfReachWithALargeFont()
+{
+    const auto before = QApplication::font();
+    auto large = before;
+    large.setPixelSize(26);
+    QApplication::setFont(large);
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    auto *const tab = window.view->findChild<QScrollArea *>(QStringLiteral("generalTab"));
+    QVERIFY(tab->widget()->width() <= tab->viewport()->width());
+    QCOMPARE(tab->widget()->height() - tab->viewport()->height(), tab->verticalScrollBar()->maximum());
+    QApplication::setFont(before);
+}
+
+void TestGeneralTab::aScreenReaderWorksTheSwitches()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    auto *const accessible = QAccessible::queryAccessibleInterface(window.control<Switch>(showCount));
+    QCOMPARE(accessible->role(), QAccessible::CheckBox);
+    QVERIFY(accessible->state().checked);
+    accessible->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    QVERIFY(!accessible->state().checked);
+    QCOMPARE(window.engine.settings.showStreakInMenuBar(), false);
+}
+
+QTEST_MAIN(TestGeneralTab)
+#include "tst_generaltab.moc"

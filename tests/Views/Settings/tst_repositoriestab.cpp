@@ -1,0 +1,550 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "support/Offscreen.h"
+#include "Views/IconButton.h"
+#include "Views/Settings/RepositoryRow.h"
+#include "Views/Style.h"
+#include "Views/Text.h"
+
+#include "SettingsWindow.h"
+
+#include <QCheckBox>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <array>
+
+using namespace velquarin;
+using namespace velquarin::test;
+
+namespace {
+
+const auto add = QStringLiteral("Add Repository");
+const auto scan = QStringLiteral("Scan Folder");
+const auto refreshNow = QStringLiteral("Refresh Now");
+const auto noRepository = QStringLiteral("Selected folder is not a git repository");
+
+// A folder with a repository in each of these places below it.
+struct Folder
+{
+    QTemporaryDir dir;
+
+    explicit Folder(const QStringList &repositories)
+    {
+        for (const auto &place : repositories)
+            QDir(dir.path()).mkpath(place + QStringLiteral("/.git"));
+    }
+
+    [[nodiscard]] QString path(const QString &place) const { return dir.path() + QLatin1Char('/') + place; }
+};
+
+QStringList trackedPaths(const SettingsWindow &window)
+{
+    QStringList paths;
+    const auto tracked = window.engine.settings.trackedRepositories();
+    for (const auto &repository : tracked)
+        paths.append(repository.path);
+    return paths;
+}
+
+// Presses the button and answers the question it asks.
+void choose(SettingsWindow &window, const QString &button, const QString &path)
+{
+    const auto asked = window.chooser.requests.size();
+    SettingsWindow::click(window.controls<QPushButton>(button).last());
+    QCOMPARE(window.chooser.requests.size(), asked + 1);
+    window.chooser.confirm(path);
+}
+
+void scanTo(SettingsWindow &window, const QString &path)
+{
+    choose(window, scan, path);
+    SettingsWindow::settle();
+    QTRY_VERIFY(window.control<QPushButton>(scan)->isEnabled());
+}
+
+QString messageOf(const SettingsWindow &window)
+{
+    const auto texts = window.view->findChildren<Text *>();
+    for (const auto *const text : texts) {
+        if (text->isVisible() && text->tone() == style::Tone(style::Accent::Red))
+            return text->text();
+    }
+    return {};
+}
+
+}  // namespace
+
+class TestRepositoriesTab : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarningOfOurs(); }
+    void withoutRepositoriesItSaysWhatToDo();
+    void withRepositoriesItListsAndCountsThem();
+    void oneRepositoryIsCountedLikeMany();
+    void onlyWhatWasDiscoveredIsMarked();
+    void addingAsksForOneFolder();
+    void anAddedFolderIsTrackedAndRead();
+    void aFolderWithoutARepositoryPasses();
+    void aFolderThatVanishedIsNoRepository();
+    void cancellingChangesNothing();
+    void aSuccessfulAddClearsTheMessage();
+    void addingATrackedPathRefreshesOnly();
+    void scanningAsksForOneFolder();
+    void aScanTracksWhatIsNew();
+    void aScanOfWhatIsTrackedSaysSo();
+    void aScanThatFindsNothingSaysSo();
+    void startingAScanClearsTheMessage();
+    void aScanGoesFiveLevelsDeep();
+    void whileAScanRunsAddingStaysUsable();
+    void aScanOutlivesItsWindow();
+    void aBoxEnablesOrDisablesItsRecord();
+    void aBoxWritesIntoTheRecordAsItIsNow();
+    void aBinRemovesItsRecordAndStartsNoRefresh();
+    void removingTheLastRecordLeavesTheFocusWhereItIsOfUse();
+    void refreshNowRefreshes();
+    void refreshNowStaysUsableWhileOneRuns();
+    void aLongPathHasItsEllipsisInTheMiddle();
+    void aNameWithALineBreakStaysOnItsLine();
+    void theMessageIsGoneWhenTheWindowOpensAgain();
+    void aChosenPathIsTakenAsItIs_data();
+    void aChosenPathIsTakenAsItIs();
+    void theBadgeCanBeRead_data();
+    void theBadgeCanBeRead();
+    void whatARowSaysCanBeReadUnderThePointer_data();
+    void whatARowSaysCanBeReadUnderThePointer();
+    void aScreenReaderRemovesAndDisables();
+};
+
+void TestRepositoriesTab::withoutRepositoriesItSaysWhatToDo()
+{
+    SettingsWindow window;
+    window.open();
+    QVERIFY(window.says(QStringLiteral("Tracked Repositories")));
+    QVERIFY(window.says(QStringLiteral("0 repos")));
+    QVERIFY(window.says(QStringLiteral("No Repositories")));
+    QVERIFY(window.says(QStringLiteral("Add git repositories to track your commit streak")));
+    QCOMPARE(window.controls<QPushButton>(add).size(), 2);
+    QVERIFY(window.control<QPushButton>(refreshNow) == nullptr);
+    SettingsWindow::click(window.controls<QPushButton>(add).first());
+    QCOMPARE(window.chooser.requests.size(), 1);
+}
+
+void TestRepositoriesTab::withRepositoriesItListsAndCountsThem()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/b"), false);
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    const auto texts = window.texts();
+    QVERIFY(texts.contains(QStringLiteral("2 repos")));
+    QVERIFY(texts.indexOf(QStringLiteral("b")) < texts.indexOf(QStringLiteral("a")));
+    QVERIFY(texts.contains(QStringLiteral("/src/b")));
+    QVERIFY(!texts.contains(QStringLiteral("No Repositories")));
+    QVERIFY(window.control<QPushButton>(refreshNow) != nullptr);
+}
+
+void TestRepositoriesTab::oneRepositoryIsCountedLikeMany()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    QVERIFY(window.says(QStringLiteral("1 repos")));
+}
+
+void TestRepositoriesTab::onlyWhatWasDiscoveredIsMarked()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    QVERIFY(!window.says(QStringLiteral("Auto")));
+    window.engine.settings.addRepository(QStringLiteral("/src/b"), true);
+    SettingsWindow::settle();
+    QCOMPARE(window.texts().count(QStringLiteral("Auto")), 1);
+}
+
+void TestRepositoriesTab::addingAsksForOneFolder()
+{
+    SettingsWindow window;
+    window.open();
+    SettingsWindow::click(window.control<QPushButton>(add));
+    QCOMPARE(window.chooser.requests.size(), 1);
+    QCOMPARE(window.chooser.requests.first().message, QStringLiteral("Select a git repository folder"));
+    QCOMPARE(window.chooser.requests.first().confirmTitle, QStringLiteral("Add"));
+}
+
+void TestRepositoriesTab::anAddedFolderIsTrackedAndRead()
+{
+    SettingsWindow window;
+    window.engine.script(QStringLiteral("/src/a"), "2026-11-20\n", "2026-11-20\n", "2026-11-20T10:00:00Z");
+    window.open();
+    choose(window, add, QStringLiteral("/src/a"));
+    QTRY_COMPARE(window.engine.manager.currentStreak(), 1);
+    QCOMPARE(trackedPaths(window), QStringList(QStringLiteral("/src/a")));
+    QVERIFY(!window.engine.settings.trackedRepositories().first().isAutoDiscovered);
+    QVERIFY(window.says(QStringLiteral("1 repos")));
+    QCOMPARE(messageOf(window), QString());
+}
+
+void TestRepositoriesTab::aFolderWithoutARepositoryPasses()
+{
+    SettingsWindow window;
+    window.engine.script(QStringLiteral("/src/a"), {}, {}, {});
+    window.engine.runner.answerIn(QStringLiteral("/src/a"), QStringLiteral("rev-parse --git-dir"), {});
+    window.open();
+    choose(window, add, QStringLiteral("/src/a"));
+    QTRY_COMPARE(window.engine.manager.repositoryStats().size(), 1);
+    QCOMPARE(window.engine.manager.repositoryStats().first().todayCommits, 0);
+    QCOMPARE(messageOf(window), QString());
+}
+
+void TestRepositoriesTab::aFolderThatVanishedIsNoRepository()
+{
+    SettingsWindow window;
+    window.open();
+    QSignalSpy refreshes(&window.engine.manager, &StreakManager::isRefreshingWillChange);
+    choose(window, add, QStringLiteral("/gone"));
+    QTRY_COMPARE(messageOf(window), noRepository);
+    QCOMPARE(trackedPaths(window), QStringList());
+    QCOMPARE(refreshes.count(), 0);
+}
+
+void TestRepositoriesTab::cancellingChangesNothing()
+{
+    SettingsWindow window;
+    window.open();
+    choose(window, add, QStringLiteral("/gone"));
+    QTRY_COMPARE(messageOf(window), noRepository);
+    SettingsWindow::click(window.control<QPushButton>(add));
+    SettingsWindow::click(window.control<QPushButton>(scan));
+    QCOMPARE(messageOf(window), noRepository);
+    QVERIFY(window.control<QPushButton>(scan)->isEnabled());
+    QCOMPARE(trackedPaths(window), QStringList());
+}
+
+void TestRepositoriesTab::aSuccessfulAddClearsTheMessage()
+{
+    SettingsWindow window;
+    window.engine.script(QStringLiteral("/src/a"), {}, {}, {});
+    window.open();
+    choose(window, add, QStringLiteral("/gone"));
+    QTRY_COMPARE(messageOf(window), noRepository);
+    choose(window, add, QStringLiteral("/src/a"));
+    QTRY_COMPARE(messageOf(window), QString());
+}
+
+void TestRepositoriesTab::addingATrackedPathRefreshesOnly()
+{
+    SettingsWindow window;
+    window.engine.track(QStringLiteral("/src/a"), {}, {}, {});
+    window.open();
+    choose(window, add, QStringLiteral("/src/a"));
+    QTRY_VERIFY(window.engine.manager.lastRefresh().has_value());
+    QCOMPARE(trackedPaths(window).size(), 1);
+}
+
+void TestRepositoriesTab::scanningAsksForOneFolder()
+{
+    SettingsWindow window;
+    window.open();
+    SettingsWindow::click(window.control<QPushButton>(scan));
+    QCOMPARE(window.chooser.requests.size(), 1);
+    QCOMPARE(window.chooser.requests.first().message, QStringLiteral("Select a folder to scan for git repositories"));
+    QCOMPARE(window.chooser.requests.first().confirmTitle, QStringLiteral("Scan"));
+}
+
+void TestRepositoriesTab::aScanTracksWhatIsNew()
+{
+    const Folder folder({QStringLiteral("known"), QStringLiteral("new")});
+    SettingsWindow window;
+    window.engine.settings.addRepository(folder.path(QStringLiteral("known")), false);
+    window.open();
+    scanTo(window, folder.dir.path());
+    QCOMPARE(trackedPaths(window),
+             (QStringList{folder.path(QStringLiteral("known")), folder.path(QStringLiteral("new"))}));
+    QVERIFY(!window.engine.settings.trackedRepositories().last().isAutoDiscovered);
+    QCOMPARE(messageOf(window), QString());
+    QTRY_VERIFY(window.engine.manager.lastRefresh().has_value());
+}
+
+void TestRepositoriesTab::aScanOfWhatIsTrackedSaysSo()
+{
+    const Folder folder({QStringLiteral("a"), QStringLiteral("b")});
+    SettingsWindow window;
+    window.open();
+    scanTo(window, folder.dir.path());
+    QTRY_VERIFY(window.engine.manager.lastRefresh().has_value());
+    QSignalSpy refreshes(&window.engine.manager, &StreakManager::isRefreshingWillChange);
+    scanTo(window, folder.dir.path());
+    QTRY_COMPARE(messageOf(window), QStringLiteral("Found 2 repos, all already tracked"));
+    QCOMPARE(trackedPaths(window).size(), 2);
+    QCOMPARE(refreshes.count(), 0);
+}
+
+void TestRepositoriesTab::aScanThatFindsNothingSaysSo()
+{
+    const Folder folder({});
+    SettingsWindow window;
+    window.open();
+    scanTo(window, folder.dir.path());
+    QTRY_COMPARE(messageOf(window), QStringLiteral("No git repositories found in selected folder"));
+}
+
+void TestRepositoriesTab::startingAScanClearsTheMessage()
+{
+    const Folder folder({QStringLiteral("a")});
+    SettingsWindow window;
+    window.open();
+    choose(window, add, QStringLiteral("/gone"));
+    QTRY_COMPARE(messageOf(window), noRepository);
+    scanTo(window, folder.dir.path());
+    QTRY_COMPARE(messageOf(window), QString());
+}
+
+void TestRepositoriesTab::aScanGoesFiveLevelsDeep()
+{
+    const Folder folder({QStringLiteral("1/2/3/4"), QStringLiteral("i/ii/iii/iv/v")});
+    SettingsWindow window;
+    window.open();
+    scanTo(window, folder.dir.path());
+    QCOMPARE(trackedPaths(window), QStringList(folder.path(QStringLiteral("1/2/3/4"))));
+}
+
+void TestRepositoriesTab::whileAScanRunsAddingStaysUsable()
+{
+    const Folder folder({QStringLiteral("a")});
+    QSemaphore patience;
+    SettingsWindow window;
+    window.engine.runner.answerWith(QStringLiteral("rev-parse --git-dir"), [&patience] {
+        patience.acquire();
+        return QByteArray();
+    });
+    window.open();
+    choose(window, add, QStringLiteral("/slow"));
+    choose(window, scan, folder.dir.path());
+    SettingsWindow::settle();
+    QVERIFY(window.says(QStringLiteral("Scanning...")));
+    QVERIFY(!window.control<QPushButton>(scan)->isEnabled());
+    QVERIFY(window.controls<QPushButton>(add).last()->isEnabled());
+    patience.release();
+    QTRY_VERIFY(window.control<QPushButton>(scan)->isEnabled());
+    QVERIFY(!window.says(QStringLiteral("Scanning...")));
+    patience.release(1000);
+}
+
+void TestRepositoriesTab::aScanOutlivesItsWindow()
+{
+    const Folder folder({QStringLiteral("a")});
+    SettingsWindow window;
+    window.open();
+    choose(window, scan, folder.dir.path());
+    window.view->close();
+    QTRY_COMPARE(trackedPaths(window).size(), 1);
+    window.show();
+    QVERIFY(window.says(QStringLiteral("1 repos")));
+}
+
+void TestRepositoriesTab::aBoxEnablesOrDisablesItsRecord()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.engine.settings.addRepository(QStringLiteral("/src/b"), false);
+    window.open();
+    QSignalSpy refreshes(&window.engine.manager, &StreakManager::isRefreshingWillChange);
+    auto *const box = window.control<QCheckBox>(QStringLiteral("b"));
+    QVERIFY(box->isChecked());
+    SettingsWindow::click(box);
+    QVERIFY(window.engine.settings.trackedRepositories().first().isEnabled);
+    QVERIFY(!window.engine.settings.trackedRepositories().last().isEnabled);
+    SettingsWindow::click(box);
+    QVERIFY(window.engine.settings.trackedRepositories().last().isEnabled);
+    QCOMPARE(refreshes.count(), 0);
+}
+
+void TestRepositoriesTab::aBoxWritesIntoTheRecordAsItIsNow()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.engine.settings.addRepository(QStringLiteral("/src/b"), false);
+    window.open();
+    auto repositories = window.engine.settings.trackedRepositories();
+    repositories.swapItemsAt(0, 1);
+    repositories.last().name = QStringLiteral("renamed");
+    window.engine.settings.setTrackedRepositories(repositories);
+    SettingsWindow::click(window.control<QCheckBox>(QStringLiteral("a")));
+    repositories.last().isEnabled = false;
+    QCOMPARE(window.engine.settings.trackedRepositories(), repositories);
+}
+
+void TestRepositoriesTab::aBinRemovesItsRecordAndStartsNoRefresh()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.engine.settings.addRepository(QStringLiteral("/src/b"), false);
+    window.open();
+    QSignalSpy refreshes(&window.engine.manager, &StreakManager::isRefreshingWillChange);
+    SettingsWindow::click(window.controls<IconButton>(QStringLiteral("Remove")).first());
+    QCOMPARE(trackedPaths(window), QStringList(QStringLiteral("/src/b")));
+    QVERIFY(window.says(QStringLiteral("1 repos")));
+    QVERIFY(!window.says(QStringLiteral("/src/a")));
+    QCOMPARE(refreshes.count(), 0);
+}
+
+void TestRepositoriesTab::removingTheLastRecordLeavesTheFocusWhereItIsOfUse()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    window.control<IconButton>(QStringLiteral("Remove"))->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    SettingsWindow::settle();
+    auto *const focused = qobject_cast<QPushButton *>(QApplication::focusWidget());
+    QVERIFY(focused != nullptr);
+    QCOMPARE(SettingsWindow::nameOf(focused), add);
+    QVERIFY(window.says(QStringLiteral("No Repositories")));
+}
+
+void TestRepositoriesTab::refreshNowRefreshes()
+{
+    SettingsWindow window;
+    window.engine.track(QStringLiteral("/src/a"), "2026-11-20\n", "2026-11-20\n", {});
+    window.open();
+    SettingsWindow::click(window.control<QPushButton>(refreshNow));
+    QTRY_COMPARE(window.engine.manager.currentStreak(), 1);
+}
+
+void TestRepositoriesTab::refreshNowStaysUsableWhileOneRuns()
+{
+    SettingsWindow window;
+    window.engine.track(QStringLiteral("/src/a"), {}, {}, {});
+    window.open();
+    QSignalSpy refreshes(&window.engine.manager, &StreakManager::isRefreshingWillChange);
+    auto *const button = window.control<QPushButton>(refreshNow);
+    button->click();
+    QVERIFY(window.engine.manager.isRefreshing());
+    QVERIFY(button->isEnabled());
+    button->click();
+    QTRY_VERIFY(!window.engine.manager.isRefreshing());
+    QCOMPARE(refreshes.count(), 2);
+}
+
+void TestRepositoriesTab::aLongPathHasItsEllipsisInTheMiddle()
+{
+    const QString middle(4000, QLatin1Char('x'));
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/begin/") + middle + QStringLiteral("/end"), false);
+    window.open();
+    auto *const path = window.control<Text>(QStringLiteral("/begin/") + middle + QStringLiteral("/end"));
+    QVERIFY(path != nullptr);
+    QVERIFY(path->width() < path->sizeHint().width());
+    QVERIFY(window.view->rect().contains(QRect(path->mapTo(window.view.get(), QPoint()), path->size())));
+    auto *const name = window.control<Text>(QStringLiteral("end"));
+    QCOMPARE(name->width(), name->sizeHint().width());
+}
+
+void TestRepositoriesTab::aNameWithALineBreakStaysOnItsLine()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/plain"), false);
+    window.engine.settings.addRepository(QStringLiteral("/src/two\nlines"), false);
+    window.open();
+    const auto *const plain = window.control<Text>(QStringLiteral("plain"));
+    const auto *const broken = window.control<Text>(QStringLiteral("two\nlines"));
+    QVERIFY(broken != nullptr);
+    QCOMPARE(broken->height(), plain->height());
+}
+
+void TestRepositoriesTab::theMessageIsGoneWhenTheWindowOpensAgain()
+{
+    SettingsWindow window;
+    window.open();
+    choose(window, add, QStringLiteral("/gone"));
+    QTRY_COMPARE(messageOf(window), noRepository);
+    window.view->close();
+    window.show();
+    QCOMPARE(messageOf(window), QString());
+}
+
+void TestRepositoriesTab::aChosenPathIsTakenAsItIs_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("with a slash at its end") << QStringLiteral("/src/a/") << QStringLiteral("a");
+    QTest::newRow("with dots in it") << QStringLiteral("/src/../src/a") << QStringLiteral("a");
+    QTest::newRow("the root") << QStringLiteral("/") << QStringLiteral("/");
+    QTest::newRow("with blanks and quotes")
+        << QStringLiteral("/src/my \"own\" 'work'") << QStringLiteral("my \"own\" 'work'");
+    QTest::newRow("with percent and tilde") << QStringLiteral("/src/100%~") << QStringLiteral("100%~");
+    QTest::newRow("with letters of many kinds")
+        << QStringLiteral("/src/日本 ünïcødé") << QStringLiteral("日本 ünïcødé");
+    QTest::newRow("with an ampersand") << QStringLiteral("/src/you & me") << QStringLiteral("you & me");
+}
+
+void TestRepositoriesTab::aChosenPathIsTakenAsItIs()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, name);
+    SettingsWindow window;
+    window.engine.script(path, {}, {}, {});
+    window.open();
+    choose(window, add, path);
+    QTRY_COMPARE(trackedPaths(window), QStringList(path));
+    SettingsWindow::settle();
+    QVERIFY(window.says(path));
+    QVERIFY(window.says(name));
+}
+
+void TestRepositoriesTab::theBadgeCanBeRead_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::newRow("on a light ground") << lightPalette();
+    QTest::newRow("on a dark ground") << darkPalette();
+}
+
+void TestRepositoriesTab::theBadgeCanBeRead()
+{
+    QFETCH(QPalette, palette);
+    const auto ground = style::badgeGround(palette, style::Accent::Blue);
+    const auto ink = style::accentTextOn(ground, palette, style::Accent::Blue);
+    QVERIFY2(style::contrast(ink, ground) >= 4.5, qPrintable(QString::number(style::contrast(ink, ground))));
+}
+
+void TestRepositoriesTab::whatARowSaysCanBeReadUnderThePointer_data()
+{
+    theBadgeCanBeRead_data();
+}
+
+void TestRepositoriesTab::whatARowSaysCanBeReadUnderThePointer()
+{
+    QFETCH(QPalette, palette);
+    const auto ground = style::hoveredGround(palette);
+    const std::array<style::Tone, 4> tones{style::Ink::Primary, style::Ink::Secondary, style::Accent::Red,
+                                           style::Accent::Green};
+    for (const auto &tone : tones) {
+        const auto contrast = style::contrast(style::textColor(palette, tone), ground);
+        QVERIFY2(contrast >= 4.5, qPrintable(QString::number(contrast)));
+    }
+}
+
+void TestRepositoriesTab::aScreenReaderRemovesAndDisables()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.engine.settings.addRepository(QStringLiteral("/src/b"), false);
+    window.open();
+    auto *const box = QAccessible::queryAccessibleInterface(window.control<QCheckBox>(QStringLiteral("a")));
+    QVERIFY(box->state().checked);
+    box->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    SettingsWindow::settle();
+    QVERIFY(!window.engine.settings.trackedRepositories().first().isEnabled);
+    pressAccessibly(*window.controls<IconButton>(QStringLiteral("Remove")).last());
+    QTRY_COMPARE(trackedPaths(window), QStringList(QStringLiteral("/src/a")));
+}
+
+QTEST_MAIN(TestRepositoriesTab)
+#include "tst_repositoriestab.moc"

@@ -1,0 +1,314 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Settings/RowList.h"
+
+#include "support/Offscreen.h"
+#include "Views/Settings/ListRow.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTest>
+#include <QVBoxLayout>
+
+using namespace velquarin;
+using namespace velquarin::test;
+
+namespace {
+
+constexpr int heightOfRow = 40;
+
+// Says a number, between two controls.
+class NumberRow : public ListRow
+{
+public:
+    explicit NumberRow(QWidget *parent)
+        : ListRow(parent)
+        , m_first(new QPushButton(this))
+        , m_second(new QPushButton(this))
+    {
+        auto *const row = new QHBoxLayout(this);
+        row->addWidget(m_first);
+        row->addWidget(m_second);
+        addControl(m_first);
+        addControl(m_second);
+    }
+
+    void show(QUuid id, const QString &text)
+    {
+        setId(id);
+        m_first->setText(text);
+        m_second->setText(text + QLatin1Char('!'));
+    }
+
+    [[nodiscard]] QString text() const { return m_first->text(); }
+    [[nodiscard]] QSize sizeHint() const override { return {200, heightOfRow}; }
+
+private:
+    QPushButton *m_first;
+    QPushButton *m_second;
+};
+
+// A window with a list of numbers between two buttons; five rows and a half are in sight.
+struct Window : QWidget
+{
+    QList<QUuid> ids;
+    int made = 0;
+    QPushButton *before = new QPushButton(QStringLiteral("before"), this);
+    RowList *list = new RowList(
+        [this](QWidget *parent) {
+            ++made;
+            return new NumberRow(parent);
+        },
+        [this](ListRow &row, int index) { static_cast<NumberRow &>(row).show(ids.at(index), nameOf(ids.at(index))); },
+        this);
+    QPushButton *after = new QPushButton(QStringLiteral("after"), this);
+
+    explicit Window(int count)
+    {
+        auto *const column = new QVBoxLayout(this);
+        column->addWidget(before);
+        column->addWidget(list);
+        column->addWidget(after);
+        list->setFixedSize(200, 5 * heightOfRow + heightOfRow / 2);
+        for (int index = 0; index < count; ++index)
+            ids.append(QUuid(uint(index), 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
+        list->setIds(ids);
+        QWidget::show();
+        activateWindow();
+        [this] { QVERIFY(QTest::qWaitForWindowActive(this)); }();
+    }
+
+    static QString nameOf(QUuid id) { return QString::number(id.data1); }
+
+    void remove(int index)
+    {
+        ids.removeAt(index);
+        list->setIds(ids);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    [[nodiscard]] QStringList shown() const
+    {
+        QList<NumberRow *> rows;
+        for (auto *const child : list->viewport()->children()) {
+            auto *const row = dynamic_cast<NumberRow *>(child);
+            if (row != nullptr && !row->visibleRegion().isEmpty())
+                rows.append(row);
+        }
+        std::ranges::sort(rows, {}, &QWidget::y);
+        QStringList texts;
+        for (const auto *const row : rows)
+            texts.append(row->text());
+        return texts;
+    }
+
+    [[nodiscard]] int scrolled() const { return list->verticalScrollBar()->value(); }
+    void scroll(int to) const { list->verticalScrollBar()->setValue(to); }
+
+    static QString focused()
+    {
+        const auto *const button = qobject_cast<QPushButton *>(QApplication::focusWidget());
+        return button == nullptr ? QString() : button->text();
+    }
+
+    static void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+};
+
+QStringList numbers(int first, int last)
+{
+    QStringList texts;
+    for (int number = first; number <= last; ++number)
+        texts.append(QString::number(number));
+    return texts;
+}
+
+}  // namespace
+
+class TestRowList : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarningOfOurs(); }
+    void rowsStandInTheirOrder();
+    void onlyRowsInSightAreMade();
+    void scrollingShowsTheOthers();
+    void rowsOutOfSightAreForgotten();
+    void tabStopsAtOneRow();
+    void arrowsGoToTheSameControlOfAnotherRow_data();
+    void arrowsGoToTheSameControlOfAnotherRow();
+    void theFocusBringsItsRowIntoSight();
+    void theFocusOutlivesScrolling();
+    void removingARowKeepsTheScrollPosition();
+    void theNextRowTakesTheFocusOfARemovedOne();
+    void theRowBeforeTakesTheFocusOfTheLastOne();
+    void removingAnotherRowLeavesTheFocus();
+    void rowsAddedAtTheEndMoveNothing();
+    void anEmptyListShowsNothing();
+};
+
+void TestRowList::rowsStandInTheirOrder()
+{
+    const Window window(3);
+    QCOMPARE(window.shown(), numbers(0, 2));
+}
+
+void TestRowList::onlyRowsInSightAreMade()
+{
+    const Window window(10000);
+    QCOMPARE(window.shown(), numbers(0, 5));
+    QVERIFY2(window.made < 10, qPrintable(QString::number(window.made)));
+}
+
+void TestRowList::scrollingShowsTheOthers()
+{
+    const Window window(1000);
+    window.scroll(100 * heightOfRow);
+    QCOMPARE(window.shown(), numbers(100, 105));
+    window.scroll(window.list->verticalScrollBar()->maximum());
+    QCOMPARE(window.shown(), numbers(994, 999));
+}
+
+void TestRowList::rowsOutOfSightAreForgotten()
+{
+    const Window window(1000);
+    for (int row = 0; row < 900; row += 3)
+        window.scroll(row * heightOfRow);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(window.list->viewport()->children().size() < 12);
+}
+
+void TestRowList::tabStopsAtOneRow()
+{
+    const Window window(50);
+    window.before->setFocus();
+    QStringList stops;
+    for (int stop = 0; stop < 3; ++stop) {
+        Window::press(Qt::Key_Tab);
+        stops.append(Window::focused());
+    }
+    QCOMPARE(stops, (QStringList{QStringLiteral("0"), QStringLiteral("0!"), QStringLiteral("after")}));
+    Window::press(Qt::Key_Backtab);
+    QCOMPARE(Window::focused(), QStringLiteral("0!"));
+}
+
+void TestRowList::arrowsGoToTheSameControlOfAnotherRow_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<QString>("focused");
+    QTest::newRow("down") << int(Qt::Key_Down) << QStringLiteral("11!");
+    QTest::newRow("up") << int(Qt::Key_Up) << QStringLiteral("9!");
+    QTest::newRow("a page down") << int(Qt::Key_PageDown) << QStringLiteral("15!");
+    QTest::newRow("a page up") << int(Qt::Key_PageUp) << QStringLiteral("5!");
+    QTest::newRow("to the first") << int(Qt::Key_Home) << QStringLiteral("0!");
+    QTest::newRow("to the last") << int(Qt::Key_End) << QStringLiteral("49!");
+}
+
+void TestRowList::arrowsGoToTheSameControlOfAnotherRow()
+{
+    QFETCH(int, key);
+    QFETCH(QString, focused);
+    const Window window(50);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    Window::press(Qt::Key_Tab);
+    for (int step = 0; step < 10; ++step)
+        Window::press(Qt::Key_Down);
+    QCOMPARE(Window::focused(), QStringLiteral("10!"));
+    Window::press(Qt::Key(key));
+    QCOMPARE(Window::focused(), focused);
+}
+
+void TestRowList::theFocusBringsItsRowIntoSight()
+{
+    const Window window(50);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    Window::press(Qt::Key_End);
+    QVERIFY(window.shown().contains(QStringLiteral("49")));
+    QVERIFY(!QApplication::focusWidget()->visibleRegion().isEmpty());
+    Window::press(Qt::Key_Home);
+    QCOMPARE(window.scrolled(), 0);
+}
+
+void TestRowList::theFocusOutlivesScrolling()
+{
+    const Window window(1000);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    window.scroll(500 * heightOfRow);
+    QCOMPARE(Window::focused(), QStringLiteral("0"));
+    Window::press(Qt::Key_Down);
+    QCOMPARE(Window::focused(), QStringLiteral("1"));
+    QVERIFY(window.shown().contains(QStringLiteral("1")));
+}
+
+void TestRowList::removingARowKeepsTheScrollPosition()
+{
+    Window window(100);
+    window.scroll(30 * heightOfRow);
+    window.remove(32);
+    QCOMPARE(window.scrolled(), 30 * heightOfRow);
+    QCOMPARE(window.shown(), numbers(30, 31) + numbers(33, 36));
+}
+
+void TestRowList::theNextRowTakesTheFocusOfARemovedOne()
+{
+    Window window(10);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    Window::press(Qt::Key_Tab);
+    Window::press(Qt::Key_Down);
+    window.remove(1);
+    QCOMPARE(Window::focused(), QStringLiteral("2!"));
+    window.remove(1);
+    QCOMPARE(Window::focused(), QStringLiteral("3!"));
+}
+
+void TestRowList::theRowBeforeTakesTheFocusOfTheLastOne()
+{
+    Window window(3);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    Window::press(Qt::Key_End);
+    window.remove(2);
+    QCOMPARE(Window::focused(), QStringLiteral("1"));
+}
+
+void TestRowList::removingAnotherRowLeavesTheFocus()
+{
+    Window window(10);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    for (int step = 0; step < 3; ++step)
+        Window::press(Qt::Key_Down);
+    window.remove(0);
+    QCOMPARE(Window::focused(), QStringLiteral("3"));
+    Window::press(Qt::Key_Down);
+    QCOMPARE(Window::focused(), QStringLiteral("4"));
+}
+
+void TestRowList::rowsAddedAtTheEndMoveNothing()
+{
+    Window window(100);
+    window.scroll(30 * heightOfRow);
+    window.ids.append(QUuid::createUuid());
+    window.list->setIds(window.ids);
+    QCOMPARE(window.scrolled(), 30 * heightOfRow);
+    QCOMPARE(window.shown(), numbers(30, 35));
+}
+
+void TestRowList::anEmptyListShowsNothing()
+{
+    Window window(1);
+    window.remove(0);
+    QCOMPARE(window.shown(), QStringList());
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    QCOMPARE(Window::focused(), QStringLiteral("after"));
+}
+
+QTEST_MAIN(TestRowList)
+#include "tst_rowlist.moc"

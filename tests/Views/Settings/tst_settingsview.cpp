@@ -1,0 +1,262 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "support/Offscreen.h"
+#include "support/Picture.h"
+#include "Views/Settings/Switch.h"
+#include "Views/Style.h"
+
+#include "SettingsWindow.h"
+
+#include <QPushButton>
+#include <QStackedWidget>
+
+using namespace velquarin;
+using namespace velquarin::test;
+
+namespace {
+
+const QStringList tabs{QStringLiteral("Repositories"), QStringLiteral("Auto-Discover"), QStringLiteral("General")};
+
+QString focusedName()
+{
+    auto *const focused = QApplication::focusWidget();
+    return focused == nullptr ? QString() : SettingsWindow::nameOf(focused);
+}
+
+// What Tab stops at, in order, until it comes round.
+QStringList tabStops(const SettingsWindow &window)
+{
+    window.view->findChild<TabStrip *>()->setFocus();
+    QStringList stops;
+    for (int stop = 0; stop < 30; ++stop) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        if (qobject_cast<TabStrip *>(QApplication::focusWidget()) != nullptr)
+            break;
+        stops.append(focusedName());
+    }
+    return stops;
+}
+
+// So that each test leaves the font as it found it.
+class FontOfPixels
+{
+public:
+    explicit FontOfPixels(int pixels)
+    {
+        auto font = m_before;
+        font.setPixelSize(pixels);
+        QApplication::setFont(font);
+    }
+    ~FontOfPixels() { QApplication::setFont(m_before); }
+    Q_DISABLE_COPY_MOVE(FontOfPixels)
+
+private:
+    QFont m_before = QApplication::font();
+};
+
+}  // namespace
+
+class TestSettingsView : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarningOfOurs(); }
+    void itHasThreeTabsAndAFixedSize();
+    void itOpensWithTheFirstTabWhateverWasShownLast();
+    void nothingHasTheFocusAtFirst();
+    void escapeClosesIt();
+    void controlAndTabTurnTheTabs();
+    void mnemonicsTurnTheTabs();
+    void aScreenReaderTurnsTheTabs();
+    void tabStopsFollowTheEye_data();
+    void tabStopsFollowTheEye();
+    void everyControlHasAName();
+    void anotherFontBuildsItAnewAndKeepsItsTab();
+    void aPaletteChangeShowsAtOnce();
+    void fromTheRightItIsMirrored();
+    void closedItTurnsNothingAndWakesNobody();
+};
+
+void TestSettingsView::itHasThreeTabsAndAFixedSize()
+{
+    SettingsWindow window;
+    window.open();
+    QCOMPARE(window.view->windowTitle(), QStringLiteral("Settings"));
+    QCOMPARE(namesOf(*window.view, {QAccessible::PageTab}), tabs);
+    const QSize expected(style::points(450), style::points(380));
+    QCOMPARE(window.view->minimumSize(), expected);
+    QCOMPARE(window.view->maximumSize(), expected);
+    QVERIFY(window.says(QStringLiteral("Tracked Repositories")));
+}
+
+void TestSettingsView::itOpensWithTheFirstTabWhateverWasShownLast()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    window.view->close();
+    window.view->show();
+    SettingsWindow::settle();
+    QCOMPARE(window.view->findChild<TabStrip *>()->currentIndex(), 0);
+    QVERIFY(window.says(QStringLiteral("Tracked Repositories")));
+}
+
+void TestSettingsView::nothingHasTheFocusAtFirst()
+{
+    SettingsWindow window;
+    window.open();
+    QCOMPARE(QApplication::focusWidget(), window.view.get());
+}
+
+void TestSettingsView::escapeClosesIt()
+{
+    SettingsWindow window;
+    window.open();
+    QTest::keyClick(window.view.get(), Qt::Key_Escape);
+    QVERIFY(!window.view->isVisible());
+}
+
+void TestSettingsView::controlAndTabTurnTheTabs()
+{
+    SettingsWindow window;
+    window.open();
+    auto *const strip = window.view->findChild<TabStrip *>();
+    const auto press = [&window](Qt::Key key, Qt::KeyboardModifiers more = {}) {
+        QTest::keyClick(window.view.get(), key, Qt::ControlModifier | more);
+    };
+    press(Qt::Key_Tab);
+    QCOMPARE(strip->currentIndex(), 1);
+    press(Qt::Key_PageDown);
+    QCOMPARE(strip->currentIndex(), 2);
+    press(Qt::Key_PageDown);
+    QCOMPARE(strip->currentIndex(), 0);
+    press(Qt::Key_Backtab, Qt::ShiftModifier);
+    QCOMPARE(strip->currentIndex(), 2);
+    press(Qt::Key_PageUp);
+    QCOMPARE(strip->currentIndex(), 1);
+}
+
+void TestSettingsView::mnemonicsTurnTheTabs()
+{
+    SettingsWindow window;
+    window.open();
+    QTest::keyClick(window.view.get(), Qt::Key_G, Qt::AltModifier);
+    SettingsWindow::settle();
+    QVERIFY(window.says(QStringLiteral("1.0.0")));
+    QTest::keyClick(window.view.get(), Qt::Key_S, Qt::AltModifier);
+    QTRY_VERIFY(!window.engine.settings.showStreakInMenuBar());
+}
+
+void TestSettingsView::aScreenReaderTurnsTheTabs()
+{
+    SettingsWindow window;
+    window.open();
+    auto *const strip = QAccessible::queryAccessibleInterface(window.view->findChild<TabStrip *>());
+    strip->child(2)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    SettingsWindow::settle();
+    QVERIFY(window.says(QStringLiteral("1.0.0")));
+}
+
+void TestSettingsView::tabStopsFollowTheEye_data()
+{
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<QStringList>("stops");
+    const auto remove = QStringLiteral("Remove");
+    QTest::newRow("repositories") << int(SettingsWindow::Repositories)
+                                  << QStringList{QStringLiteral("a"), remove, QStringLiteral("Add Repository"),
+                                                 QStringLiteral("Scan Folder"), QStringLiteral("Refresh Now")};
+    QTest::newRow("watched folders")
+        << int(SettingsWindow::AutoDiscover)
+        << QStringList{QStringLiteral("Auto-discover repos"), QStringLiteral("src"),     QStringLiteral("5"), remove,
+                       QStringLiteral("Add Folder"),          QStringLiteral("Scan Now")};
+    QTest::newRow("general") << int(SettingsWindow::General)
+                             << QStringList{QStringLiteral("Launch at login"),
+                                            QStringLiteral("Show streak count in menu bar"),
+                                            QStringLiteral("Remind me if streak is at risk"),
+                                            QStringLiteral("Every 5 minutes")};
+}
+
+void TestSettingsView::tabStopsFollowTheEye()
+{
+    QFETCH(int, tab);
+    QFETCH(QStringList, stops);
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.engine.settings.addRepository(QStringLiteral("/src/b"), false);
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.open(SettingsWindow::Tab(tab));
+    QCOMPARE(tabStops(window), stops);
+}
+
+void TestSettingsView::everyControlHasAName()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    for (const auto tab : {SettingsWindow::Repositories, SettingsWindow::AutoDiscover, SettingsWindow::General}) {
+        window.open(tab);
+        const auto names = namesOf(
+            *window.view, {QAccessible::Button, QAccessible::CheckBox, QAccessible::ComboBox, QAccessible::PageTab});
+        QVERIFY(names.size() > tabs.size());
+        QVERIFY2(!names.contains(QString()), qPrintable(names.join(u',')));
+    }
+}
+
+void TestSettingsView::anotherFontBuildsItAnewAndKeepsItsTab()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    const auto before = window.view->size();
+    const FontOfPixels large(26);
+    QTRY_VERIFY(window.view->width() > before.width());
+    QCOMPARE(window.view->size(), QSize(style::points(450), style::points(380)));
+    QVERIFY(window.says(QStringLiteral("1.0.0")));
+    SettingsWindow::click(window.control<Switch>(QStringLiteral("Show streak count in menu bar")));
+    QVERIFY(!window.engine.settings.showStreakInMenuBar());
+}
+
+void TestSettingsView::aPaletteChangeShowsAtOnce()
+{
+    const auto before = QApplication::palette();
+    SettingsWindow window;
+    window.open();
+    QApplication::setPalette(lightPalette());
+    SettingsWindow::settle();
+    const auto light = pictureOf(*window.view, 1);
+    QApplication::setPalette(darkPalette());
+    SettingsWindow::settle();
+    const auto dark = pictureOf(*window.view, 1);
+    QApplication::setPalette(before);
+    QVERIFY(light.pixelColor(1, 1).lightness() > 200);
+    QVERIFY(dark.pixelColor(1, 1).lightness() < 80);
+}
+
+void TestSettingsView::fromTheRightItIsMirrored()
+{
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    const auto *const add = window.control<QPushButton>(QStringLiteral("Add Repository"));
+    const auto *const refresh = window.control<QPushButton>(QStringLiteral("Refresh Now"));
+    const bool isMirrored = add->x() > refresh->x();
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+    QVERIFY(isMirrored);
+}
+
+void TestSettingsView::closedItTurnsNothingAndWakesNobody()
+{
+    SettingsWindow window;
+    window.open();
+    const auto timers = window.engine.timers.live().size();
+    window.view->close();
+    SettingsWindow::settle();
+    PaintCounter paints;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    SettingsWindow::settle();
+    QCOMPARE(paints.ofAll(), 0);
+    QCOMPARE(window.engine.timers.live().size(), timers);
+}
+
+QTEST_MAIN(TestSettingsView)
+#include "tst_settingsview.moc"

@@ -1,0 +1,415 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/PathNames.h"
+#include "support/Offscreen.h"
+#include "Views/IconButton.h"
+#include "Views/Settings/Picker.h"
+#include "Views/Settings/Switch.h"
+#include "Views/Style.h"
+#include "Views/Text.h"
+
+#include "SettingsWindow.h"
+
+#include <QCheckBox>
+#include <QPushButton>
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+using namespace velquarin;
+using namespace velquarin::test;
+
+namespace {
+
+const auto addFolder = QStringLiteral("Add Folder");
+const auto scanNow = QStringLiteral("Scan Now");
+const auto automatic = QStringLiteral("Auto-discover repos");
+const auto scanning = QStringLiteral("Scanning...");
+const auto watchedAlready = QStringLiteral("This folder is already being watched");
+
+// A folder with so many repositories in it, named a, b, c and on.
+struct Folder
+{
+    QTemporaryDir dir;
+
+    explicit Folder(int repositories)
+    {
+        for (int index = 0; index < repositories; ++index)
+            QDir(dir.path()).mkpath(QString(QChar('a' + index)) + QStringLiteral("/.git"));
+    }
+};
+
+void choose(SettingsWindow &window, const QString &path)
+{
+    SettingsWindow::click(window.controls<QPushButton>(addFolder).last());
+    window.chooser.confirm(path);
+    SettingsWindow::settle();
+}
+
+// Holds the thread that walks folders until it is released.
+struct SlowGit
+{
+    explicit SlowGit(SettingsWindow &window)
+    {
+        window.engine.runner.answerWith(QStringLiteral("rev-parse --git-dir"), [this] {
+            m_patience.acquire();
+            return QByteArray();
+        });
+        m_answer = window.engine.git.isGitRepository(QStringLiteral("/slow"));
+    }
+    ~SlowGit() { release(); }
+    void release() { m_patience.release(1000); }
+
+private:
+    QSemaphore m_patience;
+    QFuture<bool> m_answer;
+};
+
+QStringList linesFrom(const SettingsWindow &window, const QString &first)
+{
+    const auto texts = window.texts();
+    return texts.mid(texts.indexOf(first));
+}
+
+bool isMessage(const SettingsWindow &window, const QString &text)
+{
+    const auto *const line = window.control<Text>(text);
+    return line != nullptr && line->tone() == style::Tone(style::Accent::Red);
+}
+
+Picker *depthOf(const SettingsWindow &window)
+{
+    return window.view->findChild<Picker *>(QStringLiteral("depth"));
+}
+
+}  // namespace
+
+class TestWatchedFoldersTab : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarningOfOurs(); }
+    void withoutFoldersItSaysWhatToDo();
+    void withoutFoldersARunIsStillShown();
+    void theSwitchOnlyStoresItsValue();
+    void addingAsksForOneFolder();
+    void anAddedFolderIsWatchedFiveLevelsDeepAndSearchedAtOnce();
+    void anAddedFolderIsSearchedWithTheSwitchOff();
+    void aFolderIsWatchedOnce();
+    void cancellingKeepsTheMessage();
+    void aFolderThatIsAddedClearsTheMessage();
+    void aDepthIsStored();
+    void aForeignDepthIsKeptAndNoneIsChosen();
+    void theDepthExplainsItself();
+    void aBoxEnablesOrDisablesItsFolderAndStartsNothing();
+    void aBinRemovesItsFolderAndStartsNothing();
+    void whileARunGoesOnTheWheelTurnsInPlaceOfTheButton();
+    void duringARunAnotherFolderCanBeAdded();
+    void theTimeOfTheLastRunLeavesAndComesBack();
+    void theLastRunIsToldByItsTimeAlone();
+    void discoveredRepositoriesAreNamed_data();
+    void discoveredRepositoriesAreNamed();
+    void theMessageIsGoneWhenTheWindowOpensAgain();
+    void nothingIsCutOffWhenThereIsMostToSay();
+};
+
+void TestWatchedFoldersTab::withoutFoldersItSaysWhatToDo()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    QVERIFY(window.says(QStringLiteral("Watched Folders")));
+    QVERIFY(window.says(QStringLiteral("Automatically find and track git repositories in these folders")));
+    QVERIFY(window.says(QStringLiteral("No Watched Folders")));
+    QVERIFY(window.says(QStringLiteral("Add folders to automatically discover new git repositories")));
+    QVERIFY(window.control<QPushButton>(scanNow) == nullptr);
+    QVERIFY(!window.says(scanning));
+    QCOMPARE(window.controls<QPushButton>(addFolder).size(), 2);
+    SettingsWindow::click(window.controls<QPushButton>(addFolder).first());
+    QCOMPARE(window.chooser.requests.size(), 1);
+}
+
+void TestWatchedFoldersTab::withoutFoldersARunIsStillShown()
+{
+    const Folder folder(0);
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(folder.dir.path(), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    SlowGit slow(window);
+    SettingsWindow::click(window.control<QPushButton>(scanNow));
+    SettingsWindow::click(window.control<IconButton>(QStringLiteral("Remove")));
+    QVERIFY(window.says(QStringLiteral("No Watched Folders")));
+    QVERIFY(window.says(scanning));
+    slow.release();
+    QTRY_VERIFY(!window.says(scanning));
+    QVERIFY(window.control<QPushButton>(scanNow) == nullptr);
+}
+
+void TestWatchedFoldersTab::theSwitchOnlyStoresItsValue()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    QSignalSpy runs(&window.engine.manager, &StreakManager::isScanningWillChange);
+    auto *const master = window.control<Switch>(automatic);
+    QVERIFY(master->isChecked());
+    SettingsWindow::click(master);
+    QVERIFY(!window.engine.settings.autoDiscoveryEnabled());
+    SettingsWindow::click(master);
+    QVERIFY(window.engine.settings.autoDiscoveryEnabled());
+    QCOMPARE(runs.count(), 0);
+}
+
+void TestWatchedFoldersTab::addingAsksForOneFolder()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    SettingsWindow::click(window.control<QPushButton>(addFolder));
+    QCOMPARE(window.chooser.requests.first().message, QStringLiteral("Select a folder to watch for git repositories"));
+    QCOMPARE(window.chooser.requests.first().confirmTitle, QStringLiteral("Watch"));
+}
+
+void TestWatchedFoldersTab::anAddedFolderIsWatchedFiveLevelsDeepAndSearchedAtOnce()
+{
+    const Folder folder(1);
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    choose(window, folder.dir.path());
+    QTRY_COMPARE(window.engine.settings.trackedRepositories().size(), 1);
+    const auto watched = window.engine.settings.watchedFolders();
+    QCOMPARE(watched.size(), 1);
+    QCOMPARE(watched.first().path, folder.dir.path());
+    QCOMPARE(watched.first().maxDepth, 5);
+    QVERIFY(watched.first().isEnabled);
+    QVERIFY(window.engine.settings.trackedRepositories().first().isAutoDiscovered);
+    QCOMPARE(depthOf(window)->currentText(), QStringLiteral("5"));
+}
+
+void TestWatchedFoldersTab::anAddedFolderIsSearchedWithTheSwitchOff()
+{
+    const Folder folder(1);
+    SettingsWindow window;
+    window.engine.settings.setAutoDiscoveryEnabled(false);
+    window.open(SettingsWindow::AutoDiscover);
+    QSignalSpy runs(&window.engine.manager, &StreakManager::isScanningWillChange);
+    choose(window, folder.dir.path());
+    const auto withTheSwitchOn = 2;
+    QTRY_COMPARE(runs.count(), withTheSwitchOn);
+}
+
+void TestWatchedFoldersTab::aFolderIsWatchedOnce()
+{
+    const Folder folder(0);
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    choose(window, folder.dir.path());
+    QTRY_VERIFY(window.engine.settings.lastAutoDiscoveryScan().has_value());
+    const auto stored = window.engine.settings.lastAutoDiscoveryScan();
+    QSignalSpy runs(&window.engine.manager, &StreakManager::isScanningWillChange);
+    choose(window, folder.dir.path());
+    QVERIFY(isMessage(window, watchedAlready));
+    QCOMPARE(window.engine.settings.watchedFolders().size(), 1);
+    QCOMPARE(window.engine.settings.lastAutoDiscoveryScan(), stored);
+    QCOMPARE(runs.count(), 0);
+}
+
+void TestWatchedFoldersTab::cancellingKeepsTheMessage()
+{
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    choose(window, QStringLiteral("/src"));
+    SettingsWindow::click(window.control<QPushButton>(addFolder));
+    QVERIFY(isMessage(window, watchedAlready));
+}
+
+void TestWatchedFoldersTab::aFolderThatIsAddedClearsTheMessage()
+{
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    choose(window, QStringLiteral("/src"));
+    choose(window, QStringLiteral("/src/"));
+    QVERIFY(!window.says(watchedAlready));
+    QCOMPARE(window.engine.settings.watchedFolders().size(), 2);
+}
+
+void TestWatchedFoldersTab::aDepthIsStored()
+{
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    QSignalSpy runs(&window.engine.manager, &StreakManager::isScanningWillChange);
+    auto *const depth = depthOf(window);
+    QStringList offered;
+    for (int index = 0; index < depth->count(); ++index)
+        offered.append(depth->itemText(index));
+    QCOMPARE(offered,
+             (QStringList{QStringLiteral("2"), QStringLiteral("3"), QStringLiteral("5"), QStringLiteral("10")}));
+    depth->setCurrentText(QStringLiteral("10"));
+    QCOMPARE(window.engine.settings.watchedFolders().first().maxDepth, 10);
+    QCOMPARE(runs.count(), 0);
+}
+
+void TestWatchedFoldersTab::aForeignDepthIsKeptAndNoneIsChosen()
+{
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 7);
+    window.open(SettingsWindow::AutoDiscover);
+    QCOMPARE(depthOf(window)->currentIndex(), -1);
+    SettingsWindow::click(window.control<QCheckBox>(QStringLiteral("src")));
+    QCOMPARE(window.engine.settings.watchedFolders().first().maxDepth, 7);
+}
+
+void TestWatchedFoldersTab::theDepthExplainsItself()
+{
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    QCOMPARE(depthOf(window)->toolTip(), QStringLiteral("Max folder depth to scan"));
+    QCOMPARE(depthOf(window)->width(), style::points(60));
+}
+
+void TestWatchedFoldersTab::aBoxEnablesOrDisablesItsFolderAndStartsNothing()
+{
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.engine.settings.addWatchedFolder(QStringLiteral("/work"), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    QSignalSpy runs(&window.engine.manager, &StreakManager::isScanningWillChange);
+    SettingsWindow::click(window.control<QCheckBox>(QStringLiteral("work")));
+    QVERIFY(window.engine.settings.watchedFolders().first().isEnabled);
+    QVERIFY(!window.engine.settings.watchedFolders().last().isEnabled);
+    QCOMPARE(runs.count(), 0);
+}
+
+void TestWatchedFoldersTab::aBinRemovesItsFolderAndStartsNothing()
+{
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), true);
+    window.open(SettingsWindow::AutoDiscover);
+    QSignalSpy runs(&window.engine.manager, &StreakManager::isScanningWillChange);
+    SettingsWindow::click(window.control<IconButton>(QStringLiteral("Remove")));
+    QCOMPARE(window.engine.settings.watchedFolders().size(), 0);
+    QCOMPARE(window.engine.settings.trackedRepositories().size(), 1);
+    QVERIFY(window.says(QStringLiteral("No Watched Folders")));
+    QCOMPARE(runs.count(), 0);
+}
+
+void TestWatchedFoldersTab::whileARunGoesOnTheWheelTurnsInPlaceOfTheButton()
+{
+    const Folder folder(1);
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(folder.dir.path(), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    SlowGit slow(window);
+    SettingsWindow::click(window.control<QPushButton>(scanNow));
+    QVERIFY(window.says(scanning));
+    QVERIFY(window.control<QPushButton>(scanNow) == nullptr);
+    slow.release();
+    QTRY_VERIFY(window.control<QPushButton>(scanNow) != nullptr);
+    QVERIFY(!window.says(scanning));
+}
+
+void TestWatchedFoldersTab::duringARunAnotherFolderCanBeAdded()
+{
+    const Folder first(1);
+    const Folder second(2);
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(first.dir.path(), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    SlowGit slow(window);
+    SettingsWindow::click(window.control<QPushButton>(scanNow));
+    choose(window, second.dir.path());
+    slow.release();
+    QTRY_COMPARE(window.engine.settings.trackedRepositories().size(), 3);
+    QTRY_VERIFY(!window.says(scanning));
+}
+
+void TestWatchedFoldersTab::theTimeOfTheLastRunLeavesAndComesBack()
+{
+    const Folder folder(0);
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(folder.dir.path(), 5);
+    window.engine.settings.setLastAutoDiscoveryScan(instant("2026-11-20T09:41:00Z"));
+    window.open(SettingsWindow::AutoDiscover);
+    QVERIFY(window.says(QStringLiteral("Last scan: 9:41 AM")));
+    SlowGit slow(window);
+    SettingsWindow::click(window.control<QPushButton>(scanNow));
+    QVERIFY(!window.engine.settings.lastAutoDiscoveryScan().has_value());
+    QVERIFY(window.texts().filter(QStringLiteral("Last scan")).isEmpty());
+    slow.release();
+    QTRY_VERIFY(window.says(QStringLiteral("Last scan: 12:00 PM")));
+}
+
+void TestWatchedFoldersTab::theLastRunIsToldByItsTimeAlone()
+{
+    SettingsWindow window;
+    window.engine.settings.setLastAutoDiscoveryScan(instant("2024-02-29T21:41:00Z"));
+    window.open(SettingsWindow::AutoDiscover);
+    QVERIFY(window.says(QStringLiteral("Last scan: 9:41 PM")));
+}
+
+void TestWatchedFoldersTab::discoveredRepositoriesAreNamed_data()
+{
+    QTest::addColumn<int>("found");
+    QTest::addColumn<QString>("more");
+    QTest::newRow("one") << 1 << QString();
+    QTest::newRow("three, without a count of more") << 3 << QString();
+    QTest::newRow("four") << 4 << QStringLiteral("...and 1 more");
+    QTest::newRow("five") << 5 << QStringLiteral("...and 2 more");
+}
+
+void TestWatchedFoldersTab::discoveredRepositoriesAreNamed()
+{
+    QFETCH(int, found);
+    QFETCH(QString, more);
+    const auto heading = QStringLiteral("Recently discovered:");
+    const Folder folder(found);
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    QVERIFY(!window.says(heading));
+    choose(window, folder.dir.path());
+    QTRY_VERIFY(window.says(heading));
+
+    QStringList expected(heading);
+    const auto paths = window.engine.manager.lastDiscoveredRepos();
+    QCOMPARE(paths.size(), found);
+    for (const auto &path : paths.first(std::min(found, 3)))
+        expected.append(QStringLiteral("+ ") + lastPathComponent(path));
+    if (!more.isEmpty())
+        expected.append(more);
+    QCOMPARE(linesFrom(window, heading), expected);
+    QCOMPARE(window.control<Text>(expected.at(1))->tone(), style::Tone(style::Accent::Green));
+}
+
+void TestWatchedFoldersTab::theMessageIsGoneWhenTheWindowOpensAgain()
+{
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    choose(window, QStringLiteral("/src"));
+    QVERIFY(isMessage(window, watchedAlready));
+    window.view->close();
+    window.show(SettingsWindow::AutoDiscover);
+    QVERIFY(!window.says(watchedAlready));
+}
+
+void TestWatchedFoldersTab::nothingIsCutOffWhenThereIsMostToSay()
+{
+    const Folder folder(5);
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    choose(window, folder.dir.path());
+    QTRY_VERIFY(window.says(QStringLiteral("...and 2 more")));
+    choose(window, folder.dir.path());
+    QVERIFY(isMessage(window, watchedAlready));
+    QCoreApplication::sendPostedEvents();
+    const auto *const message = window.control<Text>(watchedAlready);
+    const QRect place(message->mapTo(window.view.get(), QPoint()), message->size());
+    QVERIFY(window.view->rect().contains(place));
+    QVERIFY(window.control<QCheckBox>(lastPathComponent(folder.dir.path())) != nullptr);
+}
+
+QTEST_MAIN(TestWatchedFoldersTab)
+#include "tst_watchedfolderstab.moc"
