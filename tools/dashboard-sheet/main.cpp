@@ -3,6 +3,7 @@
 // Paints the dashboard in all its faces, light and dark, at 1x, 1.5x and 2x: dashboard_sheet FOLDER [FONT [PIXELS]]
 
 #include "support/Engine.h"
+#include "support/Picture.h"
 #include "support/RecordingFileViewer.h"
 #include "support/WhatIsShown.h"
 #include "Views/MenuBarView.h"
@@ -10,9 +11,7 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QImage>
 
-#include <cmath>
 #include <cstdio>
 
 using namespace velquarin;
@@ -100,16 +99,6 @@ void script(Engine &engine, const Face &face)
     }
 }
 
-QImage picture(QWidget &widget, double ratio)
-{
-    const QSize pixels(int(std::ceil(widget.width() * ratio)), int(std::ceil(widget.height() * ratio)));
-    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(ratio);
-    image.fill(widget.palette().color(QPalette::Window));
-    widget.render(&image);
-    return image;
-}
-
 bool paint(const Face &face, const char *palette, const QDir &folder)
 {
     Engine engine;
@@ -130,7 +119,7 @@ bool paint(const Face &face, const char *palette, const QDir &folder)
     for (const auto ratio : {1.0, 1.5, 2.0}) {
         const auto name =
             QStringLiteral("%1-%2-%3x.png").arg(QLatin1String(face.name), QLatin1String(palette)).arg(ratio);
-        isSaved = picture(view, ratio).save(folder.filePath(name)) && isSaved;
+        isSaved = pictureOf(view, ratio).save(folder.filePath(name)) && isSaved;
     }
     return isSaved;
 }
