@@ -37,7 +37,6 @@ void LaunchAtLogin::setIsEnabled(bool isEnabled)
 
 void LaunchAtLogin::assign(bool isEnabled)
 {
-    m_correction.reset();
     Q_EMIT isEnabledWillChange(isEnabled);
     m_isEnabled = isEnabled;
     updateLaunchAtLogin();

@@ -27,7 +27,6 @@ using velquarin::test::AsOrdinaryUser;
 using velquarin::test::AutostartPlace;
 using velquarin::test::FakeTimers;
 using velquarin::test::namesIn;
-using velquarin::test::readFile;
 using velquarin::test::RecordingLoginItem;
 using velquarin::test::snapshotOf;
 

@@ -267,10 +267,10 @@ void TestAutostartEntry::aProgramIsFoundWhereItIsNamed_data()
     row("a relative path is not found", "bin/velquarin", u"/usr/bin/bin/velquarin"_s, false);
     row("a relative path with a dot is not found", "./velquarin", u"/usr/bin/./velquarin"_s, false);
     row("a tilde is no home folder", "~/velquarin", u"/home/ann/velquarin"_s, false);
-    row("a variable is not replaced", "\"\\\\$HOME/velquarin\"", u"/home/ann/velquarin"_s, false);
+    row("a variable is not replaced", R"("\\$HOME/velquarin")", u"/home/ann/velquarin"_s, false);
     row("an empty name is not a folder", "\"\"", u"/usr/bin/"_s, false);
-    row("escaped blanks belong to the path", "\"/my\\sprograms/v\"", u"/my programs/v"_s, true);
-    row("a backslash is written four times", "\"/a\\\\\\\\b/v\"", u"/a\\b/v"_s, true);
+    row("escaped blanks belong to the path", R"("/my\sprograms/v")", u"/my programs/v"_s, true);
+    row("a backslash is written four times", R"("/a\\\\b/v")", u"/a\\b/v"_s, true);
     row("an escape that does not exist spoils the command", "/opt/\\velquarin", u"/opt/velquarin"_s, false);
 }
 
@@ -290,7 +290,7 @@ void TestAutostartEntry::aStringHolds_data()
     QTest::newRow("what it says") << QByteArray("a b=c;d#e") << u"a b=c;d#e"_s;
     QTest::newRow("nothing when there is nothing") << QByteArray("") << u""_s;
     QTest::newRow("letters of all languages") << QByteArray("grüße 火") << u"grüße 火"_s;
-    QTest::newRow("every escape sequence") << QByteArray("\\sa\\nb\\tc\\rd\\\\e\\s") << u" a\nb\tc\rd\\e "_s;
+    QTest::newRow("every escape sequence") << QByteArray(R"(\sa\nb\tc\rd\\e\s)") << u" a\nb\tc\rd\\e "_s;
     QTest::newRow("a backslash before an escaped one's letter") << QByteArray("\\\\n") << u"\\n"_s;
     QTest::newRow("no escape sequence of another kind") << QByteArray("a\\qb") << QString();
     QTest::newRow("no escaped semicolon, which is for lists") << QByteArray("a\\;b") << QString();
@@ -346,15 +346,15 @@ void TestAutostartEntry::aProgramIsQuotedWhereItHasToBe_data()
                                          << QByteArray("/usr/bin/velquarin-1.0_x+y=z,@:");
     QTest::newRow("a path in another language is not") << u"/opt/grüße/火"_s << QByteArray("/opt/grüße/火");
     QTest::newRow("a blank is") << u"/my programs/v"_s << QByteArray("\"/my programs/v\"");
-    QTest::newRow("a dollar sign is, with two backslashes") << u"/a$b"_s << QByteArray("\"/a\\\\$b\"");
-    QTest::newRow("a backtick is, with two backslashes") << u"/a`b"_s << QByteArray("\"/a\\\\`b\"");
-    QTest::newRow("a double quote is, with two backslashes") << u"/a\"b"_s << QByteArray("\"/a\\\\\"b\"");
-    QTest::newRow("a backslash becomes four") << u"/a\\b"_s << QByteArray("\"/a\\\\\\\\b\"");
+    QTest::newRow("a dollar sign is, with two backslashes") << u"/a$b"_s << QByteArray(R"("/a\\$b")");
+    QTest::newRow("a backtick is, with two backslashes") << u"/a`b"_s << QByteArray(R"("/a\\`b")");
+    QTest::newRow("a double quote is, with two backslashes") << u"/a\"b"_s << QByteArray(R"("/a\\"b")");
+    QTest::newRow("a backslash becomes four") << u"/a\\b"_s << QByteArray(R"("/a\\\\b")");
     QTest::newRow("a single quote is") << u"/a'b"_s << QByteArray("\"/a'b\"");
     QTest::newRow("a tilde is") << u"/a~"_s << QByteArray("\"/a~\"");
     QTest::newRow("every other reserved sign is") << u"/><|&;*?#()"_s << QByteArray("\"/><|&;*?#()\"");
     QTest::newRow("a per cent sign becomes two") << u"/100%/v"_s << QByteArray("/100%%/v");
-    QTest::newRow("a line's end stays on one line") << u"/a\nb"_s << QByteArray("\"/a\\nb\"");
+    QTest::newRow("a line's end stays on one line") << u"/a\nb"_s << QByteArray(R"("/a\nb")");
 }
 
 void TestAutostartEntry::aProgramIsQuotedWhereItHasToBe()

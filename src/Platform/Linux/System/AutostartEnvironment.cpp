@@ -12,7 +12,7 @@ namespace velquarin {
 
 namespace {
 
-const QString folderName = QStringLiteral("autostart");
+const QString autostart = QStringLiteral("autostart");
 
 QStringList partsOf(const QString &value)
 {
@@ -30,7 +30,7 @@ QString userFolderOf(const QProcessEnvironment &variables)
 {
     const auto configuration =
         configHome(variables.value(QStringLiteral("XDG_CONFIG_HOME")), variables.value(QStringLiteral("HOME")));
-    return configuration.startsWith(u'/') ? joinPath(configuration, folderName) : QString();
+    return configuration.startsWith(u'/') ? joinPath(configuration, autostart) : QString();
 }
 
 }  // namespace
@@ -41,7 +41,7 @@ AutostartEnvironment autostartEnvironment(const QProcessEnvironment &variables, 
     environment.userFolder = userFolderOf(variables);
     for (const auto &folder :
          absolutePartsOf(variables.value(QStringLiteral("XDG_CONFIG_DIRS")), QStringLiteral("/etc/xdg")))
-        environment.systemFolders << joinPath(folder, folderName);
+        environment.systemFolders << joinPath(folder, autostart);
     environment.systemFolders.removeAll(environment.userFolder);
     environment.currentDesktop = partsOf(variables.value(QStringLiteral("XDG_CURRENT_DESKTOP")));
     environment.searchPath =
