@@ -7,6 +7,7 @@
 #include "Platform/Clock.h"
 #include "Platform/Output.h"
 #include "Platform/Timers.h"
+#include "Services/Breather.h"
 #include "Services/GitService.h"
 #include "Services/MergedHistory.h"
 #include "Services/NotificationService.h"
@@ -224,13 +225,21 @@ QCoro::Task<> StreakManager::scanFolders(QList<WatchedFolder> folders, QSet<QStr
         const auto paths = co_await m_gitService.scanForRepositories(folder.path, folder.maxDepth);
         if (!self)
             co_return;
-        trackDiscovered(paths, found, added);
+        co_await trackDiscovered(paths, found, added);
+        if (!self)
+            co_return;
     }
 }
 
-void StreakManager::trackDiscovered(const QStringList &paths, QSet<QString> *found, QStringList *added)
+QCoro::Task<> StreakManager::trackDiscovered(QStringList paths, QSet<QString> *found, QStringList *added)
 {
-    for (const auto &path : paths) {
+    const QPointer self(this);
+    Breather breather;
+    for (const auto &path : std::as_const(paths)) {
+        if (breather.isPauseDue())
+            co_await breather.pause();
+        if (!self)
+            co_return;
         found->insert(path);
         if (isTracked(path))
             continue;

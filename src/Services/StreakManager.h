@@ -116,7 +116,7 @@ private:
     QCoro::Task<> scanFolders(QList<WatchedFolder> folders, QSet<QString> *found, QStringList *added);
     [[nodiscard]] QList<TrackedRepository> enabledRepositories() const;
     [[nodiscard]] bool shouldRunAutoDiscovery() const;
-    void trackDiscovered(const QStringList &paths, QSet<QString> *found, QStringList *added);
+    QCoro::Task<> trackDiscovered(QStringList paths, QSet<QString> *found, QStringList *added);
     [[nodiscard]] bool isTracked(const QString &path) const;
     [[nodiscard]] QSet<QString> pathsAddedByHand() const;
     void publish(const Reading &reading);

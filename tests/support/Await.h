@@ -28,4 +28,12 @@ inline void await(QCoro::Task<> task)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
+//! Runs the event loop until it is so.
+template <typename Condition>
+void awaitThat(Condition isSo)
+{
+    while (!isSo())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
 }  // namespace velquarin::test

@@ -76,6 +76,7 @@ void RepositoriesTab::addButtons()
     auto *const row = addRowTo(*this);
     m_add = makeButton(tr("A&dd Repository"), QStringLiteral("plus"), this);
     m_scan = makeButton(tr("&Scan Folder"), QStringLiteral("folder.badge.gearshape"), this);
+    m_scan->setObjectName(QStringLiteral("scanFolder"));
     m_refresh = makeButton(tr("Re&fresh Now"), {}, this);
     row->addWidget(m_add);
     row->addWidget(m_scan);

@@ -5,6 +5,7 @@
 
 #include "Models/AppSettings.h"
 #include "Platform/FolderChooser.h"
+#include "Services/Breather.h"
 #include "Services/GitService.h"
 #include "Services/StreakManager.h"
 #include "Views/Settings/ScanOutcome.h"
@@ -82,7 +83,9 @@ QCoro::Task<> RepositoryActions::scan(QString path)
     const auto found = co_await walk;
     if (!self)
         co_return;
-    const auto added = trackNew(found);
+    const auto added = co_await trackNew(found);
+    if (!self)
+        co_return;
     m_isScanning = false;
     m_scanProgress.reset();
     const auto outcome = scanOutcome(found.size(), added);
@@ -92,16 +95,22 @@ QCoro::Task<> RepositoryActions::scan(QString path)
 }
 
 // Asked anew for each path: one that was found twice is added once.
-qsizetype RepositoryActions::trackNew(const QStringList &found)
+QCoro::Task<qsizetype> RepositoryActions::trackNew(QStringList found)
 {
+    const QPointer self(this);
+    Breather breather;
     qsizetype added = 0;
-    for (const auto &path : found) {
+    for (const auto &path : std::as_const(found)) {
+        if (breather.isPauseDue())
+            co_await breather.pause();
+        if (!self)
+            co_return added;
         if (isTracked(path))
             continue;
         m_settings.addRepository(path, false);
         ++added;
     }
-    return added;
+    co_return added;
 }
 
 bool RepositoryActions::isTracked(const QString &path) const

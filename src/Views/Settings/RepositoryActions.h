@@ -53,7 +53,7 @@ Q_SIGNALS:
 private:
     QCoro::Task<> checkAndAdd(QString path);
     QCoro::Task<> scan(QString path);
-    [[nodiscard]] qsizetype trackNew(const QStringList &found);
+    QCoro::Task<qsizetype> trackNew(QStringList found);
     [[nodiscard]] bool isTracked(const QString &path) const;
     void setMessage(std::optional<QString> message);
 
