@@ -23,6 +23,8 @@ private Q_SLOTS:
     void aSpanHasItsTwoLargestUnits_data();
     void aSpanHasItsTwoLargestUnits();
     void datesAndTimesAreInTheUsersWordsAndZone();
+    void aDayIsCalledByItsOwnDate_data();
+    void aDayIsCalledByItsOwnDate();
     void theLocaleComesFromTheFirstVariableThatIsSet_data();
     void theLocaleComesFromTheFirstVariableThatIsSet();
 };
@@ -118,6 +120,29 @@ void TestDateTexts::datesAndTimesAreInTheUsersWordsAndZone()
     QCOMPARE(german.shortTime(moment), QStringLiteral("08:11"));
     const DateTexts offset("de_DE", Calendar(QTimeZone(3 * 3600)));
     QCOMPARE(offset.shortTime(moment), QStringLiteral("05:41"));
+}
+
+// The library that writes dates brings a list of zones of its own, which may be older than the system's.
+void TestDateTexts::aDayIsCalledByItsOwnDate_data()
+{
+    QTest::addColumn<QByteArray>("zone");
+    for (const auto *const zone : {"Europe/Berlin", "Africa/Cairo", "America/Asuncion", "America/Nuuk",
+                                   "America/Coyhaique", "JST-9", "CET-1CEST,M3.5.0,M10.5.0/3", "posix/Asia/Tokyo"})
+        QTest::newRow(zone) << QByteArray(zone);
+}
+
+void TestDateTexts::aDayIsCalledByItsOwnDate()
+{
+    QFETCH(QByteArray, zone);
+    const auto calendar = calendarIn(zone.constData());
+    const DateTexts texts("en_US", calendar);
+    for (const auto date : {QDate(2026, 7, 1), QDate(2026, 12, 1)}) {
+        const auto start = calendar.startOf(date).value();
+        QCOMPARE(texts.weekday(start), QLocale::c().toString(date, QStringLiteral("ddd")));
+        QCOMPARE(texts.month(start), QLocale::c().toString(date, QStringLiteral("MMM")));
+        QCOMPARE(texts.mediumDate(start), QLocale::c().toString(date, QStringLiteral("MMM d, yyyy")));
+        QCOMPARE(texts.shortTime(start + std::chrono::hours(12)), QStringLiteral("12:00 PM"));
+    }
 }
 
 void TestDateTexts::theLocaleComesFromTheFirstVariableThatIsSet_data()
