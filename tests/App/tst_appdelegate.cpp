@@ -13,6 +13,7 @@
 #include "support/RecordingStatusItem.h"
 #include "support/ScriptedFolderChooser.h"
 #include "Views/Popover.h"
+#include "Views/RepoRow.h"
 
 #include <QApplication>
 #include <QTest>
@@ -104,6 +105,7 @@ private Q_SLOTS:
     void aClickOpensTheDashboardAndASecondOneClosesIt();
     void aSecondStartOpensTheDashboardAndLeavesItOpen();
     void theGearClosesTheDashboardAndOpensTheSettings();
+    void aRepositoryOpensInTheFileManagerAndTheDashboardMakesWay();
     void aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu();
     void theServicesAreMadeOnce();
     void theLoginItemIsReadWhenSomebodyFirstAsksForIt();
@@ -279,6 +281,23 @@ void TestAppDelegate::theGearClosesTheDashboardAndOpensTheSettings()
     QCOMPARE(windowTitled(QStringLiteral("Settings")), settings);
     QTest::keyClick(settings, Qt::Key_Escape);
     QVERIFY(!windowTitled(QStringLiteral("Settings")));
+}
+
+// On X11 the dashboard takes every click and every key while it is open: the file manager's would not get any.
+void TestAppDelegate::aRepositoryOpensInTheFileManagerAndTheDashboardMakesWay()
+{
+    World world;
+    world.trackOneWithACommitToday();
+    world.delegate.applicationDidFinishLaunching();
+    QTRY_VERIFY(world.delegate.streakManager().lastRefresh().has_value());
+    world.delegate.openDashboard({});
+    auto *dashboard = windowTitled(QStringLiteral("Velquarin"));
+    QVERIFY(dashboard);
+    auto *row = dashboard->findChild<RepoRow *>();
+    QTRY_VERIFY(row->isVisible());
+    QTest::mouseClick(row, Qt::LeftButton);
+    QCOMPARE(world.viewer.shown, QStringList{QStringLiteral("/repos/one")});
+    QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
 }
 
 void TestAppDelegate::aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu()
