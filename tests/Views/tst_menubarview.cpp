@@ -9,6 +9,7 @@
 #include "support/WhatIsShown.h"
 #include "Views/DayColumn.h"
 #include "Views/Divider.h"
+#include "Views/HeaderSection.h"
 #include "Views/IconButton.h"
 #include "Views/RepoRow.h"
 #include "Views/Style.h"
@@ -17,6 +18,7 @@
 #include "Views/YearHeatmapView.h"
 
 #include <QApplication>
+#include <QProxyStyle>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -736,6 +738,34 @@ private Q_SLOTS:
         QVERIFY(world.named("year").isVisible());
     }
 
+    void noDayOfTheYearIsCutOff_data()
+    {
+        QTest::addColumn<int>("fontHeight");
+        QTest::addColumn<int>("scrollBar");
+        QTest::newRow("a tiny font") << 7 << 14;
+        QTest::newRow("a small font") << 9 << 14;
+        QTest::newRow("a usual font") << 13 << 14;
+        QTest::newRow("a usual font and a thick scroll bar") << 13 << 21;
+        QTest::newRow("a large font") << 40 << 14;
+    }
+
+    void noDayOfTheYearIsCutOff()
+    {
+        QFETCH(int, fontHeight);
+        QFETCH(int, scrollBar);
+        const ScrollBarsOf thickness(scrollBar);
+        setFontHeight(fontHeight);
+        World world;
+        world.engine.refresh();
+        world.engine.manager.setShowYearView(true);
+        world.show();
+        const auto &heatmap = world.named<YearHeatmapView>("yearHeatmap");
+        QTRY_VERIFY(world.named<QScrollArea>("yearScrollArea").horizontalScrollBar()->isVisible());
+        QVERIFY2(
+            heatmap.parentWidget()->height() >= heatmap.height(),
+            qPrintable(QStringLiteral("%1 of %2 pixels").arg(heatmap.parentWidget()->height()).arg(heatmap.height())));
+    }
+
     // A guest of the desktop
 
     void aChangeOfTheDesktopIsFollowed_data()
@@ -808,6 +838,32 @@ private:
     private:
         std::counting_semaphore<> m_gate{0};
         std::atomic<int> m_asked = 0;
+    };
+
+    // Another desktop's style for as long as this lives.
+    class ScrollBarsOf
+    {
+    public:
+        explicit ScrollBarsOf(int thickness) { QApplication::setStyle(new Style(thickness)); }
+        ~ScrollBarsOf() { QApplication::setStyle(QStringLiteral("Fusion")); }
+
+    private:
+        class Style : public QProxyStyle
+        {
+        public:
+            explicit Style(int thickness)
+                : QProxyStyle(QStringLiteral("Fusion"))
+                , m_thickness(thickness)
+            {
+            }
+            int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override
+            {
+                return metric == PM_ScrollBarExtent ? m_thickness : QProxyStyle::pixelMetric(metric, option, widget);
+            }
+
+        private:
+            int m_thickness;
+        };
     };
 
     static void setFontHeight(int pixels)
