@@ -15,7 +15,9 @@
 #include "Views/Text.h"
 
 #include <QApplication>
+#include <QFontMetrics>
 #include <QImage>
+#include <QMouseEvent>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -478,6 +480,27 @@ private Q_SLOTS:
         row.setStats(other, m_texts, now);
         QTest::mouseRelease(&row, Qt::LeftButton);
         QCOMPARE(m_viewer.shown, QStringList());
+    }
+
+    void aKeyThatIsHeldDownShowsTheFolderOnce_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::newRow("Enter") << Qt::Key_Return;
+        QTest::newRow("Space") << Qt::Key_Space;
+    }
+
+    void aKeyThatIsHeldDownShowsTheFolderOnce()
+    {
+        QFETCH(Qt::Key, key);
+        RepoRow row(m_viewer);
+        row.setStats(stats(QStringLiteral("Work"), 3), m_texts, now);
+        QTest::keyPress(&row, key);
+        for (int repeat = 0; repeat < 3; ++repeat) {
+            QKeyEvent again(QEvent::KeyPress, key, Qt::NoModifier, {}, true);
+            QApplication::sendEvent(&row, &again);
+        }
+        QTest::keyRelease(&row, key);
+        QCOMPARE(m_viewer.shown, QStringList{QStringLiteral("/src/tool")});
     }
 
     void aPressOutlastsANewReadingOfItsRepository()
