@@ -482,6 +482,24 @@ private Q_SLOTS:
         QCOMPARE(m_viewer.shown, QStringList());
     }
 
+    void aPressThatBeganOnAnotherRepositoryStaysOverHoweverThePointerMoves()
+    {
+        RepoRow row(m_viewer);
+        row.setStats(stats(QStringLiteral("Work"), 3), m_texts, now);
+        row.resize(row.sizeHint());
+        row.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&row));
+        QTest::mousePress(&row, Qt::LeftButton);
+        auto other = stats(QStringLiteral("Other"), 3);
+        other.path = QStringLiteral("/src/other");
+        row.setStats(other, m_texts, now);
+        QMouseEvent move(QEvent::MouseMove, QPointF(5, 5), row.mapToGlobal(QPointF(5, 5)), Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(&row, &move);
+        QTest::mouseRelease(&row, Qt::LeftButton);
+        QCOMPARE(m_viewer.shown, QStringList());
+    }
+
     void aKeyThatIsHeldDownShowsTheFolderOnce_data()
     {
         QTest::addColumn<Qt::Key>("key");
