@@ -766,6 +766,26 @@ private Q_SLOTS:
             qPrintable(QStringLiteral("%1 of %2 pixels").arg(heatmap.parentWidget()->height()).arg(heatmap.height())));
     }
 
+    void theKeyboardOpensNoOtherRepositoryThanItReached()
+    {
+        World world;
+        world.track(2, 1);
+        world.engine.refresh();
+        world.show();
+        world.view->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(world.view.get()));
+        auto *const second = world.view->findChildren<RepoRow *>().at(1);
+        second->setFocus(Qt::TabFocusReason);
+        QCOMPARE(second->path(), QStringLiteral("/src/repository-2"));
+        world.engine.script(QStringLiteral("/src/repository-2"), commits("2026-11-20", 1), commits("2026-11-20", 1),
+                            "2026-11-20T11:00:00+00:00");
+        world.engine.refresh();
+        world.settle();
+        if (auto *const focused = world.view->focusWidget())
+            QTest::keyClick(focused, Qt::Key_Return);
+        QVERIFY(!world.viewer.shown.contains(QStringLiteral("/src/repository-1")));
+    }
+
     // A guest of the desktop
 
     void aChangeOfTheDesktopIsFollowed_data()
