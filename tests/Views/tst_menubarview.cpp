@@ -786,6 +786,21 @@ private Q_SLOTS:
         QVERIFY(!world.viewer.shown.contains(QStringLiteral("/src/repository-1")));
     }
 
+    void theFocusOfARowThatGoesDoesNotLandOnTheGear()
+    {
+        World world;
+        world.track(2, 1);
+        world.engine.refresh();
+        world.show();
+        world.view->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(world.view.get()));
+        world.view->findChildren<RepoRow *>().at(1)->setFocus(Qt::TabFocusReason);
+        world.engine.settings.removeRepository(world.engine.settings.trackedRepositories().at(1));
+        world.engine.refresh();
+        world.settle();
+        QVERIFY(world.view->focusWidget() != &world.named("settings"));
+    }
+
     // A guest of the desktop
 
     void aChangeOfTheDesktopIsFollowed_data()
