@@ -738,6 +738,18 @@ private Q_SLOTS:
         QVERIFY(world.named("year").isVisible());
     }
 
+    void writtenFromTheRightTheYearBringsTodayIntoSightToo()
+    {
+        World world;
+        world.engine.refresh();
+        auto &view = world.show();
+        view.setLayoutDirection(Qt::RightToLeft);
+        world.settle();
+        world.engine.manager.setShowYearView(true);
+        world.settle();
+        QTRY_VERIFY(isTodayInSight(world));
+    }
+
     void noDayOfTheYearIsCutOff_data()
     {
         QTest::addColumn<int>("fontHeight");
