@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QHelpEvent>
 #include <QImage>
+#include <QPainter>
 #include <QPaintEvent>
 #include <QPushButton>
 #include <QScrollArea>
@@ -122,6 +123,7 @@ private Q_SLOTS:
     void aNewCommitRepaintsItsSquareAlone();
     void aNewDayMovesTheGridOn();
     void monthsAreWritten();
+    void fromRightToLeftAScrollAreaKeepsTheCurrentSquareInSight();
     void thePointerIsToldTheDay();
     void nothingIsToldWhereThereIsNoDay();
     void theKeysMoveBetweenTheDays_data();
@@ -273,6 +275,28 @@ void TestYearHeatmapView::monthsAreWritten()
                 inked += image.pixelColor(x, y) != light().color(QPalette::Window);
         }
         QVERIFY(inked > 8);
+    }
+}
+
+void TestYearHeatmapView::fromRightToLeftAScrollAreaKeepsTheCurrentSquareInSight()
+{
+    QScrollArea area;
+    area.setLayoutDirection(Qt::RightToLeft);
+    auto *view = new YearHeatmapView;
+    area.setWidget(view);
+    area.resize(200, 120);
+    show(*view, {});
+    view->resize(view->sizeHint());
+    connect(view, &YearHeatmapView::currentCellMoved, &area,
+            [&area](const QRect &cell) { area.ensureVisible(cell.center().x(), cell.center().y(), cell.width(), 0); });
+    area.show();
+    area.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&area));
+    view->setFocus(Qt::TabFocusReason);
+    for (const auto key : {Qt::Key_Home, Qt::Key_End}) {
+        QTest::keyClick(view, key);
+        const auto cell = view->rectangleOf(view->currentCell().value());
+        QTRY_VERIFY(area.viewport()->rect().contains(view->mapTo(area.viewport(), cell.center())));
     }
 }
 
