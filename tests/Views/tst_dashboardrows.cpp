@@ -521,6 +521,27 @@ private Q_SLOTS:
         QCOMPARE(m_viewer.shown, QStringList{QStringLiteral("/src/tool")});
     }
 
+    void whatIsWrittenFromTheLeftIsReadFromTheLeftEverywhere_data()
+    {
+        QTest::addColumn<QString>("text");
+        for (const auto *const text : {"Longest", "4 days", "+2 more", "1 day ago", "Updated 2 min, 13 sec ago"})
+            QTest::newRow(text) << QString::fromLatin1(text);
+    }
+
+    void whatIsWrittenFromTheLeftIsReadFromTheLeftEverywhere()
+    {
+        QFETCH(QString, text);
+        Text shown(textLook(style::TypeStyle::Caption, Ink::Primary));
+        shown.setText(text);
+        shown.setAlignment(Qt::AlignHCenter);
+        shown.resize(shown.sizeHint());
+        const auto expected = shown.grab().toImage();
+        QApplication::setLayoutDirection(Qt::RightToLeft);
+        const auto mirrored = shown.grab().toImage();
+        QApplication::setLayoutDirection(Qt::LeftToRight);
+        QCOMPARE(mirrored, expected);
+    }
+
     void aPressOutlastsANewReadingOfItsRepository()
     {
         RepoRow row(m_viewer);
