@@ -542,6 +542,37 @@ private Q_SLOTS:
         QCOMPARE(mirrored, expected);
     }
 
+    void aNameStandsOnOneLineWhateverBreaksItHolds_data()
+    {
+        QTest::addColumn<QString>("lineBreak");
+        QTest::newRow("line feed") << QStringLiteral("\n");
+        QTest::newRow("carriage return") << QStringLiteral("\r");
+        QTest::newRow("both") << QStringLiteral("\r\n");
+        QTest::newRow("vertical tab") << QStringLiteral("\v");
+        QTest::newRow("form feed") << QStringLiteral("\f");
+        QTest::newRow("tab") << QStringLiteral("\t");
+        QTest::newRow("line separator") << QString(QChar(QChar::LineSeparator));
+        QTest::newRow("paragraph separator") << QString(QChar(QChar::ParagraphSeparator));
+    }
+
+    void aNameStandsOnOneLineWhateverBreaksItHolds()
+    {
+        QFETCH(QString, lineBreak);
+        Text name(textLook(style::TypeStyle::Subheadline, Ink::Primary));
+        name.setText(QStringLiteral("Eins"));
+        name.resize(200, name.sizeHint().height());
+        const auto first = name.grab().toImage();
+        name.setText(QStringLiteral("Eins") + lineBreak + QStringLiteral("Zwei"));
+        const auto both = name.grab().toImage();
+        // What stood there without the second word stands there with it.
+        const QRect word(
+            0, 0, QFontMetrics(style::font(style::TypeStyle::Subheadline)).horizontalAdvance(QStringLiteral("Ein")),
+            name.height());
+        QCOMPARE(both.copy(word), first.copy(word));
+        QVERIFY(both.copy(word.right() + 20, 0, 100, name.height()) !=
+                first.copy(word.right() + 20, 0, 100, name.height()));
+    }
+
     void aPressOutlastsANewReadingOfItsRepository()
     {
         RepoRow row(m_viewer);
