@@ -87,6 +87,7 @@ private Q_SLOTS:
     void openingItAgainWhileItIsOpenChangesNothing();
     void moreContentMakesItHigher();
     void contentBeyondTheScreenIsScrolled();
+    void contentWiderThanTheScreenIsScrolled();
     void itFollowsItsContentWhileItIsOpen();
     void whatHappensWhileItIsClosedIsThereWhenItOpens();
     void nothingHasTheFocusWhenItOpens_data();
@@ -291,6 +292,22 @@ void TestPopover::contentBeyondTheScreenIsScrolled()
     QCOMPARE(area->viewport()->width(), 300);
     QCOMPARE(content->size(), QSize(300, 2000));
     QCOMPARE(bar->maximum(), 2000 - popover.height());
+}
+
+void TestPopover::contentWiderThanTheScreenIsScrolled()
+{
+    auto font = QApplication::font();
+    font.setPixelSize(40);
+    QApplication::setFont(font);
+    auto *content = new Content(200);
+    content->setFixedWidth(923);
+    Popover popover(content);
+    popover.toggle(item, {});
+    QVERIFY(QTest::qWaitForWindowExposed(&popover));
+    const auto *area = popover.findChild<QScrollArea *>();
+    QVERIFY(area->viewport()->width() < content->width());
+    QCOMPARE(area->horizontalScrollBar()->maximum(), content->width() - area->viewport()->width());
+    QVERIFY(area->horizontalScrollBar()->isVisible());
 }
 
 void TestPopover::itFollowsItsContentWhileItIsOpen()
