@@ -23,6 +23,8 @@ private Q_SLOTS:
     void aSpanHasItsTwoLargestUnits_data();
     void aSpanHasItsTwoLargestUnits();
     void datesAndTimesAreInTheUsersWordsAndZone();
+    void aMonthHasOneNameFromItsFirstDayToItsLast_data();
+    void aMonthHasOneNameFromItsFirstDayToItsLast();
     void aDayIsCalledByItsOwnDate_data();
     void aDayIsCalledByItsOwnDate();
     void theLocaleComesFromTheFirstVariableThatIsSet_data();
@@ -120,6 +122,25 @@ void TestDateTexts::datesAndTimesAreInTheUsersWordsAndZone()
     QCOMPARE(german.shortTime(moment), QStringLiteral("08:11"));
     const DateTexts offset("de_DE", Calendar(QTimeZone(3 * 3600)));
     QCOMPARE(offset.shortTime(moment), QStringLiteral("05:41"));
+}
+
+void TestDateTexts::aMonthHasOneNameFromItsFirstDayToItsLast_data()
+{
+    QTest::addColumn<QByteArray>("locale");
+    for (const auto *const locale : {"en_US", "ja_JP", "th_TH", "fa_IR", "ar_SA"})
+        QTest::newRow(locale) << QByteArray(locale);
+}
+
+void TestDateTexts::aMonthHasOneNameFromItsFirstDayToItsLast()
+{
+    QFETCH(QByteArray, locale);
+    const auto calendar = calendarIn("UTC");
+    const DateTexts texts(locale, calendar);
+    const QDate first(2026, 12, 1);
+    const auto name = texts.month(calendar.startOf(first).value());
+    for (int day = 1; day < first.daysInMonth(); ++day)
+        QCOMPARE(texts.month(calendar.startOf(first.addDays(day)).value()), name);
+    QVERIFY(texts.month(calendar.startOf(first.addDays(-1)).value()) != name);
 }
 
 // The library that writes dates brings a list of zones of its own, which may be older than the system's.
