@@ -123,6 +123,7 @@ private Q_SLOTS:
     void aNewCommitRepaintsItsSquareAlone();
     void aNewDayMovesTheGridOn();
     void monthsAreWritten();
+    void noLetterOfAMonthIsCutOff();
     void fromRightToLeftAScrollAreaKeepsTheCurrentSquareInSight();
     void thePointerIsToldTheDay();
     void nothingIsToldWhereThereIsNoDay();
@@ -276,6 +277,33 @@ void TestYearHeatmapView::monthsAreWritten()
         }
         QVERIFY(inked > 8);
     }
+}
+
+// Some fonts are higher than the labels' frames, and begin their letters a little before their place.
+void TestYearHeatmapView::noLetterOfAMonthIsCutOff()
+{
+    const auto before = QApplication::font();
+    QFont font(QStringLiteral("Noto Sans"));
+    font.setPixelSize(13);
+    if (!QFontInfo(font).exactMatch())
+        QSKIP("The font Noto Sans is not installed");
+    QApplication::setFont(font);
+    YearHeatmapView view;
+    show(view, {});
+    view.resize(view.sizeHint());
+    const auto june = view.rectangleOfLabel(static_cast<int>(view.labels().indexOf(QStringLiteral("Jun"))));
+    QImage expected(view.size(), QImage::Format_RGB32);
+    expected.fill(view.palette().color(QPalette::Window));
+    auto actual = expected;
+    view.render(&actual);
+    QPainter painter(&expected);
+    painter.setFont(style::systemFont(8));
+    painter.setPen(style::ink(view.palette(), style::Ink::Secondary));
+    painter.drawText(june, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip,
+                     QStringLiteral("Jun"));
+    QApplication::setFont(before);
+    const auto around = june.adjusted(-2, 0, 0, 0);
+    QCOMPARE(actual.copy(around), expected.copy(around));
 }
 
 void TestYearHeatmapView::fromRightToLeftAScrollAreaKeepsTheCurrentSquareInSight()
