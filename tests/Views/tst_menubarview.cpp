@@ -778,6 +778,25 @@ private Q_SLOTS:
             qPrintable(QStringLiteral("%1 of %2 pixels").arg(heatmap.parentWidget()->height()).arg(heatmap.height())));
     }
 
+    void noFigureIsCutOff_data()
+    {
+        QTest::addColumn<qint64>("figure");
+        for (const qint64 figure : {731LL, 99'999LL, 1'000'000'000LL, 1'000'000'000'000'000'000LL, -3LL})
+            QTest::addRow("%lld", figure) << figure;
+    }
+
+    void noFigureIsCutOff()
+    {
+        QFETCH(qint64, figure);
+        HeaderSection header;
+        header.setFixedWidth(300);
+        header.setFigures({731, 731, figure, 1000, false});
+        header.show();
+        World::settle();
+        for (const auto *const text : header.findChildren<Text *>())
+            QVERIFY2(text->width() >= text->sizeHint().width(), qPrintable(text->text()));
+    }
+
     void theKeyboardOpensNoOtherRepositoryThanItReached()
     {
         World world;
