@@ -11,6 +11,7 @@
 #include <unicode/timezone.h>
 #include <unicode/unistr.h>
 
+#include <QDateTime>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -142,7 +143,7 @@ struct DateTexts::Formats
     std::unique_ptr<icu::DateFormat> mediumDate;
     std::unique_ptr<icu::DateFormat> shortTime;
 
-    Formats(const icu::Locale &locale, const icu::TimeZone &zone)
+    explicit Formats(const icu::Locale &locale)
         : relative(locale, nullptr, UDAT_STYLE_SHORT, UDISPCTX_CAPITALIZATION_NONE, status)
         , elapsed(locale, UMEASFMT_WIDTH_SHORT, status)
         , weekday(icu::UnicodeString("EEE"), locale, status)
@@ -152,26 +153,24 @@ struct DateTexts::Formats
     {
         for (icu::DateFormat *format : {static_cast<icu::DateFormat *>(&weekday),
                                         static_cast<icu::DateFormat *>(&month), mediumDate.get(), shortTime.get()})
-            format->setTimeZone(zone);
+            format->setTimeZone(*icu::TimeZone::getGMT());
     }
 };
 
 namespace {
 
-std::unique_ptr<icu::TimeZone> icuZone(const QTimeZone &zone)
+// The moment at which clocks in Greenwich show what they show here at @p moment. ICU brings a list of zones of its own,
+// which lacks some of the system's and may be older: it would call a day by another date than the calendar does.
+UDate asInGreenwich(Instant moment, const Calendar &calendar)
 {
-    // A zone that is a mere offset has another name there: "GMT+03:00" for "UTC+03:00".
-    auto name = zone.id();
-    if (name.startsWith("UTC") && name.size() > 3)
-        name.replace(0, 3, "GMT");
-    return std::unique_ptr<icu::TimeZone>(
-        icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(name.toStdString())));
+    const auto wall = wallTime(moment, calendar);
+    return static_cast<UDate>(QDateTime(wall.date, wall.time, Qt::UTC).toMSecsSinceEpoch());
 }
 
-QString formatted(const icu::DateFormat &format, Instant moment)
+QString formatted(const icu::DateFormat &format, UDate moment)
 {
     icu::UnicodeString text;
-    format.format(static_cast<UDate>(moment.time_since_epoch().count()), text);
+    format.format(moment, text);
     return plainText(text);
 }
 
@@ -210,7 +209,7 @@ std::vector<icu::Measure> twoLargestUnits(qint64 seconds)
 
 DateTexts::DateTexts(const QByteArray &locale, Calendar calendar)
     : m_calendar(std::move(calendar))
-    , m_formats(std::make_unique<Formats>(icu::Locale(locale.constData()), *icuZone(m_calendar.zone())))
+    , m_formats(std::make_unique<Formats>(icu::Locale(locale.constData())))
 {
 }
 
@@ -229,22 +228,22 @@ QString DateTexts::elapsed(std::chrono::milliseconds span) const
 
 QString DateTexts::weekday(Instant moment) const
 {
-    return formatted(m_formats->weekday, moment);
+    return formatted(m_formats->weekday, asInGreenwich(moment, m_calendar));
 }
 
 QString DateTexts::month(Instant moment) const
 {
-    return formatted(m_formats->month, moment);
+    return formatted(m_formats->month, asInGreenwich(moment, m_calendar));
 }
 
 QString DateTexts::mediumDate(Instant moment) const
 {
-    return formatted(*m_formats->mediumDate, moment);
+    return formatted(*m_formats->mediumDate, asInGreenwich(moment, m_calendar));
 }
 
 QString DateTexts::shortTime(Instant moment) const
 {
-    return formatted(*m_formats->shortTime, moment);
+    return formatted(*m_formats->shortTime, asInGreenwich(moment, m_calendar));
 }
 
 QString DateTexts::relative(Instant moment, Instant now) const
