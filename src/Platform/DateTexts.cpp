@@ -159,6 +159,16 @@ struct DateTexts::Formats
 
 namespace {
 
+// Days are found in the Gregorian calendar, and so they are called by it: in the calendar of some locales a month begins
+// in the middle of ours.
+icu::Locale gregorian(const QByteArray &name)
+{
+    icu::Locale locale(name.constData());
+    UErrorCode status = U_ZERO_ERROR;
+    locale.setKeywordValue("calendar", "gregorian", status);
+    return locale;
+}
+
 // The moment at which clocks in Greenwich show what they show here at @p moment. ICU brings a list of zones of its own,
 // which lacks some of the system's and may be older: it would call a day by another date than the calendar does.
 UDate asInGreenwich(Instant moment, const Calendar &calendar)
@@ -209,7 +219,7 @@ std::vector<icu::Measure> twoLargestUnits(qint64 seconds)
 
 DateTexts::DateTexts(const QByteArray &locale, Calendar calendar)
     : m_calendar(std::move(calendar))
-    , m_formats(std::make_unique<Formats>(icu::Locale(locale.constData())))
+    , m_formats(std::make_unique<Formats>(gregorian(locale)))
 {
 }
 

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void datesAndTimesAreInTheUsersWordsAndZone();
     void aMonthHasOneNameFromItsFirstDayToItsLast_data();
     void aMonthHasOneNameFromItsFirstDayToItsLast();
+    void aDateIsOfTheSameCalendarAsItsMonth();
     void aDayIsCalledByItsOwnDate_data();
     void aDayIsCalledByItsOwnDate();
     void theLocaleComesFromTheFirstVariableThatIsSet_data();
@@ -141,6 +142,16 @@ void TestDateTexts::aMonthHasOneNameFromItsFirstDayToItsLast()
     for (int day = 1; day < first.daysInMonth(); ++day)
         QCOMPARE(texts.month(calendar.startOf(first.addDays(day)).value()), name);
     QVERIFY(texts.month(calendar.startOf(first.addDays(-1)).value()) != name);
+}
+
+void TestDateTexts::aDateIsOfTheSameCalendarAsItsMonth()
+{
+    const auto calendar = calendarIn("UTC");
+    const auto start = calendar.startOf(QDate(2026, 12, 1)).value();
+    for (const auto *const locale : {"en_US", "th_TH"})
+        QVERIFY2(DateTexts(locale, calendar).mediumDate(start).contains(QLatin1String("2026")), locale);
+    const DateTexts persian("fa_IR", calendar);
+    QVERIFY(persian.mediumDate(start).contains(persian.month(start)));
 }
 
 // The library that writes dates brings a list of zones of its own, which may be older than the system's.
