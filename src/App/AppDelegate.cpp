@@ -6,6 +6,7 @@
 #include "App/Shared.h"
 #include "App/StatusItemPlan.h"
 #include "App/StreakObserver.h"
+#include "App/YieldingFileViewer.h"
 #include "Platform/StatusItem.h"
 #include "Views/MenuBarView.h"
 #include "Views/Popover.h"
@@ -41,9 +42,17 @@ void AppDelegate::setupMenuBar()
                            {},
                            {tr("Quit Velquarin"), QStringLiteral("q"), [this] { quitApp(); }}});
     connect(m_statusItem.get(), &StatusItem::activated, this, &AppDelegate::handleClick);
+    setupPopover();
+}
+
+// The dashboard goes before another window comes: while it is open on X11 it takes every click and every key, and the
+// other window's with them.
+void AppDelegate::setupPopover()
+{
     const auto &platform = m_shared.platform();
-    m_popover = std::make_unique<Popover>(new MenuBarView(*m_streakManager, platform.clock, platform.timers,
-                                                          platform.fileViewer, [this] { openSettings(); }));
+    m_fileViewer = std::make_unique<YieldingFileViewer>(platform.fileViewer, [this] { m_popover->close(); });
+    m_popover = std::make_unique<Popover>(
+        new MenuBarView(*m_streakManager, platform.clock, platform.timers, *m_fileViewer, [this] { openSettings(); }));
     // Once the click that asked for it is over: a menu that opens within it would close with it.
     connect(m_popover.get(), &Popover::menuRequested, m_statusItem.get(), &StatusItem::popUpMenu, Qt::QueuedConnection);
 }
@@ -78,7 +87,6 @@ void AppDelegate::openDashboard(const QString &activationToken)
         m_popover->open(activationToken);
 }
 
-// The dashboard goes first: while it is open on X11 it takes every click, and the window's own with them.
 void AppDelegate::openSettings()
 {
     m_popover->close();

@@ -18,6 +18,7 @@ class SettingsView;
 class Shared;
 class StatusItem;
 class StreakObserver;
+class YieldingFileViewer;
 struct SettingsWorld;
 
 //! Holds the program together while it runs: the status item, the streak and what the user asks for. Main thread only.
@@ -49,6 +50,7 @@ public:
 
 private:
     void setupMenuBar();
+    void setupPopover();
     void setupStreakObserver();
     void updateMenuBarDisplay(qint64 streak, bool isRefreshing, bool hasCommittedToday);
     void handleClick(QPoint position, const QString &activationToken);
@@ -61,6 +63,7 @@ private:
     Desktop m_desktop;
     std::unique_ptr<StreakManager> m_streakManager;
     std::unique_ptr<StatusItem> m_statusItem;
+    std::unique_ptr<YieldingFileViewer> m_fileViewer;
     std::unique_ptr<Popover> m_popover;
     std::unique_ptr<SettingsView> m_settings;
     std::unique_ptr<StreakObserver> m_streakObserver;

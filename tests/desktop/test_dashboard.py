@@ -141,15 +141,15 @@ class Dashboard(unittest.TestCase):
                                                    for text in opened.reader.window(WINDOW).texts()), "the new commit")
             self.assertEqual(opened.program.end(), 0)
 
-    def test_a_repository_opens_in_the_file_manager(self):
+    def test_a_repository_opens_in_the_file_manager_and_the_dashboard_makes_way(self):
         with Desktop(self.id()) as desktop:
             opened = Opened(desktop)
             desktop.start("thunar", "thunar", "--daemon")
             desktop.bus.wait_for(FILE_MANAGER)
             for name, act in (("busy", self._click_row), ("quiet one", self._press_row)):
-                if not opened.reader.window(WINDOW):
-                    opened.open()
+                opened.open()
                 act(opened, name)
+                opened.reader.wait_without_window(WINDOW)
                 wait_until(lambda name=name: window_titled(desktop, name), f"a folder window of {name}")
             self.assertEqual(opened.program.end(), 0)
 
