@@ -39,6 +39,15 @@ QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
     return area;
 }
 
+// Written from the right the toolkit mirrors a point within what can be seen, not within all that is scrolled: it is
+// told where the point would have to be for that.
+void bringIntoSight(QScrollArea &area, QPoint point, int margin)
+{
+    const auto outOfSight = area.widget()->width() - area.viewport()->width();
+    const auto x = area.isRightToLeft() ? point.x() - outOfSight : point.x();
+    area.ensureVisible(x, point.y(), margin, 0);
+}
+
 Text *makeCaption(QWidget *parent)
 {
     return new Text(textLook(style::TypeStyle::Caption, Ink::Secondary), parent);
@@ -58,9 +67,8 @@ YearSection::YearSection(QWidget *parent)
     setObjectName(QStringLiteral("year"));
     m_back->setObjectName(QStringLiteral("back"));
     connect(m_back, &QAbstractButton::clicked, this, &YearSection::weekRequested);
-    connect(m_heatmap, &YearHeatmapView::currentCellMoved, this, [this](const QRect &cell) {
-        m_scrollArea->ensureVisible(cell.center().x(), cell.center().y(), cell.width(), 0);
-    });
+    connect(m_heatmap, &YearHeatmapView::currentCellMoved, this,
+            [this](const QRect &cell) { bringIntoSight(*m_scrollArea, cell.center(), cell.width()); });
 
     const auto padding = points(style::defaultPadding);
     auto *const content = new QVBoxLayout;
@@ -128,7 +136,7 @@ void YearSection::scrollToToday()
 {
     if (!isVisible() || !std::exchange(m_isTodayWanted, false))
         return;
-    m_scrollArea->ensureVisible(m_heatmap->todayX(), 0, m_scrollArea->viewport()->width() / 4, 0);
+    bringIntoSight(*m_scrollArea, {m_heatmap->todayX(), 0}, m_scrollArea->viewport()->width() / 4);
 }
 
 }  // namespace velquarin

@@ -6,6 +6,7 @@
 #include "Platform/DateTexts.h"
 #include "Views/HeatmapGeometry.h"
 #include "Views/Style.h"
+#include "Views/YearSection.h"
 
 #include "support/FakeClock.h"
 #include "support/Offscreen.h"
@@ -124,7 +125,8 @@ private Q_SLOTS:
     void aNewDayMovesTheGridOn();
     void monthsAreWritten();
     void noLetterOfAMonthIsCutOff();
-    void fromRightToLeftAScrollAreaKeepsTheCurrentSquareInSight();
+    void theYearKeepsTheCurrentSquareInSight_data();
+    void theYearKeepsTheCurrentSquareInSight();
     void thePointerIsToldTheDay();
     void nothingIsToldWhereThereIsNoDay();
     void theKeysMoveBetweenTheDays_data();
@@ -306,25 +308,30 @@ void TestYearHeatmapView::noLetterOfAMonthIsCutOff()
     QCOMPARE(actual.copy(around), expected.copy(around));
 }
 
-void TestYearHeatmapView::fromRightToLeftAScrollAreaKeepsTheCurrentSquareInSight()
+void TestYearHeatmapView::theYearKeepsTheCurrentSquareInSight_data()
 {
-    QScrollArea area;
-    area.setLayoutDirection(Qt::RightToLeft);
-    auto *view = new YearHeatmapView;
-    area.setWidget(view);
-    area.resize(200, 120);
-    show(*view, {});
-    view->resize(view->sizeHint());
-    connect(view, &YearHeatmapView::currentCellMoved, &area,
-            [&area](const QRect &cell) { area.ensureVisible(cell.center().x(), cell.center().y(), cell.width(), 0); });
-    area.show();
-    area.activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(&area));
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::newRow("from left to right") << Qt::LeftToRight;
+    QTest::newRow("from right to left") << Qt::RightToLeft;
+}
+
+void TestYearHeatmapView::theYearKeepsTheCurrentSquareInSight()
+{
+    QFETCH(Qt::LayoutDirection, direction);
+    YearSection section;
+    section.setLayoutDirection(direction);
+    const auto calendar = calendarIn("UTC");
+    section.setHistory({}, DateTexts("en_US", calendar), calendar, instant(noon));
+    section.setFixedWidth(300);
+    section.show();
+    section.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&section));
+    auto *const view = section.findChild<YearHeatmapView *>();
     view->setFocus(Qt::TabFocusReason);
     for (const auto key : {Qt::Key_Home, Qt::Key_End}) {
         QTest::keyClick(view, key);
         const auto cell = view->rectangleOf(view->currentCell().value());
-        QTRY_VERIFY(area.viewport()->rect().contains(view->mapTo(area.viewport(), cell.center())));
+        QVERIFY(view->parentWidget()->rect().contains(QRect(view->mapToParent(cell.topLeft()), cell.size())));
     }
 }
 
