@@ -31,7 +31,9 @@ QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
     area->setFocusPolicy(Qt::NoFocus);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->setFixedHeight(points(100));
+    // Scroll bars of some desktops leave less of this height than the days need.
+    area->setMinimumHeight(points(100));
+    area->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     area->setWidgetResizable(true);
     area->setWidget(content);
     area->viewport()->setAutoFillBackground(false);
