@@ -43,12 +43,13 @@ void PlainButton::paintEvent(QPaintEvent * /*event*/)
     style::paintFocusRing(painter, rect(), palette());
 }
 
+// A key that is held down is one press, however often the keyboard repeats it.
 void PlainButton::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
-        click();
-    else
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
         QAbstractButton::keyPressEvent(event);
+    else if (!event->isAutoRepeat())
+        click();
 }
 
 QLayout *withoutOutset(PlainButton *button)
