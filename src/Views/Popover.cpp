@@ -48,6 +48,11 @@ Qt::WindowFlags flagsOf(Popover::Kind kind)
     return Qt::FramelessWindowHint | (kind == Popover::Kind::Grabbing ? Qt::Popup : Qt::Tool);
 }
 
+Qt::ScrollBarPolicy scrollBarWhere(bool isNeeded)
+{
+    return isNeeded ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff;
+}
+
 QAccessibleInterface *makePopoverAccessible(const QString & /*className*/, QObject *object)
 {
     auto *popover = qobject_cast<Popover *>(object);
@@ -97,7 +102,6 @@ void Popover::setUpContent(QWidget *content)
     m_scrollArea = new QScrollArea(this);
     m_scrollArea->setFrameShape(QFrame::NoFrame);
     m_scrollArea->setFocusPolicy(Qt::NoFocus);
-    m_scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scrollArea->setWidgetResizable(true);
     m_scrollArea->setWidget(content);
     m_scrollArea->viewport()->setAutoFillBackground(false);
@@ -185,7 +189,8 @@ void Popover::fit()
     const auto place = placePopover(*m_click, screenAreas(), wish);
     // Else it would be squeezed to its least height before it is scrolled.
     m_scrollArea->widget()->setMinimumHeight(place.scrolls ? wish.contentHeight : 0);
-    m_scrollArea->setVerticalScrollBarPolicy(place.scrolls ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
+    m_scrollArea->setVerticalScrollBarPolicy(scrollBarWhere(place.scrolls));
+    m_scrollArea->setHorizontalScrollBarPolicy(scrollBarWhere(place.scrollsSideways));
     setFixedSize(place.rectangle.size());
     if (m_kind == Kind::Grabbing)
         move(place.rectangle.topLeft());

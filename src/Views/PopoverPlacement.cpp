@@ -121,6 +121,17 @@ QPoint corner(QPoint click, QSize size, PanelSide side, const QRect &room)
     return {x, y};
 }
 
+// A scroll bar takes of the room itself, so that one can make the other necessary.
+PopoverPlace sizeWithin(QSize room, const PopoverWish &wish)
+{
+    const bool isTooWide = wish.width > room.width();
+    const auto contentHeight = wish.contentHeight + (isTooWide ? wish.scrollBar : 0);
+    const bool scrolls = contentHeight > room.height();
+    const auto width = wish.width + (scrolls ? wish.scrollBar : 0);
+    const QSize wished(width, std::max(contentHeight, wish.leastHeight));
+    return {{QPoint(), wished.boundedTo(room)}, scrolls, width > room.width()};
+}
+
 }  // namespace
 
 std::optional<QPoint> clickedPoint(QPoint said, QPoint pointer, const QList<ScreenArea> &screens)
@@ -160,16 +171,14 @@ PanelSide panelSide(QPoint click, const ScreenArea &screen)
 
 PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens, const PopoverWish &wish)
 {
-    const auto height = std::max(wish.contentHeight, wish.leastHeight);
     if (screens.isEmpty())
-        return {{click, QSize(wish.width, height)}, false};
+        return {{click, QSize(wish.width, std::max(wish.contentHeight, wish.leastHeight))}};
     const auto &screen = nearestScreen(click, screens);
     const auto side = panelSide(click, screen);
     const auto room = roomBeside(click, side, screen, wish);
-    const bool scrolls = wish.contentHeight > room.height();
-    const QSize size(std::min(wish.width + (scrolls ? wish.scrollBar : 0), room.width()),
-                     std::min(height, room.height()));
-    return {{corner(click, size, side, room), size}, scrolls};
+    auto place = sizeWithin(room.size(), wish);
+    place.rectangle.moveTo(corner(click, place.rectangle.size(), side, room));
+    return place;
 }
 
 }  // namespace velquarin

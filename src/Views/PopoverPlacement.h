@@ -28,13 +28,14 @@ struct PopoverWish
     int leastHeight = 0;  //!< what it has even with less content
     int item = 0;         //!< how far an item of the status bar reaches around a click on it, in all
     int gap = 0;          //!< kept free beside the item and along the edges of the screen
-    int scrollBar = 0;    //!< what it is wider by where its content has to be scrolled
+    int scrollBar = 0;    //!< what it is wider by where its content has to be scrolled, and higher by where sideways
 };
 
 struct PopoverPlace
 {
     QRect rectangle;
-    bool scrolls = false;  //!< the content is taller than the rectangle
+    bool scrolls = false;          //!< the content is taller than the rectangle
+    bool scrollsSideways = false;  //!< the content is wider than the rectangle
     friend bool operator==(const PopoverPlace &, const PopoverPlace &) = default;
 };
 
@@ -56,7 +57,7 @@ struct PopoverPlace
 
 //! The place of the popover: beside the panel, its middle at the click as far as the screen has room, the item left
 //! free, wholly within the available area; taller than @p wish says at least with more content, as far as there is
-//! room.
+//! room, and narrower only where there is none.
 //! Errors: none; without any screen it lies at the click as large as it would like to be.
 [[nodiscard]] PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens, const PopoverWish &wish);
 

@@ -39,6 +39,7 @@ const ScreenArea topPanelAndDock = withPanels({64, 28, 0, 0});
 
 Q_DECLARE_METATYPE(velquarin::PanelSide)
 Q_DECLARE_METATYPE(velquarin::ScreenArea)
+Q_DECLARE_METATYPE(velquarin::PopoverPlace)
 
 class TestPopoverPlacement : public QObject
 {
@@ -52,6 +53,8 @@ private Q_SLOTS:
     void contentDecidesTheHeight_data();
     void contentDecidesTheHeight();
     void whatTheScreenCannotHoldIsScrolled();
+    void whatIsWiderThanTheScreenIsScrolledSideways_data();
+    void whatIsWiderThanTheScreenIsScrolledSideways();
     void whereverTheClickIsThePopoverIsInsideAndTheItemFree_data();
     void whereverTheClickIsThePopoverIsInsideAndTheItemFree();
     void severalScreens_data();
@@ -154,7 +157,28 @@ void TestPopoverPlacement::contentDecidesTheHeight()
 void TestPopoverPlacement::whatTheScreenCannotHoldIsScrolled()
 {
     const auto small = withPanels({0, 20, 0, 0}, {0, 0, 280, 240});
-    QCOMPARE(placePopover({100, 10}, {small}, wish()), (PopoverPlace{QRect(4, 24, 272, 212), true}));
+    QCOMPARE(placePopover({100, 10}, {small}, wish()), (PopoverPlace{QRect(4, 24, 272, 212), true, true}));
+}
+
+void TestPopoverPlacement::whatIsWiderThanTheScreenIsScrolledSideways_data()
+{
+    QTest::addColumn<QSize>("room");
+    QTest::addColumn<PopoverPlace>("expected");
+    const auto row = [](const char *name, QSize room, QSize size, bool scrolls, bool scrollsSideways) {
+        QTest::newRow(name) << room << PopoverPlace{{QPoint(4, 24), size}, scrolls, scrollsSideways};
+    };
+    row("not where it fits to the pixel", {300, 400}, {300, 400}, false, false);
+    row("with room for the scroll bar below", {299, 420}, {299, 412}, false, true);
+    row("and down too where that room is lacking", {299, 411}, {299, 411}, true, true);
+    row("as well where the scroll bar beside takes the width", {311, 399}, {311, 399}, true, true);
+    row("not where there is width for the scroll bar beside", {312, 399}, {312, 399}, true, false);
+}
+
+void TestPopoverPlacement::whatIsWiderThanTheScreenIsScrolledSideways()
+{
+    QFETCH(QSize, room);
+    const auto screen = withPanels({0, 20, 0, 0}, {0, 0, room.width() + 8, room.height() + 28});
+    QTEST(placePopover({100, 10}, {screen}, wish(400)), "expected");
 }
 
 void TestPopoverPlacement::whereverTheClickIsThePopoverIsInsideAndTheItemFree_data()
@@ -215,7 +239,7 @@ void TestPopoverPlacement::severalScreens()
 
 void TestPopoverPlacement::withoutAnyScreenItIsAsLargeAsItLikes()
 {
-    QCOMPARE(placePopover({5, 6}, {}, wish(900)), (PopoverPlace{QRect(5, 6, 300, 900), false}));
+    QCOMPARE(placePopover({5, 6}, {}, wish(900)), (PopoverPlace{QRect(5, 6, 300, 900)}));
 }
 
 void TestPopoverPlacement::theClickIs_data()
