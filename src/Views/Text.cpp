@@ -85,6 +85,8 @@ QSize Text::minimumSizeHint() const
 void Text::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
+    // The window's direction decides where a text stands; which way it is read is its own.
+    painter.setLayoutDirection(m_text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     painter.setFont(lettering());
     painter.setPen(style::textColor(palette(), m_look.tone));
     const auto alignment = QStyle::visualAlignment(layoutDirection(), m_alignment | Qt::AlignVCenter);
