@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QStyle>
 
+#include <algorithm>
+
 namespace velquarin {
 
 namespace {
@@ -16,7 +18,12 @@ namespace {
 // A name may hold line breaks, which would hide all but its first line.
 QString onOneLine(QString text)
 {
-    return text.replace(QLatin1Char('\n'), QLatin1Char(' '));
+    const auto isBreak = [](QChar character) {
+        return character == QLatin1Char('\n') || character == QChar::LineSeparator ||
+               character == QChar::ParagraphSeparator;
+    };
+    std::ranges::replace_if(text, isBreak, QChar(QChar::Space));
+    return text;
 }
 
 }  // namespace
