@@ -219,7 +219,8 @@ void YearHeatmapView::paintLabels(QPainter &painter) const
         const auto frame = rectangleOfLabel(position);
         const auto text =
             painter.fontMetrics().elidedText(m_contents.labels.at(position).text, Qt::ElideRight, frame.width());
-        painter.drawText(frame, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine, text);
+        // Some fonts are higher than the frame, or begin a letter before it: there is room for that.
+        painter.drawText(frame, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip, text);
     }
 }
 

@@ -304,7 +304,8 @@ void TestYearHeatmapView::noLetterOfAMonthIsCutOff()
     painter.drawText(june, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip,
                      QStringLiteral("Jun"));
     QApplication::setFont(before);
-    const auto around = june.adjusted(-2, 0, 0, 0);
+    // The next name may begin a little before its own frame as well.
+    const auto around = june.adjusted(-2, 0, -2, 0);
     QCOMPARE(actual.copy(around), expected.copy(around));
 }
 
