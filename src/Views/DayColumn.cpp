@@ -107,6 +107,7 @@ void DayColumn::paintWeekday(QPainter &painter) const
 {
     painter.setFont(smallFont());
     painter.setPen(style::ink(palette(), style::Ink::Secondary));
+    painter.setLayoutDirection(style::readingDirection(m_weekday));
     const auto shown = painter.fontMetrics().elidedText(m_weekday, Qt::ElideRight, width());
     painter.drawText(weekdayRect(), Qt::AlignCenter, shown);
 }

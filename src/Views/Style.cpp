@@ -136,6 +136,11 @@ QFont font(TypeStyle style, QFont::Weight weight)
     return systemFont(sizeOf(style), style == TypeStyle::Headline ? QFont::Bold : weight);
 }
 
+Qt::LayoutDirection readingDirection(const QString &text)
+{
+    return text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
+}
+
 QFont systemFont(double size, QFont::Weight weight)
 {
     auto font = QApplication::font();

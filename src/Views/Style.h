@@ -37,6 +37,10 @@ enum class TypeStyle { Headline, Subheadline, Body, Caption, Caption2 };
 //! The desktop's font at a size of its own. Units: points.
 [[nodiscard]] QFont systemFont(double size, QFont::Weight weight = QFont::Normal);
 
+//! Which way @p text is read, whatever the window's direction: a painter that is not told takes the window's, and puts
+//! the words in another order.
+[[nodiscard]] Qt::LayoutDirection readingDirection(const QString &text);
+
 //! Colours of text and of the symbols beside it: derived from the palette.
 enum class Ink { Primary, Secondary, Tertiary };
 

@@ -92,8 +92,7 @@ QSize Text::minimumSizeHint() const
 void Text::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
-    // The window's direction decides where a text stands; which way it is read is its own.
-    painter.setLayoutDirection(m_text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    painter.setLayoutDirection(style::readingDirection(m_text));
     painter.setFont(lettering());
     painter.setPen(style::textColor(palette(), m_look.tone));
     const auto alignment = QStyle::visualAlignment(layoutDirection(), m_alignment | Qt::AlignVCenter);

@@ -11,6 +11,7 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QStyle>
 #include <QToolTip>
 
 #include <cmath>
@@ -215,12 +216,15 @@ void YearHeatmapView::paintLabels(QPainter &painter) const
 {
     painter.setFont(style::systemFont(labelSize));
     painter.setPen(style::ink(palette(), style::Ink::Secondary));
+    const auto alignment = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading | Qt::AlignVCenter);
+    // Some fonts are higher than a label's frame, or begin a letter before it: there is room for that.
+    const auto flags = int(alignment | Qt::AlignAbsolute) | Qt::TextSingleLine | Qt::TextDontClip;
     for (int position = 0; position < m_contents.labels.size(); ++position) {
         const auto frame = rectangleOfLabel(position);
         const auto text =
             painter.fontMetrics().elidedText(m_contents.labels.at(position).text, Qt::ElideRight, frame.width());
-        // Some fonts are higher than the frame, or begin a letter before it: there is room for that.
-        painter.drawText(frame, Qt::AlignLeading | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip, text);
+        painter.setLayoutDirection(style::readingDirection(text));
+        painter.drawText(frame, flags, text);
     }
 }
 

@@ -542,6 +542,19 @@ private Q_SLOTS:
         QCOMPARE(mirrored, expected);
     }
 
+    void aWeekdayIsReadFromTheLeftEverywhere()
+    {
+        const DateTexts french("fr_FR", m_calendar);
+        DayColumn column;
+        column.setDay(commitDay("2026-11-20T00:00:00Z", 0), french, m_calendar, now);
+        column.resize(column.sizeHint());
+        const auto expected = column.grab().toImage();
+        QApplication::setLayoutDirection(Qt::RightToLeft);
+        const auto mirrored = column.grab().toImage();
+        QApplication::setLayoutDirection(Qt::LeftToRight);
+        QCOMPARE(mirrored, expected);
+    }
+
     void aNameStandsOnOneLineWhateverBreaksItHolds_data()
     {
         QTest::addColumn<QString>("lineBreak");

@@ -125,6 +125,7 @@ private Q_SLOTS:
     void aNewDayMovesTheGridOn();
     void monthsAreWritten();
     void noLetterOfAMonthIsCutOff();
+    void aMonthIsReadFromTheLeftEverywhere();
     void theYearKeepsTheCurrentSquareInSight_data();
     void theYearKeepsTheCurrentSquareInSight();
     void thePointerIsToldTheDay();
@@ -307,6 +308,25 @@ void TestYearHeatmapView::noLetterOfAMonthIsCutOff()
     // The next name may begin a little before its own frame as well.
     const auto around = june.adjusted(-2, 0, -2, 0);
     QCOMPARE(actual.copy(around), expected.copy(around));
+}
+
+void TestYearHeatmapView::aMonthIsReadFromTheLeftEverywhere()
+{
+    YearHeatmapView view;
+    view.setLayoutDirection(Qt::RightToLeft);
+    show(view, {}, noon, "fr_FR");
+    view.resize(view.sizeHint());
+    const auto july = view.rectangleOfLabel(static_cast<int>(view.labels().indexOf(QStringLiteral("juil."))));
+    QImage expected(view.size(), QImage::Format_RGB32);
+    expected.fill(view.palette().color(QPalette::Window));
+    auto actual = expected;
+    view.render(&actual);
+    QPainter painter(&expected);
+    painter.setFont(style::systemFont(8));
+    painter.setPen(style::ink(view.palette(), style::Ink::Secondary));
+    painter.drawText(july, Qt::AlignRight | Qt::AlignVCenter | Qt::TextSingleLine, QStringLiteral("juil."));
+    const auto inside = july.adjusted(2, 1, -2, -1);
+    QCOMPARE(actual.copy(inside), expected.copy(inside));
 }
 
 void TestYearHeatmapView::theYearKeepsTheCurrentSquareInSight_data()
