@@ -9,6 +9,7 @@
 #include "Views/Text.h"
 
 #include <QHBoxLayout>
+#include <QMouseEvent>
 
 namespace velquarin {
 
@@ -31,7 +32,8 @@ RepoRow::RepoRow(FileViewer &viewer, QWidget *parent)
     row->addWidget(m_name);
     row->addStretch();
     row->addWidget(m_activity);
-    connect(this, &QAbstractButton::clicked, this, [this] { m_viewer.reveal(m_path, {}); });
+    connect(this, &QAbstractButton::pressed, this, [this] { m_pressedPath = m_path; });
+    connect(this, &QAbstractButton::clicked, this, &RepoRow::showFolder);
 }
 
 void RepoRow::setStats(const RepositoryStats &stats, const DateTexts &texts, Instant now)
@@ -67,6 +69,22 @@ void RepoRow::hideEvent(QHideEvent *event)
 {
     setHovering(false);
     PlainButton::hideEvent(event);
+}
+
+// A press that is over would begin again at the next movement of the pointer.
+void RepoRow::mouseMoveEvent(QMouseEvent *event)
+{
+    if (isPressStillMeant())
+        PlainButton::mouseMoveEvent(event);
+    else
+        event->ignore();
+}
+
+// The press of a screen reader takes a moment, in which the row may become another repository's.
+void RepoRow::showFolder()
+{
+    if (isPressStillMeant())
+        m_viewer.reveal(m_path, {});
 }
 
 void RepoRow::setHovering(bool isHovering)

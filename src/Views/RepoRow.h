@@ -30,13 +30,17 @@ protected:
     void enterEvent(QEnterEvent *event) override;
     void leaveEvent(QEvent *event) override;
     void hideEvent(QHideEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
 
 private:
     void setHovering(bool isHovering);
+    [[nodiscard]] bool isPressStillMeant() const { return m_pressedPath == m_path; }
+    void showFolder();
     void setFigures(const RepositoryStats &stats, const DateTexts &texts, Instant now);
 
     FileViewer &m_viewer;
     QString m_path;
+    QString m_pressedPath;  // of the repository that was here when the latest press began
     SymbolView *m_folder;
     Text *m_name;
     Text *m_activity;

@@ -18,6 +18,7 @@
 #include <QFontMetrics>
 #include <QImage>
 #include <QMouseEvent>
+#include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -497,6 +498,21 @@ private Q_SLOTS:
                          Qt::NoModifier);
         QApplication::sendEvent(&row, &move);
         QTest::mouseRelease(&row, Qt::LeftButton);
+        QCOMPARE(m_viewer.shown, QStringList());
+    }
+
+    void aScreenReadersPressThatBeganOnAnotherRepositoryStaysOver()
+    {
+        RepoRow row(m_viewer);
+        row.setStats(stats(QStringLiteral("Work"), 3), m_texts, now);
+        row.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&row));
+        const QSignalSpy clicked(&row, &QAbstractButton::clicked);
+        pressAccessibly(row);
+        auto other = stats(QStringLiteral("Other"), 3);
+        other.path = QStringLiteral("/src/other");
+        row.setStats(other, m_texts, now);
+        QTRY_COMPARE(clicked.size(), 1);
         QCOMPARE(m_viewer.shown, QStringList());
     }
 
