@@ -10,6 +10,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace velquarin {
 
 using style::Ink;
@@ -77,12 +79,40 @@ void RepositoriesSection::setRepositories(const QList<RepositoryStats> &reposito
     m_more->setText(leftOut > 0 ? tr("+%1 more").arg(leftOut) : QString());
     m_more->setVisible(leftOut > 0);
     m_placeholder->setVisible(repositories.isEmpty());
-    for (qsizetype index = 0; index < m_rows.size(); ++index) {
-        const bool isNeeded = index < repositories.size();
-        if (isNeeded)
-            m_rows.at(index)->setStats(repositories.at(index), texts, now);
-        m_rows.at(index)->setVisible(isNeeded);
+    fillRows(repositories, texts, now);
+}
+
+// The focus moves before its row is hidden: the toolkit would hand it on to whatever comes next, the gear for one.
+void RepositoriesSection::fillRows(const QList<RepositoryStats> &repositories, const DateTexts &texts, Instant now)
+{
+    auto *const focused = focusedRow();
+    const auto path = focused ? focused->path() : QString();
+    const auto needed = std::min(repositories.size(), m_rows.size());
+    for (qsizetype index = 0; index < needed; ++index) {
+        m_rows.at(index)->setStats(repositories.at(index), texts, now);
+        m_rows.at(index)->show();
     }
+    if (focused)
+        moveFocus(focused, path, needed);
+    for (qsizetype index = needed; index < m_rows.size(); ++index)
+        m_rows.at(index)->hide();
+}
+
+RepoRow *RepositoriesSection::focusedRow() const
+{
+    const auto found = std::ranges::find(m_rows, window()->focusWidget());
+    return found == m_rows.end() ? nullptr : *found;
+}
+
+// The keyboard stays with its repository, wherever that is in the list now, or is nowhere.
+void RepositoriesSection::moveFocus(RepoRow *from, const QString &path, qsizetype rows) const
+{
+    const auto end = m_rows.begin() + rows;
+    const auto found = std::find_if(m_rows.begin(), end, [&path](const auto *row) { return row->path() == path; });
+    if (found == end)
+        from->clearFocus();
+    else
+        (*found)->setFocus(Qt::OtherFocusReason);
 }
 
 // All rows that there can ever be, so that Tab visits them here, and not after what was made before them.

@@ -31,6 +31,9 @@ public:
 private:
     QLayout *makeHeading();
     void makeRows();
+    void fillRows(const QList<RepositoryStats> &repositories, const DateTexts &texts, Instant now);
+    [[nodiscard]] RepoRow *focusedRow() const;
+    void moveFocus(RepoRow *from, const QString &path, qsizetype rows) const;
 
     FileViewer &m_viewer;
     Text *m_heading;

@@ -817,6 +817,22 @@ private Q_SLOTS:
         QVERIFY(!world.viewer.shown.contains(QStringLiteral("/src/repository-1")));
     }
 
+    void theFocusStaysWithItsRepository()
+    {
+        World world;
+        world.track(2, 1);
+        world.engine.refresh();
+        world.show();
+        const auto rows = world.view->findChildren<RepoRow *>();
+        rows.at(1)->setFocus(Qt::TabFocusReason);
+        const auto path = rows.at(1)->path();
+        world.engine.script(path, commits("2026-11-20", 1), commits("2026-11-20", 1), "2026-11-20T11:00:00+00:00");
+        world.engine.refresh();
+        world.settle();
+        QCOMPARE(rows.at(0)->path(), path);
+        QCOMPARE(world.view->focusWidget(), rows.at(0));
+    }
+
     void theFocusOfARowThatGoesDoesNotLandOnTheGear()
     {
         World world;
