@@ -99,6 +99,7 @@ private Q_SLOTS:
     void aBurstOfChangesIsSeenOnce();
     void aStreakOfNoughtShowsTheFlameAlone();
     void theCountIsShownWhateverItsSettingSays();
+    void theCountStaysWhenItsSettingChanges();
     void theMenuHasTwoEntriesAndASeparator();
     void refreshStartsARefresh();
     void quitEndsTheProgram();
@@ -213,6 +214,24 @@ void TestAppDelegate::theCountIsShownWhateverItsSettingSays()
     world.shared.appSettings().setShowStreakInMenuBar(false);
     world.delegate.applicationDidFinishLaunching();
     QTRY_COMPARE(world.item->appearances().constLast().title, QStringLiteral(" 1"));
+}
+
+void TestAppDelegate::theCountStaysWhenItsSettingChanges()
+{
+    World world;
+    world.trackOneWithACommitToday();
+    world.delegate.applicationDidFinishLaunching();
+    const auto withCount = statusItemAppearance(1, false, true);
+    QTRY_COMPARE(world.item->appearances().constLast(), withCount);
+    for (const bool isShown : {false, true}) {
+        const auto before = world.item->appearances().size();
+        world.shared.appSettings().setShowStreakInMenuBar(isShown);
+        QCOMPARE(world.item->appearances().size(), before);
+        // The next refresh shows the item anew.
+        world.trigger(QStringLiteral("Refresh"));
+        QTRY_VERIFY(world.item->appearances().size() > before);
+        QTRY_COMPARE(world.item->appearances().constLast(), withCount);
+    }
 }
 
 void TestAppDelegate::theMenuHasTwoEntriesAndASeparator()
