@@ -10,6 +10,7 @@
 #include "Views/Divider.h"
 #include "Views/FooterSection.h"
 #include "Views/HeaderSection.h"
+#include "Views/RepoRow.h"
 #include "Views/RepositoriesSection.h"
 #include "Views/Style.h"
 #include "Views/WeekSection.h"
@@ -19,6 +20,7 @@
 #include <QEvent>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace velquarin {
@@ -33,6 +35,13 @@ QVBoxLayout *makeColumn(QWidget *widget)
     column->setContentsMargins({});
     column->setSpacing(0);
     return column;
+}
+
+// What stays of a control when all is built anew.
+QString identityOf(const QWidget &control)
+{
+    const auto *const row = qobject_cast<const RepoRow *>(&control);
+    return row != nullptr ? row->path() : control.objectName();
 }
 
 bool holdsFocus(const QWidget *section)
@@ -112,12 +121,35 @@ void MenuBarView::renderSoon()
 void MenuBarView::renderNow()
 {
     m_isRenderingDue = false;
-    if (std::exchange(m_areSectionsStale, false)) {
-        discardSections();
-        buildSections();
-    }
-    renderSections(m_clock.calendar(), m_clock.now());
+    if (std::exchange(m_areSectionsStale, false))
+        renderAnew();
+    else
+        renderSections(m_clock.calendar(), m_clock.now());
     startTimers();
+}
+
+void MenuBarView::renderAnew()
+{
+    const auto place = keyboardsPlace();
+    discardSections();
+    buildSections();
+    renderSections(m_clock.calendar(), m_clock.now());
+    bringKeyboardTo(place);
+}
+
+QString MenuBarView::keyboardsPlace() const
+{
+    const auto *const focused = window()->focusWidget();
+    return focused != nullptr && isAncestorOf(focused) ? identityOf(*focused) : QString();
+}
+
+void MenuBarView::bringKeyboardTo(const QString &place)
+{
+    const auto widgets = findChildren<QWidget *>();
+    const auto found = std::ranges::find_if(
+        widgets, [&place](const auto *widget) { return !place.isEmpty() && identityOf(*widget) == place; });
+    if (found != widgets.end())
+        (*found)->setFocus(Qt::OtherFocusReason);
 }
 
 void MenuBarView::buildSections()

@@ -59,6 +59,7 @@ protected:
 private:
     void observe();
     void renderSoon();
+    void renderAnew();
     void buildSections();
     void discardSections();
     void placeSections(QVBoxLayout *column);
@@ -67,6 +68,8 @@ private:
     void renderHeader();
     void chooseSection();
     void renderUpdated();
+    [[nodiscard]] QString keyboardsPlace() const;
+    void bringKeyboardTo(const QString &place);
     void startTimers();
     void keepCounting();
     [[nodiscard]] const DateTexts &textsFor(const Calendar &calendar);

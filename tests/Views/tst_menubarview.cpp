@@ -884,6 +884,37 @@ private Q_SLOTS:
         QCOMPARE(view.grab().toImage(), expected.grab().toImage());
     }
 
+    void theKeyboardKeepsItsPlaceThroughAChangeOfTheFont_data()
+    {
+        QTest::addColumn<QString>("place");
+        for (const auto *const place : {"Show Year", "repository-2, No commits", "Settings", ""})
+            QTest::addRow("%s", *place ? place : "nowhere") << QString::fromLatin1(place);
+    }
+
+    void theKeyboardKeepsItsPlaceThroughAChangeOfTheFont()
+    {
+        QFETCH(QString, place);
+        World world;
+        world.track(2, 1);
+        world.engine.refresh();
+        world.show();
+        const auto nameOfFocus = [&world] {
+            const auto *const focused = world.view->focusWidget();
+            return focused ? focused->accessibleName() : QString();
+        };
+        if (auto *const focused = world.view->focusWidget())
+            focused->clearFocus();
+        for (auto *const button : world.view->findChildren<QAbstractButton *>()) {
+            if (!place.isEmpty() && button->accessibleName() == place)
+                button->setFocus(Qt::TabFocusReason);
+        }
+        QCOMPARE(nameOfFocus(), place);
+        setFontHeight(20);
+        world.settle();
+        QCOMPARE(world.view->width(), qRound(300 * 20 / 13.0));
+        QCOMPARE(nameOfFocus(), place);
+    }
+
     void writtenFromTheRightItIsMirrored()
     {
         World world;
