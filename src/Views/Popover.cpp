@@ -3,10 +3,10 @@
 
 #include "Views/Popover.h"
 
+#include "Views/AccessibleScrollArea.h"
+#include "Views/AccessibleWindow.h"
 #include "Views/Style.h"
 
-#include <QAccessible>
-#include <QAccessibleWidget>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -53,12 +53,6 @@ Qt::ScrollBarPolicy scrollBarWhere(bool isNeeded)
     return isNeeded ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff;
 }
 
-QAccessibleInterface *makePopoverAccessible(const QString & /*className*/, QObject *object)
-{
-    auto *popover = qobject_cast<Popover *>(object);
-    return popover ? new QAccessibleWidget(popover, QAccessible::Window) : nullptr;
-}
-
 }  // namespace
 
 Popover::Kind Popover::kindOfThisDesktop()
@@ -87,7 +81,7 @@ Popover::Popover(QWidget *content, Kind kind, Surface surface)
 
 void Popover::setUpWindow()
 {
-    QAccessible::installFactory(makePopoverAccessible);
+    readAsWindow();
     setObjectName(QStringLiteral("popover"));
     setWindowTitle(QStringLiteral("Velquarin"));
     setAccessibleName(windowTitle());
@@ -99,6 +93,7 @@ void Popover::setUpWindow()
 // The surface is painted by the window; what lies on it lets it through.
 void Popover::setUpContent(QWidget *content)
 {
+    readScrollAreasWhole();
     m_scrollArea = new QScrollArea(this);
     m_scrollArea->setFrameShape(QFrame::NoFrame);
     m_scrollArea->setFocusPolicy(Qt::NoFocus);

@@ -3,6 +3,7 @@
 
 #include "Views/YearSection.h"
 
+#include "Views/AccessibleScrollArea.h"
 #include "Views/DashboardFigures.h"
 #include "Views/SectionButton.h"
 #include "Views/Style.h"
@@ -25,6 +26,7 @@ namespace {
 // The dashboard's own ground shows through, and Tab goes past it to what it holds.
 QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
 {
+    readScrollAreasWhole();
     auto *const area = new QScrollArea(parent);
     area->setObjectName(QStringLiteral("yearScrollArea"));
     area->setFrameShape(QFrame::NoFrame);

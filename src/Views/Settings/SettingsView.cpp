@@ -3,6 +3,8 @@
 
 #include "Views/Settings/SettingsView.h"
 
+#include "Views/AccessibleScrollArea.h"
+#include "Views/AccessibleWindow.h"
 #include "Views/Divider.h"
 #include "Views/Settings/GeneralTab.h"
 #include "Views/Settings/RepositoriesTab.h"
@@ -37,6 +39,8 @@ SettingsView::SettingsView(const SettingsWorld &world, QWidget *parent)
     , m_folderActions(
           std::make_unique<WatchedFolderActions>(world.settings, world.streakManager, world.folderChooser, *this))
 {
+    readAsWindow();
+    readScrollAreasWhole();
     setObjectName(QStringLiteral("settings"));
     setWindowTitle(tr("Settings"));
     setAccessibleName(tr("Settings"));
