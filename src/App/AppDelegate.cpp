@@ -87,12 +87,13 @@ void AppDelegate::openDashboard(const QString &activationToken)
         m_popover->open(activationToken);
 }
 
+// Settings that were put away come back.
 void AppDelegate::openSettings()
 {
     m_popover->close();
     if (!m_settings)
         m_settings = std::make_unique<SettingsView>(settingsWorld());
-    m_settings->show();
+    m_settings->showNormal();
     m_settings->raise();
     m_settings->activateWindow();
 }

@@ -107,6 +107,7 @@ private Q_SLOTS:
     void aSecondStartOpensTheDashboardAndLeavesItOpen();
     void theGearClosesTheDashboardAndOpensTheSettings();
     void aRepositoryOpensInTheFileManagerAndTheDashboardMakesWay();
+    void theGearBringsSettingsBackThatWerePutAway();
     void aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu();
     void theServicesAreMadeOnce();
     void theLoginItemIsReadWhenSomebodyFirstAsksForIt();
@@ -317,6 +318,19 @@ void TestAppDelegate::aRepositoryOpensInTheFileManagerAndTheDashboardMakesWay()
     QTest::mouseClick(row, Qt::LeftButton);
     QCOMPARE(world.viewer.shown, QStringList{QStringLiteral("/repos/one")});
     QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
+}
+
+void TestAppDelegate::theGearBringsSettingsBackThatWerePutAway()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    world.delegate.openSettings();
+    auto *settings = windowTitled(QStringLiteral("Settings"));
+    settings->showMinimized();
+    QVERIFY(settings->isMinimized());
+    world.delegate.openSettings();
+    QVERIFY(!settings->isMinimized());
+    QCOMPARE(windowTitled(QStringLiteral("Settings")), settings);
 }
 
 void TestAppDelegate::aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu()
