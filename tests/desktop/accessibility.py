@@ -88,6 +88,10 @@ class Reader:
             return found and found.find(name)
         return wait_until(element, f"{name!r} in {window!r}")
 
+    def focused(self, window):
+        """The name of what has the keyboard's focus inside of that window, the innermost; None where nothing has."""
+        return json.loads(self._run("focused", window))
+
     def press(self, window, name):
         """Does the first action of the element of that name."""
         self._run("press", window, name)
@@ -129,8 +133,33 @@ def _find(element, name):
     return next(filter(None, (_find(child, name) for child in _children(element))), None)
 
 
+def _windows():
+    """The windows of the program, while there is one."""
+    program = _program()
+    return _children(program) if program else []
+
+
+# Parts of what is not shown are passed over: there are many.
+def _focused(element):
+    from gi.repository import Atspi
+    for child in _children(element):
+        states = child.get_state_set()
+        if states.contains(Atspi.StateType.SHOWING) and (inner := _focused(child)):
+            return inner
+        if states.contains(Atspi.StateType.FOCUSED):
+            return child.get_name()
+    return None
+
+
+def _focused_in(window_name):
+    try:
+        return next(filter(None, (_focused(window) for window in _windows() if window.get_name() == window_name)), None)
+    except GLib.Error:
+        return None
+
+
 def _press(window_name, name):
-    for window in _children(_program()):
+    for window in _windows():
         element = _find(window, name) if window.get_name() == window_name else None
         if element:
             element.get_action_iface().do_action(0)
@@ -141,8 +170,7 @@ def _press(window_name, name):
 # What goes away while it is looked at is not there.
 def _look():
     try:
-        program = _program()
-        return [_described(window) for window in _children(program)] if program else []
+        return [_described(window) for window in _windows()]
     except GLib.Error:
         return []
 
@@ -153,7 +181,7 @@ def _main(arguments):
     if arguments[0] == "press":
         _press(*arguments[1:])
         return
-    print(json.dumps(_look()))
+    print(json.dumps(_focused_in(*arguments[1:]) if arguments[0] == "focused" else _look()))
 
 
 if __name__ == "__main__":

@@ -18,6 +18,7 @@ NEEDED = {
     "git": "git",
     "imagemagick": "import",
     "openbox": "openbox",
+    "python3-xlib": "/usr/lib/python3/dist-packages/Xlib/display.py",
     "thunar": "thunar",
     "trayer": "trayer",
     "util-linux": "setpriv",
@@ -36,9 +37,9 @@ SKIPPED = 77
 class ShiftedTime:
     """A user's clock that shows a time of our choice on the present day in a zone."""
 
-    def __init__(self, hour, minute, zone):
+    def __init__(self, hour, minute, zone, second=0):
         real = datetime.datetime.now(zoneinfo.ZoneInfo(zone))
-        self.now = real.replace(hour=hour, minute=minute, second=0, microsecond=0)
+        self.now = real.replace(hour=hour, minute=minute, second=second, microsecond=0)
         self.offset = round(self.now.timestamp() - real.timestamp())
 
 

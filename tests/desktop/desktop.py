@@ -9,6 +9,7 @@ import shutil
 import subprocess
 import tempfile
 import uuid
+from functools import cached_property
 
 import panel
 import processes
@@ -19,6 +20,7 @@ from waiting import wait_until
 MARK = "VELQUARIN_TEST_DESKTOP"
 WATCHER = "org.kde.StatusNotifierWatcher"
 NOTIFICATIONS = "org.freedesktop.Notifications"
+FILE_MANAGER = "org.freedesktop.FileManager1"
 
 DUNST_SETTINGS = """[global]
     origin = bottom-right
@@ -65,6 +67,12 @@ class Desktop:
             self._end_everything()
         finally:
             shutil.rmtree(self.folder, ignore_errors=True)
+
+    @cached_property
+    def windows(self):
+        """The windows on the screen. Only who looks at them needs the library for it."""
+        from windows import Windows
+        return Windows(self.environment["DISPLAY"])
 
     def _make(self, name):
         folder = self.folder / name
@@ -161,6 +169,10 @@ class Desktop:
         self.start("dunst", "dunst", "-conf", str(settings))
         self.bus.wait_for(NOTIFICATIONS)
 
+    def start_file_manager(self):
+        self.start("thunar", "thunar", "--daemon")
+        self.bus.wait_for(FILE_MANAGER)
+
     def start_old_tray(self):
         """A tray of the kind that needs no session bus; it takes the upper edge of the screen."""
         self.start("trayer", "trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel", "--width", "100",
@@ -182,6 +194,8 @@ class Desktop:
 
     # The last to come goes first; the mark finds what they started themselves.
     def _end_everything(self):
+        if "windows" in vars(self):
+            self.windows.close()
         for name in reversed(list(self._started)):
             self.end(name)
         if self.bus:

@@ -7,6 +7,7 @@ import os
 import subprocess
 
 import preferences
+from waiting import wait_until
 
 ENVIRONMENT = {
     "PATH": "/usr/bin:/bin",
@@ -51,6 +52,31 @@ class HangingRepository:
         for name in ("objects", "refs"):
             (folder / ".git" / name).mkdir(parents=True)
         os.mkfifo(folder / ".git" / "HEAD")
+
+
+class Hold:
+    """Holds back every git that reads a repository, until it is released."""
+
+    def __init__(self, repository):
+        self._head = repository.path / ".git" / "HEAD"
+        self._kept = self._head.with_name("kept-HEAD")
+        self._head.rename(self._kept)
+        os.mkfifo(self._head)
+
+    def release(self):
+        """Waits for the git that is held, and lets it and all that come after it go on."""
+        writer = wait_until(self._try_to_write, "a git that is held back")
+        content = self._kept.read_bytes()
+        self._kept.rename(self._head)
+        os.write(writer, content)
+        os.close(writer)
+
+    # Only while somebody reads can it be opened like that.
+    def _try_to_write(self):
+        try:
+            return os.open(self._head, os.O_WRONLY | os.O_NONBLOCK)
+        except OSError:
+            return None
 
 
 def tracked_days_ago(desktop, now, *days):

@@ -40,6 +40,11 @@ class Screen:
         self.width = width
         self.height = height
 
+    @property
+    def corner(self):
+        """A place where nothing is pointed at."""
+        return self.width - 1, self.height - 1
+
     def _run(self, *command):
         return subprocess.run(command, env=self._environment, check=True, stdout=subprocess.PIPE,
                               stdin=subprocess.DEVNULL, timeout=20).stdout
@@ -80,6 +85,13 @@ class Screen:
 
     def click(self, x, y, button):
         self._run("xdotool", "mousemove", str(x), str(y), "click", str(button))
+
+    def hold(self, x, y, button):
+        """Presses a button, which stays down until release()."""
+        self._run("xdotool", "mousemove", str(x), str(y), "mousedown", str(button))
+
+    def release(self, button):
+        self._run("xdotool", "mouseup", str(button))
 
     def press(self, key):
         self._run("xdotool", "key", key)

@@ -1,0 +1,84 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""Clicks on the item: each button, long and short, and what is found again after another one."""
+
+import unittest
+
+import case
+from dashboard import WINDOW, Dashboard
+from desktop import Desktop
+from item import click_first_entry
+from waiting import wait_until
+
+
+class Clicks(unittest.TestCase):
+
+    def wait_for_menu(self, dashboard):
+        """The rectangle of the program's menu, once it stands there instead of the dashboard."""
+        def menu():
+            places = [place for title, place in dashboard.desktop.windows.unmanaged() if title == WINDOW]
+            return places[0] if len(places) == 1 and not dashboard.window() else None
+        place = wait_until(menu, "the menu")
+        dashboard.desktop.screen.settled()
+        return place
+
+    def assert_toggles(self, dashboard):
+        dashboard.open()
+        dashboard.click_item()
+        dashboard.wait_until_closed()
+
+    def test_a_right_click_shows_the_menu_in_place_of_the_dashboard(self):
+        with Desktop(self.id()) as desktop:
+            dashboard = Dashboard(desktop)
+            dashboard.open()
+            dashboard.click_item(button=3)
+            self.wait_for_menu(dashboard)
+            dashboard.press_key("Escape")
+            wait_until(lambda: WINDOW not in dict(desktop.windows.unmanaged()), "the menu goes")
+            self.assert_toggles(dashboard)
+
+            dashboard.open()
+            dashboard.repositories["busy"].commit_days_ago(dashboard.now.now, 3, 4)
+            dashboard.click_item(button=3)
+            click_first_entry(desktop.screen, self.wait_for_menu(dashboard))
+            dashboard.item.wait_for_label(" 6")
+            self.assert_toggles(dashboard)
+            self.assertEqual(dashboard.program.end(), 0)
+
+    def test_a_held_click_opens_it_for_good_and_closes_it_for_good(self):
+        with Desktop(self.id()) as desktop:
+            dashboard = Dashboard(desktop)
+            for should_be_open in (True, False):
+                desktop.screen.hold(*dashboard.rectangle.centre, 1)
+                desktop.windows.wait_for_button(1)
+                desktop.screen.settled()
+                self.assertEqual(dashboard.window() is None, should_be_open)
+                desktop.screen.release(1)
+                wait_until(lambda wanted=should_be_open: (dashboard.window() is not None) == wanted, "the click's effect")
+                desktop.screen.settled()
+                self.assertEqual(dashboard.window() is not None, should_be_open)
+            self.assertEqual(dashboard.program.end(), 0)
+
+    def test_it_opens_again_where_it_was_and_as_it_was(self):
+        with Desktop(self.id()) as desktop:
+            dashboard = Dashboard(desktop)
+            week = dashboard.open().place
+            dashboard.press("Show Year")
+            dashboard.wait_for("Last 365 Days")
+            desktop.screen.settled()
+            year = dashboard.window().place
+            for close in (dashboard.click_item, lambda: dashboard.press_key("Escape")):
+                close()
+                dashboard.wait_until_closed()
+                dashboard.open()
+                dashboard.wait_for("Last 365 Days")
+                self.assertEqual(dashboard.window().place, year)
+            dashboard.press("Back")
+            dashboard.wait_for("Last 7 Days")
+            desktop.screen.settled()
+            self.assertEqual(dashboard.window().place, week)
+            self.assertEqual(dashboard.program.end(), 0)
+
+
+if __name__ == "__main__":
+    case.main()

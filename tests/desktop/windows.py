@@ -1,0 +1,110 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""The windows on the screen, as the X server and the window manager know them."""
+
+from Xlib import X, Xutil, display, protocol
+from Xlib.error import BadWindow
+
+from screen import Rectangle
+from waiting import wait_until
+
+
+class Windows:
+    """A look at the windows of one desktop, over a connection of its own."""
+
+    def __init__(self, name):
+        self._titles = {}
+        self.display = display.Display(name)
+        self.root = self.display.screen().root
+
+    def close(self):
+        self.display.close()
+
+    def _property(self, window, name):
+        try:
+            found = window.get_full_property(self.display.get_atom(name), X.AnyPropertyType)
+        except BadWindow:
+            return None
+        return found.value if found else None
+
+    def _window(self, number):
+        return self.display.create_resource_object("window", number)
+
+    def title(self, number):
+        title = self._property(self._window(number), "_NET_WM_NAME") or b""
+        return title.decode() if isinstance(title, bytes) else title
+
+    def _is_dock(self, number):
+        kinds = self._property(self._window(number), "_NET_WM_WINDOW_TYPE")
+        return kinds is not None and self.display.get_atom("_NET_WM_WINDOW_TYPE_DOCK") in kinds
+
+    def managed(self):
+        """The titles of the window manager's windows without panels, the undermost first."""
+        numbers = self._property(self.root, "_NET_CLIENT_LIST_STACKING") or []
+        return [self.title(number) for number in numbers if not self._is_dock(number)]
+
+    def active(self):
+        """The title of the window that has the keyboard, or an empty text."""
+        numbers = self._property(self.root, "_NET_ACTIVE_WINDOW")
+        return self.title(numbers[0]) if numbers is not None and numbers[0] else ""
+
+    def wait_for_folder(self, name):
+        """A file manager's window for a folder: some put their own name behind."""
+        wait_until(lambda: any(title.startswith(name) for title in self.managed()), f"a folder window of {name}")
+
+    def unmanaged(self):
+        """The rectangles of what stands on the screen without the window manager, by title; menus and the dashboard."""
+        found = [(self.title(window.id), self._place(window)) for window in self.root.query_tree().children]
+        return [(title, place) for title, place in found if place]
+
+    @staticmethod
+    def _place(window):
+        try:
+            state, place = window.get_attributes(), window.get_geometry()
+        except BadWindow:
+            return None
+        if not state.override_redirect or state.map_state != X.IsViewable:
+            return None
+        return Rectangle(place.x, place.y, place.x + place.width, place.y + place.height)
+
+    def wait_for_button(self, number):
+        """Returns when a button of the pointer is down."""
+        mask = X.Button1Mask << (number - 1)
+        wait_until(lambda: self.root.query_pointer().mask & mask, f"button {number} down")
+
+    def cover(self, title):
+        """Puts a window of our own over all others and gives it the keyboard."""
+        screen = self.display.screen()
+        window = self.root.create_window(50, 50, 900, 600, 0, screen.root_depth, background_pixel=screen.white_pixel)
+        window.set_wm_name(title)
+        window.change_text_property(self.display.get_atom("_NET_WM_NAME"), self.display.get_atom("UTF8_STRING"), title)
+        window.set_wm_hints(flags=Xutil.InputHint, input=1)
+        window.map()
+        self.display.sync()
+        wait_until(lambda: self.active() == title and self.managed()[-1:] == [title], f"the window {title!r} on top")
+
+    def minimise(self, title):
+        """Asks the window manager to put a window away, and waits until it is."""
+        numbers = self._property(self.root, "_NET_CLIENT_LIST")
+        window = next(self._window(number) for number in numbers if self.title(number) == title)
+        message = protocol.event.ClientMessage(window=window, client_type=self.display.get_atom("WM_CHANGE_STATE"),
+                                               data=(32, (Xutil.IconicState, 0, 0, 0, 0)))
+        self.root.send_event(message, event_mask=X.SubstructureRedirectMask | X.SubstructureNotifyMask)
+        self.display.sync()
+        wait_until(lambda: window.get_attributes().map_state != X.IsViewable, f"the window {title!r} put away")
+
+    def watch(self):
+        """From now on, story() tells what comes and goes. What goes may be gone for good: its title is asked for now."""
+        self._titles = {window.id: self.title(window.id) for window in self.root.query_tree().children}
+        self.root.change_attributes(event_mask=X.SubstructureNotifyMask)
+        self.display.sync()
+
+    def story(self):
+        """What happened since the last time, in its order: whether a window came, and its title."""
+        told = []
+        while self.display.pending_events():
+            event = self.display.next_event()
+            if event.type in (X.MapNotify, X.UnmapNotify, X.ReparentNotify):
+                title = self.title(event.window.id) or self._titles.get(event.window.id)
+                told.append((event.type != X.UnmapNotify, title))
+        return told
