@@ -90,7 +90,7 @@ void AppDelegate::openDashboard(const QString &activationToken)
 // Settings that were put away come back.
 void AppDelegate::openSettings()
 {
-    m_popover->close();
+    m_popover->hide();
     if (!m_settings)
         m_settings = std::make_unique<SettingsView>(settingsWorld());
     m_settings->showNormal();

@@ -113,7 +113,7 @@ void Popover::setUpContent(QWidget *content)
 void Popover::toggle(QPoint position, const QString &activationToken)
 {
     if (isVisible()) {
-        close();
+        hide();
         return;
     }
     if (wasJustDeactivated())
@@ -200,7 +200,7 @@ bool Popover::event(QEvent *event)
 {
     if (event->type() == QEvent::WindowDeactivate && m_kind == Kind::Managed && isVisible()) {
         m_sinceDeactivation.start();
-        close();
+        hide();
     }
     return QWidget::event(event);
 }
@@ -222,7 +222,7 @@ void Popover::changeEvent(QEvent *event)
 void Popover::keyPressEvent(QKeyEvent *event)
 {
     if (event->matches(QKeySequence::Cancel))
-        close();
+        hide();
     else
         QWidget::keyPressEvent(event);
 }
@@ -240,7 +240,7 @@ void Popover::mouseReleaseEvent(QMouseEvent *event)
 {
     if (!m_isPressedElsewhere || event->buttons() != Qt::NoButton)
         return;
-    close();
+    hide();
     const auto position = event->globalPosition().toPoint();
     if (event->button() == Qt::RightButton && isOnItem(position))
         Q_EMIT menuRequested(position);

@@ -17,6 +17,8 @@
 #include <QTest>
 #include <QVBoxLayout>
 
+#include <functional>
+
 using namespace velquarin;
 using namespace velquarin::test;
 
@@ -83,6 +85,8 @@ private Q_SLOTS:
     void aRightClickOnTheItemAsksForTheMenu();
     void aClickInsideLeavesItOpen();
     void theReleaseOfTheClickThatOpenedItLeavesItOpen();
+    void closedInAnyWayItKeepsItsWindow_data();
+    void closedInAnyWayItKeepsItsWindow();
     void whoeverWantsIsToldOfOpeningAndClosing();
     void openingItAgainWhileItIsOpenChangesNothing();
     void moreContentMakesItHigher();
@@ -238,6 +242,39 @@ void TestPopover::theReleaseOfTheClickThatOpenedItLeavesItOpen()
     QVERIFY(QTest::qWaitForWindowExposed(&popover));
     send(popover, QEvent::MouseButtonRelease, item);
     QVERIFY(popover.isShown());
+}
+
+void TestPopover::closedInAnyWayItKeepsItsWindow_data()
+{
+    using Close = std::function<void(Popover &)>;
+    QTest::addColumn<Popover::Kind>("kind");
+    QTest::addColumn<Close>("close");
+    QTest::newRow("a click on the item") << Popover::Kind::Grabbing
+                                         << Close([](Popover &popover) { popover.toggle(item, {}); });
+    QTest::newRow("Esc") << Popover::Kind::Grabbing
+                         << Close([](Popover &popover) { QTest::keyClick(&popover, Qt::Key_Escape); });
+    QTest::newRow("a click elsewhere") << Popover::Kind::Grabbing << Close([](Popover &popover) {
+        send(popover, QEvent::MouseButtonPress, {700, 700});
+        send(popover, QEvent::MouseButtonRelease, {700, 700});
+    });
+    QTest::newRow("another window") << Popover::Kind::Managed << Close([](Popover &popover) {
+        QEvent deactivation(QEvent::WindowDeactivate);
+        QApplication::sendEvent(&popover, &deactivation);
+    });
+}
+
+void TestPopover::closedInAnyWayItKeepsItsWindow()
+{
+    QFETCH(Popover::Kind, kind);
+    QFETCH(std::function<void(Popover &)>, close);
+    Popover popover(new Content(200), kind);
+    popover.toggle(item, {});
+    QVERIFY(QTest::qWaitForWindowExposed(&popover));
+    const auto window = popover.internalWinId();
+    close(popover);
+    QVERIFY(!popover.isShown());
+    QVERIFY(window != 0);
+    QCOMPARE(popover.internalWinId(), window);
 }
 
 void TestPopover::whoeverWantsIsToldOfOpeningAndClosing()

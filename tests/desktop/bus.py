@@ -75,6 +75,12 @@ class Bus:
             name, path, interface, method, arguments, None, Gio.DBusCallFlags.NO_AUTO_START, 5000, None)
         return answer.unpack()
 
+    def send(self, name, path, interface, method, arguments=None):
+        """A call that is on its way when this returns, and whose answer nobody waits for."""
+        self.connection.call(name, path, interface, method, arguments, None, Gio.DBusCallFlags.NO_AUTO_START, 5000, None,
+                             None)
+        self.connection.flush_sync(None)
+
     def properties(self, name, path, interface):
         """Everything that an object says of itself under one interface."""
         arguments = GLib.Variant("(s)", (interface,))

@@ -57,6 +57,12 @@ class StatusItem:
         """Returns when the symbol of a refresh has given way to the flame."""
         wait_until(lambda: self.symbol() == "Velquarin", "the end of the refresh", 60)
 
+    def activate(self, x, y):
+        """Tells the item of a click, as a panel does: nobody waits for the answer."""
+        name, path = self.wait()
+        arguments = GLib.Variant("(ii)", (x, y))
+        self._bus.send(name, path, ITEM, "Activate", arguments)
+
     def entries(self):
         """The texts of the menu from top to bottom, None for a separator."""
         name, _ = self.wait()

@@ -3,7 +3,6 @@
 """While nothing is shown and no refresh is due, the program does not wake up at all."""
 
 import os
-import pathlib
 import time
 import unittest
 
@@ -12,35 +11,13 @@ from desktop import Desktop
 from item import StatusItem
 from program import Program
 from repositories import tracked_days_ago
-from waiting import wait_until
+from usage import proportional_kilobytes, wait_for_quiet, wakings
 
 # How long it is watched: a minute says more, a third of it is what every run of the tests can spare.
 SECONDS = float(os.environ.get("VELQUARIN_IDLE_SECONDS", "20"))
 
 
-def _number(text, name):
-    return next(int(line.split()[1]) for line in text.splitlines() if line.startswith(name))
-
-
-def wakings(pid):
-    """How often each of the threads has gone to sleep so far, by thread id."""
-    tasks = pathlib.Path(f"/proc/{pid}/task").iterdir()
-    return {task.name: _number((task / "status").read_text(), "voluntary_ctxt_switches:") for task in tasks}
-
-
-def proportional_kilobytes(pid):
-    return _number(pathlib.Path(f"/proc/{pid}/smaps_rollup").read_text(), "Pss:")
-
-
 class Idle(unittest.TestCase):
-
-    def wait_for_quiet(self, pid):
-        """The starting is over when a whole second has passed in sleep."""
-        def sleeps_for_a_second():
-            before = wakings(pid)
-            time.sleep(1)
-            return wakings(pid) == before
-        wait_until(sleeps_for_a_second, "the program comes to rest")
 
     def test_no_thread_wakes_up(self):
         now = case.now_in("UTC")
@@ -49,7 +26,7 @@ class Idle(unittest.TestCase):
             desktop.start_panel()
             program = Program(desktop)
             StatusItem(desktop).wait_until_refreshed()
-            self.wait_for_quiet(program.pid)
+            wait_for_quiet(program.pid)
             before = wakings(program.pid)
             time.sleep(SECONDS)
             self.assertEqual(wakings(program.pid), before)

@@ -2,9 +2,15 @@
 # SPDX-License-Identifier: MIT
 """The windows on the screen, as the X server and the window manager know them."""
 
+import select
+import time
+from functools import cached_property
+
 from Xlib import X, Xutil, display, protocol
 from Xlib.error import BadWindow
+from Xlib.ext import xtest
 
+from drawing import Drawings
 from screen import Rectangle
 from waiting import wait_until
 
@@ -72,6 +78,15 @@ class Windows:
         mask = X.Button1Mask << (number - 1)
         wait_until(lambda: self.root.query_pointer().mask & mask, f"button {number} down")
 
+    def point(self, x, y):
+        xtest.fake_input(self.display, X.MotionNotify, x=x, y=y)
+        self.display.sync()
+
+    def button(self, kind, number=1):
+        """Presses or releases a button of the pointer, by X.ButtonPress or X.ButtonRelease, with nothing in between."""
+        xtest.fake_input(self.display, kind, number)
+        self.display.sync()
+
     def cover(self, title):
         """Puts a window of our own over all others and gives it the keyboard."""
         screen = self.display.screen()
@@ -94,10 +109,37 @@ class Windows:
         wait_until(lambda: window.get_attributes().map_state != X.IsViewable, f"the window {title!r} put away")
 
     def watch(self):
-        """From now on, story() tells what comes and goes. What goes may be gone for good: its title is asked for now."""
+        """From now on, story(), wait_for_coming() and wait_for_going() tell what comes and goes."""
+        # What goes may be gone for good: its title is asked for now.
         self._titles = {window.id: self.title(window.id) for window in self.root.query_tree().children}
         self.root.change_attributes(event_mask=X.SubstructureNotifyMask)
         self.display.sync()
+
+    @cached_property
+    def drawings(self):
+        """What is drawn on the screen, from the first look on."""
+        return Drawings(self)
+
+    def next_event(self, is_wanted, seconds):
+        """The next event of the wanted kind, all others passed over; None when none comes in that time."""
+        end = time.monotonic() + seconds
+        while (rest := end - time.monotonic()) > 0:
+            if not self.display.pending_events():
+                select.select([self.display], [], [], rest)
+            elif is_wanted(event := self.display.next_event()):
+                return event
+        return None
+
+    def wait_for_coming(self):
+        """Waits for the next window that comes without the window manager; for watchers."""
+        self._wait_for(X.MapNotify, "a window")
+
+    def wait_for_going(self):
+        self._wait_for(X.UnmapNotify, "no window")
+
+    def _wait_for(self, kind, what, seconds=20.0):
+        if not self.next_event(lambda event: event.type == kind and event.event == self.root, seconds):
+            raise TimeoutError(f"waited {seconds:g} s in vain: {what}")
 
     def story(self):
         """What happened since the last time, in its order: whether a window came, and its title."""
