@@ -19,7 +19,6 @@ int main(int argc, char **argv)
     velquarin::installAccessibleApplication();
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("velquarin"));
-    QApplication::setApplicationDisplayName(QStringLiteral("Velquarin"));
     QApplication::setApplicationVersion(QStringLiteral("1.0.0"));
     QApplication::setDesktopFileName(QStringLiteral("io.velquarin.Velquarin"));
     QApplication::setQuitOnLastWindowClosed(false);

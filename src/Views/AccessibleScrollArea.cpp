@@ -5,15 +5,17 @@
 
 #include <QAccessible>
 #include <QAccessibleWidget>
-#include <QScrollArea>
+#include <QWidget>
 
 namespace velquarin {
 
 namespace {
 
-QAccessibleInterface *scrollAreaInterface(const QString & /*className*/, QObject *object)
+// Lists and texts of the toolkit are scroll areas too, with much more to say.
+QAccessibleInterface *scrollAreaInterface(const QString &className, QObject *object)
 {
-    auto *const area = qobject_cast<QScrollArea *>(object);
+    const bool isPlain = className == QLatin1String("QScrollArea") || className == QLatin1String("velquarin::RowList");
+    auto *const area = isPlain ? qobject_cast<QWidget *>(object) : nullptr;
     return area ? new QAccessibleWidget(area, QAccessible::Client) : nullptr;
 }
 

@@ -10,7 +10,7 @@ from desktop import Desktop
 from waiting import wait_until
 
 # The desktop's own way to write a window's title: whose it is stands behind it.
-TITLE = "Settings — Velquarin"
+TITLE = "Settings"
 
 
 class Gear(unittest.TestCase):
