@@ -67,17 +67,16 @@ class Midnight(unittest.TestCase):
             dashboard.open()
             dashboard.press("Show Year")
             dashboard.wait_for("Last 365 Days")
-            self.assertEqual(self.year(dashboard), (oldest, newest))
+            self.assertEqual(self.year(dashboard), (365, oldest, newest))
             self.assert_before_midnight(dashboard)
 
-            wait_until(lambda: self.year(dashboard) == (second, coming), "the year moves on", PATIENCE)
+            wait_until(lambda: self.year(dashboard) == (365, second, coming), "the year moves on", PATIENCE)
             self.assertEqual(dashboard.program.end(), 0)
 
     def year(self, dashboard):
-        """The first and the last day of the heat map."""
+        """The number of days in the heat map, the first and the last. Read at midnight, it may be of two days at once."""
         days = [node.name for node in dashboard.window().walk() if node.role == "list item" and node.name]
-        self.assertEqual(len(days), 365)
-        return days[0], days[-1]
+        return len(days), days[0], days[-1]
 
 
 if __name__ == "__main__":
