@@ -77,8 +77,8 @@ class Bus:
 
     def send(self, name, path, interface, method, arguments=None):
         """A call that is on its way when this returns, and whose answer nobody waits for."""
-        self.connection.call(name, path, interface, method, arguments, None, Gio.DBusCallFlags.NO_AUTO_START, 5000, None,
-                             None)
+        self.connection.call(
+            name, path, interface, method, arguments, None, Gio.DBusCallFlags.NO_AUTO_START, 5000, None, None)
         self.connection.flush_sync(None)
 
     def properties(self, name, path, interface):

@@ -54,7 +54,7 @@ class Clicks(unittest.TestCase):
                 desktop.screen.settled()
                 self.assertEqual(dashboard.window() is None, should_be_open)
                 desktop.screen.release(1)
-                wait_until(lambda wanted=should_be_open: (dashboard.window() is not None) == wanted, "the click's effect")
+                wait_until(lambda wanted=should_be_open: bool(dashboard.window()) == wanted, "the click's effect")
                 desktop.screen.settled()
                 self.assertEqual(dashboard.window() is not None, should_be_open)
             self.assertEqual(dashboard.program.end(), 0)

@@ -74,7 +74,7 @@ class Midnight(unittest.TestCase):
             self.assertEqual(dashboard.program.end(), 0)
 
     def year(self, dashboard):
-        """The number of days in the heat map, the first and the last. Read at midnight, it may be of two days at once."""
+        """How many days the heat map has, the first and the last; read at midnight, a mixture of two years."""
         days = [node.name for node in dashboard.window().walk() if node.role == "list item" and node.name]
         return len(days), days[0], days[-1]
 
