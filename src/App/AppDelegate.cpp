@@ -50,7 +50,7 @@ void AppDelegate::setupMenuBar()
 void AppDelegate::setupPopover()
 {
     const auto &platform = m_shared.platform();
-    m_fileViewer = std::make_unique<YieldingFileViewer>(platform.fileViewer, [this] { m_popover->close(); });
+    m_fileViewer = std::make_unique<YieldingFileViewer>(platform.fileViewer, [this] { m_popover->hide(); });
     m_popover = std::make_unique<Popover>(
         new MenuBarView(*m_streakManager, platform.clock, platform.timers, *m_fileViewer, [this] { openSettings(); }));
     // Once the click that asked for it is over: a menu that opens within it would close with it.

@@ -46,6 +46,7 @@ QList<MenuEntry> withOpenEntry(const QList<MenuEntry> &entries, std::function<vo
 void fillMenu(QMenu &menu, const QList<MenuEntry> &entries)
 {
     menu.clear();
+    menu.setWindowTitle(QCoreApplication::translate("StatusItem", "Velquarin"));
     for (const auto &entry : entries)
         addEntry(menu, entry);
 }
