@@ -1,0 +1,118 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""The windows of the program on native Wayland, where no program places its own."""
+
+import time
+import unittest
+
+from gi.repository import GLib
+
+import case
+import preferences
+import wayland
+from program import BUS_NAME, Program
+from repositories import Repository
+from waiting import wait_until
+from wayland import WaylandDesktop
+
+DASHBOARD = "Velquarin"
+SETTINGS = "Settings"
+
+case.NEEDED.update({"sway": "sway", "qt6-wayland": "/usr/share/doc/qt6-wayland",
+                    "wtype": "wtype", "foot": "foot"})
+
+# As the README has it.
+RULE = f'for_window [app_id="{wayland.APPLICATION}" title="^Velquarin$"] floating enable, border none, ' \
+       'move absolute position 970 30'
+
+
+class Windows(unittest.TestCase):
+
+    def start(self, desktop):
+        repository = Repository(desktop.home / "work")
+        repository.commit_days_ago(case.now_in("UTC"), 0, 1)
+        preferences.write(desktop.config, [repository.path])
+        program = Program(desktop)
+        desktop.bus.wait_for(BUS_NAME)
+        wait_until(lambda: self.registered(desktop), "the item")
+        return program
+
+    @staticmethod
+    def registered(desktop):
+        return desktop.bus.property("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+                                    "org.kde.StatusNotifierWatcher", "RegisteredStatusNotifierItems")
+
+    @staticmethod
+    def click_item(desktop):
+        desktop.bus.call(BUS_NAME, "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate",
+                         GLib.Variant("(ii)", (1270, 12)))
+
+    # A click right after the dashboard went is the one that sent it away; nobody means another one so soon.
+    @staticmethod
+    def take_a_breath():
+        time.sleep(0.5)
+
+    def open(self, desktop):
+        self.click_item(desktop)
+        return desktop.wait_for_window(DASHBOARD)
+
+    def test_a_click_opens_the_dashboard_and_the_next_one_closes_it(self):
+        with WaylandDesktop(self.id()) as desktop:
+            program = self.start(desktop)
+            for _ in range(3):
+                window = self.open(desktop)
+                self.assertEqual(window["type"], "floating_con")
+                self.assertEqual(window["geometry"]["width"], 300)
+                self.assertGreaterEqual(window["geometry"]["height"], 350)
+                wait_until(lambda: desktop.window(DASHBOARD)["focused"], "the focus")
+                self.click_item(desktop)
+                desktop.wait_without_window(DASHBOARD)
+                self.take_a_breath()
+            self.assertEqual(program.end(), 0)
+
+    def test_escape_closes_the_dashboard(self):
+        with WaylandDesktop(self.id()) as desktop:
+            program = self.start(desktop)
+            self.open(desktop)
+            typing = desktop.type("-s", "300", "-k", "Escape", "-s", "60000")
+            desktop.wait_without_window(DASHBOARD)
+            self.assertIsNone(typing.poll())
+            self.assertEqual(program.end(), 0)
+
+    def test_another_window_takes_its_place(self):
+        with WaylandDesktop(self.id()) as desktop:
+            program = self.start(desktop)
+            desktop.start("foot", "foot", "sleep", "infinity")
+            wait_until(lambda: b'"foot"' in desktop.tell("get_tree", "-t"), "another window")
+            self.open(desktop)
+            wait_until(lambda: desktop.window(DASHBOARD)["focused"], "the focus")
+            desktop.tell('[app_id="foot"] focus')
+            desktop.wait_without_window(DASHBOARD)
+            self.assertEqual(program.end(), 0)
+
+    def test_the_gear_opens_the_settings_in_place_of_the_dashboard(self):
+        with WaylandDesktop(self.id()) as desktop:
+            program = self.start(desktop)
+            self.open(desktop)
+            desktop.type("-s", "300", "-M", "shift", "-k", "Tab", "-m", "shift", "-k", "Return")
+            window = desktop.wait_for_window(SETTINGS)
+            self.assertIsNone(desktop.window(DASHBOARD))
+            self.assertEqual((window["geometry"]["width"], window["geometry"]["height"]), (450, 380))
+            self.assertEqual(window["type"], "floating_con")
+            self.take_a_breath()
+            self.open(desktop)
+            self.assertIsNotNone(desktop.window(SETTINGS))
+            self.assertEqual(program.end(), 0)
+
+    def test_a_rule_of_the_compositor_places_the_dashboard(self):
+        with WaylandDesktop(self.id(), RULE) as desktop:
+            program = self.start(desktop)
+            self.open(desktop)
+            wait_until(lambda: (desktop.window(DASHBOARD)["rect"]["x"], desktop.window(DASHBOARD)["rect"]["y"])
+                       == (970, 30), "its place")
+            self.assertEqual(program.end(), 0)
+
+
+if __name__ == "__main__":
+    wayland.as_ordinary_user()
+    case.main()

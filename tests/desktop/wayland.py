@@ -1,0 +1,104 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""A desktop without X11: a compositor that draws to memory, with its own status bar."""
+
+import json
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+
+from desktop import WATCHER, Desktop
+from waiting import wait_until
+
+APPLICATION = "io.velquarin.Velquarin"
+OUTPUT = "HEADLESS-1"
+
+SETTINGS = """
+xwayland disable
+output {output} resolution {width}x{height}
+bar {{
+    position top
+    tray_output *
+}}
+{more}
+"""
+
+# sway runs for no administrator; this is nobody, on every Debian.
+ORDINARY_USER = "65534"
+
+
+def as_ordinary_user():
+    """Goes on as an ordinary user, with copies of these files and the program in a folder that he can reach."""
+    if os.geteuid() != 0:
+        return
+    folder = pathlib.Path(tempfile.mkdtemp(prefix="velquarin-wayland-"))
+    here = pathlib.Path(__file__).parent
+    program = pathlib.Path(os.environ["VELQUARIN_PROGRAM"])
+    shutil.copytree(here, folder / "tests")
+    shutil.copy(program, folder / "velquarin")
+    shutil.copytree(program.parent / "share", folder / "share")
+    subprocess.run(["chmod", "-R", "a+rX", folder], check=True)
+    environment = {**os.environ, "VELQUARIN_PROGRAM": str(folder / "velquarin"), "HOME": "/nonexistent"}
+    environment.pop("VELQUARIN_DESKTOP_FAILURES", None)
+    command = ["setpriv", f"--reuid={ORDINARY_USER}", f"--regid={ORDINARY_USER}", "--clear-groups", "--",
+               sys.executable, "-B", str(folder / "tests" / pathlib.Path(sys.argv[0]).name), *sys.argv[1:]]
+    try:
+        sys.exit(subprocess.run(command, env=environment, check=False).returncode)
+    finally:
+        shutil.rmtree(folder, ignore_errors=True)
+
+
+class WaylandDesktop(Desktop):
+    """sway with its bar. more: further lines of its settings."""
+
+    def __init__(self, name, more="", width=1280, height=800):
+        super().__init__(name, width=width, height=height)
+        self._settings = SETTINGS.format(output=OUTPUT, width=width, height=height, more=more)
+
+    def _open(self):
+        self.start_bus()
+        settings = self.config / "sway"
+        settings.write_text(self._settings)
+        self.environment.update(
+            WLR_BACKENDS="headless", WLR_RENDERER="pixman", WLR_LIBINPUT_NO_DEVICES="1", XDG_SESSION_TYPE="wayland",
+            XDG_CURRENT_DESKTOP="sway", SWAYSOCK=str(self.folder / "runtime" / "sway.sock"))
+        self.start("sway", "sway", "--config", str(settings))
+        self.environment["WAYLAND_DISPLAY"] = wait_until(self._display, "the compositor")
+        wait_until(lambda: self.tell("get_version", "-t"), "the compositor's answer")
+        self.bus.wait_for(WATCHER)
+        self.type("-s", str(3600 * 1000), name="keyboard")
+
+    def _display(self):
+        sockets = (self.folder / "runtime").glob("wayland-?")
+        return next((socket.name for socket in sockets), None)
+
+    def tell(self, command, *options):
+        """What swaymsg prints; nothing where it fails."""
+        answer = subprocess.run(["swaymsg", *options, command], env=self.environment, stdout=subprocess.PIPE,
+                                stderr=subprocess.DEVNULL, check=False, timeout=20)
+        return answer.stdout if answer.returncode == 0 else b""
+
+    # Whoever only waits keeps a keyboard plugged in: without one no window has the keyboard's focus.
+    def type(self, *arguments, name="typing"):
+        """Starts to type, by the words of wtype(1)."""
+        return self.start(name, "wtype", *arguments)
+
+    def window(self, title):
+        """The program's window of that title, as the compositor describes it; None where there is none."""
+        return _find(json.loads(self.tell("get_tree", "-t")), APPLICATION, title)
+
+    def wait_for_window(self, title):
+        return wait_until(lambda: self.window(title), f"the window {title}")
+
+    def wait_without_window(self, title):
+        wait_until(lambda: not self.window(title), f"no window {title}")
+
+
+def _find(node, application, title):
+    if node.get("app_id") == application and node["name"] == title:
+        return node
+    return next(filter(None, (_find(child, application, title) for child in node["nodes"] + node["floating_nodes"])),
+                None)
