@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 
 #include <utility>
 
@@ -27,19 +28,19 @@ QFileDialog *makeDialog(const FolderChooser::Request &request, QWidget *window)
 }  // namespace
 
 FolderDialog::FolderDialog()
-    : m_place(QUrl::fromLocalFile(QDir::homePath()))
+    : m_place(QDir::homePath())
 {
 }
 
 void FolderDialog::choose(const Request &request, QObject &window, Chosen chosen)
 {
     auto *const dialog = makeDialog(request, qobject_cast<QWidget *>(&window));
-    dialog->setDirectoryUrl(m_place);
-    QObject::connect(dialog, &QFileDialog::urlSelected, dialog,
-                     [this, dialog, chosen = std::move(chosen)](const QUrl &url) {
-                         m_place = dialog->directoryUrl();
-                         if (url.isLocalFile())
-                             chosen(url.toLocalFile());
+    dialog->setDirectory(m_place);
+    // Of its signals the one that the desktop's dialog and the toolkit's both send.
+    QObject::connect(dialog, &QFileDialog::fileSelected, dialog,
+                     [this, chosen = std::move(chosen)](const QString &path) {
+                         m_place = QFileInfo(path).path();
+                         chosen(path);
                      });
     dialog->open();
 }

@@ -4,12 +4,12 @@
 
 #include "Platform/FolderChooser.h"
 
-#include <QUrl>
+#include <QString>
 
 namespace velquarin {
 
-//! Asks with the desktop's own dialog where there is one, else with the toolkit's. It opens where the user last chose a
-//! folder in this run, first in the home folder.
+//! Asks with the desktop's own dialog where there is one, else with the toolkit's. It opens beside the folder
+//! that was last chosen in this run, first in the home folder.
 class FolderDialog : public FolderChooser
 {
 public:
@@ -18,7 +18,7 @@ public:
     void choose(const Request &request, QObject &window, Chosen chosen) override;
 
 private:
-    QUrl m_place;
+    QString m_place;
 };
 
 }  // namespace velquarin
