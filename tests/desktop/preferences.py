@@ -28,8 +28,21 @@ def write(config_folder, repository_paths, refresh_seconds=86400):
     }))
 
 
+def write_defaults(config_folder, repository_paths):
+    """Settings with these repositories, all else as the program has it at first."""
+    file = _path(config_folder)
+    file.parent.mkdir(parents=True, exist_ok=True)
+    file.write_text(json.dumps({"trackedRepositories": {"data": json.dumps([_record(path) for path in repository_paths])}}))
+
+
 def read(config_folder):
     return json.loads(_path(config_folder).read_text())
+
+
+def records(config_folder, key):
+    """A stored list, whose ids are told apart from the rest: the ids in order, and the records without them."""
+    stored = json.loads(read(config_folder)[key]["data"])
+    return [record.pop("id") for record in stored], stored
 
 
 def last_reminder(config_folder):

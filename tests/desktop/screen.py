@@ -95,3 +95,6 @@ class Screen:
 
     def press(self, key):
         self._run("xdotool", "key", key)
+
+    def type(self, text):
+        self._run("xdotool", "type", "--delay", "2", text)

@@ -1,0 +1,153 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""The settings window, opened and used as a user does: by pointer, by keys, and read as a screen reader reads it."""
+
+import accessibility
+from item import PanelPlace, StatusItem
+from program import Program
+from waiting import wait_until
+
+WINDOW = "Settings"
+DASHBOARD = "Velquarin"
+ADD = "Select a git repository folder"
+SCAN = "Select a folder to scan for git repositories"
+WATCH = "Select a folder to watch for git repositories"
+TABS = ("Repositories", "Auto-Discover", "General")
+
+
+class Session:
+    """A desktop on which the program runs, and its user.
+
+    options  of each run of the program: its zone, its clock, what starts it
+    """
+
+    def __init__(self, desktop, **options):
+        self.desktop = desktop
+        self.screen = desktop.screen
+        self._options = options
+        accessibility.start(desktop)
+        desktop.start_panel()
+        self.reader = accessibility.Reader(desktop)
+        self.item = StatusItem(desktop)
+        self.start()
+
+    def start(self):
+        """Returns when the item is in the panel and the first refresh is over."""
+        place = PanelPlace(self.screen)
+        self.program = Program(self.desktop, **self._options)
+        self.item.wait_until_refreshed()
+        self._place = place.find()
+
+    def end(self):
+        """The program's exit status, and what it said meanwhile on its standard error."""
+        status = self.program.end()
+        wait_until(lambda: not self.item.is_there(), "the item goes with the program")
+        return status, self.program.errors()
+
+    def click_item(self):
+        self.screen.click(*self._place.centre, 1)
+
+    def open_dashboard(self):
+        self.click_item()
+        return self.reader.wait_for_window(DASHBOARD)
+
+    def close_dashboard(self):
+        self.screen.press("Escape")
+        self.reader.wait_without_window(DASHBOARD)
+
+    def open(self, tab=None):
+        """Opens the settings by the gear in the dashboard; they show the tab."""
+        self.open_dashboard()
+        self.screen.click(*self.reader.wait_for(DASHBOARD, "Settings").centre, 1)
+        self.reader.wait_for_window(WINDOW)
+        if tab:
+            self.turn_to(tab)
+
+    def close(self):
+        self.screen.press("Escape")
+        self.reader.wait_without_window(WINDOW)
+
+    def window(self):
+        return self.reader.window(WINDOW)
+
+    def texts(self):
+        return self.window().texts()
+
+    def turn_to(self, tab):
+        self.click(tab, "page tab")
+        self.wait(lambda window: current_tab(window) == tab, f"the tab {tab!r}")
+
+    def wait(self, condition, what):
+        """The settings window as soon as the condition holds for it."""
+        def fulfilled():
+            window = self.window()
+            return window if window and condition(window) else None
+        return wait_until(fulfilled, what)
+
+    def wait_for_text(self, text):
+        return self.wait(lambda window: text in window.texts(), f"the text {text!r}")
+
+    def wait_without_text(self, text):
+        return self.wait(lambda window: text not in window.texts(), f"no text {text!r}")
+
+    def wait_for_focus(self, name):
+        return self.wait(lambda window: focused(window) == name, f"the focus on {name!r}")
+
+    def wait_for_state(self, name, state, is_set=True):
+        """Returns when the control of that name has that state, or has it no longer."""
+        def has(window):
+            control = window.find(name)
+            return control and (state in control.states) == is_set
+        return self.wait(has, f"{name!r} {'' if is_set else 'not '}{state}")
+
+    def click(self, name, role=None, number=0):
+        """Clicks the control of that name, of several the one with that number from above."""
+        window = self.wait(lambda window: len(all_named(window, name, role)) > number, f"{name!r}")
+        self.screen.click(*all_named(window, name, role)[number].centre, 1)
+
+    def press(self, *keys):
+        for key in keys:
+            self.screen.press(key)
+
+    def choose_from(self, value, other):
+        """Chooses another value in the pop-up that shows this one."""
+        self.click(value, "combo box")
+        self.screen.settled()
+        window = self.wait(lambda window: all_named(window, other, "list item"), f"{other!r} in the pop-up")
+        self.screen.click(*all_named(window, other, "list item")[-1].centre, 1)
+        self.wait(lambda window: all_named(window, other, "combo box"), f"{other!r} chosen")
+
+    def ask(self, button, question):
+        """Opens a folder dialog by one of the buttons; it has the keyboard."""
+        self.click(button, "push button")
+        self.reader.wait_for_window(question)
+        wait_until(lambda: focused(self.reader.window(question)) == "Directory:", "the dialog takes keys")
+
+    def choose(self, button, question, path):
+        """Types a path into the folder dialog that the button opens, and confirms it."""
+        self.ask(button, question)
+        self.screen.type(str(path))
+        self.screen.press("Return")
+        self.reader.wait_without_window(question)
+
+
+def all_named(window, name, role=None):
+    return [node for node in window.shown() if node.name == name and role in (None, node.role)]
+
+
+def current_tab(window):
+    """The toolkit gives the list of tabs the name of the current one."""
+    return next(node.name for node in window.shown() if node.role == "page tab list")
+
+
+# The toolkit calls the window and the current tab focused, whatever has the keyboard.
+def focused_control(window):
+    """The control that has the keyboard, or None."""
+    found = (node for node in window.shown() if "focused" in node.states and node.role not in ("page tab", "filler"))
+    return next(found, None)
+
+
+def focused(window):
+    """The name of the control that has the keyboard, or None."""
+    control = window and focused_control(window)
+    return control and control.name
