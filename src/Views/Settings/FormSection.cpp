@@ -16,7 +16,7 @@ namespace velquarin {
 
 namespace {
 
-constexpr double rowHeight = 32;
+constexpr double rowHeight = 30;
 constexpr double rowPadding = 10;
 constexpr double gapBelowTitle = 4;
 

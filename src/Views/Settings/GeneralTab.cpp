@@ -22,7 +22,7 @@ namespace velquarin {
 
 namespace {
 
-constexpr double gapBetweenSections = 11;
+constexpr double gapBetweenSections = 9;
 
 struct RefreshPeriod
 {

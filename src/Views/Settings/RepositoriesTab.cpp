@@ -9,6 +9,7 @@
 #include "Views/Settings/RepositoryActions.h"
 #include "Views/Settings/RepositoryRow.h"
 #include "Views/Settings/RowList.h"
+#include "Views/Settings/TabColumn.h"
 #include "Views/Settings/TabParts.h"
 #include "Views/Style.h"
 #include "Views/Text.h"
@@ -36,7 +37,7 @@ RepositoriesTab::RepositoriesTab(AppSettings &settings, RepositoryActions &actio
 // Made in the order in which they stand, which is the order of Tab and of a screen reader.
 void RepositoriesTab::build()
 {
-    auto *const column = makeTabColumn(this);
+    auto *const column = new TabColumn(this);
     addHeader();
     addList();
     addButtons();

@@ -9,19 +9,8 @@
 
 #include <QHBoxLayout>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace velquarin {
-
-QVBoxLayout *makeTabColumn(QWidget *tab)
-{
-    constexpr double gap = 16;
-    auto *const column = new QVBoxLayout(tab);
-    const auto padding = style::points(style::defaultPadding);
-    column->setContentsMargins(padding, padding, padding, padding);
-    column->setSpacing(style::points(gap));
-    return column;
-}
 
 QPushButton *makeButton(const QString &title, const QString &symbol, QWidget *parent)
 {

@@ -8,15 +8,11 @@
 
 class QBoxLayout;
 class QPushButton;
-class QVBoxLayout;
 class QWidget;
 
 namespace velquarin {
 
 class Text;
-
-//! The column of a tab: default padding all round, 16 points between its parts.
-[[nodiscard]] QVBoxLayout *makeTabColumn(QWidget *tab);
 
 //! A button with the desktop's look, and a symbol before its title where one is named. @p title may hold a mnemonic.
 [[nodiscard]] QPushButton *makeButton(const QString &title, const QString &symbol, QWidget *parent);

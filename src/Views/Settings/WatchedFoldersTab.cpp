@@ -13,6 +13,7 @@
 #include "Views/Settings/RowList.h"
 #include "Views/Settings/SettingsWorld.h"
 #include "Views/Settings/Switch.h"
+#include "Views/Settings/TabColumn.h"
 #include "Views/Settings/TabParts.h"
 #include "Views/Settings/WatchedFolderActions.h"
 #include "Views/Settings/WatchedFolderRow.h"
@@ -57,7 +58,7 @@ WatchedFoldersTab::WatchedFoldersTab(const SettingsWorld &world, WatchedFolderAc
 // Made in the order in which they stand, which is the order of Tab and of a screen reader.
 void WatchedFoldersTab::build()
 {
-    auto *const column = makeTabColumn(this);
+    auto *const column = new TabColumn(this);
     addHeader();
     column->addWidget(makeText(quiet(), tr("Automatically find and track git repositories in these folders"), this));
     addList();

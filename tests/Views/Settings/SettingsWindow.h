@@ -15,6 +15,23 @@
 
 namespace velquarin::test {
 
+//! The font of the desktop, as long as it lives.
+class FontOfPixels
+{
+public:
+    explicit FontOfPixels(int pixels)
+    {
+        auto font = m_before;
+        font.setPixelSize(pixels);
+        QApplication::setFont(font);
+    }
+    ~FontOfPixels() { QApplication::setFont(m_before); }
+    Q_DISABLE_COPY_MOVE(FontOfPixels)
+
+private:
+    QFont m_before = QApplication::font();
+};
+
 //! The settings window on an engine of its own. Prepare the engine first, then open the window.
 struct SettingsWindow
 {

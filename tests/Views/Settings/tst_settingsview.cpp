@@ -9,6 +9,8 @@
 #include "SettingsWindow.h"
 
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStackedWidget>
 
 using namespace velquarin;
@@ -38,23 +40,6 @@ QStringList tabStops(const SettingsWindow &window)
     return stops;
 }
 
-// So that each test leaves the font as it found it.
-class FontOfPixels
-{
-public:
-    explicit FontOfPixels(int pixels)
-    {
-        auto font = m_before;
-        font.setPixelSize(pixels);
-        QApplication::setFont(font);
-    }
-    ~FontOfPixels() { QApplication::setFont(m_before); }
-    Q_DISABLE_COPY_MOVE(FontOfPixels)
-
-private:
-    QFont m_before = QApplication::font();
-};
-
 }  // namespace
 
 class TestSettingsView : public QObject
@@ -73,6 +58,8 @@ private Q_SLOTS:
     void tabStopsFollowTheEye();
     void everyControlHasAName();
     void anotherFontBuildsItAnewAndKeepsItsTab();
+    void theOptionsNeedNoScrolling_data();
+    void theOptionsNeedNoScrolling();
     void aPaletteChangeShowsAtOnce();
     void fromTheRightItIsMirrored();
     void closedItTurnsNothingAndWakesNobody();
@@ -213,6 +200,22 @@ void TestSettingsView::anotherFontBuildsItAnewAndKeepsItsTab()
     QVERIFY(window.says(QStringLiteral("1.0.0")));
     SettingsWindow::click(window.control<Switch>(QStringLiteral("Show streak count in menu bar")));
     QVERIFY(!window.engine.settings.showStreakInMenuBar());
+}
+
+void TestSettingsView::theOptionsNeedNoScrolling_data()
+{
+    QTest::addColumn<int>("pixels");
+    for (const int pixels : {12, 13, 15, 16, 20})
+        QTest::addRow("with letters of %d pixels", pixels) << pixels;
+}
+
+void TestSettingsView::theOptionsNeedNoScrolling()
+{
+    QFETCH(int, pixels);
+    const FontOfPixels font(pixels);
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    QCOMPARE(window.view->findChild<QScrollArea *>(QStringLiteral("generalTab"))->verticalScrollBar()->maximum(), 0);
 }
 
 void TestSettingsView::aPaletteChangeShowsAtOnce()

@@ -111,6 +111,7 @@ private Q_SLOTS:
     void discoveredRepositoriesAreNamed_data();
     void discoveredRepositoriesAreNamed();
     void theMessageIsGoneWhenTheWindowOpensAgain();
+    void nothingIsCutOffWhenThereIsMostToSay_data();
     void nothingIsCutOffWhenThereIsMostToSay();
 };
 
@@ -395,8 +396,17 @@ void TestWatchedFoldersTab::theMessageIsGoneWhenTheWindowOpensAgain()
     QVERIFY(!window.says(watchedAlready));
 }
 
+void TestWatchedFoldersTab::nothingIsCutOffWhenThereIsMostToSay_data()
+{
+    QTest::addColumn<int>("pixels");
+    for (const int pixels : {12, 13, 16, 20})
+        QTest::addRow("with letters of %d pixels", pixels) << pixels;
+}
+
 void TestWatchedFoldersTab::nothingIsCutOffWhenThereIsMostToSay()
 {
+    QFETCH(int, pixels);
+    const FontOfPixels font(pixels);
     const Folder folder(5);
     SettingsWindow window;
     window.open(SettingsWindow::AutoDiscover);
@@ -409,6 +419,9 @@ void TestWatchedFoldersTab::nothingIsCutOffWhenThereIsMostToSay()
     const QRect place(message->mapTo(window.view.get(), QPoint()), message->size());
     QVERIFY(window.view->rect().contains(place));
     QVERIFY(window.control<QCheckBox>(lastPathComponent(folder.dir.path())) != nullptr);
+    const auto texts = window.view->findChildren<Text *>();
+    for (const auto *const text : texts)
+        QVERIFY2(!text->isVisible() || text->height() >= text->sizeHint().height(), qPrintable(text->accessibleName()));
 }
 
 QTEST_MAIN(TestWatchedFoldersTab)
