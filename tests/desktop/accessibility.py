@@ -112,6 +112,14 @@ def _children(element):
     return filter(None, (element.get_child_at_index(index) for index in range(element.get_child_count())))
 
 
+# A closed window keeps its parts, hundreds of them in a year of days.
+def _is_put_away(element):
+    from gi.repository import Atspi
+    if element.get_state_set().contains(Atspi.StateType.SHOWING):
+        return False
+    return element.get_parent().get_role() == Atspi.Role.APPLICATION
+
+
 def _described(element):
     from gi.repository import Atspi
     action, component, value = element.get_action_iface(), element.get_component_iface(), element.get_value_iface()
@@ -123,7 +131,7 @@ def _described(element):
         "states": [state.value_nick for state in element.get_state_set().get_states()],
         "actions": [action.get_action_name(index) for index in range(action.get_n_actions())] if action else [],
         "place": [extents.x, extents.y, extents.width, extents.height] if extents else [0, 0, 0, 0],
-        "children": [_described(child) for child in _children(element)],
+        "children": [] if _is_put_away(element) else [_described(child) for child in _children(element)],
     }
 
 

@@ -1,0 +1,82 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""The options of the tab General are written as they are chosen, and kept."""
+
+import unittest
+
+import case
+import preferences
+from desktop import Desktop
+from repositories import Repository
+from settings import Session, all_named
+from waiting import wait_until
+
+COUNT = "Show streak count in menu bar"
+REMINDER = "Remind me if streak is at risk"
+PERIODS = {"Every minute": 60, "Every 5 minutes": 300, "Every 15 minutes": 900, "Every 30 minutes": 1800,
+           "Every hour": 3600}
+
+
+class General(unittest.TestCase):
+
+    def assert_options(self, desktop, **changed):
+        """The whole file is as at first, but for what has changed."""
+        expected = {"autoDiscoveryEnabled": True, "notifyOnStreakRisk": True, "refreshInterval": 300,
+                    "showStreakInMenuBar": True, "watchedFolders": {"data": "[]"}, **changed}
+
+        def stored():
+            document = preferences.read(desktop.config)
+            document.pop("trackedRepositories")
+            return document == expected
+        wait_until(stored, f"on the disk: {expected}")
+
+    def test_every_option_is_written_at_once_and_kept(self):
+        now = case.now_in("UTC")
+        with Desktop(self.id()) as desktop:
+            repository = Repository(desktop.home / "one")
+            repository.commit_days_ago(now, 0, 1)
+            preferences.write_defaults(desktop.config, [repository.path])
+            session = Session(desktop)
+            session.open("General")
+            texts = session.texts()
+            for text in ("Startup", "Launch at login", "Display", "Notifications", "Refresh", "Check for new commits",
+                         "About", "Version", "1.0.0"):
+                self.assertIn(text, texts)
+            self.assert_options(desktop)
+
+            session.click(COUNT)
+            session.wait_for_state(COUNT, "checked", False)
+            self.assert_options(desktop, showStreakInMenuBar=False)
+            session.click(REMINDER)
+            session.wait_for_state(REMINDER, "checked", False)
+            changed = {"showStreakInMenuBar": False, "notifyOnStreakRisk": False}
+            self.assert_options(desktop, **changed)
+            before = "Every 5 minutes"
+            for label in ("Every minute", "Every 30 minutes", "Every 5 minutes", "Every 15 minutes", "Every hour"):
+                session.choose_from(before, label)
+                self.assert_options(desktop, **changed, refreshInterval=PERIODS[label])
+                before = label
+            self.assertEqual(session.item.label(), " 2")
+
+            self.assertEqual(session.end(), (0, ""))
+            session.start()
+            self.assertEqual(session.item.label(), " 2")
+            session.open("General")
+            window = session.window()
+            states = {name: "checked" in window.find(name).states for name in ("Launch at login", COUNT, REMINDER)}
+            self.assertEqual(states, {"Launch at login": False, COUNT: False, REMINDER: False})
+            self.assertTrue(all_named(window, "Every hour", "combo box"))
+            self.assert_options(desktop, **changed, refreshInterval=3600)
+            self.assertEqual(session.end(), (0, ""))
+
+    def test_all_of_it_is_seen_at_once(self):
+        with Desktop(self.id()) as desktop:
+            session = Session(desktop)
+            session.open("General")
+            window = session.window()
+            self.assertEqual([node.role for node in window.shown() if node.role == "scroll bar"], [])
+            self.assertEqual(session.end(), (0, ""))
+
+
+if __name__ == "__main__":
+    case.main()
