@@ -112,6 +112,7 @@ void RowList::layoutRows()
 void RowList::placeRows()
 {
     const auto top = verticalScrollBar()->value();
+    const auto before = m_rows.size();
     for (const auto index : neededRows()) {
         auto *const row = rowFor(m_ids.at(index));
         m_fillRow(*row, index);
@@ -120,6 +121,15 @@ void RowList::placeRows()
         row->setGeometry(0, index * rowHeight() - top, viewport()->width(), rowHeight());
         row->show();
     }
+    if (m_rows.size() > before)
+        orderRows();
+}
+
+// A screen reader comes to them as the toolkit has them stacked.
+void RowList::orderRows()
+{
+    for (const auto index : neededRows())
+        m_rows.value(m_ids.at(index))->raise();
 }
 
 void RowList::discardRowsOutOfSight()
@@ -226,6 +236,7 @@ void RowList::setCurrent(int index)
     if (auto *const row = m_rows.value(m_ids.at(index)))
         row->setTabStop(true);
     bringIntoSight(index);
+    discardRowsOutOfSight();
 }
 
 void RowList::focusRow(int index, int control)

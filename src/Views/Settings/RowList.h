@@ -45,6 +45,7 @@ private:
     void updateScrollBar();
     void layoutRows();
     void placeRows();
+    void orderRows();
     void discardRowsOutOfSight();
     ListRow *rowFor(QUuid id);
     void watch(ListRow *row);

@@ -6,6 +6,7 @@
 #include "support/Offscreen.h"
 #include "Views/Settings/ListRow.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -105,6 +106,17 @@ struct Window : QWidget
         return texts;
     }
 
+    // All rows there are, as a screen reader comes to them.
+    [[nodiscard]] QStringList heard() const
+    {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        auto *const all = QAccessible::queryAccessibleInterface(list->viewport());
+        QStringList texts;
+        for (int index = 0; index < all->childCount(); ++index)
+            texts.append(all->child(index)->child(0)->text(QAccessible::Name));
+        return texts;
+    }
+
     [[nodiscard]] int scrolled() const { return list->verticalScrollBar()->value(); }
     void scroll(int to) const { list->verticalScrollBar()->setValue(to); }
 
@@ -136,6 +148,8 @@ private Q_SLOTS:
     void onlyRowsInSightAreMade();
     void scrollingShowsTheOthers();
     void rowsOutOfSightAreForgotten();
+    void aScreenReaderFindsTheRowsInTheirOrder();
+    void theRowThatTheFocusLeftIsForgotten();
     void tabStopsAtOneRow();
     void arrowsGoToTheSameControlOfAnotherRow_data();
     void arrowsGoToTheSameControlOfAnotherRow();
@@ -178,6 +192,27 @@ void TestRowList::rowsOutOfSightAreForgotten()
         window.scroll(row * heightOfRow);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(window.list->viewport()->children().size() < 12);
+}
+
+void TestRowList::aScreenReaderFindsTheRowsInTheirOrder()
+{
+    const Window window(100);
+    window.scroll(50 * heightOfRow);
+    QCOMPARE(window.heard(), QStringList(QStringLiteral("0")) + numbers(50, 55));
+    window.scroll(48 * heightOfRow);
+    QCOMPARE(window.heard(), QStringList(QStringLiteral("0")) + numbers(48, 53));
+}
+
+void TestRowList::theRowThatTheFocusLeftIsForgotten()
+{
+    const Window window(100);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    Window::press(Qt::Key_End);
+    QCOMPARE(Window::focused(), QStringLiteral("99"));
+    QCOMPARE(window.heard(), numbers(94, 99));
+    Window::press(Qt::Key_Home);
+    QCOMPARE(window.heard(), numbers(0, 5));
 }
 
 void TestRowList::tabStopsAtOneRow()
