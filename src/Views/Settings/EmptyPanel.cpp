@@ -3,6 +3,7 @@
 
 #include "Views/Settings/EmptyPanel.h"
 
+#include "Views/Settings/TabParts.h"
 #include "Views/Style.h"
 #include "Views/SymbolView.h"
 #include "Views/Text.h"
@@ -21,11 +22,9 @@ constexpr double titleSize = 17;
 
 EmptyPanel::EmptyPanel(const Words &words, QWidget *parent)
     : QWidget(parent)
-    , m_button(new QPushButton(words.action, this))
+    , m_button(makeButton(words.action, {}, this))
 {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-    m_button->setAutoDefault(false);
-    m_button->setFocusPolicy(Qt::TabFocus);
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->setSpacing(style::points(style::defaultSpacing));

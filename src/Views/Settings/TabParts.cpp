@@ -17,7 +17,8 @@ QPushButton *makeButton(const QString &title, const QString &symbol, QWidget *pa
     auto *const button = new QPushButton(title, parent);
     if (!symbol.isEmpty())
         button->setIcon(style::symbolIcon(symbol));
-    button->setAutoDefault(false);
+    // Enter presses it as well as Space.
+    button->setAutoDefault(true);
     button->setFocusPolicy(Qt::TabFocus);
     return button;
 }

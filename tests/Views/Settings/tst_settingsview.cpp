@@ -57,6 +57,8 @@ private Q_SLOTS:
     void tabStopsFollowTheEye_data();
     void tabStopsFollowTheEye();
     void everyControlHasAName();
+    void enterPressesTheButtonThatHasTheFocus_data();
+    void enterPressesTheButtonThatHasTheFocus();
     void anotherFontBuildsItAnewAndKeepsItsTab();
     void theOptionsNeedNoScrolling_data();
     void theOptionsNeedNoScrolling();
@@ -173,6 +175,27 @@ void TestSettingsView::tabStopsFollowTheEye()
     window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
     window.open(SettingsWindow::Tab(tab));
     QCOMPARE(tabStops(window), stops);
+}
+
+void TestSettingsView::enterPressesTheButtonThatHasTheFocus_data()
+{
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("below the list") << int(SettingsWindow::Repositories) << QStringLiteral("Scan Folder");
+    QTest::newRow("in place of the list") << int(SettingsWindow::AutoDiscover) << QStringLiteral("Add Folder");
+}
+
+void TestSettingsView::enterPressesTheButtonThatHasTheFocus()
+{
+    QFETCH(int, tab);
+    QFETCH(QString, name);
+    SettingsWindow window;
+    window.open(SettingsWindow::Tab(tab));
+    auto *const button = window.control<QPushButton>(name);
+    button->setFocus();
+    QTest::keyClick(button, Qt::Key_Return);
+    QTest::keyClick(button, Qt::Key_Enter);
+    QCOMPARE(window.chooser.requests.size(), 2);
 }
 
 void TestSettingsView::everyControlHasAName()
