@@ -19,6 +19,17 @@
 
 namespace velquarin {
 
+namespace {
+
+// What the pointer presses must not move away from under it, and who comes back to the window finds the list where it
+// was.
+bool isLookedFor(Qt::FocusReason reason)
+{
+    return reason != Qt::MouseFocusReason && reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason;
+}
+
+}  // namespace
+
 RowList::RowList(std::function<ListRow *(QWidget *)> makeRow, std::function<void(ListRow &, int)> fillRow,
                  QWidget *parent)
     : QAbstractScrollArea(parent)
@@ -193,6 +204,8 @@ bool RowList::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::FocusIn) {
         const auto *const row = static_cast<ListRow *>(watched->parent());
         setCurrent(int(m_ids.indexOf(row->id())));
+        if (isLookedFor(static_cast<QFocusEvent *>(event)->reason()))
+            bringIntoSight(m_current);
     } else if (event->type() == QEvent::KeyPress) {
         const auto key = static_cast<QKeyEvent *>(event)->key();
         const auto next = indexAfter(key);
@@ -235,7 +248,6 @@ void RowList::setCurrent(int index)
     m_current = index;
     if (auto *const row = m_rows.value(m_ids.at(index)))
         row->setTabStop(true);
-    bringIntoSight(index);
     discardRowsOutOfSight();
 }
 

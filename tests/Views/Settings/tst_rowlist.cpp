@@ -11,6 +11,7 @@
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -161,6 +162,9 @@ private Q_SLOTS:
     void removingAnotherRowLeavesTheFocus();
     void rowsAddedAtTheEndMoveNothing();
     void anEmptyListShowsNothing();
+    void whatIsPressedStaysUnderThePointer();
+    void comingBackToTheWindowScrollsNothing_data();
+    void comingBackToTheWindowScrollsNothing();
 };
 
 void TestRowList::rowsStandInTheirOrder()
@@ -343,6 +347,43 @@ void TestRowList::anEmptyListShowsNothing()
     window.before->setFocus();
     Window::press(Qt::Key_Tab);
     QCOMPARE(Window::focused(), QStringLiteral("after"));
+}
+
+// The row at the lower edge is half in sight: the list must not move between press and release.
+void TestRowList::whatIsPressedStaysUnderThePointer()
+{
+    const Window window(50);
+    auto *const row = window.list->viewport()->childAt(20, 5 * heightOfRow + 10);
+    auto *const button = qobject_cast<QPushButton *>(row);
+    QVERIFY(button != nullptr);
+    QCOMPARE(button->text(), QStringLiteral("5"));
+    const QSignalSpy clicks(button, &QPushButton::clicked);
+    const auto place = button->mapTo(&window, QPoint(5, 5));
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {}, place);
+    QCOMPARE(clicks.count(), 1);
+    QCOMPARE(window.scrolled(), 0);
+    QCOMPARE(Window::focused(), QStringLiteral("5"));
+}
+
+void TestRowList::comingBackToTheWindowScrollsNothing_data()
+{
+    QTest::addColumn<int>("reason");
+    QTest::newRow("from another window") << int(Qt::ActiveWindowFocusReason);
+    QTest::newRow("from a pop-up") << int(Qt::PopupFocusReason);
+}
+
+void TestRowList::comingBackToTheWindowScrollsNothing()
+{
+    QFETCH(int, reason);
+    const Window window(1000);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    window.scroll(500 * heightOfRow);
+    QFocusEvent back(QEvent::FocusIn, Qt::FocusReason(reason));
+    QApplication::sendEvent(QApplication::focusWidget(), &back);
+    QCOMPARE(window.scrolled(), 500 * heightOfRow);
+    Window::press(Qt::Key_Down);
+    QCOMPARE(Window::focused(), QStringLiteral("1"));
 }
 
 QTEST_MAIN(TestRowList)
