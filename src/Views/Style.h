@@ -75,7 +75,7 @@ using Tone = std::variant<Ink, Accent>;
 [[nodiscard]] QColor selectedGround(const QPalette &palette);
 
 //! The ground of a badge: the accent's colour, a fifth of it, on a ground that the pointer is on.
-[[nodiscard]] QColor badgeGround(const QPalette &palette, Accent accent);
+[[nodiscard]] QColor badgeGround(const QPalette &palette, Accent color);
 
 //! How to draw a text that may hold a mnemonic: underlined where the desktop shows mnemonics, and never its ampersand.
 [[nodiscard]] int mnemonicFlag(const QWidget &widget);

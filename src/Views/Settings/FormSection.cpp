@@ -24,13 +24,13 @@ constexpr double gapBelowTitle = 4;
 
 FormSection::FormSection(const QString &title, QWidget *parent)
     : QWidget(parent)
+    , m_title(makeText(textLook(style::TypeStyle::Subheadline, style::Ink::Secondary, QFont::DemiBold), title, this))
+    , m_group(new TintedGround(this))
 {
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->setSpacing(style::points(gapBelowTitle));
-    column->addWidget(
-        makeText(textLook(style::TypeStyle::Subheadline, style::Ink::Secondary, QFont::DemiBold), title, this));
-    m_group = new TintedGround(this);
+    column->addWidget(m_title);
     column->addWidget(m_group);
     auto *const rows = new QVBoxLayout(m_group);
     rows->setContentsMargins({});

@@ -9,6 +9,7 @@ class QBoxLayout;
 namespace velquarin {
 
 class Switch;
+class Text;
 
 //! A titled group of settings on a quietly tinted ground.
 class FormSection : public QWidget
@@ -25,7 +26,8 @@ public:
 private:
     QBoxLayout *beginRow(int outset = 0);
 
-    QWidget *m_group = nullptr;
+    Text *m_title;
+    QWidget *m_group;
 };
 
 }  // namespace velquarin

@@ -41,7 +41,7 @@ constexpr std::array<RefreshPeriod, 5> refreshPeriods{{
 // -1 for a period that is not offered, which then stands as it is.
 int indexOfPeriod(double seconds)
 {
-    const auto found = std::ranges::find(refreshPeriods, seconds, &RefreshPeriod::seconds);
+    const auto *const found = std::ranges::find(refreshPeriods, seconds, &RefreshPeriod::seconds);
     return found == refreshPeriods.end() ? -1 : int(found - refreshPeriods.begin());
 }
 

@@ -88,7 +88,7 @@ void RepositoriesTab::addButtons()
     connect(m_refresh, &QPushButton::clicked, &m_actions, &RepositoryActions::refreshNow);
 }
 
-ListRow *RepositoriesTab::makeRow(QWidget *parent)
+ListRow *RepositoriesTab::makeRow(QWidget *parent) const
 {
     auto *const row = new RepositoryRow(parent);
     connect(row, &RepositoryRow::enablingRequested, this, &RepositoriesTab::enable);

@@ -33,7 +33,7 @@ private:
     void addHeader();
     void addList();
     void addButtons();
-    ListRow *makeRow(QWidget *parent);
+    [[nodiscard]] ListRow *makeRow(QWidget *parent) const;
     void observe();
     void render();
     void renderList();

@@ -96,7 +96,7 @@ void TabStrip::paintLabel(QPainter &painter, int index) const
     place.setTop(symbolPlace.bottom() + 1 + style::points(gapBelowSymbol));
     painter.setFont(lettering());
     painter.setPen(color);
-    painter.drawText(place, Qt::AlignHCenter | Qt::AlignTop | style::mnemonicFlag(*this), tabText(index));
+    painter.drawText(place, int(Qt::AlignHCenter | Qt::AlignTop) | style::mnemonicFlag(*this), tabText(index));
 }
 
 }  // namespace velquarin

@@ -30,17 +30,17 @@ int indexOfDepth(qint64 depth)
 
 WatchedFolderRow::WatchedFolderRow(QWidget *parent)
     : RecordRow(parent)
+    , m_label(new QLabel(tr("Depth"), this))
+    , m_depth(new Picker(this))
 {
-    auto *const label = new QLabel(tr("Depth"), this);
-    label->setFont(style::font(style::TypeStyle::Caption));
-    m_depth = new Picker(this);
+    m_label->setFont(style::font(style::TypeStyle::Caption));
     m_depth->setObjectName(QStringLiteral("depth"));
-    label->setBuddy(m_depth);
+    m_label->setBuddy(m_depth);
     for (const auto depth : depths)
         m_depth->addItem(QString::number(depth));
     m_depth->setFixedWidth(style::points(pickerWidth));
     m_depth->setToolTip(tr("Max folder depth to scan"));
-    addPicker(label, m_depth);
+    addPicker(m_label, m_depth);
     addBin();
     connect(m_depth, &Picker::currentIndexChanged, this, &WatchedFolderRow::chooseDepth);
 }

@@ -4,6 +4,8 @@
 
 #include "Views/Settings/RecordRow.h"
 
+class QLabel;
+
 namespace velquarin {
 
 class Picker;
@@ -25,7 +27,8 @@ Q_SIGNALS:
 private:
     void chooseDepth(int index);
 
-    Picker *m_depth = nullptr;
+    QLabel *m_label;
+    Picker *m_depth;
     qint64 m_storedDepth = 0;
 };
 
