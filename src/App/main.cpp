@@ -19,7 +19,7 @@ int main(int argc, char **argv)
     velquarin::installAccessibleApplication();
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("velquarin"));
-    QApplication::setApplicationVersion(QStringLiteral("1.0.0"));
+    QApplication::setApplicationVersion(QStringLiteral(VELQUARIN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("io.velquarin.Velquarin"));
     QApplication::setQuitOnLastWindowClosed(false);
 

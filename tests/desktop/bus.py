@@ -46,6 +46,10 @@ class Bus:
             (services / f"{name}.service").symlink_to(f"/usr/share/dbus-1/services/{name}.service")
         return services
 
+    def offer(self, name, service):
+        """Makes one more service known that the bus starts by itself. Comes before start()."""
+        (self._folder / "services" / f"{name}.service").write_text(service)
+
     def start(self, environment, logs):
         """Returns when the bus answers."""
         command = ["dbus-daemon", "--nofork", "--nopidfile", f"--config-file={self._configuration()}"]
