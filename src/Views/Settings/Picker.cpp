@@ -3,6 +3,7 @@
 
 #include "Views/Settings/Picker.h"
 
+#include <QKeyEvent>
 #include <QWheelEvent>
 
 namespace velquarin {
@@ -11,6 +12,15 @@ Picker::Picker(QWidget *parent)
     : QComboBox(parent)
 {
     setFocusPolicy(Qt::TabFocus);
+}
+
+// The toolkit takes them for its own, and some for the beginning of a word to look for.
+void Picker::keyPressEvent(QKeyEvent *event)
+{
+    if (event->modifiers().testFlag(Qt::ControlModifier))
+        event->ignore();
+    else
+        QComboBox::keyPressEvent(event);
 }
 
 void Picker::wheelEvent(QWheelEvent *event)

@@ -207,8 +207,8 @@ bool RowList::eventFilter(QObject *watched, QEvent *event)
         if (isLookedFor(static_cast<QFocusEvent *>(event)->reason()))
             bringIntoSight(m_current);
     } else if (event->type() == QEvent::KeyPress) {
-        const auto key = static_cast<QKeyEvent *>(event)->key();
-        const auto next = indexAfter(key);
+        const auto *const press = static_cast<QKeyEvent *>(event);
+        const auto next = press->modifiers().testFlag(Qt::ControlModifier) ? -1 : indexAfter(press->key());
         const bool isForPopUp = qobject_cast<QComboBox *>(watched) != nullptr;
         if (next >= 0 && !isForPopUp) {
             focusRow(next, focusedControl());

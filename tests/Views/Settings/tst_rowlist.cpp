@@ -165,6 +165,8 @@ private Q_SLOTS:
     void whatIsPressedStaysUnderThePointer();
     void comingBackToTheWindowScrollsNothing_data();
     void comingBackToTheWindowScrollsNothing();
+    void keysWithControlAreNotForTheList_data();
+    void keysWithControlAreNotForTheList();
 };
 
 void TestRowList::rowsStandInTheirOrder()
@@ -383,6 +385,25 @@ void TestRowList::comingBackToTheWindowScrollsNothing()
     QApplication::sendEvent(QApplication::focusWidget(), &back);
     QCOMPARE(window.scrolled(), 500 * heightOfRow);
     Window::press(Qt::Key_Down);
+    QCOMPARE(Window::focused(), QStringLiteral("1"));
+}
+
+void TestRowList::keysWithControlAreNotForTheList_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("page down") << int(Qt::Key_PageDown);
+    QTest::newRow("page up") << int(Qt::Key_PageUp);
+    QTest::newRow("end") << int(Qt::Key_End);
+}
+
+void TestRowList::keysWithControlAreNotForTheList()
+{
+    QFETCH(int, key);
+    const Window window(50);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    Window::press(Qt::Key_Down);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key(key), Qt::ControlModifier);
     QCOMPARE(Window::focused(), QStringLiteral("1"));
 }
 

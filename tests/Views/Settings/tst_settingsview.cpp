@@ -3,15 +3,22 @@
 
 #include "support/Offscreen.h"
 #include "support/Picture.h"
+#include "Views/Settings/Picker.h"
 #include "Views/Settings/Switch.h"
 #include "Views/Style.h"
 
 #include "SettingsWindow.h"
 
+#include <QAbstractItemView>
+#include <QDir>
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStackedWidget>
+#include <QTemporaryDir>
+
+#include <algorithm>
 
 using namespace velquarin;
 using namespace velquarin::test;
@@ -52,6 +59,9 @@ private Q_SLOTS:
     void nothingHasTheFocusAtFirst();
     void escapeClosesIt();
     void controlAndTabTurnTheTabs();
+    void theKeysOfTheTabsWorkWhereverTheFocusIs_data();
+    void theKeysOfTheTabsWorkWhereverTheFocusIs();
+    void escapeInAPopUpClosesThePopUpAlone();
     void mnemonicsTurnTheTabs();
     void aScreenReaderTurnsTheTabs();
     void tabStopsFollowTheEye_data();
@@ -65,6 +75,8 @@ private Q_SLOTS:
     void aPaletteChangeShowsAtOnce();
     void fromTheRightItIsMirrored();
     void closedItTurnsNothingAndWakesNobody();
+    void itMayGoWhileAnythingIsOpenInIt();
+    void anotherFontMayComeWhileAnythingIsOpenInIt();
 };
 
 void TestSettingsView::itHasThreeTabsAndAFixedSize()
@@ -123,6 +135,60 @@ void TestSettingsView::controlAndTabTurnTheTabs()
     QCOMPARE(strip->currentIndex(), 2);
     press(Qt::Key_PageUp);
     QCOMPARE(strip->currentIndex(), 1);
+}
+
+void TestSettingsView::theKeysOfTheTabsWorkWhereverTheFocusIs_data()
+{
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<QByteArray>("kind");
+    QTest::newRow("a box in a row") << int(SettingsWindow::Repositories) << QByteArray("QCheckBox");
+    QTest::newRow("a bin in a row") << int(SettingsWindow::Repositories) << QByteArray("velquarin::IconButton");
+    QTest::newRow("a button") << int(SettingsWindow::Repositories) << QByteArray("QPushButton");
+    QTest::newRow("a depth") << int(SettingsWindow::AutoDiscover) << QByteArray("velquarin::Picker");
+    QTest::newRow("a period") << int(SettingsWindow::General) << QByteArray("velquarin::Picker");
+    QTest::newRow("a switch") << int(SettingsWindow::General) << QByteArray("velquarin::Switch");
+}
+
+void TestSettingsView::theKeysOfTheTabsWorkWhereverTheFocusIs()
+{
+    QFETCH(int, tab);
+    QFETCH(QByteArray, kind);
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.engine.settings.addRepository(QStringLiteral("/src/b"), false);
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.open(SettingsWindow::Tab(tab));
+    const auto all = window.view->findChildren<QWidget *>();
+    const auto found = std::ranges::find_if(all, [&kind](const QWidget *widget) {
+        return widget->isVisible() && kind == widget->metaObject()->className();
+    });
+    QVERIFY(found != all.end());
+    (*found)->setFocus(Qt::TabFocusReason);
+    auto *const strip = window.view->findChild<TabStrip *>();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_PageDown, Qt::ControlModifier);
+    QCOMPARE(strip->currentIndex(), (tab + 1) % 3);
+    strip->setCurrentIndex(tab);
+    (*found)->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab, Qt::ControlModifier);
+    QCOMPARE(strip->currentIndex(), (tab + 1) % 3);
+    QCOMPARE(window.engine.settings.refreshInterval(), 300.0);
+    QCOMPARE(window.engine.settings.watchedFolders().first().maxDepth, 5);
+}
+
+void TestSettingsView::escapeInAPopUpClosesThePopUpAlone()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    auto *const picker = window.view->findChild<Picker *>(QStringLiteral("refreshPeriod"));
+    picker->setFocus();
+    picker->showPopup();
+    QVERIFY(picker->view()->isVisible());
+    QTest::keyClick(picker->view(), Qt::Key_Escape);
+    QTRY_VERIFY(!picker->view()->isVisible());
+    QVERIFY(window.view->isVisible());
+    QCOMPARE(picker->currentText(), QStringLiteral("Every 5 minutes"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QVERIFY(!window.view->isVisible());
 }
 
 void TestSettingsView::mnemonicsTurnTheTabs()
@@ -282,6 +348,42 @@ void TestSettingsView::closedItTurnsNothingAndWakesNobody()
     SettingsWindow::settle();
     QCOMPARE(paints.ofAll(), 0);
     QCOMPARE(window.engine.timers.live().size(), timers);
+}
+
+void TestSettingsView::itMayGoWhileAnythingIsOpenInIt()
+{
+    const QTemporaryDir folder;
+    QDir(folder.path()).mkpath(QStringLiteral("a/.git"));
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(folder.path(), 5);
+    window.open();
+    SettingsWindow::click(window.control<QPushButton>(QStringLiteral("Scan Folder")));
+    window.chooser.confirm(folder.path());
+    SettingsWindow::click(window.controls<QPushButton>(QStringLiteral("Add Repository")).first());
+    window.view->findChild<TabStrip *>()->setCurrentIndex(SettingsWindow::AutoDiscover);
+    SettingsWindow::settle();
+    SettingsWindow::click(window.control<QPushButton>(QStringLiteral("Scan Now")));
+    window.view->findChild<Picker *>(QStringLiteral("depth"))->showPopup();
+    window.view.reset();
+    window.chooser.confirm(folder.path());
+    QTRY_VERIFY(window.engine.settings.lastAutoDiscoveryScan().has_value());
+    QTRY_COMPARE(window.engine.settings.trackedRepositories().size(), 1);
+}
+
+void TestSettingsView::anotherFontMayComeWhileAnythingIsOpenInIt()
+{
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    auto *const depth = window.view->findChild<Picker *>(QStringLiteral("depth"));
+    depth->setFocus();
+    depth->showPopup();
+    const QPointer before(depth);
+    const FontOfPixels large(20);
+    QTRY_VERIFY(before.isNull());
+    QTRY_COMPARE(window.view->findChild<Picker *>(QStringLiteral("depth"))->currentText(), QStringLiteral("5"));
+    QTest::keyClick(window.view.get(), Qt::Key_Escape);
+    QVERIFY(!window.view->isVisible());
 }
 
 QTEST_MAIN(TestSettingsView)
