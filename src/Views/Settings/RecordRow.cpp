@@ -10,6 +10,8 @@
 #include <QCheckBox>
 #include <QHBoxLayout>
 
+#include <utility>
+
 namespace velquarin {
 
 namespace {
@@ -36,11 +38,12 @@ RecordRow::RecordRow(QWidget *parent)
     forwardEnabling();
 }
 
-// The box also moves when it only shows what is stored; that is nobody's request.
+// The box also moves when it only shows what is stored; that is nobody's request. What was requested counts as stored
+// from then on: another movement may come before the list is rendered.
 void RecordRow::forwardEnabling()
 {
     connect(m_isEnabled, &QCheckBox::toggled, this, [this](bool isEnabled) {
-        if (isEnabled != m_isStoredEnabled)
+        if (std::exchange(m_isStoredEnabled, isEnabled) != isEnabled)
             Q_EMIT enablingRequested(id(), isEnabled);
     });
 }

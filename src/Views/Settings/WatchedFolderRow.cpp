@@ -56,7 +56,8 @@ void WatchedFolderRow::chooseDepth(int index)
 {
     if (index < 0 || depths.at(std::size_t(index)) == m_storedDepth)
         return;
-    Q_EMIT depthRequested(id(), depths.at(std::size_t(index)));
+    m_storedDepth = depths.at(std::size_t(index));
+    Q_EMIT depthRequested(id(), m_storedDepth);
 }
 
 }  // namespace velquarin

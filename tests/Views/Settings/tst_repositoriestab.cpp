@@ -105,6 +105,7 @@ private Q_SLOTS:
     void aScanOutlivesItsWindow();
     void aBoxEnablesOrDisablesItsRecord();
     void aBoxWritesIntoTheRecordAsItIsNow();
+    void aBoxMovedTwiceBeforeItIsRenderedIsAsBefore();
     void aBinRemovesItsRecordAndStartsNoRefresh();
     void removingTheLastRecordLeavesTheFocusWhereItIsOfUse();
     void refreshNowRefreshes();
@@ -379,6 +380,19 @@ void TestRepositoriesTab::aBoxWritesIntoTheRecordAsItIsNow()
     SettingsWindow::click(window.control<QCheckBox>(QStringLiteral("a")));
     repositories.last().isEnabled = false;
     QCOMPARE(window.engine.settings.trackedRepositories(), repositories);
+}
+
+void TestRepositoriesTab::aBoxMovedTwiceBeforeItIsRenderedIsAsBefore()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    auto *const box = window.control<QCheckBox>(QStringLiteral("a"));
+    box->click();
+    box->click();
+    QVERIFY(window.engine.settings.trackedRepositories().first().isEnabled);
+    SettingsWindow::settle();
+    QVERIFY(box->isChecked());
 }
 
 void TestRepositoriesTab::aBinRemovesItsRecordAndStartsNoRefresh()

@@ -100,6 +100,7 @@ private Q_SLOTS:
     void cancellingKeepsTheMessage();
     void aFolderThatIsAddedClearsTheMessage();
     void aDepthIsStored();
+    void aDepthChosenTwiceBeforeItIsRenderedIsTheLaterOne();
     void aForeignDepthIsKeptAndNoneIsChosen();
     void theDepthExplainsItself();
     void aBoxEnablesOrDisablesItsFolderAndStartsNothing();
@@ -249,6 +250,19 @@ void TestWatchedFoldersTab::aDepthIsStored()
     depth->setCurrentText(QStringLiteral("10"));
     QCOMPARE(window.engine.settings.watchedFolders().first().maxDepth, 10);
     QCOMPARE(runs.count(), 0);
+}
+
+void TestWatchedFoldersTab::aDepthChosenTwiceBeforeItIsRenderedIsTheLaterOne()
+{
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    auto *const depth = depthOf(window);
+    depth->setCurrentText(QStringLiteral("10"));
+    depth->setCurrentText(QStringLiteral("5"));
+    QCOMPARE(window.engine.settings.watchedFolders().first().maxDepth, 5);
+    SettingsWindow::settle();
+    QCOMPARE(depth->currentText(), QStringLiteral("5"));
 }
 
 void TestWatchedFoldersTab::aForeignDepthIsKeptAndNoneIsChosen()
