@@ -7,6 +7,7 @@
 #include "Views/Text.h"
 
 #include <QHBoxLayout>
+#include <QTextDocument>
 #include <QVBoxLayout>
 
 namespace velquarin {
@@ -37,11 +38,12 @@ RecordTexts::RecordTexts(QWidget *parent)
     column->addWidget(m_path);
 }
 
+// A tip that looks like markup is shown as markup, and a folder may be called anything.
 void RecordTexts::setRecord(const QString &name, const QString &path)
 {
     m_name->setText(name);
     m_path->setText(path);
-    setToolTip(path);
+    setToolTip(Qt::mightBeRichText(path) ? Qt::convertFromPlainText(path) : path);
 }
 
 void RecordTexts::addBadge(QWidget *badge)

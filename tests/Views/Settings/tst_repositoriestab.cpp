@@ -10,11 +10,14 @@
 #include "SettingsWindow.h"
 
 #include <QCheckBox>
+#include <QHelpEvent>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSemaphore>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTextDocument>
+#include <QToolTip>
 
 #include <array>
 
@@ -112,6 +115,8 @@ private Q_SLOTS:
     void refreshNowStaysUsableWhileOneRuns();
     void aLongPathHasItsEllipsisInTheMiddle();
     void aNameWithALineBreakStaysOnItsLine();
+    void aPathIsNeverTakenForMarkup_data();
+    void aPathIsNeverTakenForMarkup();
     void theMessageIsGoneWhenTheWindowOpensAgain();
     void aChosenPathIsTakenAsItIs_data();
     void aChosenPathIsTakenAsItIs();
@@ -471,6 +476,32 @@ void TestRepositoriesTab::aNameWithALineBreakStaysOnItsLine()
     const auto *const broken = window.control<Text>(QStringLiteral("two\nlines"));
     QVERIFY(broken != nullptr);
     QCOMPARE(broken->height(), plain->height());
+}
+
+// What a folder is called is not ours to choose: shown as markup, it would hide what it says and could show a picture.
+void TestRepositoriesTab::aPathIsNeverTakenForMarkup_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("tags") << QStringLiteral("/src/<b>a</b> & <img src='x'>");
+    QTest::newRow("an escaped character") << QStringLiteral("/src/a &lt; b");
+    QTest::newRow("a plain path") << QStringLiteral("/src/my own & theirs");
+}
+
+void TestRepositoriesTab::aPathIsNeverTakenForMarkup()
+{
+    QFETCH(QString, path);
+    SettingsWindow window;
+    window.engine.settings.addRepository(path, false);
+    window.open();
+    auto *const texts = window.control<Text>(path)->parentWidget();
+    const QPoint place = texts->rect().center();
+    QHelpEvent help(QEvent::ToolTip, place, texts->mapToGlobal(place));
+    QApplication::sendEvent(texts, &help);
+    QTextDocument shown;
+    const auto tip = QToolTip::text();
+    Qt::mightBeRichText(tip) ? shown.setHtml(tip) : shown.setPlainText(tip);
+    QToolTip::hideText();
+    QCOMPARE(shown.toPlainText(), path);
 }
 
 void TestRepositoriesTab::theMessageIsGoneWhenTheWindowOpensAgain()
