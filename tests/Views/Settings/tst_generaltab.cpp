@@ -10,6 +10,7 @@
 #include "SettingsWindow.h"
 
 #include <QAbstractItemView>
+#include <QFontInfo>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -59,6 +60,8 @@ private Q_SLOTS:
     void theLoginItemIsReadAndNotWrittenAtFirst();
     void theVersionIsDimmed();
     void nothingIsOutOfReachWithALargeFont();
+    void withADesktopsFontNothingScrolls_data();
+    void withADesktopsFontNothingScrolls();
     void aScreenReaderWorksTheSwitches();
 };
 
@@ -235,6 +238,33 @@ void TestGeneralTab::nothingIsOutOfReachWithALargeFont()
     QVERIFY(tab->widget()->width() <= tab->viewport()->width());
     QCOMPARE(tab->widget()->height() - tab->viewport()->height(), tab->verticalScrollBar()->maximum());
     QApplication::setFont(before);
+}
+
+void TestGeneralTab::withADesktopsFontNothingScrolls_data()
+{
+    QTest::addColumn<QFont>("font");
+    for (const auto *const family : {"DejaVu Sans", "Noto Sans"}) {
+        for (const int pixels : {13, 15}) {
+            QFont font{QString::fromLatin1(family)};
+            font.setPixelSize(pixels);
+            QTest::addRow("%s, %d pixels", family, pixels) << font;
+        }
+    }
+}
+
+void TestGeneralTab::withADesktopsFontNothingScrolls()
+{
+    QFETCH(QFont, font);
+    if (!QFontInfo(font).exactMatch())
+        QSKIP("this font is not installed here");
+    const auto before = QApplication::font();
+    QApplication::setFont(font);
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    const auto beyond =
+        window.view->findChild<QScrollArea *>(QStringLiteral("generalTab"))->verticalScrollBar()->maximum();
+    QApplication::setFont(before);
+    QCOMPARE(beyond, 0);
 }
 
 void TestGeneralTab::aScreenReaderWorksTheSwitches()
