@@ -14,9 +14,11 @@ namespace velquarin {
 
 QPushButton *makeButton(const QString &title, const QString &symbol, QWidget *parent)
 {
+    constexpr double sizeOfSymbol = 16;
     auto *const button = new QPushButton(title, parent);
     if (!symbol.isEmpty())
         button->setIcon(style::symbolIcon(symbol));
+    button->setIconSize(QSize(1, 1) * style::points(sizeOfSymbol));
     // Enter presses it as well as Space.
     button->setAutoDefault(true);
     button->setFocusPolicy(Qt::TabFocus);

@@ -72,6 +72,7 @@ private Q_SLOTS:
     void anotherFontBuildsItAnewAndKeepsItsTab();
     void theOptionsNeedNoScrolling_data();
     void theOptionsNeedNoScrolling();
+    void symbolsInButtonsFollowTheFont();
     void aPaletteChangeShowsAtOnce();
     void fromTheRightItIsMirrored();
     void closedItTurnsNothingAndWakesNobody();
@@ -305,6 +306,18 @@ void TestSettingsView::theOptionsNeedNoScrolling()
     SettingsWindow window;
     window.open(SettingsWindow::General);
     QCOMPARE(window.view->findChild<QScrollArea *>(QStringLiteral("generalTab"))->verticalScrollBar()->maximum(), 0);
+}
+
+void TestSettingsView::symbolsInButtonsFollowTheFont()
+{
+    for (const int pixels : {7, 13, 30}) {
+        const FontOfPixels font(pixels);
+        SettingsWindow window;
+        window.open();
+        const auto *const button = window.control<QPushButton>(QStringLiteral("Scan Folder"));
+        const auto height = button->iconSize().height();
+        QVERIFY2(height > pixels && height < 2 * pixels, qPrintable(QString::number(height)));
+    }
 }
 
 void TestSettingsView::aPaletteChangeShowsAtOnce()
