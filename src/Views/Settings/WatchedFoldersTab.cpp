@@ -175,10 +175,13 @@ void WatchedFoldersTab::renderFolders()
     m_empty->setVisible(isEmpty);
 }
 
-// The time of day alone, of an earlier day too.
+// The time of day alone, of an earlier day too. The focus of a button that goes stays near it: the toolkit would take it
+// to the tabs.
 void WatchedFoldersTab::renderScan()
 {
     const bool isScanning = m_streakManager.isScanning();
+    if (isScanning && window()->focusWidget() == m_scan)
+        m_add->setFocus(Qt::OtherFocusReason);
     m_progress->setVisible(isScanning);
     m_scan->setVisible(!isScanning && !m_shown.isEmpty());
     const auto last = m_settings.lastAutoDiscoveryScan();

@@ -106,6 +106,7 @@ private Q_SLOTS:
     void aBoxEnablesOrDisablesItsFolderAndStartsNothing();
     void aBinRemovesItsFolderAndStartsNothing();
     void whileARunGoesOnTheWheelTurnsInPlaceOfTheButton();
+    void theFocusOfTheButtonStaysInItsRow();
     void duringARunAnotherFolderCanBeAdded();
     void theTimeOfTheLastRunLeavesAndComesBack();
     void theLastRunIsToldByItsTimeAlone();
@@ -324,6 +325,20 @@ void TestWatchedFoldersTab::whileARunGoesOnTheWheelTurnsInPlaceOfTheButton()
     slow.release();
     QTRY_VERIFY(window.control<QPushButton>(scanNow) != nullptr);
     QVERIFY(!window.says(scanning));
+}
+
+void TestWatchedFoldersTab::theFocusOfTheButtonStaysInItsRow()
+{
+    const Folder folder(0);
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(folder.dir.path(), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    auto *const button = window.control<QPushButton>(scanNow);
+    button->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(button, Qt::Key_Space);
+    SettingsWindow::settle();
+    QCOMPARE(QApplication::focusWidget(), window.controls<QPushButton>(addFolder).last());
+    QTRY_VERIFY(button->isVisible());
 }
 
 void TestWatchedFoldersTab::duringARunAnotherFolderCanBeAdded()
