@@ -225,6 +225,13 @@ QColor badgeGround(const QPalette &palette, Accent color)
     return mix(hoveredGround(palette), accent(palette, color), 0.2);
 }
 
+QColor switchTrack(const QPalette &palette, bool isOn)
+{
+    const auto color = accent(palette, isOn ? Accent::Blue : Accent::Grey);
+    const auto track = legible(color, Qt::black, Qt::white, leastContrastOfShapes);
+    return isDark(palette) ? track : legible(track, Qt::black, groupGround(palette), leastContrastOfShapes);
+}
+
 int mnemonicFlag(const QWidget &widget)
 {
     const bool isShown = widget.style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, &widget) != 0;

@@ -77,6 +77,9 @@ using Tone = std::variant<Ink, Accent>;
 //! The ground of a badge: the accent's colour, a fifth of it, on a ground that the pointer is on.
 [[nodiscard]] QColor badgeGround(const QPalette &palette, Accent color);
 
+//! The ground that a white knob moves on: both can be told from what is around them at 3:1.
+[[nodiscard]] QColor switchTrack(const QPalette &palette, bool isOn);
+
 //! How to draw a text that may hold a mnemonic: underlined where the desktop shows mnemonics, and never its ampersand.
 [[nodiscard]] int mnemonicFlag(const QWidget &widget);
 

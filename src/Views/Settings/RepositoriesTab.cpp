@@ -124,6 +124,9 @@ void RepositoriesTab::renderList()
 
 void RepositoriesTab::renderMessages()
 {
+    // A button that is disabled would hand the keyboard's focus on to "Refresh Now".
+    if (m_actions.isScanning() && m_scan->hasFocus())
+        m_add->setFocus(Qt::OtherFocusReason);
     m_scan->setEnabled(!m_actions.isScanning());
     m_progress->setText(m_actions.scanProgress().value_or(QString()));
     m_progress->setVisible(m_actions.isScanning() && m_actions.scanProgress().has_value());

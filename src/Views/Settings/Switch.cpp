@@ -112,7 +112,7 @@ void Switch::paintTrack(QPainter &painter) const
 
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(style::accent(palette(), isChecked() ? style::Accent::Blue : style::Accent::Grey));
+    painter.setBrush(style::switchTrack(palette(), isChecked()));
     painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
     painter.setBrush(Qt::white);
     painter.drawEllipse(QRectF(track.x() + margin + travel, track.y() + margin, diameter, diameter));

@@ -63,6 +63,8 @@ private Q_SLOTS:
     void withADesktopsFontNothingScrolls_data();
     void withADesktopsFontNothingScrolls();
     void aScreenReaderWorksTheSwitches();
+    void aSwitchStandsOutFromItsGround_data();
+    void aSwitchStandsOutFromItsGround();
 };
 
 void TestGeneralTab::fiveSectionsStandInTheirOrder()
@@ -277,6 +279,23 @@ void TestGeneralTab::aScreenReaderWorksTheSwitches()
     accessible->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
     QVERIFY(!accessible->state().checked);
     QCOMPARE(window.engine.settings.showStreakInMenuBar(), false);
+}
+
+void TestGeneralTab::aSwitchStandsOutFromItsGround_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::newRow("on a light ground") << lightPalette();
+    QTest::newRow("on a dark ground") << darkPalette();
+}
+
+void TestGeneralTab::aSwitchStandsOutFromItsGround()
+{
+    QFETCH(QPalette, palette);
+    for (const bool isOn : {false, true}) {
+        const auto track = style::switchTrack(palette, isOn);
+        QVERIFY(style::contrast(track, Qt::white) >= 3);
+        QVERIFY(style::contrast(track, style::groupGround(palette)) >= 3);
+    }
 }
 
 QTEST_MAIN(TestGeneralTab)

@@ -125,6 +125,7 @@ private Q_SLOTS:
     void whatARowSaysCanBeReadUnderThePointer_data();
     void whatARowSaysCanBeReadUnderThePointer();
     void aScreenReaderRemovesAndDisables();
+    void scanningByKeyboardKeepsTheFocusAtHand();
 };
 
 void TestRepositoriesTab::withoutRepositoriesItSaysWhatToDo()
@@ -589,6 +590,19 @@ void TestRepositoriesTab::aScreenReaderRemovesAndDisables()
     QVERIFY(!window.engine.settings.trackedRepositories().first().isEnabled);
     pressAccessibly(*window.controls<IconButton>(QStringLiteral("Remove")).last());
     QTRY_COMPARE(trackedPaths(window), QStringList(QStringLiteral("/src/a")));
+}
+
+void TestRepositoriesTab::scanningByKeyboardKeepsTheFocusAtHand()
+{
+    const Folder folder({QStringLiteral("a")});
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    window.control<QPushButton>(scan)->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    window.chooser.confirm(folder.dir.path());
+    SettingsWindow::settle();
+    QCOMPARE(SettingsWindow::nameOf(QApplication::focusWidget()), add);
 }
 
 QTEST_MAIN(TestRepositoriesTab)
