@@ -1,7 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The Velquarin developers
 # SPDX-License-Identifier: MIT
 # What Debian builds its own programs with, so that a mistake with memory is an end and not a way in. For the whole
-# build, and before the first target. The toolkit has everything compiled for any address; the program asks to be linked so.
+# build, and before the first target. The toolkit has everything compiled for any address; the program asks to be linked
+# so.
 include(CheckPIESupported)
 check_pie_supported(LANGUAGES CXX)
 add_link_options(LINKER:-z,relro LINKER:-z,now)
