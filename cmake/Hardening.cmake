@@ -8,11 +8,12 @@ check_pie_supported(LANGUAGES CXX)
 add_link_options(LINKER:-z,relro LINKER:-z,now)
 
 # The sanitizers see more than these checks, and do not bear them; without optimisation the last one does nothing.
-set(is_for_people $<AND:$<CONFIG:Release,RelWithDebInfo,MinSizeRel>,$<NOT:$<BOOL:${VELQUARIN_SANITIZE}>>>)
-add_compile_options("$<${is_for_people}:-fstack-protector-strong;-Wformat;-Werror=format-security>")
-add_compile_options("$<${is_for_people}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+set(is_optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+if(NOT VELQUARIN_SANITIZE)
+    add_compile_options("$<${is_optimised}:-fstack-protector-strong;-Wformat;-Werror=format-security>")
+    add_compile_options("$<${is_optimised}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>")
+endif()
 
 # The same source gives the same program, wherever it lies.
-add_compile_options(
-    "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>"
-    "$<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>")
+add_compile_options("$<${is_optimised}:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>")
+add_compile_options("$<${is_optimised}:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>")
