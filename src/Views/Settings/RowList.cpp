@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QSet>
 
@@ -82,7 +83,11 @@ void RowList::setIds(const QList<QUuid> &ids)
     const bool isFocusLost = found < 0 && control >= 0 && !ids.isEmpty();
     m_ids = ids;
     m_current = found >= 0 ? int(found) : std::clamp(m_current, 0, std::max(int(ids.size()) - 1, 0));
-    updateScrollBar();
+    // A shorter list may scroll: the row with the focus stays until the next one has it.
+    {
+        const QScopedValueRollback changing(m_isChangingIds, true);
+        updateScrollBar();
+    }
     placeRows();
     if (isFocusLost)
         focusRow(m_current, control);
@@ -143,18 +148,23 @@ void RowList::orderRows()
         m_rows.value(m_ids.at(index))->raise();
 }
 
+// Hiding a row can move the focus, and with it come back here: the rows to go are out of the list before they do.
 void RowList::discardRowsOutOfSight()
 {
     QSet<QUuid> needed;
     for (const auto index : neededRows())
         needed.insert(m_ids.at(index));
-    m_rows.removeIf([&needed](const auto &entry) {
-        if (needed.contains(entry.key()))
-            return false;
-        entry.value()->hide();
-        entry.value()->deleteLater();
-        return true;
+    QList<ListRow *> leaving;
+    m_rows.removeIf([&needed, &leaving](const auto &entry) {
+        const bool isLeaving = !needed.contains(entry.key());
+        if (isLeaving)
+            leaving.append(entry.value());
+        return isLeaving;
     });
+    for (auto *const row : std::as_const(leaving)) {
+        row->hide();
+        row->deleteLater();
+    }
 }
 
 ListRow *RowList::rowFor(QUuid id)
@@ -190,7 +200,8 @@ void RowList::resizeEvent(QResizeEvent *event)
 
 void RowList::scrollContentsBy(int /*dx*/, int /*dy*/)
 {
-    layoutRows();
+    if (!m_isChangingIds)
+        layoutRows();
 }
 
 void RowList::paintEvent(QPaintEvent * /*event*/)

@@ -59,6 +59,7 @@ private:
     QList<QUuid> m_ids;
     QHash<QUuid, ListRow *> m_rows;
     int m_current = 0;
+    bool m_isChangingIds = false;
     mutable int m_rowHeight = 0;
 };
 

@@ -126,6 +126,7 @@ private Q_SLOTS:
     void whatARowSaysCanBeReadUnderThePointer();
     void aScreenReaderRemovesAndDisables();
     void scanningByKeyboardKeepsTheFocusAtHand();
+    void rowsAreRemovedOneAfterAnotherByKeyboard();
 };
 
 void TestRepositoriesTab::withoutRepositoriesItSaysWhatToDo()
@@ -603,6 +604,29 @@ void TestRepositoriesTab::scanningByKeyboardKeepsTheFocusAtHand()
     window.chooser.confirm(folder.dir.path());
     SettingsWindow::settle();
     QCOMPARE(SettingsWindow::nameOf(QApplication::focusWidget()), add);
+}
+
+void TestRepositoriesTab::rowsAreRemovedOneAfterAnotherByKeyboard()
+{
+    SettingsWindow window;
+    for (int index = 0; index < 1000; ++index)
+        window.engine.settings.addRepository(QStringLiteral("/src/%1").arg(index), false);
+    window.open();
+    window.controls<IconButton>(QStringLiteral("Remove")).at(1)->setFocus();
+    const auto press = [](Qt::Key key) {
+        QTest::keyClick(QApplication::focusWidget(), key);
+        SettingsWindow::settle();
+    };
+    press(Qt::Key_Space);
+    press(Qt::Key_End);
+    press(Qt::Key_Space);
+    press(Qt::Key_Space);
+    press(Qt::Key_Home);
+    press(Qt::Key_Space);
+    const auto paths = trackedPaths(window);
+    QCOMPARE(paths.size(), 996);
+    QCOMPARE(paths.first(), QStringLiteral("/src/2"));
+    QCOMPARE(paths.last(), QStringLiteral("/src/997"));
 }
 
 QTEST_MAIN(TestRepositoriesTab)
