@@ -31,10 +31,12 @@ class Reminder(unittest.TestCase):
 
     def test_nothing_comes_before_six_in_the_evening(self):
         with Desktop(self.id()) as desktop:
-            prepare(desktop, case.ShiftedTime(17, 59, ZONE))
+            repository = prepare(desktop, case.ShiftedTime(17, 59, ZONE))
+            place = PanelPlace(desktop.screen)
             time = case.ShiftedTime(17, 59, ZONE)
             program = Program(desktop, ZONE, time.offset)
             StatusItem(desktop).wait_for_label(" 3")
+            self.refresh_once_more(desktop, place, repository, time)
             server = NotificationServer(desktop.bus)
             self.assertEqual((server.shown(), server.closed()), (0, []))
             self.assertEqual(program.end(), 0)
@@ -68,10 +70,12 @@ class Reminder(unittest.TestCase):
     def test_a_second_start_in_the_same_evening_does_not_remind_again(self):
         early, late = case.ShiftedTime(18, 0, ZONE), case.ShiftedTime(22, 30, ZONE)
         with Desktop(self.id()) as desktop:
-            prepare(desktop, early)
+            repository = prepare(desktop, early)
+            place = PanelPlace(desktop.screen)
             item = StatusItem(desktop)
             first = Program(desktop, ZONE, early.offset)
             item.wait_for_label(" 3")
+            wait_until(lambda: first.output() == SENT, "the first start reminds")
             self.assertEqual(first.end(), 0)
             self.assertEqual(first.output(), SENT)
             stored = preferences.last_reminder(desktop.config)
@@ -80,9 +84,16 @@ class Reminder(unittest.TestCase):
             wait_until(lambda: not item.is_there(), "the item goes with the program")
             second = Program(desktop, ZONE, late.offset)
             item.wait_for_label(" 3")
+            self.refresh_once_more(desktop, place, repository, early)
             self.assertEqual(second.end(), 0)
             self.assertEqual(second.output(), "")
             self.assertEqual(preferences.last_reminder(desktop.config), stored)
+
+    def refresh_once_more(self, desktop, place, repository, time):
+        """Afterwards everything that the first refresh brings about has been done."""
+        repository.commit_days_ago(time.now, 4)
+        click_first_entry(desktop.screen, open_menu(desktop.screen, place.find()))
+        StatusItem(desktop).wait_for_label(" 4")
 
 
 if __name__ == "__main__":
