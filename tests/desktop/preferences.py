@@ -28,11 +28,16 @@ def write(config_folder, repository_paths, refresh_seconds=86400):
     }))
 
 
-def write_defaults(config_folder, repository_paths):
-    """Settings with these repositories, all else as the program has it at first."""
+def write_defaults(config_folder, repository_paths, folder_paths=()):
+    """Settings with these repositories and watched folders, all else as the program has it at first."""
     file = _path(config_folder)
     file.parent.mkdir(parents=True, exist_ok=True)
-    file.write_text(json.dumps({"trackedRepositories": {"data": json.dumps([_record(path) for path in repository_paths])}}))
+    folders = [{"id": str(uuid.uuid4()).upper(), "path": str(path), "name": path.name, "isEnabled": True, "maxDepth": 5}
+               for path in folder_paths]
+    file.write_text(json.dumps({
+        "trackedRepositories": {"data": json.dumps([_record(path) for path in repository_paths])},
+        "watchedFolders": {"data": json.dumps(folders)},
+    }))
 
 
 def read(config_folder):
