@@ -24,6 +24,10 @@ file(WRITE "${CMAKE_BINARY_DIR}/.clang-tidy" "Checks: '-*,misc-definitions-in-he
 if(VELQUARIN_SANITIZE)
     add_compile_options(-fsanitize=${VELQUARIN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${VELQUARIN_SANITIZE})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        # Clang 14 cannot assemble a coroutine that carries the data of this check.
+        add_compile_options(-fno-sanitize=function)
+    endif()
 endif()
 
 # add_module(NAME Models SOURCES a.cpp ... LINK Qt6::Core velquarin::Platform)

@@ -9,17 +9,25 @@
 #include <QStringDecoder>
 #include <QUtf8StringView>
 
+#include <algorithm>
+
 namespace velquarin {
 
 namespace {
 
 const QString git = QStringLiteral("/usr/bin/git");
 
-// A name that git would take for an option, or for a question to its reflog, is none: nobody's branch is called so, but
-// a hostile remote may say it is.
+bool isControl(QChar character)
+{
+    return character.category() == QChar::Other_Control;
+}
+
+// A name that git would take for an option, or for a question to its reflog, is none, nor is one with control
+// characters: nobody's branch is called so, but a hostile remote may say it is.
 bool isUsableBranch(const QString &name)
 {
-    return !name.isEmpty() && !name.startsWith(QLatin1Char('-')) && !name.contains(QLatin1String("@{"));
+    return !name.isEmpty() && !name.startsWith(QLatin1Char('-')) && !name.contains(QLatin1String("@{")) &&
+           std::ranges::none_of(name, isControl);
 }
 
 // A byte-order mark belongs to the name that it stands in.
