@@ -94,6 +94,7 @@ private Q_SLOTS:
     void init() { failOnAnyWarning(); }
     void theOutputIsReturnedAsItIs();
     void muchOutputIsReturnedWhole();
+    void outputWithoutEndEndsAtTheLimit();
     void theExitStatusIsNotLookedAt();
     void errorOutputIsDiscardedAndNothingCanBeRead();
     void argumentsReachTheProgramUnchanged();
@@ -128,6 +129,15 @@ void TestChildProcess::muchOutputIsReturnedWhole()
 {
     const auto output = outputOf(QStringLiteral("head -c 20000000 /dev/zero"));
     QCOMPARE(output.size(), 20'000'000);
+}
+
+void TestChildProcess::outputWithoutEndEndsAtTheLimit()
+{
+    constexpr qint64 limit = 64LL * 1024 * 1024;
+    constexpr qint64 onePipe = 1024LL * 1024;
+    const auto output = outputOf(QStringLiteral("exec yes 2024-03-07"));
+    QVERIFY(output.size() > limit);
+    QVERIFY(output.size() <= limit + onePipe);
 }
 
 void TestChildProcess::theExitStatusIsNotLookedAt()

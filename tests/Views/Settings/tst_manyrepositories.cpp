@@ -8,17 +8,14 @@
 #include "support/Offscreen.h"
 #include "support/RecordingLoginItem.h"
 #include "support/ScriptedFolderChooser.h"
+#include "support/Ticker.h"
 #include "Views/Settings/SettingsView.h"
 
-#include <QDeadlineTimer>
-#include <QElapsedTimer>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 #include <algorithm>
-#include <limits>
 #include <memory>
 #include <vector>
 
@@ -30,52 +27,6 @@ namespace {
 
 constexpr int many = 1000;
 constexpr qint64 longestGapAllowed = 50;  // ms
-
-// The longest time between two ticks of a timer that is due every millisecond.
-class Ticker
-{
-public:
-    Ticker()
-    {
-        m_timer.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer,
-                         [this] { m_longest = std::max(m_longest, m_since.restart()); });
-        m_since.start();
-        m_timer.start(1ms);
-    }
-
-    [[nodiscard]] qint64 longestGap() const { return std::max(m_longest, m_since.elapsed()); }
-
-private:
-    QTimer m_timer;
-    QElapsedTimer m_since;
-    qint64 m_longest = 0;
-};
-
-template <typename Work>
-qint64 longestGapDuring(Work work)
-{
-    const Ticker ticker;
-    work();
-    return ticker.longestGap();
-}
-
-// The longest gap that @p work makes, less that of a loop with nothing to do for as long. Another program on the same
-// machine can only add to it: the best of three attempts is nearest to the truth.
-template <typename Work>
-qint64 gapOf(Work work)
-{
-    qint64 best = std::numeric_limits<qint64>::max();
-    for (int attempt = 0; attempt < 3; ++attempt) {
-        QElapsedTimer taken;
-        taken.start();
-        const auto gap = longestGapDuring(work);
-        const QDeadlineTimer end(taken.elapsed());
-        const auto idle = longestGapDuring([&end] { awaitThat([&end] { return end.hasExpired(); }); });
-        best = std::min(best, gap - idle);
-    }
-    return best;
-}
 
 // The window over settings that are kept in a file.
 struct World

@@ -18,6 +18,9 @@ namespace {
 
 constexpr rlim_t dataLimit = rlim_t(2) << 30U;
 
+// Two years of a commit every ten seconds: no history is as long, and a git that never stops must not eat the memory.
+constexpr qint64 outputLimit = qint64(64) << 20U;
+
 void setLimit(__rlimit_resource resource, rlim_t value)
 {
     const rlimit limit{value, value};
@@ -82,6 +85,10 @@ QByteArray ChildProcessRunner::run(const ProcessRequest &request)
     QProcess process;
     configure(process, request);
     process.setChildProcessModifier([this, parent = getpid()] { prepareChild(parent); });
+    QObject::connect(&process, &QProcess::readyReadStandardOutput, &process, [this, &process] {
+        if (process.bytesAvailable() > outputLimit)
+            killGroup();
+    });
     if (m_isStopped)
         throw launchError(QStringLiteral("The program is ending"));
     process.start(QIODevice::ReadOnly);

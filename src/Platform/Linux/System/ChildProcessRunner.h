@@ -12,7 +12,8 @@
 namespace velquarin {
 
 //! Runs programs as child processes of the calling thread, each in a process group of its own, with nothing to read,
-//! nowhere to complain to, no core dump and at most 2 GiB of data. A child ends with the thread that started it.
+//! nowhere to complain to, no core dump and at most 2 GiB of data. A child ends with the thread that started it, and one
+//! that prints more than 64 MiB is killed: what it printed until then is its output.
 //! Source: execve(2), setrlimit(2), prctl(2) PR_SET_PDEATHSIG
 class ChildProcessRunner : public ProcessRunner
 {

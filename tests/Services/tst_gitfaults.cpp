@@ -1,0 +1,224 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+// What a refresh makes of a git that is broken, and of repositories that go while it runs. Meanwhile the main thread
+// has to answer, as the window of the desktop that it is.
+
+#include "Models/AppSettings.h"
+#include "Platform/Linux/System/ChildProcessRunner.h"
+#include "Platform/Linux/System/PosixFileTree.h"
+#include "Services/GitService.h"
+#include "Services/NotificationService.h"
+#include "Services/StreakManager.h"
+#include "support/FakeClock.h"
+#include "support/FakeTimers.h"
+#include "support/Files.h"
+#include "support/MemoryPreferences.h"
+#include "support/RecordingNotificationCenter.h"
+#include "support/RecordingOutput.h"
+#include "support/Strict.h"
+#include "support/Ticker.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+using namespace velquarin;
+using namespace velquarin::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr qint64 longestGapAllowed = 100;  // ms
+constexpr auto promptly = 1s;
+
+//! The real runner, with another program in git's place.
+class StandInRunner : public ChildProcessRunner
+{
+public:
+    explicit StandInRunner(QString standIn)
+        : m_standIn(std::move(standIn))
+    {
+    }
+
+    bool confine(const QString & /*program*/) override { return ChildProcessRunner::confine(m_standIn); }
+
+    QByteArray run(const ProcessRequest &request) override
+    {
+        auto changed = request;
+        changed.program = m_standIn;
+        return ChildProcessRunner::run(changed);
+    }
+
+private:
+    QString m_standIn;
+};
+
+//! The engine at noon of 2026-11-20 over one repository and a stand-in for git.
+struct World
+{
+    explicit World(const QString &name = QStringLiteral("git"))
+    {
+        QDir(folder.path()).mkpath(QStringLiteral("repository"));
+        runner.emplace(folder.filePath(name));
+        git.emplace(*runner, files, clock);
+        settings.addRepository(repository(), false);
+        manager.emplace(*git, settings, notifications, clock, timers, output);
+    }
+
+    [[nodiscard]] QString repository() const { return folder.filePath(QStringLiteral("repository")); }
+
+    void standIn(const QByteArray &script, bool isExecutable = true) const
+    {
+        const auto path = folder.filePath(QStringLiteral("git"));
+        writeFile(path, "#!/bin/bash\n" + script + '\n');
+        QFile::setPermissions(path, isExecutable ? QFile::ReadOwner | QFile::ExeOwner : QFile::ReadOwner);
+    }
+
+    [[nodiscard]] qint64 gapOfRefresh()
+    {
+        return longestGapDuring([this] { await(manager->refresh()); });
+    }
+
+    //! Starts a refresh and waits until the stand-in has left the file "hangs".
+    void refreshUntilItHangs()
+    {
+        refresh = manager->refresh();
+        const auto sign = folder.filePath(QStringLiteral("hangs"));
+        QTRY_VERIFY(QFile::exists(sign));
+    }
+
+    QTemporaryDir folder;
+    PosixFileTree files;
+    FakeClock clock{instant("2026-11-20T12:00:00Z")};
+    FakeTimers timers;
+    MemoryPreferences preferences;
+    RecordingOutput output;
+    RecordingNotificationCenter center;
+    AppSettings settings{preferences};
+    NotificationService notifications{center, preferences, clock, timers, output};
+    std::optional<StandInRunner> runner;
+    std::optional<GitService> git;
+    std::optional<StreakManager> manager;
+    std::optional<QCoro::Task<>> refresh;
+};
+
+}  // namespace
+
+class TestGitFaults : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarning(); }
+    void aBrokenGitEndsTheRefreshAndHoldsNobodyUp_data();
+    void aBrokenGitEndsTheRefreshAndHoldsNobodyUp();
+    void whatIsInGitsPlaceIsNotStarted_data();
+    void whatIsInGitsPlaceIsNotStarted();
+    void aRepositoryThatGoesDuringTheRefreshIsReported_data();
+    void aRepositoryThatGoesDuringTheRefreshIsReported();
+    void aGitThatNeverEndsHoldsNobodyUpAndGoesAtOnceWhenTheServiceEnds_data();
+    void aGitThatNeverEndsHoldsNobodyUpAndGoesAtOnceWhenTheServiceEnds();
+};
+
+void TestGitFaults::aBrokenGitEndsTheRefreshAndHoldsNobodyUp_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<qint64>("streak");
+    const auto row = [](const char *name, const char *script, qint64 streak) {
+        QTest::newRow(name) << QByteArray(script) << streak;
+    };
+    row("prints nonsense", "echo nonsense", 0);
+    row("prints nothing", "exit 0", 0);
+    row("fails after printing dates", "[ $1 = log ] && echo 2026-11-20; exit 1", 1);
+    row("crashes after printing dates", "[ $1 = log ] && echo 2026-11-20; kill -SEGV $$", 1);
+    row("prints what is no UTF-8 among the dates", "[ $1 = log ] && printf '2026-11-20\\n\\377\\n'; exit 0", 0);
+    row("prints a gigabyte in one line", "[ $1 = log ] && exec head -c 1G /dev/zero; exit 0", 0);
+    row("prints a gigabyte of dates", "[ $1 = log ] && yes 2026-11-20 | head -c 1G; exit 0", 1);
+    row("prints dates for ever", "[ $1 = log ] && exec yes 2026-11-20; exit 0", 1);
+    row("leaves somebody behind who keeps the pipe", "[ $1 = log ] && echo 2026-11-20; sleep 30 & exit 0", 1);
+    row("closes its output and goes on for a moment", "[ $1 = log ] && echo 2026-11-20; exec >&-; sleep 0.1", 1);
+}
+
+void TestGitFaults::aBrokenGitEndsTheRefreshAndHoldsNobodyUp()
+{
+    QFETCH(QByteArray, script);
+    QFETCH(qint64, streak);
+    World world;
+    world.standIn(script);
+    const auto gap = world.gapOfRefresh();
+    QVERIFY2(gap <= longestGapAllowed, qPrintable(QString::number(gap)));
+    QCOMPARE(world.manager->currentStreak(), streak);
+    QCOMPARE(world.manager->repositoryStats().size(), 1);
+    QVERIFY(!world.manager->isRefreshing());
+}
+
+void TestGitFaults::whatIsInGitsPlaceIsNotStarted_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("nothing") << QStringLiteral("missing");
+    QTest::newRow("a file that is not executable") << QStringLiteral("git");
+    QTest::newRow("a folder") << QStringLiteral("repository");
+}
+
+void TestGitFaults::whatIsInGitsPlaceIsNotStarted()
+{
+    QFETCH(QString, name);
+    World world(name);
+    world.standIn("echo 2026-11-20", false);
+    QVERIFY(world.gapOfRefresh() <= longestGapAllowed);
+    QCOMPARE(world.manager->currentStreak(), 0);
+    QCOMPARE(world.manager->repositoryStats().size(), 0);
+    QVERIFY(!world.manager->isRefreshing());
+}
+
+void TestGitFaults::aRepositoryThatGoesDuringTheRefreshIsReported_data()
+{
+    QTest::addColumn<QByteArray>("fault");
+    QTest::newRow("removed") << QByteArray("rm -r \"$PWD\"");
+    QTest::newRow("replaced by a file") << QByteArray("rm -r \"$PWD\" && touch \"$PWD\"");
+    QTest::newRow("replaced by a dangling link") << QByteArray("rm -r \"$PWD\" && ln -s /nowhere \"$PWD\"");
+}
+
+// The first log is answered in full; the repository is gone before the second.
+void TestGitFaults::aRepositoryThatGoesDuringTheRefreshIsReported()
+{
+    QFETCH(QByteArray, fault);
+    World world;
+    world.standIn("if [ $1 = log ]; then echo 2026-11-20; " + fault + "; fi");
+    QVERIFY(world.gapOfRefresh() <= longestGapAllowed);
+    QVERIFY(!world.manager->isRefreshing());
+    QCOMPARE(world.output.lines().size(), 1);
+    QVERIFY(world.output.lines().first().startsWith(QStringLiteral("Error processing repo ") + world.repository()));
+    QCOMPARE(world.manager->totalCommitsThisWeek(), 1);
+    QCOMPARE(world.manager->repositoryStats().size(), 0);
+}
+
+void TestGitFaults::aGitThatNeverEndsHoldsNobodyUpAndGoesAtOnceWhenTheServiceEnds_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::newRow("waits") << QByteArray("exec sleep 1000");
+    QTest::newRow("is deaf to a request to end") << QByteArray("trap '' TERM INT HUP; while :; do sleep 1000; done");
+    QTest::newRow("has somebody else do the waiting") << QByteArray("sleep 1000; exit 0");
+    QTest::newRow("waits for a child of its own") << QByteArray("sleep 1000 & wait");
+}
+
+void TestGitFaults::aGitThatNeverEndsHoldsNobodyUpAndGoesAtOnceWhenTheServiceEnds()
+{
+    QFETCH(QByteArray, script);
+    World world;
+    world.standIn("echo $$ > ../hangs\n" + script);
+    const auto gap = longestGapDuring([&world] {
+        world.refreshUntilItHangs();
+        QTest::qWait(100);  // not for anything to happen: the loop shall turn while git hangs
+    });
+    QVERIFY2(gap <= longestGapAllowed, qPrintable(QString::number(gap)));
+    QVERIFY(world.manager->isRefreshing());
+    const auto group = readFile(world.folder.filePath(QStringLiteral("hangs"))).trimmed().toInt();
+    QVERIFY(group > 1);
+    QVERIFY(world.git->stop(promptly));
+    QTRY_VERIFY(kill(-group, 0) != 0);
+}
+
+QTEST_GUILESS_MAIN(TestGitFaults)
+#include "tst_gitfaults.moc"
