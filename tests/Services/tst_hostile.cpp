@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <fcntl.h>
+#include <limits>
 #include <sys/resource.h>
 
 using namespace velquarin;
@@ -92,6 +93,36 @@ void serviceIsNotHarmed(const Attack &attack, Confinement confinement)
     QCOMPARE(*figures, attack.figures);
 }
 
+constexpr long dataLimitInKilobytes = 2L * 1024 * 1024;
+
+long largestChildInKilobytes()
+{
+    rusage usage{};
+    return getrusage(RUSAGE_CHILDREN, &usage) == 0 ? usage.ru_maxrss : std::numeric_limits<long>::max();
+}
+
+// A compressed file of 19 MB that says, and holds, a commit of 3 GB: a letter, then "the same again" over and over.
+// Source: RFC 1950; RFC 1951, section 3.2.6 (fixed codes: 285 with distance 1 repeats 258 bytes in 13 bits)
+QByteArray compressedGigabytes()
+{
+    const auto zlib = [](const QByteArray &raw) { return qCompress(raw, 0).sliced(4); };
+    // A stored block is marked as the last one in its first bit: here another block follows.
+    auto file = zlib("commit 3000000000" + QByteArray(1, '\0') + "tree ").chopped(4);
+    file[2] = '\0';
+    // The start of a block of fixed codes and the letter "x"; it fills the byte with zeros, the start of "the same".
+    constexpr quint64 sameAgain = 0b00000'10100011;
+    quint64 bits = 0b010 | 0b00010101ULL << 3U;
+    unsigned count = 11;
+    constexpr int repetitions = 3'000'000'000LL / 258;
+    file.reserve(20'000'000);
+    for (int index = 0; index < repetitions; ++index) {
+        bits |= sameAgain << count;
+        for (count += 13; count >= 8; count -= 8, bits >>= 8U)
+            file.append(char(bits & 0xffU));
+    }
+    return file;
+}
+
 // The other end of a fifo that somebody reads, or wants to; -1 while nobody does.
 int otherEnd(const QString &fifo)
 {
@@ -117,6 +148,7 @@ private Q_SLOTS:
     void nobodyIsHarmedBy_data() { addRows(idleThreats()); }
     void nobodyIsHarmedBy();
     void anEndlessBranchEndsAtTheLimitOfMemory();
+    void aSmallFileThatHoldsGigabytesEndsAtTheLimitOfMemory();
     void whereGitCannotButHangTheServiceEndsAtOnce_data();
     void whereGitCannotButHangTheServiceEndsAtOnce();
 
@@ -193,10 +225,20 @@ void TestHostile::anEndlessBranchEndsAtTheLimitOfMemory()
     QVERIFY(NaiveReader::read(repository.path()).ateMemory);
     SystemService service(Confinement::Wanted);
     QCOMPARE(answerOf(service.git.getDefaultBranch(repository.path())), std::optional(QStringLiteral("HEAD")));
-    rusage usage{};
-    QCOMPARE(getrusage(RUSAGE_CHILDREN, &usage), 0);
-    constexpr long limitInKilobytes = 2L * 1024 * 1024;
-    QVERIFY(usage.ru_maxrss <= limitInKilobytes + 64L * 1024);
+    QVERIFY(largestChildInKilobytes() <= dataLimitInKilobytes + 64L * 1024);
+}
+
+void TestHostile::aSmallFileThatHoldsGigabytesEndsAtTheLimitOfMemory()
+{
+    HostileRepository repository;
+    const QString id = QStringLiteral("1234567890123456789012345678901234567890");
+    repository.write(QStringLiteral(".git/objects/") + id.left(2) + u'/' + id.mid(2), compressedGigabytes());
+    repository.write(QStringLiteral(".git/refs/heads/main"), id.toLatin1() + '\n');
+    QVERIFY(NaiveReader::read(repository.path()).ateMemory);
+    SystemService service(Confinement::Wanted);
+    const auto last = answerOf(service.git.getLastCommitDate(repository.path()));
+    QVERIFY(last && !*last);
+    QVERIFY(largestChildInKilobytes() <= dataLimitInKilobytes + 64L * 1024);
 }
 
 void TestHostile::whereGitCannotButHangTheServiceEndsAtOnce_data()

@@ -557,7 +557,7 @@ void TestPreferencesDurability::aFolderThatCannotBeMadeIsAFailureLikeAnyOther()
 
 void TestPreferencesDurability::aKillLeavesTheOldOrTheNewFile()
 {
-    constexpr int rounds = 50;
+    constexpr int rounds = 1000;
     const PreferencesPlace place;
     QRandomGenerator random(20261120);
     for (int round = 0; round < rounds; ++round) {
