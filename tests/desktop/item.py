@@ -57,18 +57,31 @@ class StatusItem:
         """Returns when the symbol of a refresh has given way to the flame."""
         wait_until(lambda: self.symbol() == "Velquarin", "the end of the refresh", 60)
 
+    def wait_for_symbol(self, text):
+        wait_until(lambda: self.symbol() == text, f"the item's symbol becomes {text!r}")
+
     def activate(self, x, y):
         """Tells the item of a click, as a panel does: nobody waits for the answer."""
         name, path = self.wait()
         arguments = GLib.Variant("(ii)", (x, y))
         self._bus.send(name, path, ITEM, "Activate", arguments)
 
-    def entries(self):
-        """The texts of the menu from top to bottom, None for a separator."""
+    def _layout(self):
         name, _ = self.wait()
         arguments = GLib.Variant("(iias)", (0, -1, []))
         _, (_, _, children) = self._bus.call(name, self.properties()["Menu"], MENU, "GetLayout", arguments)
-        return [None if values.get("type") == "separator" else values["label"] for _, values, _ in children]
+        return children
+
+    def entries(self):
+        """The texts of the menu from top to bottom, None for a separator."""
+        return [None if values.get("type") == "separator" else values["label"] for _, values, _ in self._layout()]
+
+    def choose(self, text):
+        """Tells the item that an entry of its menu was clicked, as a panel does that draws the menu by itself."""
+        name, _ = self.wait()
+        entry = next(entry for entry, values, _ in self._layout() if values.get("label") == text)
+        arguments = GLib.Variant("(isvu)", (entry, "clicked", GLib.Variant("i", 0), 0))
+        self._bus.send(name, self.properties()["Menu"], MENU, "Event", arguments)
 
 
 class PanelPlace:

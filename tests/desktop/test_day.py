@@ -1,0 +1,56 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""Refreshes back to back: the last costs no more memory, descriptors or threads than an early one."""
+
+import os
+import pathlib
+import unittest
+
+import case
+from desktop import Desktop
+from item import StatusItem
+from program import Program
+from repositories import tracked_days_ago
+from usage import own_kilobytes, wait_for_quiet
+
+# A day has 288 refreshes; a part of it is what every run of the tests can spare.
+REFRESHES = int(os.environ.get("VELQUARIN_REFRESHES", "40"))
+FIRST = max(REFRESHES // 6, 20)
+GROWTH_KILOBYTES = 256
+
+
+def belongings(program):
+    """How many descriptors, threads and children the program has."""
+    process = pathlib.Path(f"/proc/{program.pid}")
+    return len(list((process / "fd").iterdir())), len(list((process / "task").iterdir())), len(program.children())
+
+
+class Day(unittest.TestCase):
+
+    def test_a_day_of_refreshes_leaves_nothing_behind(self):
+        now = case.now_in("UTC")
+        with Desktop(self.id()) as desktop:
+            repository = tracked_days_ago(desktop, now, 0)
+            desktop.start_panel()
+            program, item = Program(desktop), StatusItem(desktop)
+            item.wait_for_label(" 1")
+
+            def refresh(first, last):
+                for day in range(first, last):
+                    repository.commit_days_ago(now, day)
+                    item.choose("Refresh")
+                    item.wait_for_label(f" {day + 1}")
+                wait_for_quiet(program.pid)
+                return own_kilobytes(program.pid), belongings(program)
+
+            before, had = refresh(1, FIRST)
+            after, has = refresh(FIRST, REFRESHES)
+            print(f"after {FIRST} refreshes {before} kB of its own, after {REFRESHES} {after} kB; "
+                  f"{has[0]} descriptors, {has[1]} threads")
+            self.assertLessEqual(after - before, GROWTH_KILOBYTES)
+            self.assertEqual(has, had)
+            self.assertEqual(program.end(), 0)
+
+
+if __name__ == "__main__":
+    case.main()
