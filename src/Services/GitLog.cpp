@@ -3,8 +3,9 @@
 
 #include "Services/GitLog.h"
 
+#include "Services/DayStarts.h"
+
 #include <charconv>
-#include <unordered_map>
 
 namespace velquarin {
 
@@ -35,13 +36,12 @@ QDate dateFromText(QByteArrayView text)
     return year && month && day ? QDate(*year, *month, *day) : QDate();
 }
 
-// Turns lines into days. A log is mostly runs of equal lines, and has few different days: the calendar is asked once
-// for each of them.
+// Turns lines into days. A log is mostly runs of equal lines: each run is read once.
 class DayReader
 {
 public:
-    explicit DayReader(const Calendar &calendar)
-        : m_calendar(calendar)
+    explicit DayReader(DayStarts &starts)
+        : m_starts(starts)
     {
     }
 
@@ -49,24 +49,15 @@ public:
     {
         if (line != m_line || m_line.isNull()) {
             m_line = line;
-            m_day = startOf(dateFromText(line));
+            m_day = m_starts.startOf(dateFromText(line));
         }
         return m_day;
     }
 
 private:
-    std::optional<Instant> startOf(QDate date)
-    {
-        const auto [entry, isNew] = m_starts.try_emplace(date.toJulianDay());
-        if (isNew)
-            entry->second = m_calendar.startOf(date);
-        return entry->second;
-    }
-
-    const Calendar &m_calendar;
+    DayStarts &m_starts;
     QByteArrayView m_line;
     std::optional<Instant> m_day;
-    std::unordered_map<qint64, std::optional<Instant>> m_starts;
 };
 
 std::optional<std::chrono::minutes> offsetFromText(QByteArrayView text)
@@ -95,11 +86,11 @@ QTime timeFromText(QByteArrayView text)
 
 }  // namespace
 
-QList<Instant> daysFromLog(QByteArrayView log, const Calendar &calendar)
+QList<Instant> daysFromLog(QByteArrayView log, DayStarts &starts)
 {
     QList<Instant> days;
     days.reserve(log.size() / (shortestDate + 1) + 1);
-    DayReader reader(calendar);
+    DayReader reader(starts);
     while (!log.isEmpty()) {
         const auto end = log.indexOf('\n');
         const auto line = end < 0 ? log : log.first(end);

@@ -43,6 +43,7 @@ GitQueries::GitQueries(ProcessRunner &runner, const Clock &clock, const QProcess
     , m_clock(clock)
     , m_confinedEnvironment(gitEnvironment(inherited, true))
     , m_unconfinedEnvironment(gitEnvironment(inherited, false))
+    , m_dayStarts(clock.calendar())
 {
 }
 
@@ -82,17 +83,26 @@ QString GitQueries::defaultBranch(const QString &directory)
     return QStringLiteral("HEAD");
 }
 
-QList<Instant> GitQueries::commits(const QString &directory, Instant since, Instant until)
+// Those of the calendar of this moment: the user may have travelled since the last question.
+DayStarts &GitQueries::dayStarts()
 {
     const auto calendar = m_clock.calendar();
+    if (calendar != m_dayStarts.calendar())
+        m_dayStarts = DayStarts(calendar);
+    return m_dayStarts;
+}
+
+QList<Instant> GitQueries::commits(const QString &directory, Instant since, Instant until)
+{
+    auto &starts = dayStarts();
     const auto sinceText = isoDateAtGreenwich(since);
-    const auto untilText = isoDateAtGreenwich(calendar.addDays(until, 1).value_or(until));
+    const auto untilText = isoDateAtGreenwich(starts.calendar().addDays(until, 1).value_or(until));
     const auto branch = defaultBranch(directory);
     const auto log =
         runGit({QStringLiteral("log"), branch, QStringLiteral("--format=%ad"), QStringLiteral("--date=short"),
                 QStringLiteral("--since=") + sinceText, QStringLiteral("--until=") + untilText},
                directory);
-    return daysFromLog(log, calendar);
+    return daysFromLog(log, starts);
 }
 
 DayCounts GitQueries::commitHistory(const QString &directory, qint64 days)
@@ -104,7 +114,7 @@ DayCounts GitQueries::commitHistory(const QString &directory, qint64 days)
         return {};
     DayCounts counts;
     for (const auto day : commits(directory, *start, m_clock.now()))
-        ++counts[calendar.startOfDay(day)];
+        ++counts[m_dayStarts.startOfDay(day)];
     return counts;
 }
 

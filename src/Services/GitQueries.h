@@ -5,6 +5,7 @@
 #include "Models/StreakData.h"
 #include "Platform/Clock.h"
 #include "Platform/ProcessRunner.h"
+#include "Services/DayStarts.h"
 
 #include <QList>
 #include <QProcessEnvironment>
@@ -45,11 +46,13 @@ private:
     [[nodiscard]] QByteArray runGit(const QStringList &arguments, const QString &directory);
     [[nodiscard]] QString trimmedOutput(const QStringList &arguments, const QString &directory);
     [[nodiscard]] bool hasLocalBranch(const QString &name, const QString &directory);
+    [[nodiscard]] DayStarts &dayStarts();
 
     ProcessRunner &m_runner;
     const Clock &m_clock;
     QProcessEnvironment m_confinedEnvironment;
     QProcessEnvironment m_unconfinedEnvironment;
+    DayStarts m_dayStarts;
 };
 
 }  // namespace velquarin

@@ -10,8 +10,8 @@
 
 namespace velquarin {
 
-MergedHistory::MergedHistory(Calendar calendar, Instant today)
-    : m_calendar(std::move(calendar))
+MergedHistory::MergedHistory(const Calendar &calendar, Instant today)
+    : m_starts(calendar)
     , m_today(today)
 {
 }
@@ -22,13 +22,13 @@ void MergedHistory::addWeek(const DayCounts &week)
         m_week[day] += count;
 }
 
-// A log is mostly runs of equal days: the calendar is asked, and the maps are searched, once for each run.
+// A log is mostly runs of equal days: the maps are searched once for each run.
 void MergedHistory::addCommits(const QList<Instant> &days)
 {
     auto run = days.cbegin();
     while (run != days.cend()) {
         const auto end = std::find_if(run, days.cend(), [day = *run](Instant other) { return other != day; });
-        const auto day = m_calendar.startOfDay(*run);
+        const auto day = m_starts.startOfDay(*run);
         m_commitDays.insert(day);
         m_year[day] += std::distance(run, end);
         run = end;
@@ -45,7 +45,7 @@ QList<CommitDay> MergedHistory::lastSevenDays() const
 {
     QList<CommitDay> days;
     for (int offset = -6; offset <= 0; ++offset) {
-        const auto date = m_calendar.addDays(m_today, offset);
+        const auto date = m_starts.calendar().addDays(m_today, offset);
         if (!date)
             continue;
         CommitDay day;

@@ -5,6 +5,7 @@
 #include "Models/StreakData.h"
 #include "Platform/Calendar.h"
 #include "Platform/Instant.h"
+#include "Services/DayStarts.h"
 
 #include <QList>
 
@@ -17,7 +18,7 @@ namespace velquarin {
 class MergedHistory
 {
 public:
-    MergedHistory(Calendar calendar, Instant today);
+    MergedHistory(const Calendar &calendar, Instant today);
 
     //! Adds one repository's last seven days.
     void addWeek(const DayCounts &week);
@@ -37,7 +38,7 @@ public:
     [[nodiscard]] QList<CommitDay> lastSevenDays() const;
 
 private:
-    Calendar m_calendar;
+    DayStarts m_starts;
     Instant m_today;
     std::set<Instant> m_commitDays;
     DayCounts m_week;

@@ -3,6 +3,7 @@
 
 #include "Services/GitLog.h"
 
+#include "Services/DayStarts.h"
 #include "support/FakeClock.h"
 #include "support/Strict.h"
 
@@ -21,6 +22,12 @@ QString asDates(const QList<Instant> &days, const Calendar &calendar)
         texts << QString::asprintf("%04d-%02d-%02d", date.year(), date.month(), date.day());
     }
     return texts.join(u' ');
+}
+
+QList<Instant> daysIn(QByteArrayView log, const Calendar &calendar)
+{
+    DayStarts starts(calendar);
+    return daysFromLog(log, starts);
 }
 
 }  // namespace
@@ -79,20 +86,20 @@ void TestGitLog::linesBecomeDays()
 {
     QFETCH(QByteArray, log);
     const auto utc = calendarIn("UTC");
-    QTEST(asDates(daysFromLog(log, utc), utc), "expected");
+    QTEST(asDates(daysIn(log, utc), utc), "expected");
 }
 
 void TestGitLog::everyDayIsAtItsStart()
 {
     const auto saoPaulo = calendarIn("America/Sao_Paulo");
-    const auto days = daysFromLog("2018-11-04\n2018-11-03\n", saoPaulo);
+    const auto days = daysIn("2018-11-04\n2018-11-03\n", saoPaulo);
     QCOMPARE(days, (QList{instant("2018-11-04T03:00:00Z"), instant("2018-11-03T03:00:00Z")}));
 }
 
 void TestGitLog::aDayThatTheZoneLeftOutIsNoDay()
 {
     const auto apia = calendarIn("Pacific/Apia");
-    QCOMPARE(asDates(daysFromLog("2011-12-31\n2011-12-30\n2011-12-29\n", apia), apia),
+    QCOMPARE(asDates(daysIn("2011-12-31\n2011-12-30\n2011-12-29\n", apia), apia),
              QStringLiteral("2011-12-31 2011-12-29"));
 }
 
@@ -106,7 +113,7 @@ void TestGitLog::manyLinesKeepTheirNumberAndOrder()
         log += day.toString(Qt::ISODate).toLatin1() + '\n';
         expected << *utc.startOf(day);
     }
-    QCOMPARE(daysFromLog(log, utc), expected);
+    QCOMPARE(daysIn(log, utc), expected);
 }
 
 void TestGitLog::isoTextsBecomeMoments_data()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
+#include "Services/DayStarts.h"
 #include "Services/GitLog.h"
 #include "Target.h"
 #include "Zones.h"
@@ -43,11 +44,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         return 0;
     const auto &calendar = calendarFor(data[0]);
     const auto log = bytes(data + 2, size - 2);
-    const auto days = daysFromLog(log, calendar);
+    DayStarts starts(calendar);
+    const auto days = daysFromLog(log, starts);
     require(days == daysTheSlowWay(log, calendar), "quick and slow reading agree");
 
     const auto cut = log.indexOf('\n', data[1] % (log.size() + 1)) + 1;
-    require(days == daysFromLog(log.first(cut), calendar) + daysFromLog(log.sliced(cut), calendar),
+    require(days == daysFromLog(log.first(cut), starts) + daysFromLog(log.sliced(cut), starts),
             "a log read in two parts gives the same days");
     return 0;
 }
