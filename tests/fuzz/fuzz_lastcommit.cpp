@@ -23,7 +23,8 @@ const QRegularExpression &shape()
 std::optional<Instant> momentOf(const QRegularExpressionMatch &match)
 {
     const auto date = QDate::fromString(match.captured(1), Qt::ISODate);
-    const auto time = QTime::fromString(match.captured(2), Qt::ISODate);
+    // By its format: as an ISO text "24:00:00" would pass for a time.
+    const auto time = QTime::fromString(match.captured(2), QStringLiteral("HH:mm:ss"));
     const int hours = match.captured(5).toInt();
     const int minutes = match.captured(6).toInt();
     if (!date.isValid() || !time.isValid() || hours > 23 || minutes > 59)
