@@ -1,34 +1,71 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-// The limit of a refresh: the git commands that it runs, started by nothing but posix_spawn, in the inherited
-// environment, their output read and thrown away. Takes the two starting dates, the end date and repositories as arguments;
-// runs the whole sequence once for each line on standard input and answers with the milliseconds it took.
+// The limit of a refresh: the very commands that it runs, as `bench_refresh --record` wrote them down, started by nothing
+// but posix_spawn, their output read and thrown away. Takes the file of commands, a line each (the folder and the
+// arguments, with tabs between), and optionally a file with the environment, a variable a line; without it git inherits ours.
+// Runs all commands once for each line on standard input and answers with the milliseconds it took.
 
 #define _GNU_SOURCE
 #include <fcntl.h>
 #include <spawn.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <string.h>
 #include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>
 
 extern char **environ;
 
-static void run(const char *folder, char *const arguments[])
+enum { most_arguments = 16 };
+
+struct command
+{
+    char *folder;
+    char *arguments[most_arguments];
+};
+
+static char **lines_of(const char *path, size_t *count)
+{
+    FILE *file = fopen(path, "r");
+    char **lines = NULL;
+    char *line = NULL;
+    size_t size = 0;
+    *count = 0;
+    while (file && getline(&line, &size, file) > 0) {
+        line[strcspn(line, "\n")] = '\0';
+        lines = realloc(lines, (*count + 2) * sizeof *lines);
+        lines[(*count)++] = strdup(line);
+        lines[*count] = NULL;
+    }
+    free(line);
+    if (file)
+        fclose(file);
+    return lines;
+}
+
+static struct command parse(char *line)
+{
+    struct command command = {.folder = strsep(&line, "\t"), .arguments = {"git"}};
+    for (int index = 1; line && index < most_arguments - 1; ++index)
+        command.arguments[index] = strsep(&line, "\t");
+    return command;
+}
+
+static void run(const struct command *command, char **environment)
 {
     int out[2];
     if (pipe2(out, O_CLOEXEC) != 0)
         abort();
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addchdir_np(&actions, folder);
+    posix_spawn_file_actions_addchdir_np(&actions, command->folder);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
     pid_t child;
-    if (posix_spawn(&child, "/usr/bin/git", &actions, NULL, arguments, environ) != 0)
+    if (posix_spawn(&child, "/usr/bin/git", &actions, NULL, (char **)command->arguments, environment) != 0)
         abort();
     close(out[1]);
     static char buffer[65536];
@@ -39,36 +76,23 @@ static void run(const char *folder, char *const arguments[])
     posix_spawn_file_actions_destroy(&actions);
 }
 
-static void find_branch(const char *folder)
+int main(int argc, char **argv)
 {
-    run(folder, (char *[]){"git", "symbolic-ref", "refs/remotes/origin/HEAD", "--short", NULL});
-    run(folder, (char *[]){"git", "branch", "--list", "main", NULL});
-}
+    size_t count = 0;
+    size_t variables = 0;
+    char **lines = lines_of(argv[1], &count);
+    char **environment = argc > 2 ? lines_of(argv[2], &variables) : environ;
+    struct command *commands = calloc(count, sizeof *commands);
+    for (size_t index = 0; index < count; ++index)
+        commands[index] = parse(lines[index]);
 
-static void read_days(const char *folder, char *since, char *until)
-{
-    find_branch(folder);
-    run(folder, (char *[]){"git", "log", "main", "--format=%ad", "--date=short", since, until, NULL});
-}
-
-static void refresh(const char *folder, char *week, char *years, char *until)
-{
-    run(folder, (char *[]){"git", "rev-parse", "--git-dir", NULL});
-    read_days(folder, week, until);
-    read_days(folder, years, until);
-    find_branch(folder);
-    run(folder, (char *[]){"git", "log", "main", "-1", "--format=%aI", NULL});
-}
-
-int main(int count, char **arguments)
-{
     char line[16];
     while (fgets(line, sizeof line, stdin)) {
         struct timespec begin;
         struct timespec end;
         clock_gettime(CLOCK_MONOTONIC, &begin);
-        for (int index = 4; index < count; ++index)
-            refresh(arguments[index], arguments[1], arguments[2], arguments[3]);
+        for (size_t index = 0; index < count; ++index)
+            run(&commands[index], environment);
         clock_gettime(CLOCK_MONOTONIC, &end);
         printf("%.3f\n", (double)(end.tv_sec - begin.tv_sec) * 1e3 + (double)(end.tv_nsec - begin.tv_nsec) / 1e6);
         fflush(stdout);

@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 // The engine's refresh, with everything real but the desktop. Takes repositories as arguments; refreshes once for each
-// line on standard input and answers with the milliseconds it took.
+// line on standard input and answers with one line: the milliseconds it took, those of processor time of our own and of
+// all the gits, how often our threads went to sleep, how many gits ran, and the longest time the main thread did not answer.
+// bench_refresh --record FILE REPOSITORY... refreshes once, and writes the commands to FILE and their environment beside it.
 
 #include "Models/AppSettings.h"
 #include "Platform/Linux/System/BootTimeTimers.h"
@@ -16,39 +18,145 @@
 #include "support/Await.h"
 #include "support/MemoryPreferences.h"
 #include "support/RecordingNotificationCenter.h"
+#include "support/Ticker.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 
 #include <iostream>
+#include <sys/resource.h>
 
 using namespace velquarin;
 
-int main(int argc, char **argv)
+namespace {
+
+class CountingRunner : public ChildProcessRunner
 {
-    const QCoreApplication application(argc, argv);
-    ChildProcessRunner processes;
+public:
+    QByteArray run(const ProcessRequest &request) override
+    {
+        ++m_count;
+        if (m_record.isOpen())
+            m_record.write((QStringList{request.directory} + request.arguments).join(u'\t').toUtf8() + '\n');
+        m_environment = request.environment;
+        return ChildProcessRunner::run(request);
+    }
+
+    [[nodiscard]] int count() const { return m_count; }
+
+    void recordTo(const QString &path)
+    {
+        m_record.setFileName(path);
+        if (!m_record.open(QIODevice::WriteOnly))
+            qFatal("%s cannot be written", qPrintable(path));
+    }
+
+    void writeEnvironment()
+    {
+        QFile file(m_record.fileName() + QStringLiteral(".environment"));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(m_environment.toStringList().join(u'\n').toUtf8() + '\n');
+        m_record.close();
+    }
+
+private:
+    std::atomic<int> m_count = 0;
+    QFile m_record;
+    QProcessEnvironment m_environment;
+};
+
+double processorTime(__rusage_who who)
+{
+    rusage usage{};
+    getrusage(who, &usage);
+    const auto milliseconds = [](const timeval &time) {
+        return double(time.tv_sec) * 1e3 + double(time.tv_usec) / 1e3;
+    };
+    return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
+}
+
+// Source: proc(5), voluntary_ctxt_switches
+long sleeps()
+{
+    long total = 0;
+    const auto threads = QDir(QStringLiteral("/proc/self/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const auto &thread : threads) {
+        QFile status(QStringLiteral("/proc/self/task/%1/status").arg(thread));
+        if (!status.open(QIODevice::ReadOnly))
+            continue;
+        const auto text = status.readAll();
+        const QByteArray name("\nvoluntary_ctxt_switches:");
+        const auto begin = text.indexOf(name) + name.size();
+        total += text.mid(begin, text.indexOf('\n', begin) - begin).trimmed().toLong();
+    }
+    return total;
+}
+
+struct Engine
+{
+    CountingRunner processes;
     PosixFileTree files;
     SystemClock clock;
     BootTimeTimers timers;
     StandardOutput output;
     test::MemoryPreferences preferences;
     test::RecordingNotificationCenter center;
-    GitService git(processes, files, clock);
-    AppSettings settings(preferences);
-    settings.setNotifyOnStreakRisk(false);
-    NotificationService notifications(center, preferences, clock, timers, output);
-    StreakManager manager(git, settings, notifications, clock, timers, output);
-    const auto paths = QCoreApplication::arguments().mid(1);
-    for (const auto &path : paths)
-        settings.addRepository(path, false);
+    GitService git{processes, files, clock};
+    AppSettings settings{preferences};
+    NotificationService notifications{center, preferences, clock, timers, output};
+    StreakManager manager{git, settings, notifications, clock, timers, output};
+};
 
-    std::string line;
-    while (std::getline(std::cin, line)) {
-        QElapsedTimer elapsed;
-        elapsed.start();
-        test::await(manager.refresh());
-        std::cout << double(elapsed.nsecsElapsed()) / 1e6 << std::endl;
+void answer(Engine &engine)
+{
+    const auto own = processorTime(RUSAGE_SELF);
+    const auto gits = processorTime(RUSAGE_CHILDREN);
+    const auto asleep = sleeps();
+    const auto count = engine.processes.count();
+    QElapsedTimer elapsed;
+    elapsed.start();
+    test::await(engine.manager.refresh());
+    std::cout << double(elapsed.nsecsElapsed()) / 1e6 << ' ' << processorTime(RUSAGE_SELF) - own << ' '
+              << processorTime(RUSAGE_CHILDREN) - gits << ' ' << sleeps() - asleep << ' '
+              << engine.processes.count() - count << ' ';
+}
+
+// By itself: the ticker wakes the main thread a thousand times a second.
+void answerWithGap(Engine &engine)
+{
+    QElapsedTimer taken;
+    taken.start();
+    const auto busy = test::longestGapDuring([&engine] { test::await(engine.manager.refresh()); });
+    const QDeadlineTimer end(taken.elapsed());
+    const auto idle = test::longestGapDuring([&end] { test::awaitThat([&end] { return end.hasExpired(); }); });
+    std::cout << std::max<qint64>(0, busy - idle) << std::endl;
+}
+
+}  // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    Engine engine;
+    engine.settings.setNotifyOnStreakRisk(false);
+    auto paths = QCoreApplication::arguments().mid(1);
+    const bool isRecording = paths.value(0) == QLatin1String("--record");
+    if (isRecording) {
+        engine.processes.recordTo(paths.value(1));
+        paths = paths.mid(2);
     }
-    return manager.repositoryStats().size() == paths.size() ? 0 : 1;
+    for (const auto &path : std::as_const(paths))
+        engine.settings.addRepository(path, false);
+    if (isRecording) {
+        test::await(engine.manager.refresh());
+        engine.processes.writeEnvironment();
+    }
+    std::string line;
+    while (!isRecording && std::getline(std::cin, line)) {
+        answer(engine);
+        answerWithGap(engine);
+    }
+    return engine.manager.repositoryStats().size() == paths.size() ? 0 : 1;
 }

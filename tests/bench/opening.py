@@ -3,7 +3,7 @@
 # SPDX-License-Identifier: MIT
 """How long it takes from a click on the item to the whole dashboard on the screen. A figure, not a verdict.
 
-opening [BUILD [TIMES]]   BUILD: a release build of everything, as tests/bench/bench says
+opening.py [BUILD [TIMES]]   BUILD: a release build of everything, as ./bench makes it
 
 The screen is one in memory, with a panel. A click counts from the release of the button, which is what the panel takes
 for one; the same is told for an Activate on the session bus, which leaves the panel out. It ends when the X server says
@@ -94,7 +94,8 @@ def prepare(desktop, now):
     preferences.write(desktop.config, [repository.path for repository in repositories])
 
 
-def measure(desktop, times):
+def figures(desktop, times):
+    """Yields each way of opening it and the milliseconds of all its times."""
     now = case.ShiftedTime(12, 0, "UTC")
     prepare(desktop, now.now)
     desktop.start_panel()
@@ -108,8 +109,7 @@ def measure(desktop, times):
             measured.append(opening.milliseconds(act))
             opening.drawings.wait_for_quiet()
             opening.close()
-        print(f"from {what} to the painted dashboard: median {statistics.median(measured):.1f} ms, "
-              f"from {min(measured):.1f} to {max(measured):.1f} ms, {times} times")
+        yield what, measured
     program.end()
 
 
@@ -117,7 +117,9 @@ def main(arguments):
     build = pathlib.Path(arguments[0] if arguments else "build/bench").resolve()
     os.environ["VELQUARIN_PROGRAM"] = str(build / "velquarin")
     with Desktop("opening") as desktop:
-        measure(desktop, int(arguments[1]) if len(arguments) > 1 else 20)
+        for what, measured in figures(desktop, int(arguments[1]) if len(arguments) > 1 else 20):
+            print(f"from {what} to the painted dashboard: median {statistics.median(measured):.1f} ms, "
+                  f"from {min(measured):.1f} to {max(measured):.1f} ms, {len(measured)} times")
 
 
 if __name__ == "__main__":
