@@ -14,20 +14,20 @@ QString titleFor(qint64 streak)
     return streak >= 1 ? QLatin1Char(' ') + QString::number(streak) : QString();
 }
 
-QString text(const char *english)
+struct Words
 {
-    return QCoreApplication::translate("velquarin::StatusItem", english);
-}
+    Q_DECLARE_TR_FUNCTIONS(StatusItem)
+};
 
 }  // namespace
 
 StatusItemAppearance statusItemAppearance(qint64 streak, bool isRefreshing, bool hasCommittedToday)
 {
     if (isRefreshing)
-        return {QStringLiteral("arrow.triangle.2.circlepath"), true, text("Syncing"), {}};
+        return {QStringLiteral("arrow.triangle.2.circlepath"), true, Words::tr("Syncing"), {}};
     if (hasCommittedToday)
-        return {QStringLiteral("flame.fill"), false, text("Velquarin"), titleFor(streak)};
-    return {QStringLiteral("flame"), true, text("Velquarin"), titleFor(streak)};
+        return {QStringLiteral("flame.fill"), false, Words::tr("Velquarin"), titleFor(streak)};
+    return {QStringLiteral("flame"), true, Words::tr("Velquarin"), titleFor(streak)};
 }
 
 }  // namespace velquarin

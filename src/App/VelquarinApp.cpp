@@ -5,6 +5,7 @@
 
 #include "App/AppDelegate.h"
 #include "App/Shared.h"
+#include "App/Translations.h"
 #include "Platform/Linux/Desktop/FileManagerViewer.h"
 #include "Platform/Linux/Desktop/FolderDialog.h"
 #include "Platform/Linux/Desktop/LinuxStatusItem.h"
@@ -14,6 +15,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QLocale>
 #include <QProcessEnvironment>
 
 #include <cstdlib>
@@ -28,12 +30,12 @@ namespace {
 constexpr auto patienceAtTheEnd = 450ms;
 
 // Beside the program in a build folder, below the common prefix where it is installed.
-QString iconThemePath()
+QString dataFolder(const QString &name)
 {
     const QDir programFolder(QCoreApplication::applicationDirPath());
-    for (const auto &folder : {QStringLiteral("share/velquarin/icons"), QStringLiteral("../share/velquarin/icons")}) {
-        if (programFolder.exists(folder))
-            return QDir::cleanPath(programFolder.absoluteFilePath(folder));
+    for (const auto &folder : {QStringLiteral("share/velquarin/"), QStringLiteral("../share/velquarin/")}) {
+        if (programFolder.exists(folder + name))
+            return QDir::cleanPath(programFolder.absoluteFilePath(folder + name));
     }
     return {};
 }
@@ -46,6 +48,9 @@ int VelquarinApp::run()
     if (instance.settle() == SingleInstance::Role::Second)
         return EXIT_SUCCESS;
 
+    const auto translation = translationFor(QLocale().uiLanguages(), dataFolder(QStringLiteral("translations")));
+    if (translation)
+        QCoreApplication::installTranslator(translation.get());
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);
     FileManagerViewer fileViewer(m_bus);
@@ -54,8 +59,9 @@ int VelquarinApp::run()
     FolderDialog folderChooser;
     Shared shared({m_processes, m_files, m_clock, m_timers, m_output, preferences, notifications, fileViewer, loginItem,
                    folderChooser});
-    AppDelegate delegate(shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, iconThemePath()); },
-                                  [] { QCoreApplication::quit(); }});
+    AppDelegate delegate(
+        shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, dataFolder(QStringLiteral("icons"))); },
+                 [] { QCoreApplication::quit(); }});
     QObject::connect(&instance, &SingleInstance::showRequested, &delegate, &AppDelegate::openDashboard);
     QObject::connect(&notifications, &NotificationCenter::openRequested, &delegate, &AppDelegate::openDashboard);
     const TerminationSignals signals([] { QCoreApplication::quit(); });

@@ -3,6 +3,8 @@
 
 #include "Services/ReminderDecision.h"
 
+#include <QCoreApplication>
+
 #include <array>
 #include <charconv>
 #include <string_view>
@@ -14,6 +16,11 @@ using namespace std::chrono_literals;
 namespace {
 
 const QString categoryIdentifier = QStringLiteral("STREAK_RISK");
+
+struct Words
+{
+    Q_DECLARE_TR_FUNCTIONS(Reminder)
+};
 
 }  // namespace
 
@@ -51,15 +58,14 @@ QString reminderIdentifier(Instant moment)
 
 QString reminderBody(qint64 currentStreak)
 {
-    return QLatin1String("You haven't committed today. Your ") + QString::number(currentStreak) +
-           QLatin1String("-day streak will reset at midnight!");
+    return Words::tr("You haven't committed today. Your %1-day streak will reset at midnight!").arg(currentStreak);
 }
 
 NotificationRequest reminderRequest(qint64 currentStreak, Instant moment)
 {
     return {
         .identifier = reminderIdentifier(moment),
-        .title = QStringLiteral("Streak at Risk!"),
+        .title = Words::tr("Streak at Risk!"),
         .body = reminderBody(currentStreak),
         .categoryIdentifier = categoryIdentifier,
         .isTimeSensitive = true,
@@ -69,8 +75,8 @@ NotificationRequest reminderRequest(qint64 currentStreak, Instant moment)
 
 NotificationCategory reminderCategory()
 {
-    const NotificationAction open{QStringLiteral("OPEN_APP"), QStringLiteral("Open Velquarin"), true};
-    const NotificationAction dismiss{QStringLiteral("DISMISS"), QStringLiteral("Dismiss"), false};
+    const NotificationAction open{QStringLiteral("OPEN_APP"), Words::tr("Open Velquarin"), true};
+    const NotificationAction dismiss{QStringLiteral("DISMISS"), Words::tr("Dismiss"), false};
     return {.identifier = categoryIdentifier, .actions = {open, dismiss}};
 }
 

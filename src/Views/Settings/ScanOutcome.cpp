@@ -7,15 +7,21 @@
 
 namespace velquarin {
 
+namespace {
+
+struct Words
+{
+    Q_DECLARE_TR_FUNCTIONS(ScanOutcome)
+};
+
+}  // namespace
+
 ScanOutcome scanOutcome(qsizetype found, qsizetype added)
 {
-    const auto text = [](const char *english) {
-        return QCoreApplication::translate("velquarin::ScanOutcome", english);
-    };
     if (found == 0)
-        return {text("No git repositories found in selected folder"), false};
+        return {Words::tr("No git repositories found in selected folder"), false};
     if (added == 0)
-        return {text("Found %1 repos, all already tracked").arg(found), false};
+        return {Words::tr("Found %1 repos, all already tracked").arg(found), false};
     return {std::nullopt, true};
 }
 

@@ -3,6 +3,8 @@
 
 #include "Platform/Linux/System/NotifyArguments.h"
 
+#include <QCoreApplication>
+
 namespace velquarin {
 
 namespace {
@@ -29,7 +31,7 @@ QStringList actionsFor(const NotificationServer &server, const NotificationCateg
     if (!server.capabilities.contains(QLatin1String("actions")))
         return actions;
     if (!drawsDefaultAsButton(server))
-        actions << QStringLiteral("default") << QStringLiteral("Open");
+        actions << QStringLiteral("default") << QCoreApplication::translate("Reminder", "Open");
     for (const auto &action : category.actions)
         actions << action.identifier << action.title;
     return actions;
