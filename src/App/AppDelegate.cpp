@@ -42,7 +42,14 @@ void AppDelegate::setupMenuBar()
                            {},
                            {tr("Quit Velquarin"), QStringLiteral("q"), [this] { quitApp(); }}});
     connect(m_statusItem.get(), &StatusItem::activated, this, &AppDelegate::handleClick);
-    setupPopover();
+}
+
+// Made when it is wanted first: until then the program is spared fonts, dates and a good deal of memory.
+Popover &AppDelegate::popover()
+{
+    if (!m_popover)
+        setupPopover();
+    return *m_popover;
 }
 
 // The dashboard goes before another window comes: while it is open on X11 it takes every click and every key, and the
@@ -78,19 +85,20 @@ void AppDelegate::handleClick(QPoint position, const QString &activationToken)
 
 void AppDelegate::togglePopover(QPoint position, const QString &activationToken)
 {
-    m_popover->toggle(position, activationToken);
+    popover().toggle(position, activationToken);
 }
 
 void AppDelegate::openDashboard(const QString &activationToken)
 {
-    if (m_popover)
-        m_popover->open(activationToken);
+    if (m_statusItem)
+        popover().open(activationToken);
 }
 
 // Settings that were put away come back.
 void AppDelegate::openSettings()
 {
-    m_popover->hide();
+    if (m_popover)
+        m_popover->hide();
     if (!m_settings)
         m_settings = std::make_unique<SettingsView>(settingsWorld());
     m_settings->showNormal();

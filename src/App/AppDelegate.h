@@ -50,6 +50,7 @@ public:
 
 private:
     void setupMenuBar();
+    [[nodiscard]] Popover &popover();
     void setupPopover();
     void setupStreakObserver();
     void updateMenuBarDisplay(qint64 streak, bool isRefreshing, bool hasCommittedToday);

@@ -12,7 +12,6 @@
 #include <unicode/unistr.h>
 
 #include <QDateTime>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <array>
@@ -93,8 +92,9 @@ URelativeDateTimeUnit icuUnit(Unit unit)
 
 QByteArray languageAndRegion(const QString &variable)
 {
-    const auto end = variable.indexOf(QRegularExpression(QStringLiteral("[.@]")));
-    return variable.left(end).toLatin1();
+    const auto isEnd = [](QChar character) { return character == u'.' || character == u'@'; };
+    const auto end = std::ranges::find_if(variable, isEnd);
+    return variable.left(end - variable.begin()).toLatin1();
 }
 
 // ICU separates some parts with a narrow no-break space that many fonts lack.
