@@ -111,6 +111,7 @@ private Q_SLOTS:
     void aNumberThatJsonCannotHoldIsThereUntilTheEnd();
 
     void membersOfANewerVersionSurvive();
+    void aFileOfAHundredMegabytesIsReadAndKept();
     void foreignValuesStayUntilTheyAreSet();
     void anyWrongTypeIsReplacedAndACopyPutAside_data();
     void anyWrongTypeIsReplacedAndACopyPutAside();
@@ -337,6 +338,22 @@ void TestJsonPreferencesStore::aNumberThatJsonCannotHoldIsThereUntilTheEnd()
         QVERIFY(store.value(numberKey) == PreferenceValue(infinity));
     }
     QCOMPARE(objectIn(place.content()), QJsonObject());
+}
+
+void TestJsonPreferencesStore::aFileOfAHundredMegabytesIsReadAndKept()
+{
+    constexpr qsizetype size = 100'000'000;
+    const PreferencesPlace place;
+    place.fill("{\"number\": 7, \"unknown\": \"" + QByteArray(size, 'x') + "\"}");
+    {
+        JsonPreferencesStore store(place.path);
+        QCOMPARE(store.value(u"number"_s), PreferenceValue(7.0));
+        store.set(u"number"_s, 8.0);
+        QVERIFY(store.flush(std::chrono::minutes(1)));
+    }
+    const JsonPreferencesStore store(place.path);
+    QCOMPARE(store.value(u"number"_s), PreferenceValue(8.0));
+    QCOMPARE(std::get<QString>(store.value(u"unknown"_s).value()).size(), size);
 }
 
 void TestJsonPreferencesStore::membersOfANewerVersionSurvive()
