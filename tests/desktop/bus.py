@@ -33,18 +33,18 @@ class Bus:
         self._process = None
         self.connection = None
         self.address = f"unix:path={folder}/socket"
-        self._configuration().write_text(
-            CONFIGURATION.format(address=self.address, services=self._link_services()))
+        (folder / "services").mkdir()
+        for name in ACTIVATABLE:
+            self.allow(name)
+        self._configuration().write_text(CONFIGURATION.format(address=self.address, services=folder / "services"))
 
     def _configuration(self):
         return self._folder / "bus.conf"
 
-    def _link_services(self):
-        services = self._folder / "services"
-        services.mkdir()
-        for name in ACTIVATABLE:
-            (services / f"{name}.service").symlink_to(f"/usr/share/dbus-1/services/{name}.service")
-        return services
+    def allow(self, name):
+        """Lets the bus start an installed service by itself. Comes before start()."""
+        file = f"{name}.service"
+        (self._folder / "services" / file).symlink_to(f"/usr/share/dbus-1/services/{file}")
 
     def offer(self, name, service):
         """Makes one more service known that the bus starts by itself. Comes before start()."""

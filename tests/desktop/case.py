@@ -57,11 +57,14 @@ def _give_up(_signal, _frame):
     raise TimeoutError(f"the test took longer than {LIMIT_SECONDS} s")
 
 
-def main():
-    """Runs the tests of the calling file; skips them by name where a Debian package is missing."""
+def main(arguments=None):
+    """Runs the tests of the calling file; skips them by name where a Debian package is missing.
+
+    arguments  the command line, where it is not the one that the file was called with
+    """
     if missing := _missing():
         print("skipped: these Debian packages are not installed:", *missing)
         sys.exit(SKIPPED)
     signal.signal(signal.SIGALRM, _give_up)
     signal.alarm(LIMIT_SECONDS)
-    unittest.main(verbosity=2)
+    unittest.main(verbosity=2, argv=arguments)

@@ -36,6 +36,7 @@ class Desktop:
     bus            without one there is neither panel nor notifications
     bus_comes_late the session knows the bus's address, and start_bus() is called later
     """
+    lets_programs_place_windows = True
 
     def __init__(self, name, bus=True, bus_comes_late=False, panel_plugins=("separator", "systray"), width=1024,
                  height=768):
@@ -151,14 +152,15 @@ class Desktop:
     def start_panel(self):
         """A panel that shows status items: it is there when this returns."""
         self.start("panel", "xfce4-panel", "--disable-wm-check")
-        wait_until(self._panel_takes_items, "the panel")
+        wait_until(self.takes_items, "the panel")
         self.screen.settled()
 
     def end_panel(self):
         self.end("panel")
         self.bus.wait_without(WATCHER)
 
-    def _panel_takes_items(self):
+    def takes_items(self):
+        """Whether somebody is there who collects status items and somebody who shows them."""
         if not self.bus.owner(WATCHER):
             return False
         return self.bus.property(WATCHER, "/StatusNotifierWatcher", WATCHER, "IsStatusNotifierHostRegistered")

@@ -28,6 +28,7 @@ _SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
 """
 
 HEIGHT = 28
+BACKGROUND = "#353535"
 
 
 def _plugin(number, name):

@@ -10,6 +10,7 @@ import subprocess
 import sys
 import tempfile
 
+import panel
 from desktop import WATCHER, Desktop
 from waiting import wait_until
 
@@ -24,6 +25,22 @@ bar {{
     tray_output *
 }}
 {more}
+"""
+
+# The bar is started by the test.
+NESTED_SETTINGS = """
+xwayland {xwayland}
+output X11-1 resolution {width}x{height} background #31465c solid_color
+bar {{
+    id bar-0
+    swaybar_command true
+    position top
+    height {bar_height}
+    tray_output *
+    colors {{
+        background {bar_background}
+    }}
+}}
 """
 
 # sway runs for no administrator; this is nobody, on every Debian.
@@ -41,18 +58,24 @@ def as_ordinary_user():
     shutil.copy(program, folder / "velquarin")
     shutil.copytree(program.parent / "share", folder / "share")
     subprocess.run(["chmod", "-R", "a+rX", folder], check=True)
-    environment = {**os.environ, "VELQUARIN_PROGRAM": str(folder / "velquarin"), "HOME": "/nonexistent"}
-    environment.pop("VELQUARIN_DESKTOP_FAILURES", None)
+    remains = folder / "remains"
+    remains.mkdir()
+    remains.chmod(0o777)
+    environment = {**os.environ, "VELQUARIN_PROGRAM": str(folder / "velquarin"), "HOME": "/nonexistent",
+                   "VELQUARIN_DESKTOP_FAILURES": str(remains)}
     command = ["setpriv", f"--reuid={ORDINARY_USER}", f"--regid={ORDINARY_USER}", "--clear-groups", "--",
                sys.executable, "-B", str(folder / "tests" / pathlib.Path(sys.argv[0]).name), *sys.argv[1:]]
     try:
         sys.exit(subprocess.run(command, env=environment, check=False).returncode)
     finally:
+        if keep := os.environ.get("VELQUARIN_DESKTOP_FAILURES"):
+            shutil.copytree(remains, keep, dirs_exist_ok=True)
         shutil.rmtree(folder, ignore_errors=True)
 
 
 class WaylandDesktop(Desktop):
     """sway with its bar. more: further lines of its settings."""
+    lets_programs_place_windows = False
 
     def __init__(self, name, more="", width=1280, height=800):
         super().__init__(name, width=width, height=height)
@@ -60,16 +83,19 @@ class WaylandDesktop(Desktop):
 
     def _open(self):
         self.start_bus()
+        self._start_compositor(WLR_BACKENDS="headless", WLR_LIBINPUT_NO_DEVICES="1")
+        self.bus.wait_for(WATCHER)
+        self.type("-s", str(3600 * 1000), name="keyboard")
+
+    def _start_compositor(self, **environment):
         settings = self.config / "sway"
         settings.write_text(self._settings)
         self.environment.update(
-            WLR_BACKENDS="headless", WLR_RENDERER="pixman", WLR_LIBINPUT_NO_DEVICES="1", XDG_SESSION_TYPE="wayland",
-            XDG_CURRENT_DESKTOP="sway", SWAYSOCK=str(self.folder / "runtime" / "sway.sock"))
+            WLR_RENDERER="pixman", XDG_SESSION_TYPE="wayland", XDG_CURRENT_DESKTOP="sway",
+            SWAYSOCK=str(self.folder / "runtime" / "sway.sock"), **environment)
         self.start("sway", "sway", "--config", str(settings))
         self.environment["WAYLAND_DISPLAY"] = wait_until(self._display, "the compositor")
         wait_until(lambda: self.tell("get_version", "-t"), "the compositor's answer")
-        self.bus.wait_for(WATCHER)
-        self.type("-s", str(3600 * 1000), name="keyboard")
 
     def _display(self):
         sockets = (self.folder / "runtime").glob("wayland-?")
@@ -95,6 +121,24 @@ class WaylandDesktop(Desktop):
 
     def wait_without_window(self, title):
         wait_until(lambda: not self.window(title), f"no window {title}")
+
+
+class NestedWaylandDesktop(WaylandDesktop):
+    """sway in a window that covers a screen in memory: pointer, keys and pictures are those of every other desktop.
+
+    xwayland  whether programs that only know X11 find a server
+    """
+
+    def __init__(self, name, xwayland=False, width=1024, height=768):
+        super().__init__(name, width=width, height=height)
+        self._settings = NESTED_SETTINGS.format(
+            width=width, height=height, bar_height=panel.HEIGHT, bar_background=panel.BACKGROUND,
+            xwayland="enable" if xwayland else "disable")
+
+    def _open(self):
+        self._start_screen()
+        self.start_bus()
+        self._start_compositor(WLR_BACKENDS="x11")
 
 
 def _find(node, application, title):

@@ -54,6 +54,10 @@ class Windows:
         numbers = self._property(self.root, "_NET_ACTIVE_WINDOW")
         return self.title(numbers[0]) if numbers is not None and numbers[0] else ""
 
+    def has_tray(self):
+        """Whether a tray of the older kind is there. Source: System Tray Protocol Specification"""
+        return self.display.get_selection_owner(self.display.get_atom("_NET_SYSTEM_TRAY_S0")) != X.NONE
+
     def wait_for_folder(self, name):
         """A file manager's window for a folder: some put their own name behind."""
         wait_until(lambda: any(title.startswith(name) for title in self.managed()), f"a folder window of {name}")
@@ -62,6 +66,13 @@ class Windows:
         """The rectangles of what stands on the screen without the window manager, by title; menus and the dashboard."""
         found = [(self.title(window.id), self._place(window)) for window in self.root.query_tree().children]
         return [(title, place) for title, place in found if place]
+
+    def shown(self):
+        """The rectangles of menus and dashboards on the screen; what only explains something is left out."""
+        tooltip = self.display.get_atom("_NET_WM_WINDOW_TYPE_TOOLTIP")
+        return {place for window in self.root.query_tree().children if (place := self._place(window))
+                and place.right > 0 and place.bottom > 0
+                and tooltip not in (self._property(window, "_NET_WM_WINDOW_TYPE") or ())}
 
     @staticmethod
     def _place(window):

@@ -1,0 +1,48 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""What a user sees of the item: its colours and its number, whatever the host makes of the picture."""
+
+from screen import Rectangle
+
+ORANGE = (0xf5, 0x7c, 0x00)
+GREY = (0x80, 0x86, 0x8b)
+
+# Hosts scale, and colours mix along the edges.
+TOLERANCE = 24
+FEWEST_PIXELS = 12
+WHITE = 240
+
+
+def _is_near(pixel, colour):
+    return all(abs(one - other) <= TOLERANCE for one, other in zip(pixel, colour))
+
+
+def _is_white(pixel):
+    return min(pixel) >= WHITE
+
+
+class Look:
+    """The pixels of a rectangle on the screen.
+
+    place  where; all of it belongs to the item
+    """
+
+    def __init__(self, rows, place):
+        self.place = place
+        self._pixels = {(x, y): tuple(rows[y][3 * x:3 * x + 3])
+                        for y in range(place.top, place.bottom) for x in range(place.left, place.right)}
+
+    def _count(self, is_wanted):
+        return sum(map(is_wanted, self._pixels.values()))
+
+    def has(self, colour):
+        """Whether enough of the item has this colour for somebody to call it that."""
+        return self._count(lambda pixel: _is_near(pixel, colour)) >= FEWEST_PIXELS
+
+    def number(self):
+        """The rectangle of the white digits; None where there are none."""
+        places = [place for place, pixel in self._pixels.items() if _is_white(pixel)]
+        if len(places) < FEWEST_PIXELS:
+            return None
+        columns, lines = zip(*places)
+        return Rectangle(min(columns), min(lines), max(columns) + 1, max(lines) + 1)
