@@ -5,9 +5,12 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
 #include <QDBusVirtualObject>
 #include <QSignalSpy>
 #include <QTest>
+
+#include <optional>
 
 namespace velquarin::test {
 
@@ -85,7 +88,8 @@ private:
     Q_SLOT void record(const QDBusMessage &message) { messages.append(message); }
 };
 
-//! A watcher that writes down which items were announced to it, by sender and path.
+//! A watcher that writes down which items were announced to it, by sender and path. It says nothing of those who show
+//! what it collects before viewerGoes() or viewerComes().
 class FakeStatusWatcher : public QDBusVirtualObject
 {
 public:
@@ -101,8 +105,19 @@ public:
 
     [[nodiscard]] QString introspect(const QString & /*path*/) const override { return {}; }
 
+    void viewerGoes() { m_hasViewer = false; }
+    void viewerComes()
+    {
+        m_hasViewer = true;
+        m_connection.send(QDBusMessage::createSignal(path(), name(), QStringLiteral("StatusNotifierHostRegistered")));
+    }
+
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
     {
+        if (message.member() == QLatin1String("Get") && m_hasViewer) {
+            ++questions;
+            return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(*m_hasViewer))));
+        }
         if (message.member() != QLatin1String("RegisterStatusNotifierItem"))
             return false;
         announced.append(message.service() + message.arguments().at(0).toString());
@@ -110,12 +125,14 @@ public:
     }
 
     QStringList announced;
+    int questions = 0;  //!< how often it was asked for a viewer
 
 private:
     static QString name() { return QStringLiteral("org.kde.StatusNotifierWatcher"); }
     static QString path() { return QStringLiteral("/StatusNotifierWatcher"); }
 
     QDBusConnection m_connection;
+    std::optional<bool> m_hasViewer;
 };
 
 }  // namespace velquarin::test

@@ -61,6 +61,10 @@ private Q_SLOTS:
     void whereThereIsAWatcherItsHostIsToldOnce();
     void anItemIsAnnouncedToTheWatcher();
     void nothingIsAnnouncedBeforeThereIsSomethingToShow();
+    void aWatcherThatSomebodyShowsIsToldAtOnce();
+    void aBarThatIsJustStartingIsToldWhenItLooks();
+    void aWatcherThatNobodyShowsIsToldInTheEnd();
+    void aBarOfAnotherWatcherDoesNotCount();
     void aWatcherThatComesLaterIsTold();
     void aWatcherThatRestartsIsToldAgain();
     void aWatcherThatReplacesAnotherIsTold();
@@ -70,6 +74,7 @@ private Q_SLOTS:
     void aLabelHostGetsANameAndALabel();
     void aCommittedDayIsNoTemplate();
     void aWideHostGetsWidePictures();
+    void swaybarGetsNoColourBrighterThanItsAlpha();
     void anUnknownHostGetsSquaresAndTheLabel();
     void withoutATitleThereIsNoLabelAtAll();
     void aHostThatBreaksOnLabelsGetsNone();
@@ -216,6 +221,57 @@ void TestSniStatusItem::nothingIsAnnouncedBeforeThereIsSomethingToShow()
     QTRY_COMPARE(m_watcher->announced.size(), 1);
 }
 
+void TestSniStatusItem::aWatcherThatSomebodyShowsIsToldAtOnce()
+{
+    m_watcher->viewerComes();
+    makeItem();
+    showWatcher();
+    m_watcher->viewerComes();
+    settle();
+    QCOMPARE(m_watcher->announced.size(), 1);
+}
+
+// One that reads the list and listens for additions only afterwards would never show what came in between.
+void TestSniStatusItem::aBarThatIsJustStartingIsToldWhenItLooks()
+{
+    m_watcher->viewerGoes();
+    m_watcher->appear();
+    StatusNotifierWatch watch(m_bus->connection());
+    QSignalSpy appeared(&watch, &StatusNotifierWatch::appeared);
+    QTRY_COMPARE(m_watcher->questions, 1);
+    settle();
+    QCOMPARE(appeared.size(), 0);
+    m_watcher->viewerComes();
+    QVERIFY(appeared.wait(1000));
+    m_watcher->viewerComes();
+    settle();
+    QCOMPARE(appeared.size(), 1);
+}
+
+void TestSniStatusItem::aWatcherThatNobodyShowsIsToldInTheEnd()
+{
+    m_watcher->viewerGoes();
+    makeItem();
+    showWatcher();
+    settle();
+    QCOMPARE(m_watcher->announced.size(), 1);
+}
+
+void TestSniStatusItem::aBarOfAnotherWatcherDoesNotCount()
+{
+    m_watcher->viewerGoes();
+    m_watcher->appear();
+    StatusNotifierWatch watch(m_bus->connection());
+    QSignalSpy appeared(&watch, &StatusNotifierWatch::appeared);
+    QTRY_COMPARE(m_watcher->questions, 1);
+    test::SecondConnection other("other");
+    test::FakeStatusWatcher stranger(*other);
+    stranger.viewerComes();
+    test::answerOf(*other, address(), itemPath, itemInterface, "Scroll");
+    settle();
+    QCOMPARE(appeared.size(), 0);
+}
+
 void TestSniStatusItem::aWatcherThatComesLaterIsTold()
 {
     makeItem();
@@ -318,6 +374,22 @@ void TestSniStatusItem::aWideHostGetsWidePictures()
     QCOMPARE(pictures.size(), 2);
     QCOMPARE(QSize(pictures.at(0).width, pictures.at(0).height), QSize(48, 24));
     QCOMPARE(pictures.at(0).bytes.size(), 48 * 24 * 4);
+}
+
+// Its edges, where the picture is half transparent, would else shine.
+void TestSniStatusItem::swaybarGetsNoColourBrighterThanItsAlpha()
+{
+    const ProcessName name("swaybar");
+    makeItem(committed);
+    showWatcher();
+    const auto pictures = qdbus_cast<QList<SniPixmap>>(properties().value(QStringLiteral("IconPixmap")));
+    QCOMPARE(pictures.size(), 6);
+    for (const auto &picture : pictures) {
+        for (qsizetype pixel = 0; pixel < picture.bytes.size(); pixel += 4) {
+            const auto alpha = static_cast<uchar>(picture.bytes.at(pixel));
+            QVERIFY(static_cast<uchar>(picture.bytes.at(pixel + 1)) <= alpha);
+        }
+    }
 }
 
 void TestSniStatusItem::anUnknownHostGetsSquaresAndTheLabel()

@@ -17,6 +17,7 @@ constexpr StatusHost labelAndMenu{CountDisplay::Label, true, false};
 constexpr StatusHost label{CountDisplay::Label, false, false};
 constexpr StatusHost wide{CountDisplay::Wide, false, false};
 constexpr StatusHost square{CountDisplay::Square, false, false};
+constexpr StatusHost multipliedSquare{CountDisplay::Square, false, false, true};
 constexpr StatusHost squareWithoutLabel{CountDisplay::Square, false, true};
 
 }  // namespace
@@ -58,7 +59,7 @@ void TestStatusHost::aHostIsKnownByItsProcess_data()
     row("Plasma 6 shows squares", "kded6", square);
     row("XFCE shows squares", "panel-8-systray", square);
     row("LXQt shows squares", "lxqt-panel", square);
-    row("swaybar refuses anything but squares", "swaybar", square);
+    row("swaybar refuses anything but squares, and takes their colours for multiplied", "swaybar", multipliedSquare);
     row("Budgie shows squares", "budgie-panel", square);
     row("a host that nobody knows gets squares", "somebody-else", square);
     row("the version of MATE says nothing about other hosts", "gnome-shell", labelAndMenu, "1.26.0");

@@ -106,6 +106,7 @@ private Q_SLOTS:
     void aTitleBecomesAShortNumber_data();
     void aTitleBecomesAShortNumber();
     void pixelsAreSentAlphaFirstAndUnmultiplied();
+    void coloursAreSentMultipliedWithTheirAlphaWhereTheHostTakesThemSo();
     void wordsTellWhatThePictureShows_data();
     void wordsTellWhatThePictureShows();
 };
@@ -275,6 +276,15 @@ void TestStatusIconPainter::pixelsAreSentAlphaFirstAndUnmultiplied()
     image.setPixelColor(1, 0, QColor(0xff, 0x00, 0x00, 0x80));
     QCOMPARE(pixelsInNetworkOrder(image), QByteArray::fromHex("ff112233"
                                                               "80ff0000"));
+}
+
+void TestStatusIconPainter::coloursAreSentMultipliedWithTheirAlphaWhereTheHostTakesThemSo()
+{
+    QImage image(2, 1, QImage::Format_ARGB32_Premultiplied);
+    image.setPixelColor(0, 0, QColor(0x11, 0x22, 0x33, 0xff));
+    image.setPixelColor(1, 0, QColor(0xff, 0x00, 0x00, 0x80));
+    QCOMPARE(pixelsInNetworkOrder(image, AlphaUse::Multiplied), QByteArray::fromHex("ff112233"
+                                                                                    "80800000"));
 }
 
 void TestStatusIconPainter::wordsTellWhatThePictureShows_data()

@@ -20,11 +20,11 @@ namespace {
 const QString label = QStringLiteral("XAyatanaLabel");
 const QString labelGuide = QStringLiteral("XAyatanaLabelGuide");
 
-QList<SniPixmap> pixmapsOf(const QList<QImage> &images)
+QList<SniPixmap> pixmapsOf(const QList<QImage> &images, AlphaUse alpha)
 {
     QList<SniPixmap> pixmaps;
     for (const auto &image : images)
-        pixmaps.append({image.width(), image.height(), pixelsInNetworkOrder(image)});
+        pixmaps.append({image.width(), image.height(), pixelsInNetworkOrder(image, alpha)});
     return pixmaps;
 }
 
@@ -40,7 +40,8 @@ QList<SniPixmap> iconPixmap(const StatusItemAppearance &appearance, const Status
 {
     if (host.display == CountDisplay::Label)
         return {};
-    return pixmapsOf(host.display == CountDisplay::Wide ? wideIcons(appearance) : squareIcons(appearance));
+    return pixmapsOf(host.display == CountDisplay::Wide ? wideIcons(appearance) : squareIcons(appearance),
+                     host.wantsMultiplied ? AlphaUse::Multiplied : AlphaUse::Apart);
 }
 
 SniToolTip toolTip(const StatusItemAppearance &appearance)

@@ -16,6 +16,7 @@ namespace {
 constexpr StatusHost unknownHost{};
 constexpr StatusHost menuWithLabel{CountDisplay::Label, true, false};
 constexpr StatusHost wide{CountDisplay::Wide, false, false};
+constexpr StatusHost swaybar{CountDisplay::Square, false, false, true};
 
 struct KnownHost
 {
@@ -27,7 +28,7 @@ struct KnownHost
 constexpr std::array processes{
     KnownHost{"gnome-shell", menuWithLabel},     KnownHost{"ayatana-indicat", menuWithLabel},
     KnownHost{"indicator-appli", menuWithLabel}, KnownHost{"waybar", wide},
-    KnownHost{"xapp-sn-watcher", wide},
+    KnownHost{"xapp-sn-watcher", wide},          KnownHost{"swaybar", swaybar},
 };
 
 // A desktop names itself first and what it resembles after that ("Budgie:GNOME"), so those that look like

@@ -19,8 +19,9 @@ enum class CountDisplay {
 struct StatusHost
 {
     CountDisplay display = CountDisplay::Square;
-    bool opensOnlyMenu = false;  //!< a left click never reaches us, it opens the menu
-    bool breaksOnLabel = false;  //!< the item disappears as soon as there is a label, even an empty one
+    bool opensOnlyMenu = false;    //!< a left click never reaches us, it opens the menu
+    bool breaksOnLabel = false;    //!< the item disappears as soon as there is a label, even an empty one
+    bool wantsMultiplied = false;  //!< it takes the colours of a picture for multiplied with their alpha already
     friend bool operator==(const StatusHost &, const StatusHost &) = default;
 };
 

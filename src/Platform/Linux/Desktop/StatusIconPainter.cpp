@@ -174,14 +174,16 @@ QList<QImage> wideIcons(const StatusItemAppearance &appearance)
     return icons;
 }
 
-QByteArray pixelsInNetworkOrder(const QImage &image)
+QByteArray pixelsInNetworkOrder(const QImage &image, AlphaUse alpha)
 {
-    const auto pixels = image.convertToFormat(QImage::Format_ARGB32);
+    const auto pixels = image.convertToFormat(alpha == AlphaUse::Multiplied ? QImage::Format_ARGB32_Premultiplied
+                                                                            : QImage::Format_ARGB32);
     QByteArray bytes;
     bytes.reserve(pixels.sizeInBytes());
     for (int y = 0; y < pixels.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(pixels.constScanLine(y));
         for (int x = 0; x < pixels.width(); ++x) {
-            const auto pixel = qToBigEndian(quint32{pixels.pixel(x, y)});
+            const auto pixel = qToBigEndian(quint32{line[x]});
             bytes.append(reinterpret_cast<const char *>(&pixel), sizeof pixel);
         }
     }

@@ -6,12 +6,22 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusVariant>
+
+#include <chrono>
+#include <utility>
 
 namespace velquarin {
+
+using namespace std::chrono_literals;
 
 namespace {
 
 const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
+const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
+
+// Longer than any bar takes to start. Some may show items and never say that they do.
+constexpr auto patienceForViewer = 2s;
 
 // An error's text would otherwise pass for the result.
 template <typename Value>
@@ -30,6 +40,12 @@ StatusNotifierWatch::StatusNotifierWatch(QDBusConnection connection, QObject *pa
 {
     connect(&m_names, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &owner) { ownerChanged(owner); });
+    // A signal that named its sender would make the connection ask the bus for him, and wait.
+    m_connection.connect({}, watcherPath, watcherName, QStringLiteral("StatusNotifierHostRegistered"), this,
+                         SLOT(viewerCame(QDBusMessage)));
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(patienceForViewer);
+    connect(&m_patience, &QTimer::timeout, this, &StatusNotifierWatch::tell);
     askForOwner();
 }
 
@@ -55,6 +71,9 @@ void StatusNotifierWatch::askForOwner()
 void StatusNotifierWatch::ownerChanged(const QString &owner)
 {
     ++m_generation;
+    m_owner = owner;
+    m_isWaiting = false;
+    m_patience.stop();
     if (owner.isEmpty())
         Q_EMIT absent();
     else
@@ -68,8 +87,45 @@ void StatusNotifierWatch::askForProcess(const QString &owner)
     connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, asked = m_generation] {
         reply->deleteLater();
         if (asked == m_generation)
-            Q_EMIT appeared(statusHostOfProcess(resultOf<uint>(*reply)));
+            takeProcess(resultOf<uint>(*reply));
     });
+}
+
+void StatusNotifierWatch::takeProcess(uint processId)
+{
+    m_host = statusHostOfProcess(processId);
+    m_isWaiting = true;
+    m_patience.start();
+    askForViewer();
+}
+
+// Whoever cannot answer is taken for one that shows items.
+void StatusNotifierWatch::askForViewer()
+{
+    auto call = QDBusMessage::createMethodCall(m_owner, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
+                                               QStringLiteral("Get"));
+    call.setArguments({watcherName, QStringLiteral("IsStatusNotifierHostRegistered")});
+    auto *reply = new QDBusPendingCallWatcher(m_connection.asyncCall(call), this);
+    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, asked = m_generation] {
+        reply->deleteLater();
+        const bool isMissing = !reply->isError() && !resultOf<QDBusVariant>(*reply).variant().toBool();
+        if (asked == m_generation && !isMissing)
+            tell();
+    });
+}
+
+void StatusNotifierWatch::viewerCame(const QDBusMessage &signal)
+{
+    if (signal.service() == m_owner)
+        tell();
+}
+
+// Once for each watcher, whatever ended the wait.
+void StatusNotifierWatch::tell()
+{
+    m_patience.stop();
+    if (std::exchange(m_isWaiting, false))
+        Q_EMIT appeared(m_host);
 }
 
 }  // namespace velquarin

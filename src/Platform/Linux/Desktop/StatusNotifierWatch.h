@@ -5,14 +5,17 @@
 #include "Platform/Linux/Desktop/StatusHost.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QObject>
+#include <QTimer>
 
 namespace velquarin {
 
 //! Follows whether a program is there that collects status items, and which one. Tells once where things stand
-//! at the start, then at every change; always later, through the event loop. Source: StatusNotifierWatcher, in
-//! the StatusNotifierItem specification
+//! at the start, then at every change; always later, through the event loop. Waits a while for somebody who shows what
+//! is collected: a bar that is just starting can miss an item that was there before it looked. Source:
+//! StatusNotifierWatcher, in the StatusNotifierItem specification
 class StatusNotifierWatch : public QObject
 {
     Q_OBJECT
@@ -30,10 +33,18 @@ private:
     void askForOwner();
     void ownerChanged(const QString &owner);
     void askForProcess(const QString &owner);
+    void takeProcess(uint processId);
+    void askForViewer();
+    void tell();
+    Q_SLOT void viewerCame(const QDBusMessage &signal);
     [[nodiscard]] QDBusMessage askBus(const QString &method, const QString &name) const;
 
     QDBusConnection m_connection;
     QDBusServiceWatcher m_names;
+    QString m_owner;
+    StatusHost m_host;
+    bool m_isWaiting = false;  // for somebody who shows what the watcher collects
+    QTimer m_patience;
     int m_generation = 0;  // an answer to a question that was asked before the last change is dropped
 };
 
