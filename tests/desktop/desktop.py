@@ -11,6 +11,8 @@ import tempfile
 import uuid
 from functools import cached_property
 
+from gi.repository import GLib
+
 import panel
 import processes
 from bus import Bus
@@ -161,9 +163,10 @@ class Desktop:
 
     def takes_items(self):
         """Whether somebody is there who collects status items and somebody who shows them."""
-        if not self.bus.owner(WATCHER):
+        try:
+            return self.bus.property(WATCHER, "/StatusNotifierWatcher", WATCHER, "IsStatusNotifierHostRegistered")
+        except GLib.Error:  # nobody yet, or nobody any more
             return False
-        return self.bus.property(WATCHER, "/StatusNotifierWatcher", WATCHER, "IsStatusNotifierHostRegistered")
 
     def start_notifications(self):
         settings = self.config / "dunstrc"

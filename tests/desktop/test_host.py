@@ -55,75 +55,88 @@ class Item:
     def wait_until_gone(self):
         wait_until(lambda: not self.find(), "no item")
 
-    def click(self, place, button):
-        """Clicks in the middle of the item."""
-        self._desktop.screen.click(*place.centre, button)
 
+class User:
+    """Somebody at a desktop with the host, with a repository that was last committed to three days ago."""
 
-class OnHost(unittest.TestCase):
+    def __init__(self, desktop):
+        self.desktop = desktop
+        self._now = case.now_in("UTC")
+        self._repository = tracked_days_ago(desktop, self._now, 3)
+        HOST.start(desktop)
+        self.item = Item(desktop)
 
-    def setUp(self):
-        self.now = case.now_in("UTC")
-        self.desktop = self.enterContext(HOST.open(self.id()))
-        self.repository = tracked_days_ago(self.desktop, self.now, 3)
-        HOST.start(self.desktop)
-        self.item = Item(self.desktop)
+    def commit(self, *days):
+        self._repository.commit_days_ago(self._now, *days)
 
     def click(self, button):
-        self.item.click(self.item.find().place, button)
+        self.desktop.screen.click(*self.item.find().place.centre, button)
 
     def open(self, button):
         """The rectangle of what a click opens."""
         return HOST.opened(self.desktop, lambda: self.click(button))
 
+    def close(self, button):
+        """Closes what is open by a click."""
+        HOST.closed(self.desktop, lambda: self.click(button))
+
     def refresh(self):
         click_first_entry(self.desktop.screen, self.open(3))
 
-    def test_what_is_seen_and_what_the_buttons_do(self):
-        HOST.end(self.desktop)
-        program = Program(self.desktop)
-        self.desktop.bus.wait_for(BUS_NAME)
-        HOST.start(self.desktop)
-        self.see_the_three_faces()
-        if HOST.is_on_bus:
-            self.assertEqual(StatusItem(self.desktop).entries(), ["Refresh", None, "Quit Velquarin"])
-        for button in (1, 2):
-            self.toggle(button)
-        HOST.end(self.desktop)
-        HOST.start(self.desktop)
-        self.item.wait_for("the item back", lambda look: look.has(ORANGE) and look.number())
-        self.toggle(1)
+    def quit(self):
         click_last_entry(self.desktop.screen, self.open(3))
-        self.assertEqual(program.wait_for_end(), 0)
-        self.item.wait_until_gone()
 
-    def see_the_three_faces(self):
-        self.item.wait_for("a grey flame alone", lambda look: look.has(GREY) and not look.number())
-        self.repository.commit_days_ago(self.now, *range(1, 8))
-        self.refresh()
-        waiting = self.item.wait_for("a grey flame with a number", lambda look: look.has(GREY) and look.number())
-        self.repository.commit_days_ago(self.now, 0, *range(8, 12))
-        self.refresh()
-        committed = self.item.wait_for("an orange flame with a number", lambda look: look.has(ORANGE) and look.number())
-        self.check(waiting, committed)
 
-    def check(self, waiting, committed):
-        for look in (waiting, committed):
+class OnHost(unittest.TestCase):
+
+    def test_what_is_seen_and_what_the_buttons_do(self):
+        with HOST.open(self.id()) as desktop:
+            user = User(desktop)
+            HOST.end(desktop)
+            program = Program(desktop)
+            desktop.bus.wait_for(BUS_NAME)
+            HOST.start(desktop)
+            self.see_the_three_faces(user)
+            self.press_the_buttons(user)
+            HOST.end(desktop)
+            HOST.start(desktop)
+            user.item.wait_for("the item back", lambda look: look.has(ORANGE) and look.number())
+            self.toggle(user, 1)
+            user.quit()
+            self.assertEqual(program.wait_for_end(), 0)
+            user.item.wait_until_gone()
+
+    def see_the_three_faces(self, user):
+        user.item.wait_for("a grey flame alone", lambda look: look.has(GREY) and not look.number())
+        user.commit(*range(1, 8))
+        user.refresh()
+        waiting = user.item.wait_for("a grey flame with a number", lambda look: look.has(GREY) and look.number())
+        user.commit(0, *range(8, 12))
+        user.refresh()
+        committed = user.item.wait_for("an orange flame with a number", lambda look: look.has(ORANGE) and look.number())
+        self.check_number(waiting, committed)
+
+    def check_number(self, one_digit, two_digits):
+        for look in (one_digit, two_digits):
             self.assertEqual(look.place.width > look.place.height * WIDE, HOST.is_wide)
-        one_digit, two_digits = waiting.number(), committed.number()
-        self.assertGreaterEqual(one_digit.height, LEAST_DIGIT_HEIGHT)
-        self.assertGreaterEqual(two_digits.height, LEAST_DIGIT_HEIGHT)
-        self.assertGreater(one_digit.height, one_digit.width)
-        self.assertGreater(two_digits.width, two_digits.height)
+            self.assertGreaterEqual(look.number().height, LEAST_DIGIT_HEIGHT)
+        self.assertGreater(one_digit.number().height, one_digit.number().width)
+        self.assertGreater(two_digits.number().width, two_digits.number().height)
 
-    def toggle(self, button):
-        place = self.open(button)
+    def press_the_buttons(self, user):
+        if HOST.is_on_bus:
+            self.assertEqual(StatusItem(user.desktop).entries(), ["Refresh", None, "Quit Velquarin"])
+        for button in (1, 2):
+            self.toggle(user, button)
+
+    def toggle(self, user, button):
+        place = user.open(button)
         self.assertGreater(place.width, LEAST_DASHBOARD_WIDTH)
         self.assertGreater(place.height, LEAST_DASHBOARD_HEIGHT)
-        if HOST.desktop.lets_programs_place_windows:
+        if user.desktop.lets_programs_place_windows:
             self.assertIn(place.top, range(panel.HEIGHT, panel.HEIGHT + FARTHEST))
-            self.assertIn(self.desktop.screen.width - place.right, range(FARTHEST))
-        HOST.closed(self.desktop, lambda: self.click(button))
+            self.assertIn(user.desktop.screen.width - place.right, range(FARTHEST))
+        user.close(button)
 
 
 if __name__ == "__main__":

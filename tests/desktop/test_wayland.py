@@ -16,6 +16,7 @@ from waiting import wait_until
 from wayland import WaylandDesktop
 
 DASHBOARD = "Velquarin"
+MENU = "Velquarin"
 SETTINGS = "Settings"
 
 case.NEEDED.update({"sway": "sway", "qt6-wayland": "/usr/share/doc/qt6-wayland",
@@ -102,6 +103,55 @@ class Windows(unittest.TestCase):
             self.take_a_breath()
             self.open(desktop)
             self.assertIsNotNone(desktop.window(SETTINGS))
+            self.assertEqual(program.end(), 0)
+
+    def ask_for_menu(self, desktop):
+        """What a host that draws no menus itself says after a right click."""
+        desktop.bus.call(BUS_NAME, "/StatusNotifierItem", "org.kde.StatusNotifierItem", "ContextMenu",
+                         GLib.Variant("(ii)", (1270, 12)))
+
+    def open_menu(self, desktop):
+        self.ask_for_menu(desktop)
+        wait_until(lambda: (desktop.window(MENU) or {}).get("focused"), "the menu with the focus")
+        return desktop.window(MENU)
+
+    def test_the_menu_is_a_small_window_that_escape_or_another_window_closes(self):
+        with WaylandDesktop(self.id()) as desktop:
+            program = self.start(desktop)
+            desktop.start("foot", "foot", "sleep", "infinity")
+            wait_until(lambda: b'"foot"' in desktop.tell("get_tree", "-t"), "another window")
+            menu = self.open_menu(desktop)
+            self.assertEqual(menu["type"], "floating_con")
+            self.assertLess(menu["geometry"]["height"], 200)
+            desktop.type("-s", "300", "-k", "Escape", "-s", "60000")
+            desktop.wait_without_window(MENU)
+            for close in (lambda: desktop.tell('[app_id="foot"] focus'), lambda: self.ask_for_menu(desktop)):
+                self.open_menu(desktop)
+                close()
+                desktop.wait_without_window(MENU)
+            self.assertEqual(program.end(), 0)
+
+    def test_the_menu_is_worked_by_keyboard(self):
+        with WaylandDesktop(self.id()) as desktop:
+            program = self.start(desktop)
+            self.open_menu(desktop)
+            desktop.type("-s", "300", "-k", "Down", "-k", "Down", "-k", "Return", "-s", "60000")
+            self.assertEqual(program.wait_for_end(), 0)
+
+    def test_the_keys_beside_the_entries_work_in_the_menu(self):
+        with WaylandDesktop(self.id()) as desktop:
+            program = self.start(desktop)
+            self.open_menu(desktop)
+            desktop.type("-s", "300", "-M", "ctrl", "-k", "q", "-m", "ctrl", "-s", "60000")
+            self.assertEqual(program.wait_for_end(), 0)
+
+    def test_the_menu_takes_the_place_of_the_dashboard(self):
+        with WaylandDesktop(self.id()) as desktop:
+            program = self.start(desktop)
+            dashboard = self.open(desktop)["id"]
+            wait_until(lambda: desktop.window(DASHBOARD)["focused"], "the focus")
+            self.ask_for_menu(desktop)
+            wait_until(lambda: (desktop.window(MENU) or {}).get("id", dashboard) != dashboard, "the menu alone")
             self.assertEqual(program.end(), 0)
 
     def test_a_rule_of_the_compositor_places_the_dashboard(self):

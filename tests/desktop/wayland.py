@@ -140,6 +140,12 @@ class NestedWaylandDesktop(WaylandDesktop):
         self.start_bus()
         self._start_compositor(WLR_BACKENDS="x11")
 
+    def x11_display(self):
+        """The name of the server for programs that only know X11. Only what the compositor starts is told of it."""
+        file = self.folder / "x11-display"
+        self.tell(f"exec echo $DISPLAY > {file}")
+        return wait_until(lambda: file.exists() and file.read_text().strip(), "the X11 server")
+
 
 def _find(node, application, title):
     if node.get("app_id") == application and node["name"] == title:

@@ -4,6 +4,7 @@
 #include "Platform/Linux/Desktop/LinuxStatusItem.h"
 
 #include "Platform/Linux/Desktop/DbusMenu.h"
+#include "Platform/Linux/Desktop/MenuWindow.h"
 #include "Platform/Linux/Desktop/SniStatusItem.h"
 #include "Platform/Linux/Desktop/StatusMenu.h"
 #include "Platform/Linux/Desktop/StatusNotifierWatch.h"
@@ -32,6 +33,12 @@ QList<QRect> screenRectangles()
 bool hasTraysOfTheOlderKind()
 {
     return QGuiApplication::platformName() == QLatin1String("xcb");
+}
+
+// Beside a panel that belongs to another program.
+bool canPlaceMenus()
+{
+    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
 }  // namespace
@@ -158,10 +165,26 @@ void LinuxStatusItem::openFromMenu()
 
 void LinuxStatusItem::popUpMenu(QPoint position)
 {
+    if (canPlaceMenus())
+        popUpAt(believablePosition(position, QCursor::pos(), screenRectangles()));
+    else
+        toggleMenuWindow();
+}
+
+void LinuxStatusItem::popUpAt(QPoint position)
+{
     if (!m_popUp)
         m_popUp = std::make_unique<QMenu>();
     fillMenu(*m_popUp, m_entries);
-    m_popUp->popup(believablePosition(position, QCursor::pos(), screenRectangles()));
+    m_popUp->popup(position);
+}
+
+void LinuxStatusItem::toggleMenuWindow()
+{
+    if (!m_menuWindow)
+        m_menuWindow = std::make_unique<MenuWindow>();
+    fillMenu(*m_menuWindow, m_entries);
+    m_menuWindow->toggle(m_bar ? m_bar->takeActivationToken() : QString());
 }
 
 }  // namespace velquarin

@@ -13,6 +13,7 @@ class QMenu;
 namespace velquarin {
 
 class DbusMenu;
+class MenuWindow;
 class SessionBus;
 class SniStatusItem;
 class StatusNotifierWatch;
@@ -43,6 +44,8 @@ private:
     void showInTray();
     void updateBarMenu();
     void openFromMenu();
+    void popUpAt(QPoint position);
+    void toggleMenuWindow();
 
     SessionBus &m_bus;
     QString m_iconThemePath;
@@ -57,6 +60,7 @@ private:
     std::unique_ptr<SniStatusItem> m_bar;
     std::unique_ptr<XEmbedStatusItem> m_tray;
     std::unique_ptr<QMenu> m_popUp;
+    std::unique_ptr<MenuWindow> m_menuWindow;
 };
 
 }  // namespace velquarin
