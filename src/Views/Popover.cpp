@@ -43,6 +43,12 @@ QList<ScreenArea> screenAreas()
     return areas;
 }
 
+// Where other windows than those of X11 are about, the X server does not hear of what happens over them.
+bool knowsPointer()
+{
+    return qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
 Qt::WindowFlags flagsOf(Popover::Kind kind)
 {
     return Qt::FramelessWindowHint | (kind == Popover::Kind::Grabbing ? Qt::Popup : Qt::Tool);
@@ -118,7 +124,7 @@ void Popover::toggle(QPoint position, const QString &activationToken)
     }
     if (wasJustDeactivated())
         return;
-    const auto click = clickedPoint(position, QCursor::pos(), screenAreas());
+    const auto click = clickedPoint(position, knowsPointer() ? QCursor::pos() : position, screenAreas());
     if (click)
         openAt(steadyClick(m_click, *click, style::points(itemExtent)), activationToken);
     else

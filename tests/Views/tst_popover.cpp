@@ -75,6 +75,7 @@ private Q_SLOTS:
     void init();
     void itOpensAtTheItemAndClosesWithTheNextClick();
     void whereTheHostIsWrongThePointerIsRight();
+    void wherePartOfTheScreenIsNotX11TheHostIsRight();
     void anotherClickOnTheItemOpensItAtTheSamePlace();
     void withoutAClickItOpensWhereItWas();
     void withoutAnyClickItOpensNearThePanel();
@@ -113,6 +114,7 @@ void TestPopover::init()
     auto font = QApplication::font();
     font.setPixelSize(13);
     QApplication::setFont(font);
+    qunsetenv("WAYLAND_DISPLAY");
     QCursor::setPos(item);
     qunsetenv("XDG_ACTIVATION_TOKEN");
 }
@@ -133,6 +135,16 @@ void TestPopover::whereTheHostIsWrongThePointerIsRight()
 {
     Popover popover(new Content(200));
     popover.toggle({0, 26}, {});
+    QCOMPARE(popover.geometry(), besideItem);
+}
+
+// The pointer stays where it last was over a window of X11.
+void TestPopover::wherePartOfTheScreenIsNotX11TheHostIsRight()
+{
+    qputenv("WAYLAND_DISPLAY", "wayland-1");
+    Popover popover(new Content(200), Popover::Kind::Grabbing);
+    QCursor::setPos(700, 700);
+    popover.toggle(item, {});
     QCOMPARE(popover.geometry(), besideItem);
 }
 
