@@ -3,10 +3,9 @@
 
 #include "Platform/Linux/Desktop/StatusIconPainter.h"
 
+#include "Platform/Linux/Desktop/NumberDrawing.h"
 #include "Platform/Linux/Desktop/StatusWords.h"
 
-#include <QFont>
-#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QSvgRenderer>
@@ -76,27 +75,14 @@ QImage paintSymbol(const QString &symbolName, const QColor &color, int size)
     return image;
 }
 
-// Outlines are unhinted, so that every font the user may have comes out at exactly the height asked for: the
-// font's own height says little about how tall its digits are.
-QPainterPath textOutline(const QString &text)
-{
-    auto font = QGuiApplication::font();
-    font.setPixelSize(100);
-    font.setBold(true);
-    font.setHintingPreference(QFont::PreferNoHinting);
-    QPainterPath path;
-    path.addText(0, 0, font, text);
-    return path;
-}
-
 // The number with its left edge and its baseline at the origin; narrowed where it would be too wide.
 QPainterPath numberOutline(const QString &number, int height, qreal widthLimit)
 {
-    const auto path = textOutline(number);
+    const auto path = numberDrawing(number);
     const auto bounds = path.boundingRect();
-    const auto vertical = height / textOutline(QStringLiteral("1")).boundingRect().height();
+    const auto vertical = height / bounds.height();
     const auto horizontal = std::min(vertical, widthLimit / bounds.width());
-    return QTransform::fromScale(horizontal, vertical).map(path.translated(-bounds.left(), 0));
+    return QTransform::fromScale(horizontal, vertical).map(path.translated(-bounds.left(), -bounds.bottom()));
 }
 
 void paintNumber(QPainter &painter, const QPainterPath &path, const QColor &halo, int haloWidth)
