@@ -32,9 +32,10 @@ FooterSection::FooterSection(QWidget *parent)
     // The buttons' rectangles reach into the padding and the gap: larger to hit, and no farther apart to look at.
     const auto outset = PlainButton::outset();
     auto *const row = new QHBoxLayout(this);
-    row->setContentsMargins(points(style::defaultPadding), points(8) - outset, points(style::defaultPadding) - outset,
-                            points(8) - outset);
+    const auto besides = points(style::defaultPadding) - outset;
+    row->setContentsMargins(besides, points(8) - outset, besides, points(8) - outset);
     row->setSpacing(0);
+    row->addSpacing(outset);
     row->addWidget(m_updated);
     row->addStretch();
     row->addWidget(m_refresh);

@@ -28,10 +28,11 @@ RecordRow::RecordRow(QWidget *parent)
     , m_texts(new RecordTexts(this))
     , m_row(new QHBoxLayout(this))
 {
-    const auto horizontal = style::points(horizontalPadding);
+    const auto horizontal = style::points(horizontalPadding) - PlainButton::outset();
     const auto vertical = style::points(verticalPadding);
-    m_row->setContentsMargins(horizontal, vertical, horizontal - PlainButton::outset(), vertical + 1);
+    m_row->setContentsMargins(horizontal, vertical, horizontal, vertical + 1);
     m_row->setSpacing(style::points(style::defaultSpacing));
+    m_row->addSpacing(PlainButton::outset());
     m_row->addWidget(m_isEnabled);
     m_row->addWidget(m_texts, 1);
     addControl(m_isEnabled);
