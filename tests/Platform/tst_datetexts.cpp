@@ -20,6 +20,10 @@ private Q_SLOTS:
     void theTextTellsTheLargestUnitThatFits();
     void theLongestSpansAreCountedInYears();
     void theTextFollowsTheLocale();
+    void everyTextFollowsTheLocale_data();
+    void everyTextFollowsTheLocale();
+    void theWeeksDaysAllHaveNamesOfTheirOwn_data();
+    void theWeeksDaysAllHaveNamesOfTheirOwn();
     void aSpanHasItsTwoLargestUnits_data();
     void aSpanHasItsTwoLargestUnits();
     void datesAndTimesAreInTheUsersWordsAndZone();
@@ -86,6 +90,68 @@ void TestDateTexts::theTextFollowsTheLocale()
     const DateTexts texts("de_DE", calendarIn("Europe/Berlin"));
     QCOMPARE(texts.relative(instant("2024-03-04T12:00:00Z"), instant("2024-03-07T12:00:00Z")),
              QStringLiteral("vor 3 Tagen"));
+}
+
+// Weekday, month, date, time, how long ago and for how long.
+void TestDateTexts::everyTextFollowsTheLocale_data()
+{
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QStringList>("expected");
+    const auto row = [](const char *name, const char *locale, std::initializer_list<const char *> texts) {
+        QStringList expected;
+        for (const auto *const text : texts)
+            expected.append(QString::fromUtf8(text));
+        QTest::newRow(name) << QString::fromLatin1(locale) << expected;
+    };
+    row("German", "de_DE.UTF-8", {"Mo.", "März", "03.03.2025", "21:41", "vor 2 Tagen", "2 Min., 13 Sek."});
+    row("Arabic of Egypt, with its own digits", "ar_EG",
+        {"الاثنين", "مارس",
+         "٠٣\u200f"
+         "/٠٣\u200f"
+         "/٢٠٢٥",
+         "٩:٤١ م", "قبل يومين", "٢ د و١٣ ث"});
+    row("Persian, with its own digits", "fa_IR",
+        {"دوشنبه", "مارس", "۳ مارس ۲۰۲۵", "۲۱:۴۱", "۲ روز پیش",
+         "۲ دقیقه،\u200f"
+         " ۱۳ ثانیه"});
+    row("Japanese", "ja_JP.UTF-8", {"月", "3月", "2025/03/03", "21:41", "2 日前", "2 分 13 秒"});
+    row("Thai", "th_TH", {"จ.", "มี.ค.", "3 มี.ค. 2025", "21:41", "2 วันที่แล้ว", "2 นาที 13 วิ"});
+    row("English of America", "en_US.UTF-8", {"Mon", "Mar", "Mar 3, 2025", "9:41 PM", "2 days ago", "2 min, 13 sec"});
+    row("no language", "C", {"Mon", "Mar", "Mar 3, 2025", "9:41 PM", "2 days ago", "2 min, 13 sec"});
+}
+
+void TestDateTexts::everyTextFollowsTheLocale()
+{
+    QFETCH(QString, variable);
+    QProcessEnvironment session;
+    session.insert(QStringLiteral("LANG"), variable);
+    const DateTexts texts(dateLocale(session), calendarIn("UTC"));
+    const auto moment = instant("2025-03-03T21:41:00Z");
+    const QStringList said{texts.weekday(moment),
+                           texts.month(moment),
+                           texts.mediumDate(moment),
+                           texts.shortTime(moment),
+                           texts.relative(moment, instant("2025-03-05T21:41:00Z")),
+                           texts.elapsed(std::chrono::seconds(133))};
+    QTEST(said, "expected");
+}
+
+void TestDateTexts::theWeeksDaysAllHaveNamesOfTheirOwn_data()
+{
+    QTest::addColumn<QByteArray>("locale");
+    for (const auto *const locale : {"de_DE", "ar_EG", "fa_IR", "ja_JP", "th_TH", "en_US", "he_IL"})
+        QTest::newRow(locale) << QByteArray(locale);
+}
+
+void TestDateTexts::theWeeksDaysAllHaveNamesOfTheirOwn()
+{
+    QFETCH(QByteArray, locale);
+    const auto calendar = calendarIn("UTC");
+    const DateTexts texts(locale, calendar);
+    QStringList names;
+    for (int day = 1; day <= 7; ++day)
+        names.append(texts.weekday(calendar.startOf(QDate(2026, 11, day)).value()));
+    QCOMPARE(names.removeDuplicates(), 0);
 }
 
 void TestDateTexts::aSpanHasItsTwoLargestUnits_data()
