@@ -14,24 +14,32 @@ using namespace velquarin::fuzz;
 namespace {
 
 // A stretch of dates, a flag each: whether there are commits. A date that the zone does not have has none.
-struct Stretch
+class Stretch
 {
-    QDate first;
+public:
+    Stretch(QDate first, std::vector<bool> flags, const Calendar &zone)
+        : marks(std::move(flags))
+        , calendar(zone)
+        , m_first(first)
+    {
+        for (std::size_t index = 0; index < marks.size(); ++index)
+            marks[index] = marks[index] && calendar.startOf(dateAt(index));
+    }
+
+    [[nodiscard]] QDate dateAt(std::size_t index) const { return m_first.addDays(qint64(index)); }
+
     std::vector<bool> marks;
     const Calendar &calendar;
 
-    [[nodiscard]] QDate dateAt(std::size_t index) const { return first.addDays(qint64(index)); }
-    [[nodiscard]] bool isMarked(std::size_t index) const
-    {
-        return marks[index] && calendar.startOf(dateAt(index)).has_value();
-    }
+private:
+    QDate m_first;
 };
 
 std::set<Instant> datesOf(const Stretch &stretch)
 {
     std::set<Instant> dates;
     for (std::size_t index = 0; index < stretch.marks.size(); ++index) {
-        if (stretch.isMarked(index))
+        if (stretch.marks[index])
             dates.insert(*stretch.calendar.startOf(stretch.dateAt(index)));
     }
     return dates;
@@ -41,7 +49,7 @@ std::set<Instant> datesOf(const Stretch &stretch)
 qint64 rowUpTo(std::ptrdiff_t index, const Stretch &stretch)
 {
     qint64 length = 0;
-    for (; index >= 0 && stretch.isMarked(std::size_t(index)); --index)
+    for (; index >= 0 && stretch.marks[std::size_t(index)]; --index)
         ++length;
     return length;
 }
@@ -52,7 +60,7 @@ Streaks countedByHand(const Stretch &stretch, std::ptrdiff_t today)
     Streaks streaks;
     for (std::size_t index = 0; index < stretch.marks.size(); ++index)
         streaks.longest = std::max(streaks.longest, rowUpTo(std::ptrdiff_t(index), stretch));
-    const bool isDoneToday = stretch.isMarked(std::size_t(today));
+    const bool isDoneToday = stretch.marks[std::size_t(today)];
     if (!isDoneToday && !stretch.calendar.startOf(stretch.dateAt(std::size_t(today)).addDays(-1)))
         return {};
     streaks.current = rowUpTo(isDoneToday ? today : today - 1, stretch);
@@ -73,12 +81,12 @@ std::vector<bool> bitsOf(const std::uint8_t *data, std::size_t size)
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     constexpr std::size_t header = 4;
-    constexpr std::size_t largest = 200;
+    constexpr std::size_t largest = 100;
     if (size <= header || size > largest)
         return 0;
     const int weeks = data[2] | data[3] << 8;
-    const Stretch stretch{QDate(2008, 1, 1).addDays(7LL * (weeks % 1500)), bitsOf(data + header, size - header),
-                          calendarFor(data[0])};
+    const Stretch stretch(QDate(2008, 1, 1).addDays(7LL * (weeks % 1500)), bitsOf(data + header, size - header),
+                          calendarFor(data[0]));
     const auto index = std::ptrdiff_t(data[1] % stretch.marks.size());
     const auto today = stretch.calendar.startOf(stretch.dateAt(std::size_t(index)));
     if (today)
