@@ -96,6 +96,20 @@ QColor primary(const QPalette &palette)
     return legible(palette.color(QPalette::Active, QPalette::WindowText), farthestFrom(paper), paper);
 }
 
+// The text's colour with up to so many hundredths of the window's. Some of it stands in groups and under the pointer:
+// what can be read on the ground nearest to the text can be read on all.
+QColor quietened(const QPalette &palette, int hundredths)
+{
+    const auto text = primary(palette);
+    const auto nearest = hoveredGround(palette);
+    for (; hundredths > 0; --hundredths) {
+        const auto candidate = mix(text, ground(palette), hundredths / 100.0);
+        if (contrast(candidate, nearest) >= leastContrastOfText)
+            return candidate;
+    }
+    return text;
+}
+
 // At 1.5x many edges lie in the middle of a pixel: they go the same way whatever the last digit of a sum is.
 double rounded(double position)
 {
@@ -162,15 +176,13 @@ double contrast(const QColor &left, const QColor &right)
 
 QColor ink(const QPalette &palette, Ink ink)
 {
-    const auto text = primary(palette);
-    const auto paper = ground(palette);
     switch (ink) {
     case Ink::Primary:
-        return text;
+        return primary(palette);
     case Ink::Secondary:
-        return legible(mix(text, paper, 0.30), text, paper);
+        return quietened(palette, 30);
     case Ink::Tertiary:
-        return legible(mix(text, paper, 0.50), text, paper);
+        return quietened(palette, 50);
     }
     Q_UNREACHABLE();
 }

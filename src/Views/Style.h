@@ -56,7 +56,8 @@ using Tone = std::variant<Ink, Accent>;
 //! How well the two can be told apart, from 1 to 21. Source: Web Content Accessibility Guidelines 2.1, "contrast ratio"
 [[nodiscard]] double contrast(const QColor &left, const QColor &right);
 
-//! Colours to write with. At least 4.5:1 against the window colour of any palette.
+//! Colours to write with. At least 4.5:1 against the window colour of any palette; an ink also against the grounds of
+//! groups and of what the pointer is on, as far as the palette's own text is.
 [[nodiscard]] QColor ink(const QPalette &palette, Ink ink);
 [[nodiscard]] QColor accentText(const QPalette &palette, Accent accent);
 //! The same against @p paper in place of the window colour.
