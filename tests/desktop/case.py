@@ -47,10 +47,17 @@ def now_in(zone):
     return datetime.datetime.now(zoneinfo.ZoneInfo(zone))
 
 
-def _missing():
+def _missing(needed):
     def is_there(sign):
         return pathlib.Path(sign).exists() if sign.startswith("/") else shutil.which(sign)
-    return [package for package, sign in NEEDED.items() if not is_there(sign)]
+    return [package for package, sign in needed.items() if not is_there(sign)]
+
+
+def stop_without(needed):
+    """Ends the process, as skipped, where a Debian package is missing; told by its sign, as in NEEDED."""
+    if missing := _missing(needed):
+        print("skipped: these Debian packages are not installed:", *missing)
+        sys.exit(SKIPPED)
 
 
 def _give_up(_signal, _frame):
@@ -62,9 +69,7 @@ def main(arguments=None):
 
     arguments  the command line, where it is not the one that the file was called with
     """
-    if missing := _missing():
-        print("skipped: these Debian packages are not installed:", *missing)
-        sys.exit(SKIPPED)
+    stop_without(NEEDED)
     signal.signal(signal.SIGALRM, _give_up)
     signal.alarm(LIMIT_SECONDS)
     unittest.main(verbosity=2, argv=arguments)

@@ -105,11 +105,17 @@ class Desktop:
 
     def _open(self):
         self._start_screen()
-        self.start("openbox", "openbox", "--sm-disable")
-        wait_until(lambda: b"window id" in self._root_property("_NET_SUPPORTING_WM_CHECK"), "the window manager")
+        self._start_window_manager()
         panel.write_settings(self.config, self._panel_plugins)
         if self.bus and self._bus_runs_at_first:
             self.start_bus()
+
+    def _start_window_manager(self):
+        self.start("openbox", "openbox", "--sm-disable")
+        self.wait_for_window_manager()
+
+    def wait_for_window_manager(self):
+        wait_until(lambda: b"window id" in self._root_property("_NET_SUPPORTING_WM_CHECK"), "the window manager")
 
     # The server itself picks a number that is free, so that two desktops never meet.
     def _start_screen(self):

@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """The real programs that show status items, each along the upper edge of a desktop that it can live on."""
 
+import case
 import panel
 from desktop import WATCHER, Desktop
 from waiting import wait_until
@@ -66,7 +67,16 @@ class Host:
         desktop.screen.settled()
 
 
+def write_keyfile(desktop, text):
+    """The settings that programs of GNOME's kind find with GSETTINGS_BACKEND=keyfile."""
+    folder = desktop.config / "glib-2.0" / "settings"
+    folder.mkdir(parents=True)
+    (folder / "keyfile").write_text(text)
+
+
 class Xfce(Host):
+    needed = {package: case.NEEDED[package] for package in ("xfce4-panel", "xfconf")}
+
     def command(self, desktop):
         return "xfce4-panel", "--disable-wm-check"
 
@@ -122,7 +132,7 @@ color='{background}'
 
 [org/mate/panel/objects/items]
 object-type='applet'
-applet-iid='NotificationAreaAppletFactory::NotificationArea'
+applet-iid='{applet}'
 toplevel-id='top'
 position=0
 relative-to-edge='end'
@@ -135,11 +145,12 @@ class Mate(Host):
     needed = {"mate-panel": "mate-panel"}
     services = ("org.mate.panel.applet.NotificationAreaAppletFactory",)
     environment = {"XDG_CURRENT_DESKTOP": "MATE", "GSETTINGS_BACKEND": "keyfile"}
+    applet = "NotificationAreaAppletFactory::NotificationArea"
+    background = panel.BACKGROUND
 
     def write_settings(self, desktop):
-        folder = desktop.config / "glib-2.0" / "settings"
-        folder.mkdir(parents=True)
-        (folder / "keyfile").write_text(MATE_SETTINGS.format(height=panel.HEIGHT, background=panel.BACKGROUND))
+        write_keyfile(desktop, MATE_SETTINGS.format(height=panel.HEIGHT, background=self.background,
+                                                    applet=self.applet))
 
     def command(self, desktop):
         return "mate-panel",
@@ -154,6 +165,8 @@ class OldTray(Host):
 
 
 class Trayer(OldTray):
+    needed = {"trayer": case.NEEDED["trayer"]}
+
     def command(self, desktop):
         return ("trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel", "--width", "100",
                 "--heighttype", "pixel", "--height", str(panel.HEIGHT), "--transparent", "false", "--tint",

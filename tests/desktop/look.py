@@ -32,17 +32,18 @@ class Look:
         self._pixels = {(x, y): tuple(rows[y][3 * x:3 * x + 3])
                         for y in range(place.top, place.bottom) for x in range(place.left, place.right)}
 
-    def _count(self, is_wanted):
-        return sum(map(is_wanted, self._pixels.values()))
-
-    def has(self, colour):
-        """Whether enough of the item has this colour for somebody to call it that."""
-        return self._count(lambda pixel: _is_near(pixel, colour)) >= FEWEST_PIXELS
-
-    def number(self):
-        """The rectangle of the white digits; None where there are none."""
-        places = [place for place, pixel in self._pixels.items() if _is_white(pixel)]
+    def _where(self, is_wanted):
+        """The rectangle of the pixels of a kind; None where there are too few for somebody to name it."""
+        places = [place for place, pixel in self._pixels.items() if is_wanted(pixel)]
         if len(places) < FEWEST_PIXELS:
             return None
         columns, lines = zip(*places)
         return Rectangle(min(columns), min(lines), max(columns) + 1, max(lines) + 1)
+
+    def where(self, colour):
+        """The rectangle of what has this colour, or None."""
+        return self._where(lambda pixel: _is_near(pixel, colour))
+
+    def number(self):
+        """The rectangle of the white digits, or None."""
+        return self._where(_is_white)

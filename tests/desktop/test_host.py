@@ -100,20 +100,20 @@ class OnHost(unittest.TestCase):
             self.press_the_buttons(user)
             HOST.end(desktop)
             HOST.start(desktop)
-            user.item.wait_for("the item back", lambda look: look.has(ORANGE) and look.number())
+            user.item.wait_for("the item back", lambda look: look.where(ORANGE) and look.number())
             self.toggle(user, 1)
             user.quit()
             self.assertEqual(program.wait_for_end(), 0)
             user.item.wait_until_gone()
 
     def see_the_three_faces(self, user):
-        user.item.wait_for("a grey flame alone", lambda look: look.has(GREY) and not look.number())
+        user.item.wait_for("a grey flame alone", lambda look: look.where(GREY) and not look.number())
         user.commit(*range(1, 8))
         user.refresh()
-        waiting = user.item.wait_for("a grey flame with a number", lambda look: look.has(GREY) and look.number())
+        waiting = user.item.wait_for("a grey flame with a number", lambda look: look.where(GREY) and look.number())
         user.commit(0, *range(8, 12))
         user.refresh()
-        committed = user.item.wait_for("an orange flame with a number", lambda look: look.has(ORANGE) and look.number())
+        committed = user.item.wait_for("an orange flame with a number", lambda look: look.where(ORANGE) and look.number())
         self.check_number(waiting, committed)
 
     def check_number(self, one_digit, two_digits):

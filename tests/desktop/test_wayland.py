@@ -145,21 +145,31 @@ class Windows(unittest.TestCase):
             desktop.type("-s", "300", "-M", "ctrl", "-k", "q", "-m", "ctrl", "-s", "60000")
             self.assertEqual(program.wait_for_end(), 0)
 
+    @staticmethod
+    def menu_instead_of(desktop, dashboard):
+        """The menu, once the window of that id has gone."""
+        window = desktop.window(MENU)
+        return window if window and window["id"] != dashboard else None
+
     def test_the_menu_takes_the_place_of_the_dashboard(self):
         with WaylandDesktop(self.id()) as desktop:
             program = self.start(desktop)
             dashboard = self.open(desktop)["id"]
             wait_until(lambda: desktop.window(DASHBOARD)["focused"], "the focus")
             self.ask_for_menu(desktop)
-            wait_until(lambda: (desktop.window(MENU) or {}).get("id", dashboard) != dashboard, "the menu alone")
+            wait_until(lambda: self.menu_instead_of(desktop, dashboard), "the menu alone")
             self.assertEqual(program.end(), 0)
 
-    def test_a_rule_of_the_compositor_places_the_dashboard(self):
+    def test_a_rule_of_the_compositor_places_dashboard_and_menu(self):
+        def place(window):
+            return window["rect"]["x"], window["rect"]["y"]
         with WaylandDesktop(self.id(), RULE) as desktop:
             program = self.start(desktop)
-            self.open(desktop)
-            wait_until(lambda: (desktop.window(DASHBOARD)["rect"]["x"], desktop.window(DASHBOARD)["rect"]["y"])
-                       == (970, 30), "its place")
+            dashboard = self.open(desktop)["id"]
+            wait_until(lambda: place(desktop.window(DASHBOARD)) == (970, 30), "its place")
+            self.ask_for_menu(desktop)
+            menu = wait_until(lambda: self.menu_instead_of(desktop, dashboard), "the menu alone")
+            self.assertEqual(place(menu), (970, 30))
             self.assertEqual(program.end(), 0)
 
 

@@ -1,0 +1,129 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""Hosts that are too large to be installed for every test run: tools/host-picture shows the item on them."""
+
+import panel
+from desktop import Desktop
+from hosts import Host, Mate, OldTray, write_keyfile
+
+PYTHON = "/usr/bin/python3"
+
+
+class BareDesktop(Desktop):
+    """One whose host brings its own window manager."""
+
+    def _start_window_manager(self):
+        pass
+
+
+def stand_in(desktop, *templates):
+    """Stands in for services of the system, on the session bus, which passes for the system's."""
+    desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = desktop.bus.address
+    for template in templates:
+        desktop.start(template, PYTHON, "-m", "dbusmock", "--system", "--template", template)
+
+
+GNOME_SETTINGS = """[org/gnome/shell]
+enabled-extensions=['ubuntu-appindicators@ubuntu.com', 'appindicatorsupport@rgcjonas.gmail.com']
+disable-user-extensions=false
+welcome-dialog-last-shown-version='99'
+favorite-apps=@as []
+
+[org/gnome/desktop/background]
+picture-options='none'
+primary-color='#31465c'
+"""
+
+
+class Gnome(Host):
+    needed = {"gnome-shell": "gnome-shell", "python3-dbusmock": "/usr/lib/python3/dist-packages/dbusmock",
+              "gnome-shell-extension-appindicator": "/usr/share/doc/gnome-shell-extension-appindicator"}
+    environment = {"XDG_CURRENT_DESKTOP": "GNOME", "GSETTINGS_BACKEND": "keyfile", "LIBGL_ALWAYS_SOFTWARE": "1",
+                   "XDG_SESSION_DESKTOP": "gnome"}
+    desktop = BareDesktop
+
+    def write_settings(self, desktop):
+        write_keyfile(desktop, GNOME_SETTINGS)
+
+    def start(self, desktop):
+        stand_in(desktop, "logind", "upower")
+        desktop.bus.wait_for("org.freedesktop.login1")
+        desktop.bus.wait_for("org.freedesktop.UPower")
+        super().start(desktop)
+
+    def command(self, desktop):
+        return "gnome-shell", "--x11"
+
+
+class Plasma(Host):
+    needed = {"plasma-desktop": "plasmashell", "kwin-x11": "kwin_x11", "kded5": "kded5"}
+    services = ("org.kde.ActivityManager", "org.kde.kglobalaccel")
+    environment = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5",
+                   "QT_QUICK_BACKEND": "software", "XDG_CONFIG_DIRS": "/etc/xdg"}
+    desktop = BareDesktop
+
+    def start(self, desktop):
+        desktop.start("kwin", "kwin_x11")
+        desktop.wait_for_window_manager()
+        desktop.start("kded", "kded5")
+        desktop.bus.wait_for("org.kde.kded5")
+        super().start(desktop)
+
+    def command(self, desktop):
+        return "plasmashell", "--no-respawn"
+
+
+class Cinnamon(Host):
+    needed = {"cinnamon": "cinnamon", "xapp-sn-watcher": "/usr/libexec/xapps/sn-watcher/xapp-sn-watcher"}
+    environment = {"XDG_CURRENT_DESKTOP": "X-Cinnamon", "GSETTINGS_BACKEND": "keyfile", "LIBGL_ALWAYS_SOFTWARE": "1"}
+    desktop = BareDesktop
+    is_wide = True
+
+    def start(self, desktop):
+        stand_in(desktop, "logind", "upower")
+        desktop.bus.wait_for("org.freedesktop.login1")
+        desktop.start("watcher", self.needed["xapp-sn-watcher"])
+        super().start(desktop)
+
+    def command(self, desktop):
+        return "cinnamon",
+
+
+class Indicators(Mate):
+    """The Ayatana indicators, in the panel of MATE."""
+    needed = {**Mate.needed, "mate-indicator-applet": "/usr/lib/mate-indicator-applet/mate-indicator-applet",
+              "ayatana-indicator-application":
+              "/usr/libexec/ayatana-indicator-application/ayatana-indicator-application-service"}
+    services = ("org.mate.panel.applet.IndicatorAppletFactory",)
+    applet = "IndicatorAppletFactory::IndicatorApplet"
+    background = "#d6d6d6"
+
+    def start(self, desktop):
+        desktop.start("indicators", self.needed["ayatana-indicator-application"])
+        super().start(desktop)
+
+
+I3_SETTINGS = """# i3 config file (v4)
+font pango:DejaVu Sans 10
+bar {{
+    position top
+    tray_padding 2
+    colors {{
+        background {background}
+    }}
+}}
+"""
+
+
+class I3bar(OldTray):
+    needed = {"i3-wm": "i3bar"}
+    desktop = BareDesktop
+
+    def write_settings(self, desktop):
+        (desktop.config / "i3").write_text(I3_SETTINGS.format(background=panel.BACKGROUND))
+
+    def command(self, desktop):
+        return "i3", "-c", str(desktop.config / "i3")
+
+
+BY_NAME = {"gnome": Gnome, "plasma": Plasma, "cinnamon": Cinnamon, "indicators": Indicators, "i3bar": I3bar}

@@ -1,0 +1,91 @@
+# SPDX-FileCopyrightText: 2026 The Velquarin developers
+# SPDX-License-Identifier: MIT
+"""Two pictures of the item on a real host: host_picture.py HOST, for tools/host-picture; without one it names them."""
+
+import os
+import pathlib
+import subprocess
+import sys
+
+from gi.repository import GLib
+
+import case
+import heavy_hosts
+import hosts
+import wayland
+from item import ITEM
+from look import ORANGE, Look
+from program import BUS_NAME, Program
+from repositories import tracked_days_ago
+from screen import Rectangle
+from waiting import wait_until
+
+HOSTS = {**hosts.BY_NAME, **heavy_hosts.BY_NAME}
+
+# What every desktop here is made of.
+BASE = ("dbus-daemon", "git", "imagemagick", "openbox", "python3-xlib", "util-linux", "x11-utils", "xdotool", "xvfb")
+
+# What stands around the item belongs to the picture.
+MARGIN = 60
+THICKEST_PANEL = 48
+
+
+def _crop(picture, place, output):
+    subprocess.run(["convert", picture, "-crop", f"{place.width}x{place.height}+{place.left}+{place.top}", "+repage",
+                    "-define", "png:exclude-chunks=date,time", output], check=True)
+
+
+def _around(screen, flame):
+    left = max(0, min(flame.left, screen.width - 2 * MARGIN) - MARGIN)
+    return Rectangle(left, max(0, flame.top - 8), min(screen.width, flame.right + MARGIN),
+                     min(screen.height, flame.bottom + 8))
+
+
+# Not every host names its items in the same way.
+def _tooltip(desktop):
+    try:
+        return desktop.bus.property(BUS_NAME, "/StatusNotifierItem", ITEM, "ToolTip")[2]
+    except GLib.Error:  # not yet there
+        return ""
+
+
+def _flame(desktop, before):
+    """Where the flame of a day with a commit has come since, along an edge of the screen; None before it has."""
+    now = desktop.screen.settled()
+    height = desktop.screen.height
+    for top, bottom in ((0, THICKEST_PANEL), (height - THICKEST_PANEL, height)):
+        place = desktop.screen.change(before, now, top, bottom)
+        if place and (flame := Look(now, place).where(ORANGE)):
+            return flame
+    return None
+
+
+def take(host, folder):
+    """Leaves screen.png and item.png in the folder."""
+    with host.open("host-picture", width=1280, height=800) as desktop:
+        tracked_days_ago(desktop, case.now_in("UTC"), *range(12))
+        host.start(desktop)
+        before = desktop.screen.settled()
+        program = Program(desktop)
+        if host.is_on_bus:
+            desktop.bus.wait_for(BUS_NAME)
+            wait_until(lambda: "12" in _tooltip(desktop), "the streak in the tooltip")
+        flame = wait_until(lambda: _flame(desktop, before), "an orange flame")
+        desktop.screen.save(folder / "screen.png")
+        _crop(folder / "screen.png", _around(desktop.screen, flame), folder / "item.png")
+        program.end()
+
+
+def main(arguments):
+    if not arguments:
+        print(*HOSTS)
+        return
+    host = HOSTS[arguments[0]]()
+    case.stop_without({**{package: case.NEEDED[package] for package in BASE}, **host.needed})
+    if issubclass(host.desktop, wayland.WaylandDesktop):
+        wayland.as_ordinary_user()
+    take(host, pathlib.Path(os.environ["VELQUARIN_DESKTOP_FAILURES"]))
+
+
+if __name__ == "__main__":
+    main(sys.argv[1:])
