@@ -8,7 +8,9 @@
 #include "App/Translations.h"
 #include "Platform/Linux/Desktop/FileManagerViewer.h"
 #include "Platform/Linux/Desktop/FolderDialog.h"
+#include "Platform/Linux/Desktop/InputTime.h"
 #include "Platform/Linux/Desktop/LinuxStatusItem.h"
+#include "Platform/Linux/Desktop/StartupNotification.h"
 #include "Platform/Linux/System/SingleInstance.h"
 #include "Platform/Linux/System/TerminationSignals.h"
 #include "Platform/Linux/System/XdgAutostart.h"
@@ -19,6 +21,7 @@
 #include <QProcessEnvironment>
 
 #include <cstdlib>
+#include <utility>
 
 namespace velquarin {
 
@@ -40,20 +43,44 @@ QString dataFolder(const QString &name)
     return {};
 }
 
+// Elsewhere than on X11 nobody reads one, and the toolkit's public interface gives nothing in its place.
+QString startupIdFor(const InputTime &inputTime)
+{
+    const bool isX11 = QGuiApplication::platformName() == QLatin1String("xcb");
+    return isX11 && inputTime.now() ? newStartupId(*inputTime.now()) : QString();
+}
+
+// A launcher on X11 waits for a window, or to hear that none will come.
+auto openingFor(AppDelegate &delegate)
+{
+    return [&delegate](const QString &token) {
+        delegate.openDashboard(token);
+        finishStartup(token);
+    };
+}
+
 }  // namespace
+
+VelquarinApp::VelquarinApp(LaunchTokens launchTokens)
+    : m_launchTokens(std::move(launchTokens))
+{
+}
 
 int VelquarinApp::run()
 {
-    SingleInstance instance(m_bus);
-    if (instance.settle() == SingleInstance::Role::Second)
+    SingleInstance instance(m_bus, m_launchTokens);
+    if (instance.settle() == SingleInstance::Role::Second) {
+        finishStartup(m_launchTokens.startupId);
         return EXIT_SUCCESS;
+    }
 
     const auto translation = translationFor(QLocale().uiLanguages(), dataFolder(QStringLiteral("translations")));
     if (translation)
         QCoreApplication::installTranslator(translation.get());
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);
-    FileManagerViewer fileViewer(m_bus);
+    const InputTime inputTime;
+    FileManagerViewer fileViewer(m_bus, [&inputTime] { return startupIdFor(inputTime); });
     XdgAutostart loginItem(
         autostartEnvironment(QProcessEnvironment::systemEnvironment(), QCoreApplication::applicationFilePath()));
     FolderDialog folderChooser;
@@ -62,11 +89,12 @@ int VelquarinApp::run()
     AppDelegate delegate(
         shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, dataFolder(QStringLiteral("icons"))); },
                  [] { QCoreApplication::quit(); }});
-    QObject::connect(&instance, &SingleInstance::showRequested, &delegate, &AppDelegate::openDashboard);
-    QObject::connect(&notifications, &NotificationCenter::openRequested, &delegate, &AppDelegate::openDashboard);
+    QObject::connect(&instance, &SingleInstance::showRequested, &delegate, openingFor(delegate));
+    QObject::connect(&notifications, &NotificationCenter::openRequested, &delegate, openingFor(delegate));
     const TerminationSignals signals([] { QCoreApplication::quit(); });
 
     delegate.applicationDidFinishLaunching();
+    finishStartup(m_launchTokens.startupId);
     const auto status = QCoreApplication::exec();
     // A file system that hangs holds threads for as long as it likes; the user has waited long enough.
     const bool hasGitEnded = shared.gitService().stop(patienceAtTheEnd);

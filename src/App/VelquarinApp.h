@@ -6,6 +6,7 @@
 #include "Platform/Linux/System/ChildProcessRunner.h"
 #include "Platform/Linux/System/FreedesktopNotifications.h"
 #include "Platform/Linux/System/JsonPreferencesStore.h"
+#include "Platform/Linux/System/LaunchTokens.h"
 #include "Platform/Linux/System/PosixFileTree.h"
 #include "Platform/Linux/System/SessionBus.h"
 #include "Platform/Linux/System/StandardOutput.h"
@@ -17,11 +18,14 @@ namespace velquarin {
 class VelquarinApp
 {
 public:
+    explicit VelquarinApp(LaunchTokens launchTokens);
+
     //! Runs until the user quits. Returns the exit status of the process; does not return where something hangs that
     //! nobody can wait for.
     [[nodiscard]] int run();
 
 private:
+    LaunchTokens m_launchTokens;
     SessionBus m_bus;
     SystemClock m_clock;
     BootTimeTimers m_timers;

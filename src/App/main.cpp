@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "App/VelquarinApp.h"
+#include "Platform/Linux/System/LaunchTokens.h"
 #include "Platform/Linux/System/StandardDescriptors.h"
 #include "Platform/Linux/System/TerminationSignals.h"
 #include "Views/AccessibleApplication.h"
@@ -9,6 +10,7 @@
 #include <QApplication>
 
 #include <csignal>
+#include <utility>
 
 int main(int argc, char **argv)
 {
@@ -16,6 +18,7 @@ int main(int argc, char **argv)
     velquarin::blockTerminationSignals();
     std::signal(SIGPIPE, SIG_IGN);
 
+    auto launchTokens = velquarin::takeLaunchTokens();
     velquarin::installAccessibleApplication();
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("velquarin"));
@@ -23,5 +26,5 @@ int main(int argc, char **argv)
     QApplication::setDesktopFileName(QStringLiteral("io.velquarin.Velquarin"));
     QApplication::setQuitOnLastWindowClosed(false);
 
-    return velquarin::VelquarinApp().run();
+    return velquarin::VelquarinApp(std::move(launchTokens)).run();
 }

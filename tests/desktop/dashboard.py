@@ -46,10 +46,12 @@ class Dashboard:
 
     now      makes the clock of its user, when the program is about to start; noon of today where nothing is given
     prepare  is called with the repositories by name before the program starts
+    given    further environment variables of the program
     streak   the item's label for which it waits; None where the first refresh is to be met while it runs
     """
 
-    def __init__(self, desktop, now=lambda: case.ShiftedTime(12, 0, "UTC"), prepare=lambda _: None, streak=STREAK):
+    def __init__(self, desktop, now=lambda: case.ShiftedTime(12, 0, "UTC"), prepare=lambda _: None, streak=STREAK,
+                 given=None):
         self.desktop = desktop
         self.repositories = self._make_repositories(now().now)
         preferences.write(desktop.config, [repository.path for repository in self.repositories.values()])
@@ -58,7 +60,7 @@ class Dashboard:
         desktop.start_panel()
         place = PanelPlace(desktop.screen)
         self.now = now()
-        self.program = Program(desktop, "UTC", self.now.offset)
+        self.program = Program(desktop, "UTC", self.now.offset, given=given)
         self.item = StatusItem(desktop)
         if streak is not None:
             self.item.wait_for_label(streak)

@@ -22,13 +22,15 @@ class Program:
     clock_offset  seconds by which its clock, and that of the git it starts, is ahead
     output        where its standard output goes; a file of its own where nothing is given
     wrapper       a command that starts it, and becomes it
+    given         further environment variables, as a launcher adds them
     """
 
-    def __init__(self, desktop, zone="UTC", clock_offset=0, output=None, wrapper=()):
+    def __init__(self, desktop, zone="UTC", clock_offset=0, output=None, wrapper=(), given=None):
         self._mark = uuid.uuid4().hex
         self.output_file = desktop.logs / f"program-{self._mark[:8]}.out"
         self.error_file = desktop.logs / f"program-{self._mark[:8]}.err"
-        environment = {**desktop.environment, "TZ": zone, MARK: self._mark, **_clock(clock_offset)}
+        environment = {**desktop.environment, "TZ": zone, MARK: self._mark, **_clock(clock_offset),
+                       **(given or {})}
         with open(self.output_file, "wb") as own_output, open(self.error_file, "wb") as errors:
             command = [*wrapper, os.environ["VELQUARIN_PROGRAM"]]
             self._process = processes.start("program", command, environment, desktop.logs,
@@ -65,6 +67,11 @@ class Program:
 
     def terminate(self):
         self._process.send_signal(signal.SIGTERM)
+
+    def kill(self):
+        """Ends it as a crash does: it gets to tidy nothing up."""
+        self._process.kill()
+        self._process.wait()
 
     def wait_for_end(self, seconds=10.0):
         """The exit status; TimeoutError when it does not end in time."""

@@ -95,6 +95,33 @@ private Q_SLOTS:
         QCOMPARE(m_opened, QList<QUrl>());
     }
 
+    void withoutATokenOneIsMadeForTheUsersClick()
+    {
+        SecondConnection desktop("desktop");
+        FakeFileManager manager(*desktop);
+        FileManagerViewer viewer(*m_bus, [] { return QStringLiteral("velquarin_TIME42"); });
+        viewer.reveal(m_folder.path(), {});
+        viewer.reveal(m_folder.path(), QStringLiteral("token-7"));
+        QTRY_COMPARE(manager.calls.size(), 2);
+        QStringList tokens;
+        for (const auto &call : manager.calls)
+            tokens.append(call.arguments().at(1).toString());
+        tokens.sort();
+        QCOMPARE(tokens, QStringList({QStringLiteral("token-7"), QStringLiteral("velquarin_TIME42")}));
+    }
+
+    // Afterwards nobody knows any more when the user clicked.
+    void theTokenIsMadeBeforeAnythingIsWaitedFor()
+    {
+        SecondConnection desktop("desktop");
+        FakeFileManager manager(*desktop);
+        auto token = QStringLiteral("at the click");
+        FileManagerViewer(*m_bus, [&token] { return token; }).reveal(m_folder.path(), {});
+        token = QStringLiteral("later");
+        QTRY_COMPARE(manager.calls.size(), 1);
+        QCOMPARE(manager.calls.constFirst().arguments().at(1).toString(), QStringLiteral("at the click"));
+    }
+
     void aNameWithEveryKindOfLetterArrivesWhole()
     {
         const auto path = m_folder.filePath(QStringLiteral("50% of #1 ü?&"));

@@ -7,10 +7,15 @@
 #include "support/Strict.h"
 
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <fcntl.h>
+#include <functional>
+#include <sys/file.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -61,6 +66,14 @@ private Q_SLOTS:
     void everyDisplayHasItsOwn();
     void whereNoLockCanBeTakenTheProgramStarts();
     void aLinkInTheLocksPlaceIsNotFollowed();
+    void whatAnotherProgramLeftInTheLockCountsForNothing_data();
+    void whatAnotherProgramLeftInTheLockCountsForNothing();
+    void whatCannotBeALockKeepsNobodyFromStarting_data();
+    void whatCannotBeALockKeepsNobodyFromStarting();
+    void aLockIsHeldByItsOwnerUnderEveryContent();
+    void aProcessThatIsKilledLeavesTheLockFree();
+    void aStrangersLockKeepsNobodyFromStarting();
+    void aFolderThatCannotBeWrittenKeepsNobodyFromStarting();
     void whereNobodyListensThereIsNoBus();
     void aBusThatStaysSilentIsNone();
     void addressesOfOtherKindsPass();
@@ -68,6 +81,13 @@ private Q_SLOTS:
 
 private:
     [[nodiscard]] QString path(const QString &name) const { return m_runtime->filePath(name); }
+    [[nodiscard]] QString lock() const { return path(QStringLiteral("velquarin-%1-:1.lock").arg(getuid())); }
+    void writeLock(const QByteArray &content) const
+    {
+        QFile file(lock());
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(content), content.size());
+    }
 
     std::unique_ptr<QTemporaryDir> m_runtime;
 };
@@ -113,12 +133,102 @@ void TestSingleInstance::whereNoLockCanBeTakenTheProgramStarts()
 void TestSingleInstance::aLinkInTheLocksPlaceIsNotFollowed()
 {
     const auto victim = path(QStringLiteral("victim"));
-    const auto lock = path(QStringLiteral("velquarin-%1-:1.lock").arg(getuid()));
-    QVERIFY(QFile::link(victim, lock));
+    QVERIFY(QFile::link(victim, lock()));
     SessionBus bus;
     SingleInstance instance(bus);
     QCOMPARE(instance.settle(), SingleInstance::Role::First);
     QVERIFY(!QFile::exists(victim));
+}
+
+void TestSingleInstance::whatAnotherProgramLeftInTheLockCountsForNothing_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("the id of a process that lives") << QByteArray::number(qint64(getpid())) + "\nvelquarin\nhere\n";
+    QTest::newRow("the id of a process that is dead") << QByteArray("4194303\nvelquarin\nhere\n");
+    QTest::newRow("the name of another machine") << QByteArray("1\nvelquarin\nelsewhere.example\n");
+    QTest::newRow("no text at all") << QByteArray("\0\xff\xfe\n", 4);
+}
+
+void TestSingleInstance::whatAnotherProgramLeftInTheLockCountsForNothing()
+{
+    QFETCH(QByteArray, content);
+    writeLock(content);
+    SessionBus bus;
+    SingleInstance instance(bus);
+    QCOMPARE(instance.settle(), SingleInstance::Role::First);
+    QFile file(lock());
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), content);
+}
+
+void TestSingleInstance::whatCannotBeALockKeepsNobodyFromStarting_data()
+{
+    QTest::addColumn<std::function<bool(QByteArray)>>("make");
+    using Make = std::function<bool(QByteArray)>;
+    QTest::newRow("a folder") << Make([](const QByteArray &name) { return mkdir(name.constData(), 0700) == 0; });
+    QTest::newRow("a pipe") << Make([](const QByteArray &name) { return mkfifo(name.constData(), 0600) == 0; });
+    QTest::newRow("a link to itself") << Make(
+        [](const QByteArray &name) { return symlink(name.constData(), name.constData()) == 0; });
+    QTest::newRow("a socket") << Make([](const QByteArray &name) {
+        const SilentServer server(QFile::decodeName(name));
+        return access(name.constData(), F_OK) == 0;
+    });
+}
+
+void TestSingleInstance::whatCannotBeALockKeepsNobodyFromStarting()
+{
+    QFETCH(std::function<bool(QByteArray)>, make);
+    QVERIFY(make(QFile::encodeName(lock())));
+    SessionBus bus;
+    SingleInstance instance(bus);
+    QCOMPARE(instance.settle(), SingleInstance::Role::First);
+}
+
+void TestSingleInstance::aLockIsHeldByItsOwnerUnderEveryContent()
+{
+    writeLock("4194303\nvelquarin\nelsewhere.example\n");
+    SessionBus bus;
+    SingleInstance first(bus);
+    SingleInstance second(bus);
+    QCOMPARE(first.settle(), SingleInstance::Role::First);
+    QCOMPARE(second.settle(), SingleInstance::Role::Second);
+}
+
+void TestSingleInstance::aProcessThatIsKilledLeavesTheLockFree()
+{
+    QProcess holder;
+    holder.start(QStringLiteral("flock"), {QStringLiteral("--no-fork"), lock(), QStringLiteral("sh"),
+                                           QStringLiteral("-c"), QStringLiteral("echo held; exec sleep 1000")});
+    QVERIFY(holder.waitForReadyRead());
+    SessionBus bus;
+    QCOMPARE(SingleInstance(bus).settle(), SingleInstance::Role::Second);
+    holder.kill();
+    QVERIFY(holder.waitForFinished());
+    QCOMPARE(SingleInstance(bus).settle(), SingleInstance::Role::First);
+}
+
+// Where there is no folder of our own, everybody can make the file first, and hold it for ever.
+void TestSingleInstance::aStrangersLockKeepsNobodyFromStarting()
+{
+    if (getuid() != 0)
+        QSKIP("only an administrator can make a file somebody else's");
+    writeLock("");
+    constexpr uid_t nobody = 65534;
+    QCOMPARE(chown(QFile::encodeName(lock()).constData(), nobody, nobody), 0);
+    const auto strangers = open(QFile::encodeName(lock()).constData(), O_RDWR | O_CLOEXEC);
+    QCOMPARE(flock(strangers, LOCK_EX | LOCK_NB), 0);
+    SessionBus bus;
+    QCOMPARE(SingleInstance(bus).settle(), SingleInstance::Role::First);
+    close(strangers);
+}
+
+// An administrator may write everywhere: even he not in the folder that describes his own process.
+void TestSingleInstance::aFolderThatCannotBeWrittenKeepsNobodyFromStarting()
+{
+    qputenv("XDG_RUNTIME_DIR", "/proc/self");
+    SessionBus bus;
+    QCOMPARE(SingleInstance(bus).settle(), SingleInstance::Role::First);
 }
 
 void TestSingleInstance::whereNobodyListensThereIsNoBus()

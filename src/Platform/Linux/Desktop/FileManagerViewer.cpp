@@ -59,7 +59,8 @@ QCoro::Task<> revealFolder(QDBusConnection connection, QString path, QString act
 
 void FileManagerViewer::reveal(const QString &path, const QString &activationToken)
 {
-    revealFolder(m_bus.connection(), path, activationToken);
+    const auto token = activationToken.isEmpty() ? m_newToken() : activationToken;
+    revealFolder(m_bus.connection(), path, token);
 }
 
 }  // namespace velquarin

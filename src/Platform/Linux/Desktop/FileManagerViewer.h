@@ -6,6 +6,9 @@
 
 #include <QString>
 
+#include <functional>
+#include <utility>
+
 namespace velquarin {
 
 class SessionBus;
@@ -16,9 +19,12 @@ class SessionBus;
 class FileManagerViewer : public FileViewer
 {
 public:
-    //! @p bus must outlive this.
-    explicit FileManagerViewer(SessionBus &bus)
+    //! @p bus must outlive this. @p newToken makes an activation token for what the user does just now, an empty one
+    //! where there is none to be had; it is asked where the caller has none.
+    explicit FileManagerViewer(
+        SessionBus &bus, std::function<QString()> newToken = [] { return QString(); })
         : m_bus(bus)
+        , m_newToken(std::move(newToken))
     {
     }
 
@@ -26,6 +32,7 @@ public:
 
 private:
     SessionBus &m_bus;
+    std::function<QString()> m_newToken;
 };
 
 }  // namespace velquarin

@@ -15,7 +15,9 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace velquarin {
 
@@ -33,20 +35,20 @@ QString tokenIn(const QVariantMap &platformData)
     return token.isEmpty() ? platformData.value(QStringLiteral("desktop-startup-id")).toString() : token;
 }
 
-QVariantMap ownPlatformData()
+QVariantMap platformData(const LaunchTokens &tokens)
 {
     QVariantMap data;
-    if (qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"))
-        data.insert(QStringLiteral("activation-token"), qEnvironmentVariable("XDG_ACTIVATION_TOKEN"));
-    if (qEnvironmentVariableIsSet("DESKTOP_STARTUP_ID"))
-        data.insert(QStringLiteral("desktop-startup-id"), qEnvironmentVariable("DESKTOP_STARTUP_ID"));
+    if (!tokens.activationToken.isEmpty())
+        data.insert(QStringLiteral("activation-token"), tokens.activationToken);
+    if (!tokens.startupId.isEmpty())
+        data.insert(QStringLiteral("desktop-startup-id"), tokens.startupId);
     return data;
 }
 
-void askFirstToShowItself(const QDBusConnection &connection)
+void askFirstToShowItself(const QDBusConnection &connection, const LaunchTokens &tokens)
 {
     auto message = QDBusMessage::createMethodCall(name, path, interface, QStringLiteral("Activate"));
-    message << ownPlatformData();
+    message << platformData(tokens);
     connection.call(message, QDBus::Block, patienceMilliseconds);
 }
 
@@ -68,11 +70,19 @@ QString lockPath()
     return joinPath(folder, QStringLiteral("velquarin-%1-%2.lock").arg(getuid()).arg(display));
 }
 
+// In a folder that everybody may write to, somebody else could make the file, lock it and keep us from starting.
+bool isOurs(int file)
+{
+    struct stat status = {};
+    return file >= 0 && fstat(file, &status) == 0 && status.st_uid == getuid();
+}
+
 }  // namespace
 
-SingleInstance::SingleInstance(SessionBus &bus, QObject *parent)
+SingleInstance::SingleInstance(SessionBus &bus, LaunchTokens tokens, QObject *parent)
     : QObject(parent)
     , m_bus(bus)
+    , m_tokens(std::move(tokens))
 {
     auto application = std::make_unique<ApplicationObject>();
     connect(application.get(), &ApplicationObject::activated, this, &SingleInstance::showRequested);
@@ -102,7 +112,7 @@ bool SingleInstance::takeNameOnBus()
     const auto connection = m_bus.connection();
     if (takeName(connection))
         return true;
-    askFirstToShowItself(connection);
+    askFirstToShowItself(connection, m_tokens);
     return false;
 }
 
@@ -112,7 +122,7 @@ bool SingleInstance::takeLock()
 {
     const auto file = QFile::encodeName(lockPath());
     m_lock = open(file.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600);
-    const bool isHeldByOther = m_lock >= 0 && flock(m_lock, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    const bool isHeldByOther = isOurs(m_lock) && flock(m_lock, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     return !isHeldByOther;
 }
 

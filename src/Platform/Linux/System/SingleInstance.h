@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Linux/System/LaunchTokens.h"
+
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
@@ -22,7 +24,8 @@ class SingleInstance : public QObject
 public:
     enum class Role { First, Second };
 
-    explicit SingleInstance(SessionBus &bus, QObject *parent = nullptr);
+    //! @p tokens are those of this start. A second instance hands them to the first one.
+    explicit SingleInstance(SessionBus &bus, LaunchTokens tokens = {}, QObject *parent = nullptr);
     ~SingleInstance() override;
 
     //! Finds out which we are. A second instance has asked the first one to show itself when this returns, and should
@@ -40,6 +43,7 @@ private:
     [[nodiscard]] bool takeLock();
 
     SessionBus &m_bus;
+    LaunchTokens m_tokens;
     std::unique_ptr<QObject> m_application;
     int m_lock = -1;
 };

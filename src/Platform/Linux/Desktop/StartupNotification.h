@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace velquarin {
+
+//! A startup id that nobody else has, for a program that the user asks us to start or to bring forward. It carries the
+//! moment at which he did, by which window managers tell a wanted window from one that comes in between.
+//! Units: @p userTime in milliseconds of the X server's clock. Source: Startup Notification Protocol 0.1
+[[nodiscard]] QString newStartupId(quint32 userTime);
+
+//! What launchers are told when the start of that id is over, without the zero byte at its end.
+//! Source: Startup Notification Protocol 0.1, "Message format"
+[[nodiscard]] QByteArray endOfStartup(const QString &startupId);
+
+//! Tells launchers on X11 that the start of that id is over: until then the pointer shows that something is coming.
+//! Does nothing for an empty id and on other displays.
+void finishStartup(const QString &startupId);
+
+}  // namespace velquarin

@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/Linux/Desktop/InputTime.h"
+#include "Platform/Linux/Desktop/StartupNotification.h"
+#include "Platform/Linux/System/LaunchTokens.h"
+#include "support/Strict.h"
+
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+
+#include <optional>
+
+using namespace velquarin;
+using namespace velquarin::test;
+
+namespace {
+
+class TimedButton : public QPushButton
+{
+public:
+    quint32 releasedAt = 0;
+
+protected:
+    void mouseReleaseEvent(QMouseEvent *event) override
+    {
+        releasedAt = quint32(event->timestamp());
+        QPushButton::mouseReleaseEvent(event);
+    }
+};
+
+}  // namespace
+
+class TestActivationTokens : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init()
+    {
+        failOnAnyWarning();
+        qunsetenv("XDG_ACTIVATION_TOKEN");
+        qunsetenv("DESKTOP_STARTUP_ID");
+    }
+
+    void theTokensOfAStartAreTakenOutOfTheEnvironment()
+    {
+        qputenv("XDG_ACTIVATION_TOKEN", "token-7");
+        qputenv("DESKTOP_STARTUP_ID", "menu-1_TIME42");
+        const LaunchTokens given{QStringLiteral("token-7"), QStringLiteral("menu-1_TIME42")};
+        QCOMPARE(takeLaunchTokens(), given);
+        QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+        QVERIFY(!qEnvironmentVariableIsSet("DESKTOP_STARTUP_ID"));
+        QCOMPARE(takeLaunchTokens(), LaunchTokens());
+    }
+
+    void aStartupIdEndsWithTheTimeOfTheUsersAction()
+    {
+        const QRegularExpression form(QStringLiteral("^velquarin-.+_TIME4294967295$"));
+        const auto id = newStartupId(4294967295U);
+        QVERIFY2(form.match(id).hasMatch(), qPrintable(id));
+        QVERIFY(!id.contains(QLatin1Char(' ')));
+    }
+
+    void noTwoStartupIdsAreTheSame() { QVERIFY(newStartupId(7) != newStartupId(7)); }
+
+    void theEndOfAStartNamesItsIdInQuotes_data()
+    {
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<QByteArray>("message");
+        QTest::newRow("a plain one") << QStringLiteral("menu-1_TIME42") << QByteArray("remove: ID=\"menu-1_TIME42\"");
+        QTest::newRow("one with spaces") << QStringLiteral("a b") << QByteArray("remove: ID=\"a b\"");
+        QTest::newRow("one with quotes and backslashes")
+            << QStringLiteral("a\"b\\c") << QByteArray("remove: ID=\"a\\\"b\\\\c\"");
+    }
+
+    void theEndOfAStartNamesItsIdInQuotes()
+    {
+        QFETCH(QString, id);
+        QTEST(endOfStartup(id), "message");
+    }
+
+    void elsewhereThanOnX11NoStartIsFinished() { finishStartup(QStringLiteral("menu-1_TIME42")); }
+
+    void whatAClickSetsOffKnowsItsTime()
+    {
+        const InputTime time;
+        TimedButton button;
+        std::optional<quint32> seen;
+        connect(&button, &QPushButton::clicked, this, [&] { seen = time.now(); });
+        QTest::lastMouseTimestamp = 4711;
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QVERIFY(button.releasedAt > 4711U);
+        QCOMPARE(seen, std::optional(button.releasedAt));
+    }
+
+    void whatAKeySetsOffKnowsThatThereWasOne()
+    {
+        const InputTime time;
+        QPushButton button;
+        std::optional<quint32> seen;
+        connect(&button, &QPushButton::clicked, this, [&] { seen = time.now(); });
+        QTest::keyClick(&button, Qt::Key_Space);
+        QVERIFY(seen);
+    }
+
+    void whatComesLaterThanTheClickHasNoTime()
+    {
+        const InputTime time;
+        QPushButton button;
+        QTest::mouseClick(&button, Qt::LeftButton);
+        QCoreApplication::processEvents();
+        QVERIFY(!time.now());
+    }
+
+    void whatNobodyClickedHasNoTime()
+    {
+        const InputTime time;
+        QPushButton button;
+        bool isClicked = false;
+        connect(&button, &QPushButton::clicked, this, [&] {
+            isClicked = true;
+            QVERIFY(!time.now());
+        });
+        button.click();
+        QVERIFY(isClicked);
+    }
+};
+
+QTEST_MAIN(TestActivationTokens)
+#include "tst_activationtokens.moc"
