@@ -59,6 +59,30 @@ Qt::ScrollBarPolicy scrollBarWhere(bool isNeeded)
     return isNeeded ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff;
 }
 
+// The toolkit looks for a token in the environment, and nowhere else, when a window is shown or activated. It is there no
+// longer than that: a program that we start later would pass itself off as this window.
+class OfferedToken
+{
+public:
+    explicit OfferedToken(const QString &token)
+        : m_isOffered(!token.isEmpty())
+    {
+        if (m_isOffered)
+            qputenv(variable, token.toUtf8());
+    }
+    ~OfferedToken()
+    {
+        if (m_isOffered)
+            qunsetenv(variable);
+    }
+    OfferedToken(const OfferedToken &) = delete;
+    OfferedToken &operator=(const OfferedToken &) = delete;
+
+private:
+    static constexpr auto variable = "XDG_ACTIVATION_TOKEN";
+    bool m_isOffered;
+};
+
 }  // namespace
 
 Popover::Kind Popover::kindOfThisDesktop()
@@ -145,8 +169,10 @@ void Popover::openAt(QPoint click, const QString &activationToken)
     if (!isVisible())
         leaveFocusNowhere();
     fit();
+    const OfferedToken offered(m_kind == Kind::Managed ? activationToken : QString());
     show();
-    takeActivation(activationToken);
+    raise();
+    activateWindow();
 }
 
 // The toolkit would give the focus to what had it last time, or to the first thing that takes it.
@@ -155,14 +181,6 @@ void Popover::leaveFocusNowhere()
     if (auto *last = focusWidget())
         last->clearFocus();
     setFocus(Qt::PopupFocusReason);
-}
-
-void Popover::takeActivation(const QString &token)
-{
-    if (m_kind == Kind::Managed && !token.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
-    raise();
-    activateWindow();
 }
 
 int Popover::contentHeight() const

@@ -74,7 +74,6 @@ private:
     void openAt(QPoint click, const QString &activationToken);
     void fit();
     void leaveFocusNowhere();
-    void takeActivation(const QString &token);
     [[nodiscard]] int contentHeight() const;
     [[nodiscard]] PopoverWish wish() const;
     [[nodiscard]] bool wasJustDeactivated() const;

@@ -102,7 +102,8 @@ private Q_SLOTS:
     void anActivatedWindowClosesAManagedOne();
     void theClickThatDeactivatedItDoesNotOpenItAgain();
     void closedByEscapeItOpensAtOnce();
-    void aManagedOneTakesTheActivationToken();
+    void aManagedOneOffersTheActivationTokenWhileItIsShown();
+    void noProgramStartedLaterFindsTheActivationToken();
     void aGrabbingOneNeedsNoActivationToken();
     void itsSurfaceIsTheWindowsColourWithAHairline();
     void roundedCornersAreTransparent();
@@ -469,18 +470,32 @@ void TestPopover::closedByEscapeItOpensAtOnce()
     QVERIFY(popover.isShown());
 }
 
-void TestPopover::aManagedOneTakesTheActivationToken()
+void TestPopover::aManagedOneOffersTheActivationTokenWhileItIsShown()
+{
+    Popover popover(new Content(200), Popover::Kind::Managed);
+    QByteArray offered;
+    connect(&popover, &Popover::shown, this, [&offered] { offered = qgetenv("XDG_ACTIVATION_TOKEN"); });
+    popover.toggle(item, QStringLiteral("token-7"));
+    QCOMPARE(offered, QByteArray("token-7"));
+}
+
+void TestPopover::noProgramStartedLaterFindsTheActivationToken()
 {
     Popover popover(new Content(200), Popover::Kind::Managed);
     popover.toggle(item, QStringLiteral("token-7"));
-    QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), QByteArray("token-7"));
+    QVERIFY(popover.isShown());
+    QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+    popover.open(QStringLiteral("token-8"));
+    QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
 }
 
 void TestPopover::aGrabbingOneNeedsNoActivationToken()
 {
     Popover popover(new Content(200), Popover::Kind::Grabbing);
+    QByteArray offered("nothing was shown");
+    connect(&popover, &Popover::shown, this, [&offered] { offered = qgetenv("XDG_ACTIVATION_TOKEN"); });
     popover.toggle(item, QStringLiteral("token-7"));
-    QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+    QCOMPARE(offered, QByteArray());
 }
 
 void TestPopover::itsSurfaceIsTheWindowsColourWithAHairline()

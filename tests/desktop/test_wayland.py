@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """The windows of the program on native Wayland, where no program places its own."""
 
+import re
 import time
 import unittest
 
@@ -29,11 +30,11 @@ RULE = f'for_window [app_id="{wayland.APPLICATION}" title="^Velquarin$"] floatin
 
 class Windows(unittest.TestCase):
 
-    def start(self, desktop):
+    def start(self, desktop, **options):
         repository = Repository(desktop.home / "work")
         repository.commit_days_ago(case.now_in("UTC"), 0, 1)
         preferences.write(desktop.config, [repository.path])
-        program = Program(desktop)
+        program = Program(desktop, **options)
         desktop.bus.wait_for(BUS_NAME)
         wait_until(lambda: self.registered(desktop), "the item")
         return program
@@ -70,6 +71,29 @@ class Windows(unittest.TestCase):
                 desktop.wait_without_window(DASHBOARD)
                 self.take_a_breath()
             self.assertEqual(program.end(), 0)
+
+    def test_the_compositor_is_given_the_token_of_whoever_wants_the_dashboard(self):
+        with WaylandDesktop(self.id()) as desktop:
+            program = self.start(desktop, given={"WAYLAND_DEBUG": "client", "XDG_ACTIVATION_TOKEN": "of-the-login"})
+            self.assertEqual(self.activations(program), [])
+            self.activate(desktop, "token-1")
+            wait_until(lambda: self.activations(program) == ["token-1"], "the token")
+            desktop.wait_for_window(DASHBOARD)
+            wait_until(lambda: desktop.window(DASHBOARD)["focused"], "the focus")
+            self.assertEqual(Program(desktop, given={"XDG_ACTIVATION_TOKEN": "token-2"}).wait_for_end(), 0)
+            wait_until(lambda: self.activations(program) == ["token-1", "token-2"], "the second start's token")
+            self.assertNotIn("of-the-login", program.errors())
+            self.assertEqual(program.end(), 0)
+
+    @staticmethod
+    def activate(desktop, token):
+        desktop.bus.call(BUS_NAME, "/io/velquarin/Velquarin", "org.freedesktop.Application", "Activate",
+                         GLib.Variant("(a{sv})", ({"activation-token": GLib.Variant("s", token)},)))
+
+    @staticmethod
+    def activations(program):
+        """The tokens by which the program asked the compositor for the focus, as the protocol's log has them."""
+        return re.findall(r'xdg_activation_v1@[0-9]+\.activate\("([^"]*)"', program.errors())
 
     def test_escape_closes_the_dashboard(self):
         with WaylandDesktop(self.id()) as desktop:
