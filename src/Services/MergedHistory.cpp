@@ -4,11 +4,26 @@
 #include "Services/MergedHistory.h"
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <numeric>
 #include <utility>
 
 namespace velquarin {
+
+namespace {
+
+// This is the main thread, and somebody may have made millions of commits in one day: whole blocks are compared at once.
+const Instant *endOfRun(const Instant *run, const Instant *last)
+{
+    constexpr std::ptrdiff_t block = 1024;
+    const auto *end = run;
+    while (last - end > block && std::memcmp(end, end + 1, block * sizeof(Instant)) == 0)
+        end += block;
+    return std::find_if(end, last, [day = *run](Instant other) { return other != day; });
+}
+
+}  // namespace
 
 MergedHistory::MergedHistory(const Calendar &calendar, Instant today)
     : m_starts(calendar)
@@ -25,9 +40,10 @@ void MergedHistory::addWeek(const DayCounts &week)
 // A log is mostly runs of equal days: the maps are searched once for each run.
 void MergedHistory::addCommits(const QList<Instant> &days)
 {
-    auto run = days.cbegin();
-    while (run != days.cend()) {
-        const auto end = std::find_if(run, days.cend(), [day = *run](Instant other) { return other != day; });
+    const auto *run = days.constData();
+    const auto *const last = run + days.size();
+    while (run != last) {
+        const auto *const end = endOfRun(run, last);
         const auto day = m_starts.startOfDay(*run);
         m_commitDays.insert(day);
         m_year[day] += std::distance(run, end);
