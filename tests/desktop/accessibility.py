@@ -7,6 +7,7 @@ its own: this file run as a script.
 """
 
 import json
+import os
 import pathlib
 import subprocess
 import sys
@@ -18,6 +19,7 @@ from waiting import wait_until
 BUS = "org.a11y.Bus"
 LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 PROGRAM = "velquarin"
+WHOSE = "VELQUARIN_TEST_READ_PROGRAM"
 
 
 def start(desktop):
@@ -61,19 +63,21 @@ class Node:
 
 
 class Reader:
-    """Looks at the program's windows, and acts on them like a screen reader."""
+    """Looks at a program's windows, and acts on them like a screen reader."""
 
-    def __init__(self, desktop):
-        self._environment = desktop.environment
+    def __init__(self, desktop, program=PROGRAM):
+        self._environment = {**desktop.environment, WHOSE: program}
 
     def _run(self, *arguments):
         command = [sys.executable, "-B", "-W", "ignore::DeprecationWarning", str(pathlib.Path(__file__).resolve()), *arguments]
         return subprocess.run(command, env=self._environment, stdout=subprocess.PIPE, check=True, timeout=30).stdout
 
+    def shown_windows(self):
+        return [window for window in map(Node, json.loads(self._run("look"))) if "showing" in window.states]
+
     def window(self, name):
         """The window of that name, or None."""
-        windows = [Node(data) for data in json.loads(self._run("look"))]
-        return next((window for window in windows if window.name == name and "showing" in window.states), None)
+        return next((window for window in self.shown_windows() if window.name == name), None)
 
     def wait_for_window(self, name):
         return wait_until(lambda: self.window(name), f"the window {name!r}")
@@ -103,7 +107,7 @@ def _program():
     desktop = Atspi.get_desktop(0)
     for index in range(desktop.get_child_count()):
         application = desktop.get_child_at_index(index)
-        if application and application.get_name().lower() == PROGRAM:
+        if application and application.get_name().lower() == os.environ[WHOSE]:
             return application
     return None
 

@@ -174,9 +174,10 @@ class Desktop:
         except GLib.Error:  # nobody yet, or nobody any more
             return False
 
-    def start_notifications(self):
+    def start_notifications(self, more=""):
+        """more: further lines of the server's settings."""
         settings = self.config / "dunstrc"
-        settings.write_text(DUNST_SETTINGS)
+        settings.write_text(DUNST_SETTINGS + more)
         self.start("dunst", "dunst", "-conf", str(settings))
         self.bus.wait_for(NOTIFICATIONS)
 
