@@ -9,8 +9,10 @@
 #include <QList>
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 #include <QVariantMap>
 
+#include <chrono>
 #include <functional>
 
 namespace velquarin::test {
@@ -34,14 +36,16 @@ class FakeNotificationServer : public QObject, protected QDBusContext
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+    Q_PROPERTY(bool Inhibited READ isInhibited)
 public:
-    enum class Mood { Answers, Fails, IsSilent, TalksNonsense };
+    enum class Mood { Answers, Fails, IsSilent, TalksNonsense, TakesItsTime };
     enum class Audience { Caller, Everybody };
 
     FakeNotificationServer()
         : m_connection(QDBusConnection::connectToBus(QDBusConnection::SessionBus, newName()))
     {
-        m_connection.registerObject(path(), this, QDBusConnection::ExportAllSlots);
+        m_connection.registerObject(path(), this,
+                                    QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties);
         m_connection.registerService(interface());
     }
 
@@ -52,8 +56,11 @@ public:
     QHash<QString, Mood> moods;  //!< by member
     QString errorName = QStringLiteral("org.freedesktop.DBus.Error.Failed");
     QString errorText = QStringLiteral("Out of order");
+    std::chrono::milliseconds time{2000};     //!< that it takes in that mood
+    bool holdsBack = false;                   //!< as while the user is not to be disturbed
     std::function<void(uint id)> afterReply;  //!< runs when the reply to Notify is on its way
 
+    [[nodiscard]] bool isInhibited() const { return holdsBack; }
     [[nodiscard]] const QStringList &asked() const { return m_asked; }
     [[nodiscard]] const QList<NotifyCall> &notified() const { return m_notified; }
     [[nodiscard]] const QList<uint> &closed() const { return m_closed; }
@@ -72,7 +79,8 @@ public:
 public Q_SLOTS:
     QStringList GetCapabilities()
     {
-        takes(QStringLiteral("GetCapabilities"));
+        if (takes(QStringLiteral("GetCapabilities")) && isSlowIn(QStringLiteral("GetCapabilities")))
+            answerLater(capabilities);
         return capabilities;
     }
 
@@ -93,6 +101,8 @@ public Q_SLOTS:
         if (!takes(QStringLiteral("Notify")))
             return 0;
         m_lastId = replacesId == 0 ? ++m_issued : replacesId;
+        if (isSlowIn(QStringLiteral("Notify")))
+            answerLater(m_lastId);
         if (afterReply) {
             setDelayedReply(true);
             m_connection.send(message().createReply(m_lastId));
@@ -122,7 +132,7 @@ private:
     {
         m_asked << member;
         const auto mood = moods.value(member, Mood::Answers);
-        if (mood == Mood::Answers)
+        if (mood == Mood::Answers || mood == Mood::TakesItsTime)
             return true;
         setDelayedReply(true);
         if (mood == Mood::Fails)
@@ -130,6 +140,15 @@ private:
         if (mood == Mood::TalksNonsense)
             m_connection.send(message().createReply(QVariantList{true, 1.5}));
         return false;
+    }
+
+    [[nodiscard]] bool isSlowIn(const QString &member) const { return moods.value(member) == Mood::TakesItsTime; }
+
+    void answerLater(const QVariant &answer)
+    {
+        setDelayedReply(true);
+        QTimer::singleShot(time, Qt::PreciseTimer, this,
+                           [this, reply = message().createReply(answer)] { m_connection.send(reply); });
     }
 
     void say(const QString &member, const QVariantList &arguments, Audience audience)

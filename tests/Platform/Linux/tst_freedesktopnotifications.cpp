@@ -11,8 +11,12 @@
 
 #include <QCoreApplication>
 #include <QDBusArgument>
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
+
+#include <algorithm>
 
 using namespace velquarin;
 using namespace std::chrono_literals;
@@ -167,12 +171,21 @@ private Q_SLOTS:
     void theActivationTokenIsPassedOn();
     void withoutATokenItIsEmpty();
     void signalsThatComeTwiceActOnce();
+    void aServerThatSaysEverythingTwiceAndGivesNoTokenOpensOnce();
+    void aServerThatGivesATokenAndHoldsOthersBackShowsTheReminder();
+    void aTokenThatComesTooLateOpensNothingASecondTime();
     void othersNotificationsAreNotOurs();
     void aStrangerCannotActForTheServer();
 
     void withdrawingClosesOnce();
     void withdrawingTheUnknownDoesNothing();
     void whatIsWithdrawnOnItsWayIsClosedOnArrival();
+    void aSlowServerHoldsNothingUp();
+    void whatASlowServerShowsAfterItWasWithdrawnIsClosed();
+    void aServerThatFailsToCloseHarmsNothing_data();
+    void aServerThatFailsToCloseHarmsNothing();
+    void withdrawingFromARestartedServerClosesNobodyElsesNotification();
+    void withdrawingInTheMomentOfARestartClosesNobodyElsesNotification();
 
     void aRestartedServerIsAskedAnewAndItsNumbersForgotten();
     void aServerThatEndsWithoutAnAnswerIsAnError();
@@ -532,6 +545,61 @@ void TestFreedesktopNotifications::signalsThatComeTwiceActOnce()
     QCOMPARE(server.closed(), QList<uint>{id});
 }
 
+// As GNOME does it: two of each signal, no token, and a click on the notification that is no button.
+void TestFreedesktopNotifications::aServerThatSaysEverythingTwiceAndGivesNoTokenOpensOnce()
+{
+    FakeNotificationServer server;
+    server.name = QStringLiteral("gnome-shell");
+    server.capabilities = {QStringLiteral("actions"),     QStringLiteral("body"),        QStringLiteral("body-markup"),
+                           QStringLiteral("icon-static"), QStringLiteral("persistence"), QStringLiteral("sound")};
+    Desktop desktop;
+    QCOMPARE(desktop.add(), QString());
+    const auto id = server.lastId();
+    QCOMPARE(server.notified().constFirst().actions.constFirst(), defaultKey);
+    QCOMPARE(server.notified().constFirst().body, QStringLiteral("You haven't &amp; &lt;won't&gt;"));
+    for (int time = 0; time < 2; ++time)
+        server.invoke(id, defaultKey, Audience::Everybody);
+    for (int time = 0; time < 2; ++time)
+        server.dismiss(id, Audience::Everybody);
+    desktop.meetServer();
+    QCOMPARE(desktop.tokens(), QStringList(QString()));
+    QCOMPARE(desktop.add(riskRequest("the next evening")), QString());
+    QCOMPARE(server.notified().constLast().replacesId, 0U);
+}
+
+// As Plasma does it: a token before the action, and a property that tells of "do not disturb", which urgency 2 passes.
+void TestFreedesktopNotifications::aServerThatGivesATokenAndHoldsOthersBackShowsTheReminder()
+{
+    FakeNotificationServer server;
+    server.name = QStringLiteral("Plasma");
+    server.capabilities = {QStringLiteral("actions"), QStringLiteral("body"), QStringLiteral("body-markup"),
+                           QStringLiteral("inhibitions")};
+    server.holdsBack = true;
+    Desktop desktop;
+    QCOMPARE(valueOf(desktop.center->authorizationStatus()), AuthorizationStatus::Authorized);
+    QCOMPARE(valueOf(desktop.center->requestAuthorization()), true);
+    QCOMPARE(desktop.add(), QString());
+    QCOMPARE(server.notified().constFirst().hints.value(QStringLiteral("urgency")), QVariant::fromValue(uchar(2)));
+    server.give(server.lastId(), QStringLiteral("kwin-7"));
+    server.invoke(server.lastId(), openKey);
+    QTRY_COMPARE(desktop.tokens(), QStringList(QStringLiteral("kwin-7")));
+    QTRY_COMPARE(server.closed(), QList<uint>{server.lastId()});
+}
+
+void TestFreedesktopNotifications::aTokenThatComesTooLateOpensNothingASecondTime()
+{
+    FakeNotificationServer server;
+    Desktop desktop;
+    QCOMPARE(desktop.add(), QString());
+    server.invoke(server.lastId(), openKey);
+    server.give(server.lastId(), QStringLiteral("token-7"));
+    desktop.meetServer();
+    QCOMPARE(desktop.tokens(), QStringList(QString()));
+    QCOMPARE(desktop.add(), QString());
+    server.invoke(server.lastId(), openKey);
+    QTRY_COMPARE(desktop.tokens(), QStringList({QString(), QString()}));
+}
+
 void TestFreedesktopNotifications::othersNotificationsAreNotOurs()
 {
     FakeNotificationServer server;
@@ -593,6 +661,97 @@ void TestFreedesktopNotifications::whatIsWithdrawnOnItsWayIsClosedOnArrival()
     desktop.center->withdraw(riskRequest().identifier);
     QCOMPARE(valueOf(added), true);
     QTRY_COMPARE(server.closed(), QList<uint>{server.lastId()});
+}
+
+// The loop turns all the while: a tick each 10 ms, with much room for a busy machine.
+void TestFreedesktopNotifications::aSlowServerHoldsNothingUp()
+{
+    FakeNotificationServer server;
+    server.moods = {{QStringLiteral("GetCapabilities"), Mood::TakesItsTime},
+                    {QStringLiteral("Notify"), Mood::TakesItsTime}};
+    Desktop desktop;
+    QElapsedTimer clock;
+    clock.start();
+    qint64 longestPause = 0;
+    QTimer ticks;
+    connect(&ticks, &QTimer::timeout, this, [&, last = qint64(0)]() mutable {
+        longestPause = std::max(longestPause, clock.elapsed() - last);
+        last = clock.elapsed();
+    });
+    ticks.start(10ms);
+    const auto added = desktop.center->add(riskRequest());
+    QTRY_VERIFY_WITH_TIMEOUT(added.isFinished(), 20000);
+    QVERIFY2(clock.elapsed() >= 4000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(longestPause < 1000, qPrintable(QString::number(longestPause)));
+    QCOMPARE(failureOf(added), QString());
+    server.invoke(server.lastId(), openKey);
+    QTRY_COMPARE(desktop.opened.size(), 1);
+}
+
+void TestFreedesktopNotifications::whatASlowServerShowsAfterItWasWithdrawnIsClosed()
+{
+    FakeNotificationServer server;
+    server.time = 200ms;
+    server.moods = {{QStringLiteral("Notify"), Mood::TakesItsTime}};
+    Desktop desktop;
+    const auto added = desktop.center->add(riskRequest());
+    QTRY_COMPARE(server.notified().size(), 1);
+    desktop.center->withdraw(riskRequest().identifier);
+    QVERIFY(!added.isFinished());
+    QCOMPARE(failureOf(added), QString());
+    QTRY_COMPARE(server.closed(), QList<uint>{server.lastId()});
+}
+
+void TestFreedesktopNotifications::aServerThatFailsToCloseHarmsNothing_data()
+{
+    QTest::addColumn<Mood>("mood");
+    QTest::newRow("it fails") << Mood::Fails;
+    QTest::newRow("it never answers") << Mood::IsSilent;
+    QTest::newRow("it answers with something else") << Mood::TalksNonsense;
+}
+
+void TestFreedesktopNotifications::aServerThatFailsToCloseHarmsNothing()
+{
+    QFETCH(Mood, mood);
+    FakeNotificationServer server;
+    server.moods.insert(QStringLiteral("CloseNotification"), mood);
+    Desktop desktop;
+    QCOMPARE(desktop.add(riskRequest("risk-1")), QString());
+    desktop.center->withdraw(QStringLiteral("risk-1"));
+    QTRY_COMPARE(server.closed(), QList<uint>{server.lastId()});
+    QCOMPARE(desktop.add(riskRequest("risk-2")), QString());
+    QCOMPARE(server.notified().constLast().replacesId, 0U);
+}
+
+void TestFreedesktopNotifications::withdrawingFromARestartedServerClosesNobodyElsesNotification()
+{
+    auto server = std::make_unique<FakeNotificationServer>();
+    Desktop desktop;
+    Desktop somebodyElse;
+    QCOMPARE(desktop.add(), QString());
+    const auto ours = server->lastId();
+    server.reset();
+    server = std::make_unique<FakeNotificationServer>();
+    QCOMPARE(somebodyElse.add(riskRequest("theirs")), QString());
+    QCOMPARE(server->lastId(), ours);
+    desktop.center->withdraw(riskRequest().identifier);
+    desktop.meetServer();
+    QCOMPARE(server->closed(), QList<uint>());
+    somebodyElse.center->withdraw(QStringLiteral("theirs"));
+    QTRY_COMPARE(server->closed(), QList<uint>{ours});
+}
+
+// Before the bus has told us that the first one went.
+void TestFreedesktopNotifications::withdrawingInTheMomentOfARestartClosesNobodyElsesNotification()
+{
+    auto server = std::make_unique<FakeNotificationServer>();
+    Desktop desktop;
+    QCOMPARE(desktop.add(), QString());
+    server.reset();
+    server = std::make_unique<FakeNotificationServer>();
+    desktop.center->withdraw(riskRequest().identifier);
+    desktop.meetServer();
+    QCOMPARE(server->closed(), QList<uint>());
 }
 
 void TestFreedesktopNotifications::aRestartedServerIsAskedAnewAndItsNumbersForgotten()

@@ -26,7 +26,7 @@ namespace velquarin {
 [[nodiscard]] QCoro::Task<NotificationServer> askNotificationServer(QDBusConnection connection,
                                                                     std::chrono::milliseconds timeout);
 
-//! Whether the server that is there answers; starts none. Never fails.
+//! Whether a server answers; the bus starts one where none is there. Never fails.
 [[nodiscard]] QCoro::Task<AuthorizationStatus> askNotificationStatus(QDBusConnection connection,
                                                                      std::chrono::milliseconds timeout);
 
