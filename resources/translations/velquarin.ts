@@ -162,15 +162,16 @@
         <translation type="unfinished"></translation>
     </message>
     <message>
-        <source>Check for new commits</source>
-        <translation type="unfinished"></translation>
-    </message>
-    <message>
         <source>About</source>
         <translation type="unfinished"></translation>
     </message>
     <message>
         <source>Version</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>General</source>
+        <extracomment>The tab of that name, to a screen reader that comes to its scroll bar.</extracomment>
         <translation type="unfinished"></translation>
     </message>
 </context>
@@ -214,6 +215,11 @@
     </message>
     <message>
         <source>No commits yet</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 %2, %3</source>
+        <extracomment>What a screen reader says when the dashboard opens: &quot;12 day streak, Committed!&quot;</extracomment>
         <translation type="unfinished"></translation>
     </message>
 </context>

@@ -14,9 +14,10 @@ namespace {
 // Lists and texts of the toolkit are scroll areas too, with much more to say.
 QAccessibleInterface *scrollAreaInterface(const QString &className, QObject *object)
 {
-    const bool isPlain = className == QLatin1String("QScrollArea") || className == QLatin1String("velquarin::RowList");
-    auto *const area = isPlain ? qobject_cast<QWidget *>(object) : nullptr;
-    return area ? new QAccessibleWidget(area, QAccessible::Client) : nullptr;
+    const bool isList = className == QLatin1String("velquarin::RowList");
+    const bool isOurs = isList || className == QLatin1String("QScrollArea");
+    auto *const area = isOurs ? qobject_cast<QWidget *>(object) : nullptr;
+    return area ? new QAccessibleWidget(area, isList ? QAccessible::Grouping : QAccessible::Client) : nullptr;
 }
 
 }  // namespace

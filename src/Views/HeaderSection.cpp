@@ -98,4 +98,10 @@ void HeaderSection::setFigures(const HeaderFigures &figures)
     }
 }
 
+QString HeaderSection::summary() const
+{
+    //: What a screen reader says when the dashboard opens: "12 day streak, Committed!"
+    return tr("%1 %2, %3").arg(m_streak->text(), m_caption->text(), m_today->value());
+}
+
 }  // namespace velquarin

@@ -23,6 +23,9 @@ public:
 
     void setFigures(const HeaderFigures &figures);
 
+    //! The streak and whether today has a commit, in one sentence.
+    [[nodiscard]] QString summary() const;
+
 private:
     QLayout *makeStreakColumn();
     QLayout *makeStatistics();

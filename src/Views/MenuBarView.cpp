@@ -218,6 +218,8 @@ void MenuBarView::renderHeader()
                           .totalCommitsThisWeek = m_manager.totalCommitsThisWeek(),
                           .repositories = m_manager.repositoryStats().size(),
                           .hasCommittedToday = m_manager.hasCommittedToday()});
+    // Nothing has the focus when it opens, so that the window is all that a screen reader tells.
+    window()->setAccessibleDescription(m_header->summary());
 }
 
 void MenuBarView::chooseSection()

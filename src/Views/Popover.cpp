@@ -129,6 +129,8 @@ void Popover::setUpContent(QWidget *content)
     m_scrollArea->setFocusPolicy(Qt::NoFocus);
     m_scrollArea->setWidgetResizable(true);
     m_scrollArea->setWidget(content);
+    m_scrollArea->verticalScrollBar()->setAccessibleName(windowTitle());
+    m_scrollArea->horizontalScrollBar()->setAccessibleName(windowTitle());
     m_scrollArea->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
     // What changes inside of the content is told to it, what it asks for itself to what it lies on.

@@ -16,6 +16,8 @@ SectionButton::SectionButton(Direction direction, const QString &title, const QS
     : PlainButton(parent)
 {
     setAccessibleName(action);
+    // Who goes from control to control comes past the heading.
+    setAccessibleDescription(title);
     auto *const row = makeRow(verticalPadding());
     row->setSpacing(style::points(4));
     if (direction == Direction::Forward) {

@@ -22,6 +22,11 @@ StatRow::StatRow(const QString &label, const QString &value, const style::Tone &
     row->addWidget(m_value);
 }
 
+QString StatRow::value() const
+{
+    return m_value->text();
+}
+
 void StatRow::setValue(const QString &value, const style::Tone &tone)
 {
     m_value->setText(value);

@@ -17,6 +17,7 @@ class StatRow : public QWidget
 public:
     StatRow(const QString &label, const QString &value, const style::Tone &tone, QWidget *parent = nullptr);
 
+    [[nodiscard]] QString value() const;
     void setValue(const QString &value, const style::Tone &tone);
 
 private:

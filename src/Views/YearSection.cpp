@@ -12,6 +12,7 @@
 
 #include <QHBoxLayout>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -71,6 +72,7 @@ YearSection::YearSection(QWidget *parent)
     setObjectName(QStringLiteral("year"));
     m_back->setObjectName(QStringLiteral("back"));
     connect(m_back, &QAbstractButton::clicked, this, &YearSection::weekRequested);
+    m_scrollArea->horizontalScrollBar()->setAccessibleName(m_heatmap->accessibleName());
     connect(m_heatmap, &YearHeatmapView::currentCellMoved, this,
             [this](const QRect &cell) { bringIntoSight(*m_scrollArea, cell.center(), cell.width()); });
 

@@ -135,6 +135,31 @@ private Q_SLOTS:
         QCOMPARE(buttonsIn(*world.view), words({"Show Year", "Refresh", "Settings"}));
     }
 
+    void aScreenReaderHearsTheStreakWhenTheWindowOpens()
+    {
+        World world;
+        world.track(1, 2);
+        world.engine.refresh();
+        auto &view = world.show();
+        QCOMPARE(view.accessibleDescription(), QStringLiteral("1 day streak, Committed!"));
+    }
+
+    void aScreenReaderHearsTheHeadingWithTheButtonInIt()
+    {
+        World world;
+        world.make();
+        QCOMPARE(world.named("showYear").accessibleDescription(), QStringLiteral("Last 7 Days"));
+        QCOMPARE(world.named("back").accessibleDescription(), QStringLiteral("Last 365 Days"));
+    }
+
+    void theScrollBarOfTheYearHasAName()
+    {
+        World world;
+        world.make();
+        const auto &area = world.named<QScrollArea>("yearScrollArea");
+        QCOMPARE(area.horizontalScrollBar()->accessibleName(), QStringLiteral("Last 365 Days"));
+    }
+
     void everyFigureIsShownFromTopToBottom()
     {
         World world;

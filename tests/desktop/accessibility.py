@@ -36,6 +36,7 @@ class Node:
 
     def __init__(self, data):
         self.role, self.name, self.value = data["role"], data["name"], data["value"]
+        self.description = data["description"]
         self.states, self.actions = set(data["states"]), data["actions"]
         self.place = data["place"]
         self.children = [Node(child) for child in data["children"]]
@@ -131,6 +132,7 @@ def _described(element):
     return {
         "role": element.get_role_name(),
         "name": element.get_name(),
+        "description": element.get_description(),
         "value": value.get_current_value() if value else None,
         "states": [state.value_nick for state in element.get_state_set().get_states()],
         "actions": [action.get_action_name(index) for index in range(action.get_n_actions())] if action else [],

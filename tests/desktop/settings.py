@@ -147,12 +147,12 @@ def _where_the_text_begins(node):
 
 
 def current_tab(window):
-    """The toolkit gives the list of tabs the name of the current one."""
-    return next(node.name for node in window.shown() if node.role == "page tab list")
+    """The title of the tab that is selected."""
+    return next(node.name for node in window.shown() if node.role == "page tab" and "selected" in node.states)
 
 
-# The toolkit calls the window, the current tab and the current entry of a pop-up focused, whatever has the keyboard.
-ALWAYS_FOCUSED = ("filler", "frame", "list item", "page tab")
+# The toolkit calls the window and the current entry of a pop-up focused, whatever has the keyboard.
+ALWAYS_FOCUSED = ("filler", "frame", "list item")
 
 
 def focused_control(window):

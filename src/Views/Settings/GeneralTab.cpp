@@ -13,6 +13,7 @@
 #include "Views/Text.h"
 
 #include <QLabel>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -60,6 +61,8 @@ GeneralTab::GeneralTab(AppSettings &settings, StreakManager &streakManager, Laun
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setWidgetResizable(true);
     setFocusPolicy(Qt::NoFocus);
+    //: The tab of that name, to a screen reader that comes to its scroll bar.
+    verticalScrollBar()->setAccessibleName(tr("General"));
     buildForm();
     m_rendering.now();
     connectControls();
@@ -116,7 +119,6 @@ QWidget *GeneralTab::makeRefresh(QWidget *form)
     label->setFont(style::font(style::TypeStyle::Body));
     m_period = new Picker(section);
     m_period->setObjectName(QStringLiteral("refreshPeriod"));
-    m_period->setAccessibleDescription(tr("Check for new commits"));
     for (const auto &period : refreshPeriods)
         m_period->addItem(tr(period.label), period.seconds);
     label->setBuddy(m_period);

@@ -67,6 +67,7 @@ void RepositoriesTab::addList()
         static_cast<RepositoryRow &>(row).setRepository(m_shown.at(index));
     };
     m_list = new RowList([this](QWidget *parent) { return makeRow(parent); }, fillRow, this);
+    m_list->setTitle(tr("Tracked Repositories"));
     auto *const column = static_cast<QBoxLayout *>(layout());
     column->addWidget(m_empty, 1);
     column->addWidget(m_list, 1);

@@ -44,6 +44,12 @@ RowList::RowList(std::function<ListRow *(QWidget *)> makeRow, std::function<void
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
+void RowList::setTitle(const QString &title)
+{
+    setAccessibleName(title);
+    verticalScrollBar()->setAccessibleName(title);
+}
+
 // Every row is as high as any other: the first one is asked.
 int RowList::rowHeight() const
 {

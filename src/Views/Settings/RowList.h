@@ -24,6 +24,9 @@ public:
     RowList(std::function<ListRow *(QWidget *parent)> makeRow, std::function<void(ListRow &row, int index)> fillRow,
             QWidget *parent = nullptr);
 
+    //! What the list is of: a screen reader says it to whoever comes into it.
+    void setTitle(const QString &title);
+
     //! Which records the list has, in order, each once; rows in sight are filled anew. Where the list stands scrolled
     //! stays; if the row with the focus is gone, the one in its place has it, at the same control.
     void setIds(const QList<QUuid> &ids);

@@ -3,6 +3,7 @@
 
 #include "Views/Settings/TabStrip.h"
 
+#include "Views/Settings/TabStripAccessible.h"
 #include "Views/Style.h"
 #include "Views/Symbols.h"
 
@@ -30,6 +31,7 @@ QFont lettering()
 TabStrip::TabStrip(QWidget *parent)
     : QTabBar(parent)
 {
+    QAccessible::installFactory(makeTabStripAccessible);
     setDrawBase(false);
     setExpanding(false);
     setUsesScrollButtons(false);

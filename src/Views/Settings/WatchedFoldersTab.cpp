@@ -93,6 +93,7 @@ void WatchedFoldersTab::addList()
         static_cast<WatchedFolderRow &>(row).setFolder(m_shown.at(index));
     };
     m_list = new RowList([this](QWidget *parent) { return makeRow(parent); }, fillRow, this);
+    m_list->setTitle(tr("Watched Folders"));
     auto *const column = static_cast<QBoxLayout *>(layout());
     column->addWidget(m_empty, 1);
     column->addWidget(m_list, 1);

@@ -47,6 +47,11 @@ QStringList tabStops(const SettingsWindow &window)
     return stops;
 }
 
+QAccessibleInterface *stripOf(const SettingsWindow &window)
+{
+    return QAccessible::queryAccessibleInterface(window.view->findChild<TabStrip *>());
+}
+
 }  // namespace
 
 class TestSettingsView : public QObject
@@ -67,6 +72,12 @@ private Q_SLOTS:
     void tabStopsFollowTheEye_data();
     void tabStopsFollowTheEye();
     void everyControlHasAName();
+    void aScreenReaderIsToldWhichTabIsSelected();
+    void aTabHasTheFocusOnlyWhileTheStripHasIt();
+    void aScreenReaderTurnsToATab();
+    void aScreenReaderFindsATabAsItIsShown();
+    void aPickerIsLabelledOnce();
+    void aListSaysWhatItIsOf();
     void enterPressesTheButtonThatHasTheFocus_data();
     void enterPressesTheButtonThatHasTheFocus();
     void anotherFontBuildsItAnewAndKeepsItsTab();
@@ -277,6 +288,79 @@ void TestSettingsView::everyControlHasAName()
         QVERIFY(names.size() > tabs.size());
         QVERIFY2(!names.contains(QString()), qPrintable(names.join(u',')));
     }
+}
+
+void TestSettingsView::aScreenReaderIsToldWhichTabIsSelected()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    auto *const strip = stripOf(window);
+    QCOMPARE(strip->role(), QAccessible::PageTabList);
+    QCOMPARE(strip->childCount(), 3);
+    QCOMPARE(strip->text(QAccessible::Name), QString());
+    for (int index = 0; index < 3; ++index) {
+        QCOMPARE(bool(strip->child(index)->state().selected), index == SettingsWindow::AutoDiscover);
+        QCOMPARE(strip->indexOfChild(strip->child(index)), index);
+    }
+    QCOMPARE(strip->child(3), nullptr);
+    QCOMPARE(strip->child(-1), nullptr);
+}
+
+void TestSettingsView::aTabHasTheFocusOnlyWhileTheStripHasIt()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    auto *const strip = stripOf(window);
+    QVERIFY(!strip->child(SettingsWindow::General)->state().focused);
+    QCOMPARE(strip->focusChild(), nullptr);
+    window.view->findChild<TabStrip *>()->setFocus();
+    QVERIFY(strip->child(SettingsWindow::General)->state().focused);
+    QVERIFY(!strip->child(SettingsWindow::Repositories)->state().focused);
+    QCOMPARE(strip->focusChild(), strip->child(SettingsWindow::General));
+}
+
+void TestSettingsView::aScreenReaderTurnsToATab()
+{
+    SettingsWindow window;
+    window.open();
+    auto *const tab = stripOf(window)->child(SettingsWindow::General);
+    QCOMPARE(tab->actionInterface()->actionNames(), QStringList(QAccessibleActionInterface::pressAction()));
+    tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    SettingsWindow::settle();
+    QVERIFY(window.says(QStringLiteral("1.0.0")));
+}
+
+void TestSettingsView::aScreenReaderFindsATabAsItIsShown()
+{
+    SettingsWindow window;
+    window.open();
+    auto *const strip = stripOf(window);
+    auto *const tab = strip->child(SettingsWindow::AutoDiscover);
+    QCOMPARE(tab->text(QAccessible::Name), QStringLiteral("Auto-Discover"));
+    QCOMPARE(tab->text(QAccessible::Accelerator), QStringLiteral("Alt+A"));
+    QCOMPARE(strip->childAt(tab->rect().center().x(), tab->rect().center().y()), tab);
+    QCOMPARE(tab->parent(), strip);
+}
+
+// On this platform a label is told by a relation: a description would say it a second time.
+void TestSettingsView::aPickerIsLabelledOnce()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    auto *const picker =
+        QAccessible::queryAccessibleInterface(window.view->findChild<Picker *>(QStringLiteral("refreshPeriod")));
+    const auto labels = picker->relations(QAccessible::Label);
+    QCOMPARE(labels.size(), 1);
+    QCOMPARE(labels.first().first->text(QAccessible::Name), QStringLiteral("Check for new commits"));
+    QCOMPARE(picker->text(QAccessible::Description), QString());
+}
+
+void TestSettingsView::aListSaysWhatItIsOf()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    QCOMPARE(namesOf(*window.view, {QAccessible::Grouping}), QStringList(QStringLiteral("Tracked Repositories")));
 }
 
 void TestSettingsView::anotherFontBuildsItAnewAndKeepsItsTab()
