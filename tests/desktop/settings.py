@@ -151,8 +151,9 @@ def current_tab(window):
     return next(node.name for node in window.shown() if node.role == "page tab" and "selected" in node.states)
 
 
-# The toolkit calls the window and the current entry of a pop-up focused, whatever has the keyboard.
-ALWAYS_FOCUSED = ("filler", "frame", "list item")
+# The toolkit calls the window and the current entry of a pop-up focused, whatever has the keyboard; of tabs the current
+# one says it for all of them.
+ALWAYS_FOCUSED = ("filler", "frame", "list item", "page tab list")
 
 
 def focused_control(window):

@@ -121,7 +121,7 @@ class OnHost(unittest.TestCase):
             self.assertEqual(look.place.width > look.place.height * WIDE, HOST.is_wide)
             self.assertGreaterEqual(look.number().height, LEAST_DIGIT_HEIGHT)
         self.assertGreater(one_digit.number().height, one_digit.number().width)
-        self.assertGreater(two_digits.number().width, two_digits.number().height)
+        self.assertGreater(two_digits.number().width, one_digit.number().width)
 
     def press_the_buttons(self, user):
         if HOST.is_on_bus:
