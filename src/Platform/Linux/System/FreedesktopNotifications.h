@@ -26,10 +26,10 @@ struct NotificationPatience
 
 //! The notifications of the desktop, over org.freedesktop.Notifications.
 //!
-//! Authorized: a server is there, or the bus can start one, and answers. Denied: one is there and does not answer
-//! as it should. NotDetermined: none is there and none can be started. There is never more than one notification of a category: a new one takes the place of the last. Listens to the bus
-//! only while a notification is open. Source: Desktop Notifications Specification 1.2;
-//! docs/decisions/0003-reminders.md
+//! Authorized: a server is there, or the bus can start one, and answers. Denied: one is there and does not answer as it
+//! should. NotDetermined: none is there and none can be started. There is never more than one notification of a category:
+//! a new one takes the place of the last. Listens to the bus only while a notification is open.
+//! Source: Desktop Notifications Specification 1.2; docs/decisions/0003-reminders.md
 class FreedesktopNotifications : public NotificationCenter
 {
     Q_OBJECT

@@ -9,7 +9,7 @@ namespace {
 
 QString take(const char *variable)
 {
-    const auto value = qEnvironmentVariable(variable);
+    auto value = qEnvironmentVariable(variable);
     qunsetenv(variable);
     return value;
 }
