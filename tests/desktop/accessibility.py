@@ -36,7 +36,7 @@ class Node:
 
     def __init__(self, data):
         self.role, self.name, self.value = data["role"], data["name"], data["value"]
-        self.description = data["description"]
+        self.description, self.label = data["description"], data["label"]
         self.states, self.actions = set(data["states"]), data["actions"]
         self.place = data["place"]
         self.children = [Node(child) for child in data["children"]]
@@ -125,6 +125,14 @@ def _is_put_away(element):
     return element.get_parent().get_role() == Atspi.Role.APPLICATION
 
 
+def _label(element):
+    """The name of what stands beside an element to label it; empty where nothing does."""
+    from gi.repository import Atspi
+    relations = [relation for relation in element.get_relation_set()
+                 if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY]
+    return next((relation.get_target(0).get_name() for relation in relations), "")
+
+
 def _described(element):
     from gi.repository import Atspi
     action, component, value = element.get_action_iface(), element.get_component_iface(), element.get_value_iface()
@@ -133,6 +141,7 @@ def _described(element):
         "role": element.get_role_name(),
         "name": element.get_name(),
         "description": element.get_description(),
+        "label": _label(element),
         "value": value.get_current_value() if value else None,
         "states": [state.value_nick for state in element.get_state_set().get_states()],
         "actions": [action.get_action_name(index) for index in range(action.get_n_actions())] if action else [],

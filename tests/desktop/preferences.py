@@ -40,6 +40,11 @@ def write_defaults(config_folder, repository_paths, folder_paths=()):
     }))
 
 
+def add(config_folder, key, value):
+    """One more setting, in a file that was written before."""
+    _path(config_folder).write_text(json.dumps({**read(config_folder), key: value}))
+
+
 def read(config_folder):
     return json.loads(_path(config_folder).read_text())
 
