@@ -35,7 +35,7 @@ inline constexpr QRgb haloOnOrange = qRgb(0x4a, 0x20, 0x00);
 [[nodiscard]] QList<QImage> wideIcons(const StatusItemAppearance &appearance);
 
 //! Whether the colours of a picture are what they look like where it is opaque, or darker by their alpha. The
-//! specification does not say; all hosts but one take them apart.
+//! StatusNotifierItem protocol does not say; all hosts but one take them apart.
 enum class AlphaUse { Apart, Multiplied };
 
 //! The pixels as 32 bit each, alpha first, most significant byte first, row by row.
