@@ -202,18 +202,19 @@ class OnSway(Host):
     needed = {"sway": "sway", "qt6-wayland": "/usr/share/doc/qt6-wayland"}
     desktop = NestedWaylandDesktop
 
-    # What one program shows another cannot list there; a picture tells.
+    # What one program shows another cannot list there; a picture tells. What is open may change by itself, as a time
+    # that counts does, so it has only closed when all looks as it did before.
     def opened(self, desktop, act):
-        before = desktop.screen.settled()
+        self._before = desktop.screen.settled()
         act()
-        return wait_until(lambda: desktop.screen.change(before, desktop.screen.settled(), top=panel.HEIGHT),
-                          "something opens")
+        return wait_until(lambda: self._what_is_open(desktop), "something opens")
 
     def closed(self, desktop, act):
-        before = desktop.screen.settled()
         act()
-        wait_until(lambda: desktop.screen.change(before, desktop.screen.settled(), top=panel.HEIGHT),
-                   "something closes")
+        wait_until(lambda: not self._what_is_open(desktop), "something closes")
+
+    def _what_is_open(self, desktop):
+        return desktop.screen.change(self._before, desktop.screen.settled(), top=panel.HEIGHT)
 
 
 class Swaybar(OnSway):

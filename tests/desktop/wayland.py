@@ -69,7 +69,7 @@ def as_ordinary_user():
         sys.exit(subprocess.run(command, env=environment, check=False).returncode)
     finally:
         if keep := os.environ.get("VELQUARIN_DESKTOP_FAILURES"):
-            shutil.copytree(remains, keep, dirs_exist_ok=True)
+            subprocess.run(["cp", "--recursive", "--no-target-directory", remains, keep], check=True)
         shutil.rmtree(folder, ignore_errors=True)
 
 
