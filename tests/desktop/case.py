@@ -60,16 +60,16 @@ def stop_without(needed):
         sys.exit(SKIPPED)
 
 
-def _give_up(_signal, _frame):
-    raise TimeoutError(f"the test took longer than {LIMIT_SECONDS} s")
-
-
-def main(arguments=None):
+def main(arguments=None, limit=LIMIT_SECONDS):
     """Runs the tests of the calling file; skips them by name where a Debian package is missing.
 
     arguments  the command line, where it is not the one that the file was called with
+    limit      the seconds that they may take together
     """
+    def give_up(_signal, _frame):
+        raise TimeoutError(f"the test took longer than {limit} s")
+
     stop_without(NEEDED)
-    signal.signal(signal.SIGALRM, _give_up)
-    signal.alarm(LIMIT_SECONDS)
+    signal.signal(signal.SIGALRM, give_up)
+    signal.alarm(limit)
     unittest.main(verbosity=2, argv=arguments)

@@ -48,7 +48,8 @@ class StatusItem:
 
     def symbol(self):
         """What a screen reader says for the symbol."""
-        return self.properties()["IconAccessibleDesc"]
+        name, path = self.wait()
+        return self._bus.property(name, path, ITEM, "IconAccessibleDesc")
 
     def wait_for_label(self, text):
         wait_until(lambda: self.label() == text, f"the item's label becomes {text!r}")

@@ -18,12 +18,14 @@ TABS = ("Repositories", "Auto-Discover", "General")
 class Session:
     """A desktop on which the program runs, and its user.
 
-    options  of each run of the program: its zone, its clock, what starts it
+    refreshed  whether a start waits for the end of the first refresh
+    options    of each run of the program: its zone, its clock, what starts it
     """
 
-    def __init__(self, desktop, **options):
+    def __init__(self, desktop, refreshed=True, **options):
         self.desktop = desktop
         self.screen = desktop.screen
+        self._refreshed = refreshed
         self._options = options
         accessibility.start(desktop)
         desktop.start_panel()
@@ -32,10 +34,11 @@ class Session:
         self.start()
 
     def start(self):
-        """Returns when the item is in the panel and the first refresh is over."""
+        """Returns when the item is in the panel."""
         place = PanelPlace(self.screen)
         self.program = Program(self.desktop, **self._options)
-        self.item.wait_until_refreshed()
+        if self._refreshed:
+            self.item.wait_until_refreshed()
         self._place = place.find()
 
     def end(self):
