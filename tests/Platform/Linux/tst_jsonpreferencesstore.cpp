@@ -134,9 +134,10 @@ private Q_SLOTS:
     void linksAreFollowedAndStay();
     void aDanglingLinkGetsItsTarget();
     void aDamagedFileBehindALinkIsMovedAsideWhereItLies();
-    void leftOverTemporariesAreRemoved_data();
-    void leftOverTemporariesAreRemoved();
-    void whatOnlyLooksLikeATemporaryStays();
+    void whatAKillLeftBehindIsRemoved_data();
+    void whatAKillLeftBehindIsRemoved();
+    void whatSomebodyElsePutBesideTheFileStays();
+    void aFolderInThePlaceOfTheTemporaryIsNotRemoved();
 };
 
 void TestJsonPreferencesStore::aMissingFileIsAnEmptyStore()
@@ -794,45 +795,49 @@ void TestJsonPreferencesStore::aDamagedFileBehindALinkIsMovedAsideWhereItLies()
     QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 42})"));
 }
 
-void TestJsonPreferencesStore::leftOverTemporariesAreRemoved_data()
+void TestJsonPreferencesStore::whatAKillLeftBehindIsRemoved_data()
 {
-    QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
-    QTest::newRow("an empty one") << u"preferences.json.AbCdEf"_s << QByteArray();
-    QTest::newRow("a fragment") << u"preferences.json.ZzYyXx"_s << QByteArray("{\"a\":");
-    QTest::newRow("a whole one") << u"preferences.json.rcmIia"_s << QByteArray("{}");
-    QTest::newRow("a fragment with small letters") << u"preferences.json.abcdef"_s << QByteArray("{\"a\":");
-    QTest::newRow("an empty one with small letters") << u"preferences.json.qwerty"_s << QByteArray();
+    QTest::newRow("nothing yet") << QByteArray();
+    QTest::newRow("a fragment") << QByteArray("{\"a\":");
+    QTest::newRow("all of it") << QByteArray("{}");
 }
 
-void TestJsonPreferencesStore::leftOverTemporariesAreRemoved()
+void TestJsonPreferencesStore::whatAKillLeftBehindIsRemoved()
 {
-    QFETCH(QString, name);
     QFETCH(QByteArray, content);
     const PreferencesPlace place;
     place.fill("{}");
-    writeFile(QString(place.folder + u'/' + name), content);
+    writeFile(QString(place.folder + u"/.preferences.json.velquarin"_s), content);
     const JsonPreferencesStore store(place.path);
     QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
 }
 
-void TestJsonPreferencesStore::whatOnlyLooksLikeATemporaryStays()
+// Whatever people call the copies that they make, and editors those that they forget.
+void TestJsonPreferencesStore::whatSomebodyElsePutBesideTheFileStays()
 {
     const PreferencesPlace place;
     place.fill("{}");
-    const QStringList names{u"preferences.json.AbCdE"_s,  u"preferences.json.AbCdEfg"_s, u"preferences.json.AbCdE1"_s,
-                            u"preferences.json.AbCd-f"_s, u"preferences_json.AbCdEf"_s,  u"other.json.AbCdEf"_s,
-                            u"preferences.jsonAbCdEfg"_s};
+    const QStringList names{u"preferences.json.backup"_s, u"preferences.json.Laptop"_s, u"preferences.json.AbCdEf"_s,
+                            u"preferences.json~"_s,       u".preferences.json.swp"_s,   u"preferences.json.velquarin"_s,
+                            u".other.json.velquarin"_s};
     for (const auto &name : names)
-        writeFile(QString(place.folder + u'/' + name), "x");
-    // Six small letters that somebody may have chosen, with settings in it.
-    writeFile(QString(place.folder + u"/preferences.json.backup"_s), "{\"a\": 1}");
-    QDir().mkpath(QString(place.folder + u"/preferences.json.FoLder"_s));
-    QVERIFY(QFile::link(u"preferences.json"_s, QString(place.folder + u"/preferences.json.ALinkX"_s)));
-    QCOMPARE(::mkfifo(QFile::encodeName(QString(place.folder + u"/preferences.json.AFifoX"_s)).constData(), 0600), 0);
+        writeFile(QString(place.folder + u'/' + name), "{\"a\": 1}");
     const auto before = namesIn(place.folder);
     setNumber(place.path);
     QCOMPARE(namesIn(place.folder), before);
+}
+
+void TestJsonPreferencesStore::aFolderInThePlaceOfTheTemporaryIsNotRemoved()
+{
+    const PreferencesPlace place;
+    place.fill("{}");
+    QDir().mkpath(QString(place.folder + u"/.preferences.json.velquarin"_s));
+    const CapturedStandardError error;
+    setNumber(place.path);
+    QCOMPARE(error.lines().size(), 1);
+    QVERIFY(error.lines().at(0).contains(u"cannot be written"_s));
+    QCOMPARE(place.content(), "{}");
 }
 
 QTEST_GUILESS_MAIN(TestJsonPreferencesStore)

@@ -548,10 +548,10 @@ void TestXdgAutostart::whoeverReadsTheOldEntryReadsItToItsEnd()
 void TestXdgAutostart::whatAKillLeftBehindIsRemoved()
 {
     const AutostartPlace place;
-    writeFile(place.entry + u".AbCdEf"_s, "[Desktop Ent");
-    writeFile(place.entry + u".backup"_s, entryFor(place.program));
+    writeFile(QString(place.folder + u"/."_s + place.name + u".velquarin"_s), "[Desktop Ent");
+    writeFile(place.entry + u".AbCdEf"_s, entryFor(place.program));
     QCOMPARE(place.item().registerItem(), done);
-    QCOMPARE(namesIn(place.folder), (QStringList{place.name, place.name + u".backup"_s}));
+    QCOMPARE(namesIn(place.folder), (QStringList{place.name, place.name + u".AbCdEf"_s}));
 }
 
 void TestXdgAutostart::theValidatorHasNothingToSay_data()

@@ -3,12 +3,11 @@
 
 #include "Platform/Linux/System/FileReplacement.h"
 
-#include <QDirIterator>
+#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 
-#include <algorithm>
-
+#include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -19,7 +18,6 @@ namespace {
 
 constexpr mode_t ownerOnlyFile = 0600;
 constexpr mode_t ownerOnlyFolder = 0700;
-constexpr qsizetype temporarySuffixLength = 7;
 
 bool makeFolder(const QString &path)
 {
@@ -38,84 +36,69 @@ bool fill(QFileDevice &file, const QByteArray &content)
            file.error() == QFileDevice::NoError && ::fsync(file.handle()) == 0;
 }
 
-QString reasonOf(const QFileDevice &file)
+// The errno of what failed, and there is no file; or 0.
+int writeNewFile(const QByteArray &name, const QByteArray &content)
 {
-    return file.error() == QFileDevice::NoError ? qt_error_string(errno) : file.errorString();
+    const int descriptor = ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnlyFile);
+    if (descriptor < 0)
+        return errno;
+    QFile file;
+    if (file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle) && fill(file, content))
+        return 0;
+    const int error = errno;
+    ::unlink(name.constData());
+    return error != 0 ? error : EIO;
 }
 
-bool isAsciiLetter(QChar character)
+// A file that may not be written is not replaced either, though its folder would allow it.
+bool mayReplace(const QByteArray &name)
 {
-    return (character >= u'a' && character <= u'z') || (character >= u'A' && character <= u'Z');
+    return ::access(name.constData(), W_OK) == 0 || errno == ENOENT;
 }
 
-bool isInSmallLetters(const QString &name)
+int putInPlace(const QByteArray &temporary, const QByteArray &name)
 {
-    const auto suffix = name.right(temporarySuffixLength);
-    return suffix == suffix.toLower();
-}
-
-bool holdsWholeFile(const QString &path, const std::function<bool(const QByteArray &)> &isWhole)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) && isWhole(file.readAll());
+    if (::rename(temporary.constData(), name.constData()) == 0)
+        return 0;
+    const int error = errno;
+    ::unlink(temporary.constData());
+    return error;
 }
 
 }  // namespace
 
 std::optional<QString> replaceFile(const QString &path, const QByteArray &content)
 {
-    if (!makeFolder(QFileInfo(path).path()))
+    const auto name = QFile::encodeName(path);
+    if (!makeFolder(QFileInfo(path).path()) || !mayReplace(name))
         return qt_error_string(errno);
-    QSaveFile file(path);
-    file.setDirectWriteFallback(false);
-    if (!file.open(QIODevice::WriteOnly))
-        return file.errorString();
-    if (!fill(file, content)) {
-        const auto reason = reasonOf(file);
-        file.cancelWriting();
-        return reason;
-    }
-    if (!file.commit())
-        return file.errorString();
+    removeLeftOver(path);
+    const auto temporary = QFile::encodeName(temporaryOf(path));
+    if (const int error = writeNewFile(temporary, content))
+        return qt_error_string(error);
+    if (const int error = putInPlace(temporary, name))
+        return qt_error_string(error);
     syncFolderOf(path);
     return std::nullopt;
 }
 
 int createFile(const QString &path, const QByteArray &content)
 {
-    const auto name = QFile::encodeName(path);
-    const int descriptor = ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, ownerOnlyFile);
-    if (descriptor < 0)
-        return errno;
-    QFile file;
-    const bool isOpen = file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle);
-    if (isOpen && fill(file, content)) {
+    const int error = writeNewFile(QFile::encodeName(path), content);
+    if (error == 0)
         syncFolderOf(path);
-        return 0;
-    }
-    const int error = errno;
-    ::unlink(name.constData());
-    return error != 0 ? error : EIO;
+    return error;
 }
 
-bool isTemporaryOf(const QString &fileName, const QString &name)
-{
-    const QString stem = fileName + u'.';
-    return name.size() == fileName.size() + temporarySuffixLength && name.startsWith(stem) &&
-           std::all_of(name.begin() + stem.size(), name.end(), isAsciiLetter);
-}
-
-void removeLeftOverTemporaries(const QString &path, const std::function<bool(const QByteArray &)> &isWhole)
+QString temporaryOf(const QString &path)
 {
     const QFileInfo file(path);
-    QDirIterator entries(file.path(), QDir::Files | QDir::Hidden | QDir::NoSymLinks);
-    while (entries.hasNext()) {
-        const auto entry = entries.next();
-        if (!isTemporaryOf(file.fileName(), entries.fileName()))
-            continue;
-        if (!isInSmallLetters(entry) || !holdsWholeFile(entry, isWhole))
-            QFile::remove(entry);
-    }
+    return file.path() + QStringLiteral("/.") + file.fileName() + QStringLiteral(".velquarin");
+}
+
+void removeLeftOver(const QString &path)
+{
+    ::unlink(QFile::encodeName(temporaryOf(path)).constData());
 }
 
 void syncFolderOf(const QString &path)

@@ -5,7 +5,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include <functional>
 #include <optional>
 
 namespace velquarin {
@@ -20,12 +19,11 @@ namespace velquarin {
 //! is done; then there is no new file.
 [[nodiscard]] int createFile(const QString &path, const QByteArray &content);
 
-//! Whether @p name is one that replaceFile() gives to its temporary for @p fileName: a dot and six letters more.
-[[nodiscard]] bool isTemporaryOf(const QString &fileName, const QString &name);
+//! Where replaceFile() writes what is to come in the place of @p path: a hidden name that only this program uses.
+[[nodiscard]] QString temporaryOf(const QString &path);
 
-//! Removes what a kill left beside @p path. Six small letters may be a word that somebody chose
-//! ("preferences.json.backup"): such a file stays when @p isWhole says of its content that it is no fragment.
-void removeLeftOverTemporaries(const QString &path, const std::function<bool(const QByteArray &)> &isWhole);
+//! Removes what a kill left there.
+void removeLeftOver(const QString &path);
 
 //! Makes changes to the names in the folder of @p path last beyond a power cut. Source: fsync(2)
 void syncFolderOf(const QString &path);

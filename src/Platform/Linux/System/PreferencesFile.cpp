@@ -20,11 +20,6 @@ namespace velquarin {
 
 namespace {
 
-bool isWholePreferences(const QByteArray &text)
-{
-    return decodePreferences(text).has_value();
-}
-
 // Does not wait for anybody, should a fifo have taken the file's place just now.
 bool openForReading(QFile &file, const QString &path)
 {
@@ -47,7 +42,7 @@ QJsonObject PreferencesFile::load()
         giveUp(QString::fromStdString(target.error.message()));
         return {};
     }
-    removeLeftOverTemporaries(target.path, &isWholePreferences);
+    removeLeftOver(target.path);
     return target.kind == FileKind::Regular ? read(target.path) : QJsonObject();
 }
 

@@ -34,11 +34,6 @@ bool isExecutableFile(const QString &path)
     return file.isFile() && file.isExecutable();
 }
 
-bool isWholeEntry(const QByteArray &content)
-{
-    return DesktopEntry::parse(content).has_value();
-}
-
 LinkTarget entryIn(const QString &folder)
 {
     return followLinks(joinPath(folder, entryName));
@@ -110,7 +105,6 @@ LoginItemOutcome XdgAutostart::write(const QByteArray &entry) const
     const auto target = followLinks(userEntry());
     if (target.kind == FileKind::Other || target.kind == FileKind::OutOfReach)
         return LoginItemOutcome::Failed;
-    removeLeftOverTemporaries(target.path, &isWholeEntry);
     return replaceFile(target.path, entry) ? LoginItemOutcome::Failed : LoginItemOutcome::Done;
 }
 
