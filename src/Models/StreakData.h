@@ -4,18 +4,18 @@
 
 #include "Platform/Instant.h"
 
+#include <QMap>
 #include <QString>
 #include <QUuid>
 
-#include <map>
 #include <optional>
 
 namespace velquarin {
 
 class DateTexts;
 
-//! Commits a day. Shape: keyed by the start of the day, ascending; days without a commit are absent.
-using DayCounts = std::map<Instant, qint64>;
+//! Commits a day. Shape: keyed by the start of the day, ascending; days without a commit are absent. Copies share.
+using DayCounts = QMap<Instant, qint64>;
 
 //! One day of the seven-day strip.
 struct CommitDay

@@ -8,7 +8,7 @@ namespace velquarin {
 namespace {
 
 // More different days than any honest history has; whoever invents more shall not fill the memory with them.
-constexpr std::size_t most = 10'000;
+constexpr std::size_t most = 36'525;
 
 template <typename Starts, typename LookUp>
 auto remembered(Starts &starts, qint64 key, LookUp lookUp)
@@ -29,12 +29,18 @@ DayStarts::DayStarts(const Calendar &calendar)
 
 std::optional<Instant> DayStarts::startOf(QDate date)
 {
-    return remembered(m_byDate, date.toJulianDay(), [&] { return m_calendar.startOf(date); });
+    return remembered(m_byDate, date.toJulianDay(), [&] {
+        ++m_lookUps;
+        return m_calendar.startOf(date);
+    });
 }
 
 Instant DayStarts::startOfDay(Instant moment)
 {
-    return remembered(m_byMoment, moment.time_since_epoch().count(), [&] { return m_calendar.startOfDay(moment); });
+    return remembered(m_byMoment, moment.time_since_epoch().count(), [&] {
+        ++m_lookUps;
+        return m_calendar.startOfDay(moment);
+    });
 }
 
 }  // namespace velquarin

@@ -22,10 +22,14 @@ public:
     [[nodiscard]] std::optional<Instant> startOf(QDate date);
     [[nodiscard]] Instant startOfDay(Instant moment);
 
+    //! How many answers were not remembered.
+    [[nodiscard]] qint64 lookUps() const { return m_lookUps; }
+
 private:
     Calendar m_calendar;
     std::unordered_map<qint64, std::optional<Instant>> m_byDate;  // by Julian day
     std::unordered_map<qint64, Instant> m_byMoment;               // by milliseconds
+    qint64 m_lookUps = 0;
 };
 
 }  // namespace velquarin

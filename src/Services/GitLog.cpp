@@ -14,6 +14,9 @@ namespace {
 
 constexpr qsizetype shortestDate = 10;  // 2024-03-07
 
+// The days of a century. Some look-ups take 15 us each, and a stranger's history may name millions of days.
+constexpr qint64 mostDays = 36'525;
+
 // The decimal number that fills the text, digits only; nothing for a sign, a blank or an overflow.
 std::optional<int> number(QByteArrayView digits)
 {
@@ -92,7 +95,8 @@ QList<Instant> daysFromLog(QByteArrayView log, DayStarts &starts)
 {
     QList<Instant> days;
     days.reserve(log.size() / (shortestDate + 1) + 1);
-    while (!log.isEmpty()) {
+    const auto lookUpsBefore = starts.lookUps();
+    while (!log.isEmpty() && starts.lookUps() - lookUpsBefore < mostDays) {
         const auto line = firstLine(log);
         const auto count = timesInARow(line, log);
         const auto text = line.endsWith('\n') ? line.chopped(1) : line;

@@ -16,6 +16,7 @@
 #include <atomic>
 #include <chrono>
 #include <optional>
+#include <utility>
 
 namespace velquarin {
 
@@ -53,6 +54,24 @@ public:
 
     //! The working trees in a folder and at most @p maxDepth - 1 levels below it; never an error.
     [[nodiscard]] QFuture<QStringList> scanForRepositories(const QString &in, qint64 maxDepth);
+
+    //! Does @p work on git's thread, after everything that was asked before. To count what git told can take longer than
+    //! a window may stand still: the days of a stranger's history are as many and as odd as the stranger likes.
+    template <typename Work>
+    [[nodiscard]] auto count(Work work)
+    {
+        return m_worker.run(std::move(work));
+    }
+
+    //! The same, where nobody waits for the end.
+    template <typename Work>
+    void countMeanwhile(Work work)
+    {
+        static_cast<void>(m_worker.run([work = std::move(work)] {
+            work();
+            return true;
+        }));
+    }
 
     //! Kills a running git and ends the thread. Returns whether it ended within @p patience; a file system that hangs
     //! can hold it longer.

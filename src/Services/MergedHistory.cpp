@@ -13,7 +13,7 @@ namespace velquarin {
 
 namespace {
 
-// This is the main thread, and somebody may have made millions of commits in one day: whole blocks are compared at once.
+// Somebody may have made millions of commits in one day: whole blocks are compared at once.
 const Instant *endOfRun(const Instant *run, const Instant *last)
 {
     constexpr std::ptrdiff_t block = 1024;
@@ -21,6 +21,18 @@ const Instant *endOfRun(const Instant *run, const Instant *last)
     while (last - end > block && std::memcmp(end, end + 1, block * sizeof(Instant)) == 0)
         end += block;
     return std::find_if(end, last, [day = *run](Instant other) { return other != day; });
+}
+
+qint64 totalOf(const DayCounts &history)
+{
+    return std::accumulate(history.begin(), history.end(), qint64(0));
+}
+
+QList<RepositoryStats> sortedByLastCommit(QList<RepositoryStats> stats)
+{
+    // An empty optional is less than any date, so repositories without a commit come last.
+    std::ranges::stable_sort(stats, std::greater(), &RepositoryStats::lastCommitDate);
+    return stats;
 }
 
 }  // namespace
@@ -33,7 +45,7 @@ MergedHistory::MergedHistory(const Calendar &calendar, Instant today)
 
 void MergedHistory::addWeek(const DayCounts &week)
 {
-    for (const auto &[day, count] : week)
+    for (const auto &[day, count] : week.asKeyValueRange())
         m_week[day] += count;
 }
 
@@ -51,10 +63,26 @@ void MergedHistory::addCommits(const QList<Instant> &days)
     }
 }
 
+void MergedHistory::addRepository(RepositoryStats stats, const DayCounts &week)
+{
+    stats.todayCommits = todayCount(week);
+    stats.weekCommits = totalOf(week);
+    m_repositories.append(std::move(stats));
+}
+
+RefreshFigures MergedHistory::figures() const
+{
+    return {.streaks = calculateStreakFromDates(m_commitDays, m_starts.calendar(), m_today),
+            .hasCommittedToday = todayCount(m_week) > 0,
+            .commitsThisWeek = totalOf(m_week),
+            .year = m_year,
+            .repositories = sortedByLastCommit(m_repositories),
+            .lastSevenDays = lastSevenDays()};
+}
+
 qint64 MergedHistory::todayCount(const DayCounts &history) const
 {
-    const auto found = history.find(m_today);
-    return found == history.end() ? 0 : found->second;
+    return history.value(m_today, 0);
 }
 
 QList<CommitDay> MergedHistory::lastSevenDays() const
@@ -66,24 +94,10 @@ QList<CommitDay> MergedHistory::lastSevenDays() const
             continue;
         CommitDay day;
         day.date = *date;
-        if (const auto found = m_week.find(*date); found != m_week.end())
-            day.commitCount = found->second;
+        day.commitCount = m_week.value(*date, 0);
         days.append(day);
     }
     return days;
-}
-
-qint64 totalOf(const DayCounts &history)
-{
-    return std::accumulate(history.begin(), history.end(), qint64(0),
-                           [](qint64 sum, const auto &entry) { return sum + entry.second; });
-}
-
-QList<RepositoryStats> sortedByLastCommit(QList<RepositoryStats> stats)
-{
-    // An empty optional is less than any date, so repositories without a commit come last.
-    std::ranges::stable_sort(stats, std::greater(), &RepositoryStats::lastCommitDate);
-    return stats;
 }
 
 }  // namespace velquarin

@@ -6,12 +6,24 @@
 #include "Platform/Calendar.h"
 #include "Platform/Instant.h"
 #include "Services/DayStarts.h"
+#include "Services/StreakCalculation.h"
 
 #include <QList>
 
 #include <set>
 
 namespace velquarin {
+
+//! What a refresh finds out.
+struct RefreshFigures
+{
+    Streaks streaks;
+    bool hasCommittedToday = false;
+    qint64 commitsThisWeek = 0;
+    DayCounts year;
+    QList<RepositoryStats> repositories;  //!< newest last commit first, those without one last; equals keep their order
+    QList<CommitDay> lastSevenDays;       //!< today last; a day that the zone does not have is left out
+};
 
 //! What a refresh has read so far, of all repositories together. A repository that fails half-way leaves behind what it had
 //! already added: a commit that was seen is a commit that was made.
@@ -27,28 +39,25 @@ public:
     //! repositories share it; its commits add up.
     void addCommits(const QList<Instant> &days);
 
-    //! Commits of @p history today, in one repository or in all.
-    [[nodiscard]] qint64 todayCount(const DayCounts &history) const;
+    //! Adds the record of a repository that was read to its end; its counts are those of @p week.
+    void addRepository(RepositoryStats stats, const DayCounts &week);
 
-    [[nodiscard]] const std::set<Instant> &commitDays() const { return m_commitDays; }
-    [[nodiscard]] const DayCounts &week() const { return m_week; }
+    //! The week's figures and the streaks come from two separate readings of git, and are not reconciled: near midnight and
+    //! across time zones each shows what its own question was answered.
+    [[nodiscard]] RefreshFigures figures() const;
+
     [[nodiscard]] const DayCounts &year() const { return m_year; }
 
-    //! The last seven days, today last. A day that the zone does not have is left out.
+private:
+    [[nodiscard]] qint64 todayCount(const DayCounts &history) const;
     [[nodiscard]] QList<CommitDay> lastSevenDays() const;
 
-private:
     DayStarts m_starts;
     Instant m_today;
     std::set<Instant> m_commitDays;
     DayCounts m_week;
     DayCounts m_year;
+    QList<RepositoryStats> m_repositories;
 };
-
-//! The commits of all days together.
-[[nodiscard]] qint64 totalOf(const DayCounts &history);
-
-//! Newest last commit first, repositories without one last; what is equal keeps its order.
-[[nodiscard]] QList<RepositoryStats> sortedByLastCommit(QList<RepositoryStats> stats);
 
 }  // namespace velquarin

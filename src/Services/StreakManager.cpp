@@ -11,7 +11,6 @@
 #include "Services/GitService.h"
 #include "Services/MergedHistory.h"
 #include "Services/NotificationService.h"
-#include "Services/StreakCalculation.h"
 
 #include <QCoroFuture>
 #include <QPointer>
@@ -29,13 +28,11 @@ constexpr std::chrono::seconds autoDiscoveryScanInterval(300);
 
 }  // namespace
 
+//! The history belongs to git's thread until all is read.
 struct StreakManager::Reading
 {
-    Calendar calendar;
-    Instant today;
     Instant start;
-    MergedHistory history{calendar, today};
-    QList<RepositoryStats> stats;
+    MergedHistory history;
 };
 
 StreakManager::StreakManager(GitService &gitService, AppSettings &settings, NotificationService &notificationService,
@@ -128,19 +125,24 @@ QCoro::Task<> StreakManager::readRepositories(QList<TrackedRepository> repositor
         co_return;
 
     const QPointer self(this);
-    Reading reading{calendar, today, *start, {calendar, today}, {}};
+    const auto reading = std::make_shared<Reading>(Reading{*start, {calendar, today}});
     for (const auto &repository : std::as_const(repositories)) {
-        co_await readRepository(repository, &reading);
+        co_await readRepository(repository, reading);
         if (!self)
             co_return;
     }
-    publish(reading);
+    // Named, since the compiler would destroy the capture twice where it is part of what is waited for.
+    const auto counted = m_gitService.count([reading] { return reading->history.figures(); });
+    const auto figures = co_await counted;
+    if (!self)
+        co_return;
+    publish(figures);
     co_await m_notificationService.checkAndNotifyStreakRisk(m_currentStreak, m_hasCommittedToday,
                                                             m_settings.notifyOnStreakRisk());
 }
 
 // A folder in which git cannot even be started is passed over in silence: a drive that is not there is no error.
-QCoro::Task<> StreakManager::readRepository(TrackedRepository repository, Reading *reading)
+QCoro::Task<> StreakManager::readRepository(TrackedRepository repository, std::shared_ptr<Reading> reading)
 {
     const QPointer self(this);
     try {
@@ -154,39 +156,34 @@ QCoro::Task<> StreakManager::readRepository(TrackedRepository repository, Readin
     }
 }
 
-QCoro::Task<> StreakManager::queryRepository(TrackedRepository repository, Reading *reading)
+QCoro::Task<> StreakManager::queryRepository(TrackedRepository repository, std::shared_ptr<Reading> reading)
 {
     const QPointer self(this);
     const auto week = co_await m_gitService.getCommitHistory(repository.path, daysOfWeek);
     if (!self)
         co_return;
-    reading->history.addWeek(week);
+    m_gitService.countMeanwhile([reading, week] { reading->history.addWeek(week); });
     const auto commits = co_await m_gitService.getCommits(repository.path, reading->start, m_clock.now());
     if (!self)
         co_return;
-    reading->history.addCommits(commits);
+    m_gitService.countMeanwhile([reading, commits] { reading->history.addCommits(commits); });
     RepositoryStats stats;
     stats.lastCommitDate = co_await m_gitService.getLastCommitDate(repository.path);
     stats.path = repository.path;
     stats.name = repository.name;
-    stats.todayCommits = reading->history.todayCount(week);
-    stats.weekCommits = totalOf(week);
-    reading->stats.append(stats);
+    if (self)
+        m_gitService.countMeanwhile([reading, stats, week] { reading->history.addRepository(stats, week); });
 }
 
-// The week's figures and the streaks come from two separate readings of git, and are not reconciled: near midnight and
-// across time zones each shows what its own question was answered.
-void StreakManager::publish(const Reading &reading)
+void StreakManager::publish(const RefreshFigures &figures)
 {
-    const auto &history = reading.history;
-    const auto streaks = calculateStreakFromDates(history.commitDays(), reading.calendar, reading.today);
-    assign(m_currentStreak, streaks.current, &StreakManager::currentStreakWillChange);
-    assign(m_longestStreak, streaks.longest, &StreakManager::longestStreakWillChange);
-    assign(m_hasCommittedToday, history.todayCount(history.week()) > 0, &StreakManager::hasCommittedTodayWillChange);
-    assign(m_totalCommitsThisWeek, totalOf(history.week()), &StreakManager::totalCommitsThisWeekWillChange);
-    assign(m_yearHistory, history.year(), &StreakManager::yearHistoryWillChange);
-    assign(m_repositoryStats, sortedByLastCommit(reading.stats), &StreakManager::repositoryStatsWillChange);
-    assign(m_commitHistory, history.lastSevenDays(), &StreakManager::commitHistoryWillChange);
+    assign(m_currentStreak, figures.streaks.current, &StreakManager::currentStreakWillChange);
+    assign(m_longestStreak, figures.streaks.longest, &StreakManager::longestStreakWillChange);
+    assign(m_hasCommittedToday, figures.hasCommittedToday, &StreakManager::hasCommittedTodayWillChange);
+    assign(m_totalCommitsThisWeek, figures.commitsThisWeek, &StreakManager::totalCommitsThisWeekWillChange);
+    assign(m_yearHistory, figures.year, &StreakManager::yearHistoryWillChange);
+    assign(m_repositoryStats, figures.repositories, &StreakManager::repositoryStatsWillChange);
+    assign(m_commitHistory, figures.lastSevenDays, &StreakManager::commitHistoryWillChange);
 }
 
 bool StreakManager::shouldRunAutoDiscovery() const

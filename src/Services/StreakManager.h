@@ -23,9 +23,9 @@ namespace velquarin {
 class AppSettings;
 class Clock;
 class GitService;
-class MergedHistory;
 class NotificationService;
 class Output;
+struct RefreshFigures;
 class Timer;
 class Timers;
 
@@ -81,8 +81,8 @@ public:
     [[nodiscard]] bool showYearView() const { return m_showYearView; }
     void setShowYearView(bool showYearView);
 
-    //! Reads everything anew. A call while a refresh runs does nothing. Never fails: a repository that cannot be read is a
-    //! line of output, and the others are shown.
+    //! Reads everything anew. A call while a refresh runs does nothing. Never fails while the git service runs: a
+    //! repository that cannot be read is a line of output, and the others are shown.
     QCoro::Task<> refresh();
 
     //! Scans the enabled watched folders, tracks what is new and drops discovered repositories that are gone.
@@ -111,15 +111,15 @@ private:
     struct Reading;
 
     QCoro::Task<> readRepositories(QList<TrackedRepository> repositories);
-    QCoro::Task<> readRepository(TrackedRepository repository, Reading *reading);
-    QCoro::Task<> queryRepository(TrackedRepository repository, Reading *reading);
+    QCoro::Task<> readRepository(TrackedRepository repository, std::shared_ptr<Reading> reading);
+    QCoro::Task<> queryRepository(TrackedRepository repository, std::shared_ptr<Reading> reading);
     QCoro::Task<> scanFolders(QList<WatchedFolder> folders, QSet<QString> *found, QStringList *added);
     [[nodiscard]] QList<TrackedRepository> enabledRepositories() const;
     [[nodiscard]] bool shouldRunAutoDiscovery() const;
     QCoro::Task<> trackDiscovered(QStringList paths, QSet<QString> *found, QStringList *added);
     [[nodiscard]] bool isTracked(const QString &path) const;
     [[nodiscard]] QSet<QString> pathsAddedByHand() const;
-    void publish(const Reading &reading);
+    void publish(const RefreshFigures &figures);
     void publishNothing();
     void endRefresh();
 

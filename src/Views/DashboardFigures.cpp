@@ -10,7 +10,7 @@ namespace velquarin {
 YearTotals yearTotals(const DayCounts &yearHistory)
 {
     YearTotals totals;
-    for (const auto &[day, count] : yearHistory) {
+    for (const auto count : yearHistory) {
         totals.commits += count;
         totals.activeDays += count >= 1 ? 1 : 0;
     }

@@ -25,8 +25,7 @@ int daysSinceSunday(QDate date)
 
 qint64 countOn(Instant day, const DayCounts &yearHistory)
 {
-    const auto entry = yearHistory.find(day);
-    return entry == yearHistory.end() ? 0 : entry->second;
+    return yearHistory.value(day, 0);
 }
 
 // Of a date that was left out, the next one tells when it would have started.

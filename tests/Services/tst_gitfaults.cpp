@@ -55,7 +55,7 @@ private:
     QString m_standIn;
 };
 
-//! The engine at noon of 2026-11-20 over one repository and a stand-in for git.
+//! The engine on 2026-11-20 over one repository and a stand-in for git, in a zone whose far days take long to look up.
 struct World
 {
     explicit World(const QString &name = QStringLiteral("git"))
@@ -91,7 +91,7 @@ struct World
 
     QTemporaryDir folder;
     PosixFileTree files;
-    FakeClock clock{instant("2026-11-20T12:00:00Z")};
+    FakeClock clock{instant("2026-11-20T12:00:00Z"), "Europe/Berlin"};
     FakeTimers timers;
     MemoryPreferences preferences;
     RecordingOutput output;
@@ -136,6 +136,8 @@ void TestGitFaults::aBrokenGitEndsTheRefreshAndHoldsNobodyUp_data()
     row("prints a gigabyte in one line", "[ $1 = log ] && exec head -c 1G /dev/zero; exit 0", 0);
     row("prints a gigabyte of dates", "[ $1 = log ] && yes 2026-11-20 | head -c 1G; exit 0", 1);
     row("prints dates for ever", "[ $1 = log ] && exec yes 2026-11-20; exit 0", 1);
+    row("prints another date in each of millions of lines",
+        "[ $1 = log ] && exec seq -f %.0f-06-01 100000 9999999; exit 0", 0);
     row("leaves somebody behind who keeps the pipe", "[ $1 = log ] && echo 2026-11-20; sleep 30 & exit 0", 1);
     row("closes its output and goes on for a moment", "[ $1 = log ] && echo 2026-11-20; exec >&-; sleep 0.1", 1);
 }

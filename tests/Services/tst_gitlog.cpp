@@ -42,6 +42,7 @@ private Q_SLOTS:
     void everyDayIsAtItsStart();
     void aDayThatTheZoneLeftOutIsNoDay();
     void manyLinesKeepTheirNumberAndOrder();
+    void daysBeyondACenturyOfThemAreNotRead();
     void isoTextsBecomeMoments_data();
     void isoTextsBecomeMoments();
     void theGreenwichDateIsTheDateThere();
@@ -114,6 +115,20 @@ void TestGitLog::manyLinesKeepTheirNumberAndOrder()
         expected << *utc.startOf(day);
     }
     QCOMPARE(daysIn(log, utc), expected);
+}
+
+void TestGitLog::daysBeyondACenturyOfThemAreNotRead()
+{
+    constexpr int century = 36'525;
+    QByteArray log;
+    for (int day = 0; day < century + 100; ++day)
+        log += QDate(2026, 11, 20).addDays(-day).toString(Qt::ISODate).toLatin1() + '\n';
+    const auto calendar = calendarIn("UTC");
+    const auto newest = daysIn(log, calendar);
+    QCOMPARE(newest.size(), century);
+    QCOMPARE(calendar.dateOf(newest.last()), QDate(2026, 11, 20).addDays(1 - century));
+    constexpr int line = 11;
+    QCOMPARE(daysIn(log.first((century - 1) * line).repeated(2), calendar).size(), 2 * (century - 1));
 }
 
 void TestGitLog::isoTextsBecomeMoments_data()

@@ -44,7 +44,7 @@ DayCounts weekOf(World &world, const QString &path)
 qint64 totalCommits(const DayCounts &history)
 {
     qint64 total = 0;
-    for (const auto &[day, count] : history)
+    for (const auto count : history)
         total += count;
     return total;
 }
@@ -194,9 +194,9 @@ void TestGitService::authorDatesOfAnyAgeAreKept()
     repository.commit(QStringLiteral("2024-03-07T09:00:00Z"), QStringLiteral("@327416472000 +0000"));
     World world;
     const auto history = weekOf(world, repository.path());
-    QCOMPARE(history.size(), std::size_t(4));
-    QCOMPARE(history.begin()->first, instant("1970-01-01T00:00:00Z"));
-    QCOMPARE(world.clock.calendar().dateOf(history.rbegin()->first).year(), 12345);
+    QCOMPARE(history.size(), 4);
+    QCOMPARE(history.firstKey(), instant("1970-01-01T00:00:00Z"));
+    QCOMPARE(world.clock.calendar().dateOf(history.lastKey()).year(), 12345);
 }
 
 void TestGitService::thousandsOfCommitsAreReadWhole()

@@ -159,7 +159,7 @@ QMap<QString, qint64> counted(const QStringList &days)
 QMap<QString, qint64> counted(const DayCounts &history, const Calendar &calendar)
 {
     QMap<QString, qint64> counts;
-    for (const auto &[day, count] : history)
+    for (const auto &[day, count] : history.asKeyValueRange())
         counts.insert(calendar.dateOf(day).toString(Qt::ISODate), count);
     return counts;
 }

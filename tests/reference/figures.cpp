@@ -67,7 +67,7 @@ QJsonArray week(const QList<CommitDay> &days)
 QJsonArray year(const DayCounts &history)
 {
     QJsonArray array;
-    for (const auto &[day, count] : history)
+    for (const auto &[day, count] : history.asKeyValueRange())
         array.append(QJsonArray{milliseconds(day), count});
     return array;
 }

@@ -96,7 +96,7 @@ inline std::optional<Figures> figuresOf(SystemService &service, const QString &p
     const auto commits = answerOf(service.git.getCommits(path, instant("2022-03-08T00:00:00Z"), service.clock.now()));
     if (!week || !commits)
         return std::nullopt;
-    for (const auto &[day, count] : *week)
+    for (const auto &[day, count] : week->asKeyValueRange())
         figures.week += count;
     figures.twoYears = commits->size();
     return figures;
