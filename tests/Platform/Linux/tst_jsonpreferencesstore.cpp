@@ -119,6 +119,8 @@ private Q_SLOTS:
     void oneCopyIsPutAsideHoweverOftenOneIsAskedFor();
     void whereThereWasNoFileThereIsNoCopy();
     void askingForACopyWritesNothingByItself();
+    void whatSomebodyElseWroteMeanwhileIsPutAsideOnce();
+    void aFileThatSomebodyElseOnlyTouchedNeedsNoCopy();
 
     void aDamagedFileIsMovedAside_data();
     void aDamagedFileIsMovedAside();
@@ -506,6 +508,42 @@ void TestJsonPreferencesStore::askingForACopyWritesNothingByItself()
     }
     QCOMPARE(place.content(), "{ }");
     QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
+}
+
+void TestJsonPreferencesStore::whatSomebodyElseWroteMeanwhileIsPutAsideOnce()
+{
+    const PreferencesPlace place;
+    place.fill("{}");
+    const CapturedStandardError error;
+    JsonPreferencesStore store(place.path);
+    store.set(numberKey, 1.0);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    place.fill(R"({"number": 2, "mine": "by hand"})");
+    store.set(numberKey, 3.0);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    place.fill(R"({"number": 4})");
+    store.set(numberKey, 5.0);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    const auto copies = QDir(place.folder).entryList({u"preferences.json.replaced-*"_s});
+    QCOMPARE(copies.size(), 1);
+    QCOMPARE(readFile(place.folder + u'/' + copies.first()), R"({"number": 2, "mine": "by hand"})");
+    QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 5})"));
+    QCOMPARE(error.lines().size(), 1);
+    QVERIFY(error.lines().at(0).contains(copies.first()));
+}
+
+void TestJsonPreferencesStore::aFileThatSomebodyElseOnlyTouchedNeedsNoCopy()
+{
+    const PreferencesPlace place;
+    const CapturedStandardError error;
+    JsonPreferencesStore store(place.path);
+    store.set(numberKey, 1.0);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    place.fill(place.content());
+    store.set(numberKey, 2.0);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
+    QVERIFY(error.lines().isEmpty());
 }
 
 void TestJsonPreferencesStore::aDamagedFileIsMovedAside_data()

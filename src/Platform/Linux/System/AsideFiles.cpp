@@ -20,19 +20,19 @@ namespace {
 
 constexpr int mostNames = 1000;
 
-QString asidePath(const QString &path, const QString &time, int number)
+QString asidePath(const QString &path, const QString &why, const QString &time, int number)
 {
-    const QString name = path + QStringLiteral(".damaged-") + time;
+    const QString name = path + u'.' + why + u'-' + time;
     return number == 1 ? name : name + u'-' + QString::number(number);
 }
 
 // Tries one name after the other while they are taken. An attempt tells the errno of its failure, or 0.
-AsideFile putAside(const QString &path, const std::function<int(const QString &)> &attempt)
+AsideFile putAside(const QString &path, const QString &why, const std::function<int(const QString &)> &attempt)
 {
     const auto time = QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd'T'HHmmss'Z'"));
     int error = EEXIST;
     for (int number = 1; number <= mostNames && error == EEXIST; ++number) {
-        const auto aside = asidePath(path, time, number);
+        const auto aside = asidePath(path, why, time, number);
         error = attempt(aside);
         if (error == 0)
             return {aside, {}};
@@ -63,14 +63,15 @@ int renameToFreeName(const QString &from, const QString &to)
 
 AsideFile moveAside(const QString &path)
 {
-    auto aside = putAside(path, [&](const QString &name) { return renameToFreeName(path, name); });
+    auto aside =
+        putAside(path, QStringLiteral("damaged"), [&](const QString &name) { return renameToFreeName(path, name); });
     syncFolderOf(path);
     return aside;
 }
 
-AsideFile copyAside(const QString &path, const QByteArray &content)
+AsideFile copyAside(const QString &path, const QByteArray &content, const QString &why)
 {
-    return putAside(path, [&](const QString &name) { return createFile(name, content); });
+    return putAside(path, why, [&](const QString &name) { return createFile(name, content); });
 }
 
 }  // namespace velquarin

@@ -18,7 +18,8 @@ struct AsideFile
 //! that name is taken: nothing is ever written over.
 [[nodiscard]] AsideFile moveAside(const QString &path);
 
-//! Writes @p content, what @p path held, to a new file of such a name, and waits until the disk has it.
-[[nodiscard]] AsideFile copyAside(const QString &path, const QByteArray &content);
+//! Writes @p content, what @p path held, to a new file of such a name, with @p why in place of "damaged", and waits until
+//! the disk has it.
+[[nodiscard]] AsideFile copyAside(const QString &path, const QByteArray &content, const QString &why);
 
 }  // namespace velquarin

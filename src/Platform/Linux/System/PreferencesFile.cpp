@@ -107,6 +107,8 @@ std::optional<QString> PreferencesFile::replace(const QByteArray &content)
         return QStringLiteral("there is something that is no file");
     if (auto failure = putCopyAside(target.path))
         return failure;
+    if (auto failure = keepChangeOfOthers(target.path))
+        return failure;
     return replaceFile(target.path, content);
 }
 
@@ -114,12 +116,29 @@ std::optional<QString> PreferencesFile::putCopyAside(const QString &path)
 {
     if (!m_isCopyDue)
         return std::nullopt;
-    const auto aside = copyAside(path, m_loaded);
+    const auto aside = copyAside(path, m_loaded, QStringLiteral("damaged"));
     if (!aside.failure.isEmpty())
         return aside.failure;
     m_isCopyMade = true;
     m_isCopyDue = false;
     printErrorLine(path + QStringLiteral(" holds something that cannot be read; a copy was put at ") + aside.path);
+    return std::nullopt;
+}
+
+// Once is enough: two sessions of one user change each other's settings every few minutes.
+std::optional<QString> PreferencesFile::keepChangeOfOthers(const QString &path)
+{
+    QFile file;
+    if (m_isChangeKept || !openForReading(file, path))
+        return std::nullopt;
+    const auto present = file.readAll();
+    if (present.isEmpty() || present == m_written.value_or(m_loaded))
+        return std::nullopt;
+    const auto aside = copyAside(path, present, QStringLiteral("replaced"));
+    if (!aside.failure.isEmpty())
+        return aside.failure;
+    m_isChangeKept = true;
+    printErrorLine(path + QStringLiteral(" was changed by somebody else; a copy of theirs was put at ") + aside.path);
     return std::nullopt;
 }
 

@@ -24,8 +24,9 @@ public:
     //! Puts a copy of what load() read aside before the next write, once; until that has worked none is made.
     void keepCopyOfLoaded();
 
-    //! Makes the file hold @p content, unless that is what was last written. A failure is told once, and anew
-    //! only after a success; the next call tries again.
+    //! Makes the file hold @p content, unless that is what was last written. Where somebody else has changed the file
+    //! meanwhile, a copy of theirs is put aside first, the first time. A failure is told once, and anew only after a
+    //! success; the next call tries again.
     void write(const QByteArray &content);
 
 private:
@@ -34,6 +35,7 @@ private:
     void giveUp(const QString &reason);
     [[nodiscard]] std::optional<QString> replace(const QByteArray &content);
     [[nodiscard]] std::optional<QString> putCopyAside(const QString &path);
+    [[nodiscard]] std::optional<QString> keepChangeOfOthers(const QString &path);
 
     QString m_path;
     QByteArray m_loaded;
@@ -41,6 +43,7 @@ private:
     bool m_isGivenUp = false;
     bool m_isCopyDue = false;
     bool m_isCopyMade = false;
+    bool m_isChangeKept = false;
     bool m_hasFailed = false;
 };
 
