@@ -22,7 +22,7 @@ from contenders import ratio
 from desktop import WATCHER, Desktop
 from item import StatusItem
 from program import Program
-from repositories import Repository
+from repositories import Alternation, Repository
 from usage import own_kilobytes, proportional_kilobytes, wait_for_quiet, wakings
 from waiting import wait_until
 
@@ -138,22 +138,21 @@ def sleep():
 def growth():
     now = case.now_in("UTC")
     with Desktop("growth") as desktop:
-        repository = Repository(desktop.home / "repository")
-        repository.commit_days_ago(now, 0)
-        preferences.write(desktop.config, [repository.path])
+        alternation = Alternation(desktop.home / "repository", now)
+        preferences.write(desktop.config, [alternation.repository.path])
         desktop.start_panel()
         program, item = Program(desktop), StatusItem(desktop)
 
-        def refresh(first, last):
-            for day in range(first, last):
-                repository.commit_days_ago(now, day)
+        def refresh(times):
+            for _ in range(times):
+                label = alternation.turn()
                 item.choose("Refresh")
-                item.wait_for_label(f" {day + 1}")
+                item.wait_for_label(label)
             wait_for_quiet(program.pid)
             return own_kilobytes(program.pid)
 
-        item.wait_for_label(" 1")
-        before, after = refresh(1, FIRST), refresh(FIRST, LAST)
+        item.wait_for_label(" 2")
+        before, after = refresh(FIRST), refresh(LAST - FIRST)
         yield f"growth of memory from refresh {FIRST} to {LAST}", f"{after - before} KiB", "100 KiB"
 
 

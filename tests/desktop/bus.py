@@ -85,11 +85,6 @@ class Bus:
             name, path, interface, method, arguments, None, Gio.DBusCallFlags.NO_AUTO_START, 5000, None, None)
         self.connection.flush_sync(None)
 
-    def properties(self, name, path, interface):
-        """Everything that an object says of itself under one interface."""
-        arguments = GLib.Variant("(s)", (interface,))
-        return self.call(name, path, "org.freedesktop.DBus.Properties", "GetAll", arguments)[0]
-
     def property(self, name, path, interface, which):
         arguments = GLib.Variant("(ss)", (interface, which))
         return self.call(name, path, "org.freedesktop.DBus.Properties", "Get", arguments)[0]

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """The program's item in the panel: what it says on the bus, and its menu under a real pointer."""
 
-from gi.repository import GLib
+from gi.repository import Gio, GLib
 
 import panel
 from desktop import WATCHER
@@ -10,6 +10,7 @@ from waiting import wait_until
 
 ITEM = "org.kde.StatusNotifierItem"
 MENU = "com.canonical.dbusmenu"
+NO_SUCH_PROPERTY = "org.freedesktop.DBus.Error.UnknownProperty"
 
 
 class StatusItem:
@@ -34,22 +35,27 @@ class StatusItem:
     def wait(self):
         return wait_until(self._address, "the item in the panel")
 
-    def properties(self):
+    # One at a time: all of them would bring the pictures along.
+    def _property(self, which):
         name, path = self.wait()
-        return self._bus.properties(name, path, ITEM)
+        return self._bus.property(name, path, ITEM, which)
 
     def label(self):
         """The title beside the symbol; an item without a title has no such property."""
-        return self.properties().get("XAyatanaLabel", "")
+        try:
+            return self._property("XAyatanaLabel")
+        except GLib.Error as error:
+            if Gio.DBusError.get_remote_error(error) != NO_SUCH_PROPERTY:
+                raise
+            return ""
 
     def tooltip(self):
         """Title and text of the tooltip."""
-        return self.properties()["ToolTip"][2:]
+        return self._property("ToolTip")[2:]
 
     def symbol(self):
         """What a screen reader says for the symbol."""
-        name, path = self.wait()
-        return self._bus.property(name, path, ITEM, "IconAccessibleDesc")
+        return self._property("IconAccessibleDesc")
 
     def wait_for_label(self, text):
         wait_until(lambda: self.label() == text, f"the item's label becomes {text!r}")
@@ -70,7 +76,7 @@ class StatusItem:
     def _layout(self):
         name, _ = self.wait()
         arguments = GLib.Variant("(iias)", (0, -1, []))
-        _, (_, _, children) = self._bus.call(name, self.properties()["Menu"], MENU, "GetLayout", arguments)
+        _, (_, _, children) = self._bus.call(name, self._property("Menu"), MENU, "GetLayout", arguments)
         return children
 
     def entries(self):
@@ -82,7 +88,7 @@ class StatusItem:
         name, _ = self.wait()
         entry = next(entry for entry, values, _ in self._layout() if values.get("label") == text)
         arguments = GLib.Variant("(isvu)", (entry, "clicked", GLib.Variant("i", 0), 0))
-        self._bus.send(name, self.properties()["Menu"], MENU, "Event", arguments)
+        self._bus.send(name, self._property("Menu"), MENU, "Event", arguments)
 
 
 class PanelPlace:

@@ -28,9 +28,17 @@ class Repository:
         folder.mkdir(parents=True)
         self._git("init", "--quiet", "--initial-branch=main")
 
-    def _git(self, *arguments, **environment):
-        subprocess.run(["git", *arguments], cwd=self.path, env={**ENVIRONMENT, **environment}, check=True,
-                       stdin=subprocess.DEVNULL, timeout=20)
+    def _git(self, *arguments, stdout=None, **environment):
+        return subprocess.run(["git", *arguments], cwd=self.path, env={**ENVIRONMENT, **environment}, check=True,
+                              stdin=subprocess.DEVNULL, stdout=stdout, timeout=20)
+
+    def head(self):
+        """The id of the newest commit."""
+        return self._git("rev-parse", "HEAD", stdout=subprocess.PIPE).stdout.decode().strip()
+
+    def move_to(self, commit):
+        """Makes an older or a newer commit the newest of the branch."""
+        self._git("update-ref", "refs/heads/main", commit)
 
     def commit(self, when):
         """An empty commit of this moment, which knows its zone."""
@@ -42,6 +50,25 @@ class Repository:
         noon = now.replace(hour=12, minute=0, second=0, microsecond=0)
         for day in sorted(days, reverse=True):
             self.commit(noon - datetime.timedelta(days=day))
+
+
+class Alternation:
+    """A repository with a streak of two days, which each turn loses its newest commit or gets it back: there is always
+    something new to show, and never more than before."""
+
+    def __init__(self, path, now):
+        self.repository = Repository(path)
+        self._states = []
+        for label, day in ((" 1", 1), (" 2", 0)):
+            self.repository.commit_days_ago(now, day)
+            self._states.append((label, self.repository.head()))
+
+    def turn(self):
+        """The label that the item has once the change is seen."""
+        self._states.reverse()
+        label, commit = self._states[-1]
+        self.repository.move_to(commit)
+        return label
 
 
 class HangingRepository:

@@ -7,10 +7,11 @@ import pathlib
 import unittest
 
 import case
+import preferences
 from desktop import Desktop
 from item import StatusItem
 from program import Program
-from repositories import tracked_days_ago
+from repositories import Alternation
 from usage import own_kilobytes, wait_for_quiet
 
 # A day has 288 refreshes; a part of it is what every run of the tests can spare.
@@ -30,21 +31,22 @@ class Day(unittest.TestCase):
     def test_a_day_of_refreshes_leaves_nothing_behind(self):
         now = case.now_in("UTC")
         with Desktop(self.id()) as desktop:
-            repository = tracked_days_ago(desktop, now, 0)
+            alternation = Alternation(desktop.home / "repository", now)
+            preferences.write(desktop.config, [alternation.repository.path])
             desktop.start_panel()
             program, item = Program(desktop), StatusItem(desktop)
-            item.wait_for_label(" 1")
+            item.wait_for_label(" 2")
 
-            def refresh(first, last):
-                for day in range(first, last):
-                    repository.commit_days_ago(now, day)
+            def refresh(times):
+                for _ in range(times):
+                    label = alternation.turn()
                     item.choose("Refresh")
-                    item.wait_for_label(f" {day + 1}")
+                    item.wait_for_label(label)
                 wait_for_quiet(program.pid)
                 return own_kilobytes(program.pid), belongings(program)
 
-            before, had = refresh(1, FIRST)
-            after, has = refresh(FIRST, REFRESHES)
+            before, had = refresh(FIRST)
+            after, has = refresh(REFRESHES - FIRST)
             print(f"after {FIRST} refreshes {before} kB of its own, after {REFRESHES} {after} kB; "
                   f"{has[0]} descriptors, {has[1]} threads")
             self.assertLessEqual(after - before, GROWTH_KILOBYTES)
