@@ -5,6 +5,7 @@
 #include <QFuture>
 #include <QObject>
 #include <QPromise>
+#include <QSemaphore>
 
 #include <chrono>
 #include <condition_variable>
@@ -129,7 +130,7 @@ private:
     Jobs m_waiting;             // guarded by m_mutex
     Jobs m_done;                // guarded by m_mutex
     bool m_isStopping = false;  // guarded by m_mutex
-    bool m_hasEnded = false;    // guarded by m_mutex
+    QSemaphore m_ended;         // holds one once the thread takes no more
     std::thread m_thread;
 };
 
