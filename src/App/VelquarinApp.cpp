@@ -30,7 +30,8 @@ using namespace std::chrono_literals;
 namespace {
 
 // For each of two: longer than git takes to die and a disk to write, shorter together than a user's patience.
-constexpr auto patienceAtTheEnd = 450ms;
+constexpr auto patienceAtTheEnd = 400ms;
+constexpr auto patienceWithServers = 100ms;
 
 // Beside the program in a build folder, below the common prefix where it is installed.
 QString dataFolder(const QString &name)
@@ -96,6 +97,7 @@ int VelquarinApp::run()
     delegate.applicationDidFinishLaunching();
     finishStartup(m_launchTokens.startupId);
     const auto status = QCoreApplication::exec();
+    notifications.withdrawAll(patienceWithServers);
     // A file system that hangs holds threads for as long as it likes; the user has waited long enough.
     const bool hasGitEnded = shared.gitService().stop(patienceAtTheEnd);
     const bool isAllWritten = preferences.flush(patienceAtTheEnd);

@@ -155,6 +155,13 @@ void FreedesktopNotifications::withdraw(const QString &requestIdentifier)
         close(shown);
 }
 
+void FreedesktopNotifications::withdrawAll(std::chrono::milliseconds patience)
+{
+    for (const auto &shown : m_shown)
+        m_bus.connection().call(closingOf(shown), QDBus::Block, int(patience.count()));
+    forgetAll();
+}
+
 NotificationCategory FreedesktopNotifications::categoryOf(const NotificationRequest &request) const
 {
     const auto found =
@@ -180,13 +187,18 @@ FreedesktopNotifications::Position FreedesktopNotifications::find(uint id, const
 }
 
 // Said to the connection that showed it: a server that came later numbers its notifications anew.
+QDBusMessage FreedesktopNotifications::closingOf(const Shown &shown)
+{
+    auto call = QDBusMessage::createMethodCall(shown.server, QLatin1String(serverPath), QLatin1String(server),
+                                               QStringLiteral("CloseNotification"));
+    call.setArguments({shown.id});
+    call.setAutoStartService(false);
+    return call;
+}
+
 void FreedesktopNotifications::close(Position shown)
 {
-    auto call = QDBusMessage::createMethodCall(shown->server, QLatin1String(serverPath), QLatin1String(server),
-                                               QStringLiteral("CloseNotification"));
-    call.setArguments({shown->id});
-    call.setAutoStartService(false);
-    m_bus.connection().send(call);
+    m_bus.connection().send(closingOf(*shown));
     m_shown.erase(shown);
     stopListeningIfIdle();
 }

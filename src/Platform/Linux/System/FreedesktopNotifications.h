@@ -42,6 +42,10 @@ public:
     [[nodiscard]] QFuture<bool> add(const NotificationRequest &request) override;
     void withdraw(const QString &requestIdentifier) override;
 
+    //! Takes back all that is shown, and waits at most @p patience for each to be gone. For the end of the program: nobody
+    //! would answer the buttons any more, nor take the notification back when its day is over.
+    void withdrawAll(std::chrono::milliseconds patience);
+
 private:
     //! A notification that is on the screen as far as we know.
     struct Shown
@@ -65,6 +69,7 @@ private:
     [[nodiscard]] Position sameKind(const NotificationRequest &request);
     [[nodiscard]] Position find(uint id, const QString &server);
     void keep(const NotificationRequest &request, const QDBusMessage &reply);
+    [[nodiscard]] static QDBusMessage closingOf(const Shown &shown);
     void close(Position shown);
 
     void listen();
