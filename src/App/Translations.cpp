@@ -3,6 +3,9 @@
 
 #include "App/Translations.h"
 
+#include <QGuiApplication>
+#include <QLocale>
+
 namespace velquarin {
 
 namespace {
@@ -29,6 +32,14 @@ std::unique_ptr<QTranslator> translationFor(const QStringList &languages, const 
             return translator;
     }
     return nullptr;
+}
+
+void speak(QTranslator *translation)
+{
+    if (!translation)
+        return;
+    QCoreApplication::installTranslator(translation);
+    QGuiApplication::setLayoutDirection(QLocale(translation->language()).textDirection());
 }
 
 }  // namespace velquarin

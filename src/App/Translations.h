@@ -17,4 +17,8 @@ namespace velquarin {
 //! Source: our own decision; the toolkit's own search would go past an English that is preferred.
 [[nodiscard]] std::unique_ptr<QTranslator> translationFor(const QStringList &languages, const QString &folder);
 
+//! Has the program say its texts in that language from now on, and stand in the direction in which it is written. For
+//! nothing it stays with English, from left to right.
+void speak(QTranslator *translation);
+
 }  // namespace velquarin

@@ -76,8 +76,7 @@ int VelquarinApp::run()
     }
 
     const auto translation = translationFor(QLocale().uiLanguages(), dataFolder(QStringLiteral("translations")));
-    if (translation)
-        QCoreApplication::installTranslator(translation.get());
+    speak(translation.get());
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);
     const InputTime inputTime;

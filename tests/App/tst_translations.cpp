@@ -13,7 +13,9 @@
 #include "Views/Settings/ScanOutcome.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTest>
 
 using namespace velquarin;
@@ -91,6 +93,8 @@ private Q_SLOTS:
     void init() { failOnAnyWarningOfOurs(); }
     void theFirstLanguageThatHasTextsIsTaken_data();
     void theFirstLanguageThatHasTextsIsTaken();
+    void theProgramStandsInTheDirectionOfItsLanguage_data();
+    void theProgramStandsInTheDirectionOfItsLanguage();
     void nothingInTheDashboardIsLeftInEnglish_data();
     void nothingInTheDashboardIsLeftInEnglish();
     void nothingInTheSettingsIsLeftInEnglish_data();
@@ -125,6 +129,26 @@ void TestTranslations::theFirstLanguageThatHasTextsIsTaken()
         QCoreApplication::installTranslator(translator.get());
     QCOMPARE(QCoreApplication::translate("velquarin::FooterSection", "Refresh"), refresh);
     QVERIFY(!translationFor(languages, QString()));
+}
+
+void TestTranslations::theProgramStandsInTheDirectionOfItsLanguage_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::newRow("a language from left to right") << QStringLiteral("eo") << Qt::LeftToRight;
+    QTest::newRow("a language from right to left") << QStringLiteral("he") << Qt::RightToLeft;
+    QTest::newRow("one from right to left without texts") << QStringLiteral("ar") << Qt::LeftToRight;
+}
+
+void TestTranslations::theProgramStandsInTheDirectionOfItsLanguage()
+{
+    QFETCH(QString, language);
+    QFETCH(Qt::LayoutDirection, direction);
+    const auto before = QGuiApplication::layoutDirection();
+    const auto putBack = qScopeGuard([before] { QGuiApplication::setLayoutDirection(before); });
+    const auto translation = translationFor({language}, QStringLiteral(TRANSLATIONS_FOLDER));
+    speak(translation.get());
+    QCOMPARE(QGuiApplication::layoutDirection(), direction);
 }
 
 void TestTranslations::nothingInTheDashboardIsLeftInEnglish_data()
