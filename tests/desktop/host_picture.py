@@ -1,6 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Velquarin developers
 # SPDX-License-Identifier: MIT
-"""Two pictures of the item on a real host: host_picture.py HOST, for tools/host-picture; without one it names them."""
+"""Two pictures of the item on a real host: host_picture.py HOST [late], for tools/host-picture; without one it names
+them. With "late" the host starts after the program."""
 
 import os
 import pathlib
@@ -18,6 +19,7 @@ from look import ORANGE, Look
 from program import BUS_NAME, Program
 from repositories import tracked_days_ago
 from screen import Rectangle
+from usage import wait_for_quiet
 from waiting import wait_until
 
 HOSTS = {**hosts.BY_NAME, **heavy_hosts.BY_NAME}
@@ -60,13 +62,23 @@ def _flame(desktop, before):
     return None
 
 
-def take(host, folder):
+def _start_both(host, desktop, is_late):
+    """The program, and the screen without it."""
+    if not is_late:
+        host.start(desktop)
+    before = desktop.screen.settled()
+    program = Program(desktop)
+    if is_late:
+        wait_for_quiet(program.pid)
+        host.start(desktop)
+    return program, before
+
+
+def take(host, folder, is_late):
     """Leaves screen.png and item.png in the folder."""
     with host.open("host-picture", width=1280, height=800) as desktop:
         tracked_days_ago(desktop, case.now_in("UTC"), *range(12))
-        host.start(desktop)
-        before = desktop.screen.settled()
-        program = Program(desktop)
+        program, before = _start_both(host, desktop, is_late)
         if host.is_on_bus:
             desktop.bus.wait_for(BUS_NAME)
             wait_until(lambda: "12" in _tooltip(desktop), "the streak in the tooltip")
@@ -84,7 +96,7 @@ def main(arguments):
     case.stop_without({**{package: case.NEEDED[package] for package in BASE}, **host.needed})
     if issubclass(host.desktop, wayland.WaylandDesktop):
         wayland.as_ordinary_user()
-    take(host, pathlib.Path(os.environ["VELQUARIN_DESKTOP_FAILURES"]))
+    take(host, pathlib.Path(os.environ["VELQUARIN_DESKTOP_FAILURES"]), arguments[1:] == ["late"])
 
 
 if __name__ == "__main__":
