@@ -18,6 +18,9 @@ int main(int argc, char **argv)
     velquarin::blockTerminationSignals();
     std::signal(SIGPIPE, SIG_IGN);
 
+    // A session that is saved at log-out starts again what was registered with it, whatever "Launch at login" says.
+    qunsetenv("SESSION_MANAGER");
+
     auto launchTokens = velquarin::takeLaunchTokens();
     velquarin::installAccessibleApplication();
     const QApplication application(argc, argv);
