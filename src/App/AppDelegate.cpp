@@ -42,6 +42,8 @@ void AppDelegate::setupMenuBar()
                            {},
                            {tr("Quit Velquarin"), QStringLiteral("q"), [this] { quitApp(); }}});
     connect(m_statusItem.get(), &StatusItem::activated, this, &AppDelegate::handleClick);
+    connect(m_statusItem.get(), &StatusItem::openRequested, this,
+            [this](QPoint position, const QString &token) { popover().openNear(position, token); });
 }
 
 // Made when it is wanted first: until then the program is spared fonts, dates and a good deal of memory.

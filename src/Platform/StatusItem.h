@@ -41,7 +41,7 @@ public:
     virtual void setAppearance(const StatusItemAppearance &appearance) = 0;
 
     //! The menu of the right click. Some status bars open nothing but a menu, with either button: there it
-    //! begins with one more entry and a separator, and the entry stands for the left click.
+    //! begins with one more entry and a separator, and the entry asks for the dashboard.
     virtual void setMenu(const QList<MenuEntry> &entries) = 0;
 
     //! Opens the menu as a window of our own near @p position.
@@ -52,6 +52,9 @@ Q_SIGNALS:
     //! though not every host tells the truth. @p activationToken lets a window take the focus; it may be
     //! empty.
     void activated(QPoint position, const QString &activationToken);
+
+    //! The entry of a menu that opens, and never closes.
+    void openRequested(QPoint position, const QString &activationToken);
 };
 
 }  // namespace velquarin

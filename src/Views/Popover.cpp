@@ -148,8 +148,12 @@ void Popover::toggle(QPoint position, const QString &activationToken)
         hide();
         return;
     }
-    if (wasJustDeactivated())
-        return;
+    if (!wasJustDeactivated())
+        openNear(position, activationToken);
+}
+
+void Popover::openNear(QPoint position, const QString &activationToken)
+{
     const auto click = clickedPoint(position, knowsPointer() ? QCursor::pos() : position, screenAreas());
     if (click)
         openAt(steadyClick(m_click, *click, style::points(itemExtent)), activationToken);

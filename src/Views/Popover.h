@@ -45,6 +45,9 @@ public:
     //! the activation from it, the click is over with that.
     void toggle(QPoint position, const QString &activationToken);
 
+    //! The same, where it shall open and not close.
+    void openNear(QPoint position, const QString &activationToken);
+
     //! Opens it for another reason than a click: where it was last, else near the panel.
     void open(const QString &activationToken);
 

@@ -104,6 +104,7 @@ private Q_SLOTS:
     void refreshStartsARefresh();
     void quitEndsTheProgram();
     void aClickOpensTheDashboardAndASecondOneClosesIt();
+    void theMenuOpensTheDashboardAndNeverClosesIt();
     void aSecondStartOpensTheDashboardAndLeavesItOpen();
     void theGearClosesTheDashboardAndOpensTheSettings();
     void aRepositoryOpensInTheFileManagerAndTheDashboardMakesWay();
@@ -275,6 +276,16 @@ void TestAppDelegate::aClickOpensTheDashboardAndASecondOneClosesIt()
     Q_EMIT world.item->activated(QPoint(3, 4), {});
     QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
     QVERIFY(world.item->popUps().isEmpty());
+}
+
+void TestAppDelegate::theMenuOpensTheDashboardAndNeverClosesIt()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    for (int times = 0; times < 2; ++times) {
+        Q_EMIT world.item->openRequested(QPoint(3, 4), {});
+        QVERIFY(windowTitled(QStringLiteral("Velquarin")));
+    }
 }
 
 void TestAppDelegate::aSecondStartOpensTheDashboardAndLeavesItOpen()

@@ -160,7 +160,7 @@ void LinuxStatusItem::updateBarMenu()
 
 void LinuxStatusItem::openFromMenu()
 {
-    Q_EMIT activated(QCursor::pos(), m_bar ? m_bar->takeActivationToken() : QString());
+    Q_EMIT openRequested(QCursor::pos(), m_bar ? m_bar->takeActivationToken() : QString());
 }
 
 void LinuxStatusItem::popUpMenu(QPoint position)

@@ -30,6 +30,8 @@ void MenuWindow::toggle(const QString &activationToken)
     setFixedSize(sizeHint());
     show();
     activateWindow();
+    // A program that we start later would pass itself off as this window.
+    qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
 bool MenuWindow::event(QEvent *event)
