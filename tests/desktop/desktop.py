@@ -99,6 +99,8 @@ class Desktop:
             "LANG": "C.UTF-8",
             "TZ": "UTC",
             "GSETTINGS_BACKEND": "memory",
+            # Else the toolkit looks and asks for folders as GTK does, where its plugin for that is installed.
+            "QT_QPA_PLATFORMTHEME": "generic",
             "GIO_USE_VFS": "local",
             "NO_AT_BRIDGE": "1",
         }
