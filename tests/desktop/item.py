@@ -36,14 +36,14 @@ class StatusItem:
         return wait_until(self._address, "the item in the panel")
 
     # One at a time: all of them would bring the pictures along.
-    def _property(self, which):
+    def property(self, which):
         name, path = self.wait()
         return self._bus.property(name, path, ITEM, which)
 
     def label(self):
         """The title beside the symbol; an item without a title has no such property."""
         try:
-            return self._property("XAyatanaLabel")
+            return self.property("XAyatanaLabel")
         except GLib.Error as error:
             if Gio.DBusError.get_remote_error(error) != NO_SUCH_PROPERTY:
                 raise
@@ -51,11 +51,11 @@ class StatusItem:
 
     def tooltip(self):
         """Title and text of the tooltip."""
-        return self._property("ToolTip")[2:]
+        return self.property("ToolTip")[2:]
 
     def symbol(self):
         """What a screen reader says for the symbol."""
-        return self._property("IconAccessibleDesc")
+        return self.property("IconAccessibleDesc")
 
     def wait_for_label(self, text):
         wait_until(lambda: self.label() == text, f"the item's label becomes {text!r}")
@@ -76,7 +76,7 @@ class StatusItem:
     def _layout(self):
         name, _ = self.wait()
         arguments = GLib.Variant("(iias)", (0, -1, []))
-        _, (_, _, children) = self._bus.call(name, self._property("Menu"), MENU, "GetLayout", arguments)
+        _, (_, _, children) = self._bus.call(name, self.property("Menu"), MENU, "GetLayout", arguments)
         return children
 
     def entries(self):
@@ -88,7 +88,7 @@ class StatusItem:
         name, _ = self.wait()
         entry = next(entry for entry, values, _ in self._layout() if values.get("label") == text)
         arguments = GLib.Variant("(isvu)", (entry, "clicked", GLib.Variant("i", 0), 0))
-        self._bus.send(name, self._property("Menu"), MENU, "Event", arguments)
+        self._bus.send(name, self.property("Menu"), MENU, "Event", arguments)
 
 
 class PanelPlace:

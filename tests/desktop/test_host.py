@@ -12,7 +12,7 @@ import wayland
 from item import StatusItem, click_first_entry, click_last_entry
 from look import GREY, ORANGE, Look
 from program import BUS_NAME, Program
-from repositories import tracked_days_ago
+from repositories import Hold, tracked_days_ago
 from waiting import wait_until
 
 HOST = hosts.BY_NAME[sys.argv[1]]()
@@ -29,6 +29,15 @@ FARTHEST = 16
 
 # A number beside the flame makes the picture that much wider than high.
 WIDE = 1.2
+
+
+def is_high(place):
+    """As flames are."""
+    return place and place.height > place.width * 1.15
+
+
+def is_round(place):
+    return place and place.width > place.height * 0.9
 
 
 class Item:
@@ -62,12 +71,12 @@ class User:
     def __init__(self, desktop):
         self.desktop = desktop
         self._now = case.now_in("UTC")
-        self._repository = tracked_days_ago(desktop, self._now, 3)
+        self.repository = tracked_days_ago(desktop, self._now, 3)
         HOST.start(desktop)
         self.item = Item(desktop)
 
     def commit(self, *days):
-        self._repository.commit_days_ago(self._now, *days)
+        self.repository.commit_days_ago(self._now, *days)
 
     def click(self, button):
         self.desktop.screen.click(*self.item.find().place.centre, button)
@@ -107,7 +116,7 @@ class OnHost(unittest.TestCase):
             user.item.wait_until_gone()
 
     def see_the_three_faces(self, user):
-        user.item.wait_for("a grey flame alone", lambda look: look.where(GREY) and not look.number())
+        user.item.wait_for("a grey flame alone", lambda look: is_high(look.where(GREY)) and not look.number())
         user.commit(*range(1, 8))
         user.refresh()
         waiting = user.item.wait_for("a grey flame with a number", lambda look: look.where(GREY) and look.number())
@@ -115,6 +124,11 @@ class OnHost(unittest.TestCase):
         user.refresh()
         committed = user.item.wait_for("an orange flame with a number", lambda look: look.where(ORANGE) and look.number())
         self.check_number(waiting, committed)
+        hold = Hold(user.repository)
+        user.refresh()
+        user.item.wait_for("a grey circle alone", lambda look: is_round(look.where(GREY)) and not look.number())
+        hold.release()
+        user.item.wait_for("the flame back", lambda look: look.where(ORANGE) and look.number())
 
     def check_number(self, one_digit, two_digits):
         for look in (one_digit, two_digits):

@@ -64,7 +64,7 @@ class Installed(unittest.TestCase):
             program = Program(desktop)
             item = StatusItem(desktop)
             item.wait_until_refreshed()
-            icons = pathlib.Path(item.properties()["IconThemePath"])
+            icons = pathlib.Path(item.property("IconThemePath"))
             self.assertEqual(icons, self.usr / "share/velquarin/icons")
             for name in ("flame.svg", "flame-symbolic.svg", "hicolor/symbolic/apps/flame-symbolic.svg"):
                 self.assertTrue((icons / name).is_file(), name)
