@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "Services/ReminderDecision.h"
+#include "Platform/PluralForm.h"
 
 #include <QCoreApplication>
 
@@ -58,7 +59,9 @@ QString reminderIdentifier(Instant moment)
 
 QString reminderBody(qint64 currentStreak)
 {
-    return Words::tr("You haven't committed today. Your %1-day streak will reset at midnight!").arg(currentStreak);
+    return Words::tr("You haven't committed today. Your %1-day streak will reset at midnight!", nullptr,
+                     pluralForm(currentStreak))
+        .arg(currentStreak);
 }
 
 NotificationRequest reminderRequest(qint64 currentStreak, Instant moment)

@@ -3,6 +3,7 @@
 
 #include "Views/HeaderSection.h"
 
+#include "Platform/PluralForm.h"
 #include "Views/Divider.h"
 #include "Views/StatRow.h"
 #include "Views/SymbolView.h"
@@ -84,9 +85,13 @@ QLayout *HeaderSection::makeStatistics()
 void HeaderSection::setFigures(const HeaderFigures &figures)
 {
     m_streak->setText(QString::number(figures.currentStreak));
-    m_longest->setValue(tr("%1 days").arg(figures.longestStreak), Ink::Primary);
-    m_thisWeek->setValue(tr("%1 commits").arg(figures.totalCommitsThisWeek), Ink::Primary);
-    m_repositories->setValue(tr("%1 tracked").arg(figures.repositories), Ink::Primary);
+    m_longest->setValue(tr("%1 days", nullptr, pluralForm(figures.longestStreak)).arg(figures.longestStreak),
+                        Ink::Primary);
+    m_thisWeek->setValue(
+        tr("%1 commits", nullptr, pluralForm(figures.totalCommitsThisWeek)).arg(figures.totalCommitsThisWeek),
+        Ink::Primary);
+    m_repositories->setValue(tr("%1 tracked", nullptr, pluralForm(figures.repositories)).arg(figures.repositories),
+                             Ink::Primary);
     if (figures.hasCommittedToday) {
         m_flame->setName(QStringLiteral("flame.fill"));
         m_flame->setFill(Accent::Orange);

@@ -4,6 +4,7 @@
 #include "Views/HeatmapGrid.h"
 
 #include "Platform/DateTexts.h"
+#include "Platform/PluralForm.h"
 
 #include <QCoreApplication>
 
@@ -125,7 +126,8 @@ QString toolTipOf(const DayCell &cell, const DateTexts &texts)
     if (!cell.isInRange)
         return {};
     const auto words = cell.count == 1 ? QCoreApplication::translate("YearHeatmapView", "%1: %2 commit")
-                                       : QCoreApplication::translate("YearHeatmapView", "%1: %2 commits");
+                                       : QCoreApplication::translate("YearHeatmapView", "%1: %2 commits", nullptr,
+                                                                     pluralForm(cell.count));
     return words.arg(texts.mediumDate(cell.date), QString::number(cell.count));
 }
 

@@ -5,6 +5,7 @@
 
 #include "Platform/DateTexts.h"
 #include "Platform/FileViewer.h"
+#include "Platform/PluralForm.h"
 #include "Views/SymbolView.h"
 #include "Views/Text.h"
 
@@ -49,7 +50,8 @@ void RepoRow::setStats(const RepositoryStats &stats, const DateTexts &texts, Ins
 void RepoRow::setFigures(const RepositoryStats &stats, const DateTexts &texts, Instant now)
 {
     const bool isActive = stats.todayCommits >= 1;
-    m_activity->setText(isActive ? tr("%1 today").arg(stats.todayCommits) : stats.lastCommitRelative(texts, now));
+    m_activity->setText(isActive ? tr("%1 today", nullptr, pluralForm(stats.todayCommits)).arg(stats.todayCommits)
+                                 : stats.lastCommitRelative(texts, now));
     m_activity->setTone(isActive ? style::Tone(Accent::Green) : style::Tone(Ink::Secondary));
 }
 

@@ -3,6 +3,7 @@
 
 #include "Views/RepositoriesSection.h"
 
+#include "Platform/PluralForm.h"
 #include "Views/DashboardFigures.h"
 #include "Views/RepoRow.h"
 #include "Views/Text.h"
@@ -76,7 +77,7 @@ void RepositoriesSection::setRepositories(const QList<RepositoryStats> &reposito
                                           Instant now)
 {
     const auto leftOut = repositoriesLeftOut(repositories.size());
-    m_more->setText(leftOut > 0 ? tr("+%1 more").arg(leftOut) : QString());
+    m_more->setText(leftOut > 0 ? tr("+%1 more", nullptr, pluralForm(leftOut)).arg(leftOut) : QString());
     m_more->setVisible(leftOut > 0);
     m_placeholder->setVisible(repositories.isEmpty());
     fillRows(repositories, texts, now);

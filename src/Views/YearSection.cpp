@@ -3,6 +3,7 @@
 
 #include "Views/YearSection.h"
 
+#include "Platform/PluralForm.h"
 #include "Views/AccessibleScrollArea.h"
 #include "Views/DashboardFigures.h"
 #include "Views/SectionButton.h"
@@ -109,8 +110,8 @@ void YearSection::setHistory(const DayCounts &yearHistory, const DateTexts &text
 {
     m_heatmap->setContents(yearHistory, calendar, now, texts);
     const auto totals = yearTotals(yearHistory);
-    m_commits->setText(tr("%1 commits").arg(totals.commits));
-    m_activeDays->setText(tr("%1 active days").arg(totals.activeDays));
+    m_commits->setText(tr("%1 commits", nullptr, pluralForm(totals.commits)).arg(totals.commits));
+    m_activeDays->setText(tr("%1 active days", nullptr, pluralForm(totals.activeDays)).arg(totals.activeDays));
 }
 
 void YearSection::bringTodayIntoSight()

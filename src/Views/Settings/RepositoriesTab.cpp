@@ -4,6 +4,7 @@
 #include "Views/Settings/RepositoriesTab.h"
 
 #include "Models/AppSettings.h"
+#include "Platform/PluralForm.h"
 #include "Views/Settings/EmptyPanel.h"
 #include "Views/Settings/ProgressLine.h"
 #include "Views/Settings/RepositoryActions.h"
@@ -107,7 +108,7 @@ void RepositoriesTab::observe()
 void RepositoriesTab::render()
 {
     renderList();
-    m_count->setText(tr("%1 repos").arg(m_shown.size()));
+    m_count->setText(tr("%1 repos", nullptr, pluralForm(m_shown.size())).arg(m_shown.size()));
     m_refresh->setVisible(!m_shown.isEmpty());
     renderMessages();
 }

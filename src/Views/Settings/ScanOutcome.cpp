@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "Views/Settings/ScanOutcome.h"
+#include "Platform/PluralForm.h"
 
 #include <QCoreApplication>
 
@@ -21,7 +22,7 @@ ScanOutcome scanOutcome(qsizetype found, qsizetype added)
     if (found == 0)
         return {Words::tr("No git repositories found in selected folder"), false};
     if (added == 0)
-        return {Words::tr("Found %1 repos, all already tracked").arg(found), false};
+        return {Words::tr("Found %1 repos, all already tracked", nullptr, pluralForm(found)).arg(found), false};
     return {std::nullopt, true};
 }
 
