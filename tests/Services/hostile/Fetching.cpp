@@ -116,15 +116,16 @@ std::function<void(HostileRepository &)> promisedOverNetwork(const char *scheme)
 QList<Attack> fetchAttacks()
 {
     using enum Harm;
+    const char *const narrower = "the repository's own word on this one protocol outweighs ours on all";
     return {
         {"a missing commit, and a program that would send it", ProgramRuns,
          promised("/", "[remote \"origin\"]\nuploadpack = PROGRAM"), nothingBehindMain},
         {"a missing commit, and a remote that is a command", ProgramRuns,
-         promised("ext::PROGRAM %S", "[protocol \"ext\"]\nallow = always"), nothingBehindMain},
+         promised("ext::PROGRAM %S", "[protocol \"ext\"]\nallow = always"), nothingBehindMain, narrower},
         {"a missing commit, and an address that is replaced by a command", ProgramRuns,
          promised("https://example.invalid/x",
                   "[url \"ext::PROGRAM \"]\ninsteadOf = https://example.invalid\n[protocol \"ext\"]\nallow = always"),
-         nothingBehindMain},
+         nothingBehindMain, narrower},
         {"a missing commit, and a command that stands for ssh", ProgramRuns,
          promised("ssh://example.invalid/x", "[core]\nsshCommand = PROGRAM"), nothingBehindMain},
         {"a missing commit, and a proxy that is a program", ProgramRuns,
@@ -132,7 +133,7 @@ QList<Attack> fetchAttacks()
         {"a missing commit, and a helper in the work tree", ProgramRuns, promiseByHelperInTheWorkTree,
          nothingBehindMain},
         {"a missing commit, and a remote in a file of the old kind", ProgramRuns, promiseInAnOldRemotesFile,
-         nothingBehindMain},
+         nothingBehindMain, narrower},
         {"a missing commit, and a remote whose name is an option", ProgramRuns, promiseByARemoteThatIsAnOption,
          nothingBehindMain},
         {"branches sorted by a missing commit", ProgramRuns, sortBranchesByAMissingCommit, nothingAtAll},
