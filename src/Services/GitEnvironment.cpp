@@ -42,7 +42,8 @@ constexpr std::array alwaysSet{
     Setting{"color.branch", "false"},
 };
 
-// What confinement makes needless: each of these can start a program or talk to somebody.
+// What confinement makes needless: each of these can start a program or talk to somebody. Two stop nothing in the
+// commands and the git of today (column.ui; core.gitProxy, of which the first counts), and are for those that may differ.
 constexpr std::array setWhenUnconfined{
     Setting{"mailmap.file", ""},
     Setting{"mailmap.blob", ""},

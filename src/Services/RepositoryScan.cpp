@@ -77,7 +77,8 @@ private:
     {
         FolderContents contents;
         const auto isReadable = m_files.visit(path, [&](const DirectoryEntry &entry) {
-            contents.isRepository = entry.name == marker && isThere(path, entry);
+            // A dangling link of that name is nothing, and neither is what lies in a folder that may not be entered.
+            contents.isRepository = entry.name == marker && m_files.exists(joined(path, marker));
             if (entry.kind != EntryKind::File && !isSkipped(entry.name))
                 contents.candidates.push_back(entry);
             return !contents.isRepository && !m_isCancelled;
@@ -86,12 +87,6 @@ private:
         if (!isReadable)
             contents.isRepository = m_files.exists(joined(path, marker));
         return contents;
-    }
-
-    // A dangling link named ".git" is nothing.
-    [[nodiscard]] bool isThere(const std::string &folder, const DirectoryEntry &entry) const
-    {
-        return entry.kind != EntryKind::Unknown || m_files.exists(joined(folder, entry.name));
     }
 
     const FileTree &m_files;

@@ -13,6 +13,7 @@
 #include "support/FakeTimers.h"
 #include "support/Files.h"
 #include "support/MemoryPreferences.h"
+#include "support/OrdinaryUser.h"
 #include "support/RecordingNotificationCenter.h"
 #include "support/RecordingOutput.h"
 #include "support/Strict.h"
@@ -180,6 +181,7 @@ void TestGitFaults::aRepositoryThatGoesDuringTheRefreshIsReported_data()
     QTest::newRow("removed") << QByteArray("rm -r \"$PWD\"");
     QTest::newRow("replaced by a file") << QByteArray("rm -r \"$PWD\" && touch \"$PWD\"");
     QTest::newRow("replaced by a dangling link") << QByteArray("rm -r \"$PWD\" && ln -s /nowhere \"$PWD\"");
+    QTest::newRow("denied") << QByteArray("chmod 000 \"$PWD\"");
 }
 
 // The first log is answered in full; the repository is gone before the second.
@@ -187,6 +189,7 @@ void TestGitFaults::aRepositoryThatGoesDuringTheRefreshIsReported()
 {
     QFETCH(QByteArray, fault);
     World world;
+    const AsOrdinaryUser ordinary(world.folder.path());
     world.standIn("if [ $1 = log ]; then echo 2026-11-20; " + fault + "; fi");
     QVERIFY(world.gapOfRefresh() <= longestGapAllowed);
     QVERIFY(!world.manager->isRefreshing());

@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "hostile/Readings.h"
+#include "Services/GitEnvironment.h"
 #include "support/Strict.h"
 
+#include <QElapsedTimer>
 #include <QTest>
 
 #include <algorithm>
@@ -37,7 +39,7 @@ QList<Attack> allAttacks()
     return referenceAttacks() + configurationAttacks() + fetchAttacks() + fileAttacks() + environmentAttacks();
 }
 
-Attack named(const char *name)
+Attack named(const QByteArray &name)
 {
     const auto attacks = allAttacks() + idleThreats();
     const auto found = std::ranges::find(attacks, QLatin1String(name),
@@ -93,6 +95,36 @@ void serviceIsNotHarmed(const Attack &attack, Confinement confinement)
     QCOMPARE(*figures, attack.figures);
 }
 
+// The environment as it is, and of ours nothing but what begins so.
+QProcessEnvironment withOurs(const char *prefix)
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    const auto ours = gitEnvironment({}, false);
+    for (const auto &name : ours.keys()) {
+        if (name.startsWith(QLatin1String(prefix)))
+            environment.insert(name, ours.value(name));
+    }
+    return environment;
+}
+
+// The environment as it is, and of ours nothing but that setting; all as it is where we have none of that name.
+QProcessEnvironment withOurSetting(const QString &setting)
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    const auto ours = gitEnvironment({}, false);
+    const int count = ours.value(QStringLiteral("GIT_CONFIG_COUNT")).toInt();
+    for (int number = 0; number < count; ++number) {
+        if (ours.value(QStringLiteral("GIT_CONFIG_KEY_%1").arg(number)) != setting)
+            continue;
+        environment.insert(QStringLiteral("GIT_CONFIG_COUNT"), QStringLiteral("1"));
+        environment.insert(QStringLiteral("GIT_CONFIG_KEY_0"), setting);
+        environment.insert(QStringLiteral("GIT_CONFIG_VALUE_0"),
+                           ours.value(QStringLiteral("GIT_CONFIG_VALUE_%1").arg(number)));
+    }
+    return environment;
+}
+
+constexpr auto promptly = 1s;
 constexpr long dataLimitInKilobytes = 2L * 1024 * 1024;
 
 long largestChildInKilobytes()
@@ -145,6 +177,12 @@ private Q_SLOTS:
     void theServiceThatCannotBeConfinedIsNotHarmedBy();
     void confinementAloneIsEnoughAgainst_data();
     void confinementAloneIsEnoughAgainst();
+    void settingsAloneAreEnoughAgainst_data() { addRows(allAttacks()); }
+    void settingsAloneAreEnoughAgainst();
+    void eachSettingByItselfIsEnoughAgainst_data();
+    void eachSettingByItselfIsEnoughAgainst();
+    void forbiddenProtocolsAloneAreEnoughAgainst_data() { addRows(fetchAttacks()); }
+    void forbiddenProtocolsAloneAreEnoughAgainst();
     void nobodyIsHarmedBy_data() { addRows(idleThreats()); }
     void nobodyIsHarmedBy();
     void anEndlessBranchEndsAtTheLimitOfMemory();
@@ -204,6 +242,70 @@ void TestHostile::confinementAloneIsEnoughAgainst()
     QVERIFY2(difference.isEmpty(), difference.constData());
 }
 
+// Nothing else of what the service sets up; what no setting stops says why, and is seen to go through.
+void TestHostile::settingsAloneAreEnoughAgainst()
+{
+    const auto attack = named(QTest::currentDataTag());
+    HostileRepository repository;
+    attack.prepare(repository);
+    const auto before = repository.snapshot();
+    const auto reading = NaiveReader::read(repository.path(), withOurs("GIT_CONFIG_"));
+    const bool isHarmed = hasHappened(attack.harm, repository, before, reading, m_harmless);
+    QVERIFY2(isHarmed == (attack.beyondSettings != nullptr), attack.beyondSettings);
+    QVERIFY(isHarmed || !repository.networkWasReached());
+}
+
+void TestHostile::eachSettingByItselfIsEnoughAgainst_data()
+{
+    QTest::addColumn<QString>("setting");
+    QTest::addColumn<QString>("attack");
+    const auto row = [](const char *setting, const char *attack) {
+        QTest::addRow("%s: %s", setting, attack) << QString::fromLatin1(setting) << QString::fromLatin1(attack);
+    };
+    row("log.showSignature", "a program that checks signatures");
+    row("log.mailmap", "a mailmap in the work tree that is a fifo");
+    row("core.commitGraph", "a commit graph that is a fifo");
+    row("core.multiPackIndex", "an index of packs that is a fifo");
+    row("i18n.logOutputEncoding", "output in UTF-16");
+    row("color.ui", "colours everywhere");
+    row("color.branch", "colours in the list of branches");
+    row("mailmap.file", "a mailmap that is a fifo");
+    row("mailmap.blob", "a mailmap that is missing");
+    row("gpg.program", "a program that checks signatures");
+    row("gpg.openpgp.program", "a program that checks signatures of OpenPGP");
+    row("gpg.ssh.program", "a program that checks signatures of SSH");
+    row("gpg.x509.program", "a program that checks signatures of X.509");
+    row("core.fsmonitor", "a missing commit that arrives, and a file system monitor");
+    row("core.hooksPath", "a missing commit that arrives, and a hook");
+    row("core.alternateRefsCommand", "a missing commit that arrives, and a command that lists the refs of alternates");
+    row("core.sshCommand", "a missing commit, and a command that stands for ssh");
+    row("core.askPass", "a missing commit, and a program that is asked for a password");
+    row("credential.helper", "a missing commit, and a program that keeps passwords");
+    row("protocol.allow", "a missing commit, and a server that speaks git");
+}
+
+void TestHostile::eachSettingByItselfIsEnoughAgainst()
+{
+    QFETCH(QString, setting);
+    QFETCH(QString, attack);
+    const auto found = named(attack.toLatin1());
+    HostileRepository repository;
+    found.prepare(repository);
+    const auto before = repository.snapshot();
+    const auto reading = NaiveReader::read(repository.path(), withOurSetting(setting));
+    QVERIFY(!hasHappened(found.harm, repository, before, reading, m_harmless));
+}
+
+void TestHostile::forbiddenProtocolsAloneAreEnoughAgainst()
+{
+    const auto attack = named(QTest::currentDataTag());
+    HostileRepository repository;
+    attack.prepare(repository);
+    NaiveReader::read(repository.path(), withOurs("GIT_ALLOW_PROTOCOL"));
+    QVERIFY(!repository.programWasRun());
+    QVERIFY(!repository.networkWasReached());
+}
+
 void TestHostile::nobodyIsHarmedBy()
 {
     const auto threat = named(QTest::currentDataTag());
@@ -261,7 +363,10 @@ void TestHostile::whereGitCannotButHangTheServiceEndsAtOnce()
     // Opened once: git may go on where all it waited for was somebody at the other end.
     QTRY_VERIFY(end >= 0 || (end = otherEnd(repository.file(fifo))) >= 0);
     QVERIFY(!hanging.isFinished());
-    QVERIFY(service.git.stop(5s));
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QVERIFY(service.git.stop(promptly));
+    QVERIFY(std::chrono::milliseconds(elapsed.elapsed()) <= promptly);
     close(end);
 }
 

@@ -72,6 +72,23 @@ QString shallowClone(const TempRepository &repository)
     return repository.file(QStringLiteral("clone"));
 }
 
+// Without the files' contents, and with nobody to ask for them.
+QString partialClone(const TempRepository &repository)
+{
+    repository.git(words("config uploadpack.allowFilter true"));
+    const auto source = QStringLiteral("file://") + repository.path();
+    repository.git(words("clone --quiet --no-checkout --filter=blob:none") +
+                   QStringList{source, QStringLiteral("clone")});
+    repository.git(words("-C clone remote set-url origin file:///no/such/place"));
+    return repository.file(QStringLiteral("clone"));
+}
+
+QString withMailmap(const TempRepository &repository)
+{
+    repository.write(QStringLiteral(".mailmap"), "B <b@example.org> <a@example.org>\n");
+    return repository.path();
+}
+
 QString newHashes(const TempRepository &repository)
 {
     repository.git(words("init --quiet --object-format=sha256 --initial-branch=main new"));
@@ -107,6 +124,7 @@ QList<Kind> kinds()
         {"a clone whose own branch was renamed", at("clone", {"clone --quiet . clone", "-C clone branch -m trunk"}),
          "main", 0},
         {"a shallow clone", shallowClone, "main", 3},
+        {"a partial clone", partialClone},
         {"a linked worktree", at("tree", {"worktree add --quiet -b side tree main~2"})},
         {"a submodule", submodule},
         {"a bare repository", at("bare", {"clone --quiet --bare . bare"})},
@@ -118,6 +136,7 @@ QList<Kind> kinds()
         {"a tag named like the branch", after({"tag main main~1"}), "main", 6},
         {"a folder inside a repository", at("folder", {"checkout --quiet --force"})},
         {"a link to a repository", linkTo},
+        {"a mailmap in the work tree", withMailmap},
         {"a commit in another encoding", inAnotherEncoding, "main", 8},
     };
 }

@@ -79,6 +79,7 @@ private Q_SLOTS:
     void parentsComeBeforeTheirChildrensSiblings();
     void namesThatAreNotUtf8ArePassedOver();
     void foldersThatCannotBeListedArePassedOver();
+    void aFolderThatCannotBeEnteredIsNoRepository();
     void aCancelledScanEnds();
 };
 
@@ -272,6 +273,18 @@ void TestRepositoryScan::foldersThatCannotBeListedArePassedOver()
     QCOMPARE(tree.found(), QStringLiteral("closed open/repo"));
     QFile::setPermissions(tree.path(QStringLiteral("denied")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     QFile::setPermissions(tree.path(QStringLiteral("closed")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+// Its names can be listed, but git could not read what they stand for either.
+void TestRepositoryScan::aFolderThatCannotBeEnteredIsNoRepository()
+{
+    const Tree tree;
+    const AsOrdinaryUser ordinary(tree.path());
+    tree.repository(QStringLiteral("listed"));
+    tree.repository(QStringLiteral("open"));
+    QFile::setPermissions(tree.path(QStringLiteral("listed")), QFile::ReadOwner);
+    QCOMPARE(tree.found(), QStringLiteral("open"));
+    QFile::setPermissions(tree.path(QStringLiteral("listed")), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
 void TestRepositoryScan::aCancelledScanEnds()

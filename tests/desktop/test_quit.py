@@ -63,6 +63,15 @@ class Quit(unittest.TestCase):
             program.terminate()
             self.assert_ended_whole(program, PROMPTLY)
 
+    def test_a_kill_takes_the_git_that_hangs_along(self):
+        with Desktop(self.id()) as desktop:
+            preferences.write(desktop.config, [HangingRepository(desktop.home / "hanging").path])
+            desktop.start_panel()
+            program = Program(desktop)
+            program.wait_for_hanging_child()
+            program.kill()
+            wait_until(lambda: not program.children(), "nothing that the program started is left", PROMPTLY)
+
     def test_a_request_to_terminate_is_met_at_once_during_a_refresh(self):
         with Desktop(self.id()) as desktop:
             preferences.write(desktop.config, many_repositories(desktop, case.now_in("UTC")))

@@ -4,6 +4,7 @@
 
 #include "support/Files.h"
 #include "support/FileSnapshot.h"
+#include "support/Listener.h"
 #include "support/TempRepository.h"
 
 #include <QDir>
@@ -11,48 +12,12 @@
 #include <QMap>
 #include <QTemporaryDir>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <optional>
-#include <poll.h>
 #include <stdexcept>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace velquarin::test {
-
-//! Somebody who waits for a call on a port of this machine.
-class Listener
-{
-public:
-    Listener()
-    {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof address;
-        auto *const raw = reinterpret_cast<sockaddr *>(&address);
-        if (bind(m_socket, raw, size) != 0 || listen(m_socket, 8) != 0 || getsockname(m_socket, raw, &size) != 0)
-            throw std::runtime_error("cannot listen");
-        m_port = ntohs(address.sin_port);
-    }
-    ~Listener() { close(m_socket); }
-    Listener(const Listener &) = delete;
-    Listener &operator=(const Listener &) = delete;
-
-    [[nodiscard]] QString address() const { return QStringLiteral("127.0.0.1:%1").arg(m_port); }
-
-    [[nodiscard]] bool wasCalled() const
-    {
-        pollfd waiting{m_socket, POLLIN, 0};
-        return poll(&waiting, 1, 0) > 0;
-    }
-
-private:
-    int m_socket = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    int m_port = 0;
-};
 
 //! A repository that somebody else prepared, with all that it may do harm to: a precious file, a program that leaves a
 //! marker when it is run, a folder for temporary files, a listener. It starts out harmless, with one commit on
@@ -146,13 +111,25 @@ public:
                   (url.isEmpty() ? QByteArray() : "\nurl = " + url.toUtf8()));
     }
 
+    //! A second repository that holds all that this one holds now; gives its path.
+    QString makeSource() const
+    {
+        git("clone --quiet --bare . ../source");
+        return inRoot("source");
+    }
+
     //! Has the program's own process, and so git's, run with that variable, until this object ends.
     void inherit(const char *variable, const QString &value)
     {
-        if (!m_inherited.contains(variable))
-            m_inherited.insert(variable,
-                               qEnvironmentVariableIsSet(variable) ? std::optional(qgetenv(variable)) : std::nullopt);
+        remember(variable);
         qputenv(variable, value.toUtf8());
+    }
+
+    //! The same, without that variable.
+    void drop(const char *variable)
+    {
+        remember(variable);
+        qunsetenv(variable);
     }
 
     //! Starts to listen; gives "127.0.0.1:port".
@@ -161,7 +138,16 @@ public:
         m_listener.emplace();
         return m_listener->address();
     }
-    [[nodiscard]] bool networkWasReached() const { return m_listener && m_listener->wasCalled(); }
+    //! The same, with somebody who asks every caller for a password.
+    QString listenBehindPassword()
+    {
+        m_doorkeeper.emplace();
+        return m_doorkeeper->address();
+    }
+    [[nodiscard]] bool networkWasReached() const
+    {
+        return (m_listener && m_listener->wasCalled()) || (m_doorkeeper && m_doorkeeper->wasCalled());
+    }
 
 private:
     void initialise() const
@@ -180,6 +166,13 @@ private:
         return git(command.constData(), input);
     }
 
+    void remember(const char *variable)
+    {
+        if (!m_inherited.contains(variable))
+            m_inherited.insert(variable,
+                               qEnvironmentVariableIsSet(variable) ? std::optional(qgetenv(variable)) : std::nullopt);
+    }
+
     static void restore(const char *variable, const std::optional<QByteArray> &value)
     {
         if (value)
@@ -191,6 +184,7 @@ private:
     QTemporaryDir m_root;
     QMap<QByteArray, std::optional<QByteArray>> m_inherited;
     std::optional<Listener> m_listener;
+    std::optional<Doorkeeper> m_doorkeeper;
 };
 
 }  // namespace velquarin::test

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QList>
 #include <QProcess>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -30,10 +31,12 @@ struct NaiveReading
 class NaiveReader
 {
 public:
-    //! The days of @p folder that are asked for end with 2024-03-07.
-    static NaiveReading read(const QString &folder)
+    //! The days of @p folder that are asked for end with 2024-03-07. Another @p environment than the one that is there
+    //! shows what can be kept out by that environment alone.
+    static NaiveReading read(const QString &folder,
+                             const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
     {
-        NaiveReader reader(folder);
+        NaiveReader reader(folder, environment);
         reader.run("rev-parse --git-dir");
         const auto branch = reader.branch();
         reader.log(branch, "--format=%ad --date=short --since=2024-03-01 --until=2024-03-08");
@@ -43,8 +46,9 @@ public:
     }
 
 private:
-    explicit NaiveReader(QString folder)
+    NaiveReader(QString folder, QProcessEnvironment environment)
         : m_folder(std::move(folder))
+        , m_environment(std::move(environment))
     {
     }
 
@@ -73,6 +77,7 @@ private:
             return {};
         QProcess git;
         git.setWorkingDirectory(m_folder);
+        git.setProcessEnvironment(m_environment);
         git.setStandardErrorFile(QProcess::nullDevice());
         git.setChildProcessModifier(prepareToBeKilled);
         git.start(QStringLiteral("/usr/bin/git"), arguments);
@@ -120,6 +125,7 @@ private:
     }
 
     QString m_folder;
+    QProcessEnvironment m_environment;
     NaiveReading m_reading;
 };
 

@@ -3,6 +3,7 @@
 
 #include "Platform/Linux/System/ChildProcessRunner.h"
 
+#include "support/Files.h"
 #include "support/OrdinaryUser.h"
 #include "support/Strict.h"
 
@@ -12,10 +13,16 @@
 #include <QTemporaryFile>
 #include <QTest>
 
+#include <climits>
 #include <csignal>
+#include <cstddef>
+#include <cstring>
+#include <fcntl.h>
+#include <linux/random.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
+#include <sys/un.h>
 #include <thread>
 
 using namespace velquarin;
@@ -36,16 +43,34 @@ QByteArray outputOf(const QString &script)
     return ChildProcessRunner().run(shell(script));
 }
 
-bool isLandlockThere()
-{
-    constexpr unsigned askVersion = 1;
-    return syscall(SYS_landlock_create_ruleset, nullptr, 0, askVersion) >= 1;
-}
-
 long landlockVersion()
 {
     constexpr unsigned askVersion = 1;
     return syscall(SYS_landlock_create_ruleset, nullptr, 0, askVersion);
+}
+
+bool isLandlockThere()
+{
+    return landlockVersion() >= 1;
+}
+
+// Puts something that is no rules under the number of our own process's rules; false where there are none.
+// Source: proc(5), /proc/pid/fd
+bool loseTheRules()
+{
+    const QDir descriptors(QStringLiteral("/proc/self/fd"));
+    for (const auto &number : descriptors.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)) {
+        char target[PATH_MAX] = {};
+        const auto link = QFile::encodeName(descriptors.filePath(number));
+        if (readlink(link.constData(), target, sizeof target - 1) < 0 ||
+            QByteArray(target) != "anon_inode:[landlock-ruleset]")
+            continue;
+        const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
+        const bool isLost = dup3(null, number.toInt(), O_CLOEXEC) >= 0;
+        close(null);
+        return isLost;
+    }
+    return false;
 }
 
 ProcessRequest git(const QStringList &arguments, const QString &folder)
@@ -77,6 +102,40 @@ private:
     int m_socket = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     int m_port = 0;
 };
+
+// A socket of our own process that every process may connect to, whatever files it may use.
+// Source: unix(7), abstract sockets
+class AbstractServer
+{
+public:
+    AbstractServer()
+    {
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        std::memcpy(&address.sun_path[1], m_name.constData(), size_t(m_name.size()));
+        const auto length = socklen_t(offsetof(sockaddr_un, sun_path) + 1 + size_t(m_name.size()));
+        bind(m_socket, reinterpret_cast<const sockaddr *>(&address), length);
+        listen(m_socket, 5);
+    }
+    ~AbstractServer() { close(m_socket); }
+    AbstractServer(const AbstractServer &) = delete;
+    AbstractServer &operator=(const AbstractServer &) = delete;
+    [[nodiscard]] QString name() const { return QString::fromLatin1(m_name); }
+
+private:
+    QByteArray m_name = "velquarin-test-" + QByteArray::number(getpid());
+    int m_socket = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+};
+
+// An expression of Perl, which is done by its program alone, with $folder and $socket.
+ProcessRequest perl(const QString &expression, const QString &folder, const QString &socket)
+{
+    const auto script = QStringLiteral("my ($folder, $socket) = @ARGV; print((%1) ? \"done\" : \"refused\");");
+    return {QStringLiteral("/usr/bin/perl"),
+            {QStringLiteral("-MSocket"), QStringLiteral("-e"), script.arg(expression), folder, socket},
+            folder,
+            QProcessEnvironment::systemEnvironment()};
+}
 
 ProcessRequest bash(const QString &script)
 {
@@ -113,6 +172,9 @@ private Q_SLOTS:
     void aConfinedChildRunsItsProgramAlone();
     void aConfinedChildWritesNothing();
     void aConfinedChildConnectsToNobody();
+    void aConfinedChildIsRefused_data();
+    void aConfinedChildIsRefused();
+    void aChildThatCannotBeConfinedDoesNotRun();
     void ourselvesStayFree();
     void aProgramThatIsUpgradedStillRuns();
     void scriptsAndMissingProgramsAreNotConfined();
@@ -335,6 +397,57 @@ void TestChildProcess::aConfinedChildConnectsToNobody()
     ChildProcessRunner runner;
     QVERIFY(runner.confine(QStringLiteral("/bin/bash")));
     QCOMPARE(runner.run(bash(script)), QByteArray());
+}
+
+void TestChildProcess::aConfinedChildIsRefused_data()
+{
+    QTest::addColumn<int>("version");
+    QTest::addColumn<QString>("expression");
+    const auto row = [](const char *name, int version, const char *expression) {
+        QTest::newRow(name) << version << QString::fromLatin1(expression);
+    };
+    row("opening a file for writing", 1, "open(FILE, '>>', \"$folder/file\")");
+    row("removing a file", 1, "unlink(\"$folder/file\")");
+    // From version 2 on it could be allowed, which nobody does.
+    row("moving a file to another folder", 1, "rename(\"$folder/file\", \"$folder/below/file\")");
+    row("truncating a file by its name", 3, "truncate(\"$folder/file\", 0)");
+    row("asking a device", 5, "open(DEVICE, '<', '/dev/random') && ioctl(DEVICE, $ENV{QUESTION}, $answer = '1234')");
+    row("connecting to an abstract socket", 6,
+        "socket(END, AF_UNIX, SOCK_STREAM, 0) && connect(END, pack_sockaddr_un(\"\\0$socket\"))");
+    row("sending a signal to the program that started it", 6, "kill('CONT', getppid)");
+}
+
+void TestChildProcess::aConfinedChildIsRefused()
+{
+    QFETCH(int, version);
+    QFETCH(QString, expression);
+    if (landlockVersion() < version)
+        QSKIP("this kernel's Landlock is too old");
+    const AbstractServer server;
+    const auto answerOf = [&](ChildProcessRunner &runner) {
+        const QTemporaryDir folder;
+        writeFile(folder.filePath(QStringLiteral("file")), "text");
+        QDir(folder.path()).mkdir(QStringLiteral("below"));
+        auto request = perl(expression, folder.path(), server.name());
+        request.environment.insert(QStringLiteral("QUESTION"), QString::number(RNDGETENTCNT));
+        return runner.run(request);
+    };
+    ChildProcessRunner free;
+    QCOMPARE(answerOf(free), QByteArray("done"));
+    ChildProcessRunner confined;
+    QVERIFY(confined.confine(QStringLiteral("/usr/bin/perl")));
+    QCOMPARE(answerOf(confined), QByteArray("refused"));
+}
+
+void TestChildProcess::aChildThatCannotBeConfinedDoesNotRun()
+{
+    if (!isLandlockThere())
+        QSKIP("this kernel has no Landlock");
+    ChildProcessRunner runner;
+    QVERIFY(runner.confine(QStringLiteral("/bin/bash")));
+    QCOMPARE(runner.run(bash(QStringLiteral("echo runs"))), QByteArray("runs\n"));
+    QVERIFY(loseTheRules());
+    QCOMPARE(runner.run(bash(QStringLiteral("echo runs"))), QByteArray());
 }
 
 void TestChildProcess::ourselvesStayFree()

@@ -61,11 +61,13 @@ double numberIn(const PreferencesPlace &place)
 class Child
 {
 public:
-    Child(const PreferencesPlace &place, const std::function<void()> &limit, const QStringList &mode = {})
+    Child(const PreferencesPlace &place, const std::function<void()> &limit, const QStringList &mode = {},
+          const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
     {
         // From below the temporary folder, since another user may not come to where this one was built.
         const auto program = place.home.filePath(u"preferences_child"_s);
         QFile::copy(QStringLiteral(PREFERENCES_CHILD), program);
+        m_process.setProcessEnvironment(environment);
         m_process.setChildProcessModifier(limit);
         m_process.start(program, QStringList{place.path} + mode);
         if (!m_process.waitForStarted(timeoutMs))
@@ -143,6 +145,16 @@ void limitFileSize()
 
 void noLimit() {}
 
+// What a program runs in that notes its calls in that file; the address sanitizer wants to be asked first.
+QProcessEnvironment notingCallsIn(const QString &file)
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"LD_PRELOAD"_s, QStringLiteral(PREFERENCES_CALLS));
+    environment.insert(u"VELQUARIN_TEST_CALLS"_s, file);
+    environment.insert(u"ASAN_OPTIONS"_s, environment.value(u"ASAN_OPTIONS"_s) + u":verify_asan_link_order=0"_s);
+    return environment;
+}
+
 // For this process alone, so that it goes away with it whatever happens.
 bool mountSmallFileSystem(const QByteArray &folder)
 {
@@ -194,6 +206,7 @@ private Q_SLOTS:
     void whatCannotBeReadIsNotWrittenOver_data();
     void whatCannotBeReadIsNotWrittenOver();
     void aFolderThatCannotBeMadeIsAFailureLikeAnyOther();
+    void aPowerCutLeavesTheOldOrTheNewFile();
     void aKillLeavesTheOldOrTheNewFile();
 };
 
@@ -553,6 +566,22 @@ void TestPreferencesDurability::aFolderThatCannotBeMadeIsAFailureLikeAnyOther()
     store.flush(std::chrono::minutes(1));
     QCOMPARE(numberIn(place), 2.0);
     QCOMPARE(modeOf(place.folder), 0700);
+}
+
+// What is renamed before it is on the disk can be empty after a power cut, and what the folder does not know yet can be
+// the old file.
+void TestPreferencesDurability::aPowerCutLeavesTheOldOrTheNewFile()
+{
+    const PreferencesPlace place;
+    place.fill("{}");
+    const auto folder = QFileInfo(place.folder).canonicalFilePath();
+    const auto calls = place.home.filePath(u"calls"_s);
+    Child child(place, &noLimit, {}, notingCallsIn(calls));
+    child.save(1.0);
+    const QStringList expected{u"fsync "_s + folder + u"/.preferences.json.velquarin"_s, u"rename to "_s + place.path,
+                               u"fsync "_s + folder};
+    QCOMPARE(QString::fromUtf8(readFile(calls)).split(u'\n', Qt::SkipEmptyParts), expected);
+    QCOMPARE(numberIn(place), 1.0);
 }
 
 void TestPreferencesDurability::aKillLeavesTheOldOrTheNewFile()

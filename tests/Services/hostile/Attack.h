@@ -30,8 +30,17 @@ struct Attack
     const char *name;  //!< says what is carried
     Harm harm;
     std::function<void(HostileRepository &)> prepare;
-    Figures figures = {};  //!< what the program shows all the same
+    Figures figures = {};                  //!< what the program shows all the same
+    const char *beyondSettings = nullptr;  //!< why none of git's settings stops it; nothing where they do
 };
+
+//! The same attacks, none of which a setting stops, and why.
+[[nodiscard]] inline QList<Attack> beyondSettings(const char *reason, QList<Attack> attacks)
+{
+    for (auto &attack : attacks)
+        attack.beyondSettings = reason;
+    return attacks;
+}
 
 //! Names that reach git's command line.
 [[nodiscard]] QList<Attack> referenceAttacks();

@@ -81,32 +81,30 @@ void inheritGrafts(HostileRepository &repository)
 QList<Attack> environmentAttacks()
 {
     using enum Harm;
-    return {
-        {"GIT_DIR from a hook", OutputChanges, decoyIn("GIT_DIR", "/.git")},
-        {"GIT_COMMON_DIR from a hook", OutputChanges, decoyIn("GIT_COMMON_DIR", "/.git")},
-        {"GIT_OBJECT_DIRECTORY from a hook", OutputChanges, decoyIn("GIT_OBJECT_DIRECTORY", "/.git/objects")},
-        {"GIT_TRACE with a file", FileChanges, traceBy("GIT_TRACE")},
-        {"GIT_TRACE_SETUP with a file", FileChanges, traceBy("GIT_TRACE_SETUP")},
-        {"GIT_TRACE2_EVENT with a file", FileChanges, traceBy("GIT_TRACE2_EVENT")},
-        {"GIT_CONFIG_PARAMETERS with a program",
-         ProgramRuns,
-         inheritParameters,
-         {.week = 4, .twoYears = 5, .last = QStringLiteral("2024-03-07T11:00:00Z")}},
-        {"GIT_CONFIG_COUNT with a program",
-         ProgramRuns,
-         inheritSettings,
-         {.week = 4, .twoYears = 5, .last = QStringLiteral("2024-03-07T11:00:00Z")}},
-        {"GIT_CONFIG_GLOBAL with a program",
-         ProgramRuns,
-         inheritUserSettings,
-         {.week = 4, .twoYears = 5, .last = QStringLiteral("2024-03-07T11:00:00Z")}},
-        {"GIT_EXEC_PATH with other commands",
-         ProgramRuns,
-         inheritOtherCommands,
-         {.week = 0, .twoYears = 0, .last = {}}},
+    const Figures withSignedCommit{.week = 4, .twoYears = 5, .last = QStringLiteral("2024-03-07T11:00:00Z")};
+    const QList<Attack> likeSettings{
+        {"GIT_CONFIG_COUNT with a program", ProgramRuns, inheritSettings, withSignedCommit},
+        {"GIT_CONFIG_GLOBAL with a program", ProgramRuns, inheritUserSettings, withSignedCommit},
         {"GIT_PAGER_IN_USE from a pager", OutputChanges, inheritPagerInUse},
-        {"GIT_GRAFT_FILE with a shorter history", OutputChanges, inheritGrafts},
     };
+    return likeSettings +
+           beyondSettings(
+               "these variables outweigh settings",
+               {
+                   {"GIT_DIR from a hook", OutputChanges, decoyIn("GIT_DIR", "/.git")},
+                   {"GIT_COMMON_DIR from a hook", OutputChanges, decoyIn("GIT_COMMON_DIR", "/.git")},
+                   {"GIT_OBJECT_DIRECTORY from a hook", OutputChanges,
+                    decoyIn("GIT_OBJECT_DIRECTORY", "/.git/objects")},
+                   {"GIT_TRACE with a file", FileChanges, traceBy("GIT_TRACE")},
+                   {"GIT_TRACE_SETUP with a file", FileChanges, traceBy("GIT_TRACE_SETUP")},
+                   {"GIT_TRACE2_EVENT with a file", FileChanges, traceBy("GIT_TRACE2_EVENT")},
+                   {"GIT_CONFIG_PARAMETERS with a program", ProgramRuns, inheritParameters, withSignedCommit},
+                   {"GIT_EXEC_PATH with other commands",
+                    ProgramRuns,
+                    inheritOtherCommands,
+                    {.week = 0, .twoYears = 0, .last = {}}},
+                   {"GIT_GRAFT_FILE with a shorter history", OutputChanges, inheritGrafts},
+               });
 }
 
 }  // namespace velquarin::test

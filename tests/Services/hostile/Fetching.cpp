@@ -35,6 +35,13 @@ void promiseInAnOldRemotesFile(HostileRepository &repository)
     repository.write(QStringLiteral(".git/remotes/origin"), "URL: ext::" + repository.program().toUtf8() + " x\n");
 }
 
+// The name comes first in the words of the fetch, which then asks "origin".
+void promiseByARemoteThatIsAnOption(HostileRepository &repository)
+{
+    repository.promise("main~1", QStringLiteral("/"));
+    repository.configure("[extensions]\npartialClone = --upload-pack=PROGRAM");
+}
+
 void sortBranchesByAMissingCommit(HostileRepository &repository)
 {
     repository.promise("main", repository.path());
@@ -51,6 +58,52 @@ void nameAMissingMailmap(HostileRepository &repository)
                          "[mailmap]\nblob = 1111111111111111111111111111111111111111");
 }
 
+// The second repository delivers what is missing, so that everything that git does after a fetch is done, too: with two
+// loose objects in the folder that it counts, it tidies up.
+void promiseAndDeliver(HostileRepository &repository)
+{
+    repository.git("read-tree main");
+    const auto source = repository.makeSource();
+    repository.promise("main~1", source);
+    repository.configure("[gc]\nauto = 1\nautoDetach = false");
+    for (const char digit : {'1', '2'})
+        repository.write(QStringLiteral(".git/objects/17/") + QString(38, QLatin1Char(digit)), {});
+}
+
+void runAHookAfterTheFetch(HostileRepository &repository)
+{
+    promiseAndDeliver(repository);
+    repository.makeProgram(repository.file(QStringLiteral(".git/hooks/pre-auto-gc")));
+}
+
+void askAMonitorAfterTheFetch(HostileRepository &repository)
+{
+    promiseAndDeliver(repository);
+    repository.configure("[core]\nfsmonitor = PROGRAM");
+}
+
+void askAlternatesAfterTheFetch(HostileRepository &repository)
+{
+    promiseAndDeliver(repository);
+    for (const char *folder : {"alternate/objects", "alternate/refs"})
+        QDir().mkpath(repository.inRoot(folder));
+    repository.write(QStringLiteral(".git/objects/info/alternates"),
+                     repository.inRoot("alternate/objects").toUtf8() + '\n');
+    repository.configure("[core]\nalternateRefsCommand = PROGRAM");
+}
+
+// The terminal of whoever runs the tests, and the programs that ask there for passwords, are left alone.
+std::function<void(HostileRepository &)> promisedBehindPassword(const char *settings)
+{
+    return [=](HostileRepository &repository) {
+        repository.drop("GIT_ASKPASS");
+        repository.inherit("GIT_TERMINAL_PROMPT", QStringLiteral("0"));
+        const auto address = repository.listenBehindPassword();
+        repository.promise("main~1", QStringLiteral("http://%1/x").arg(address));
+        repository.configure(settings);
+    };
+}
+
 std::function<void(HostileRepository &)> promisedOverNetwork(const char *scheme)
 {
     return [=](HostileRepository &repository) {
@@ -63,15 +116,16 @@ std::function<void(HostileRepository &)> promisedOverNetwork(const char *scheme)
 QList<Attack> fetchAttacks()
 {
     using enum Harm;
+    const char *const narrower = "the repository's own word on this one protocol outweighs ours on all";
     return {
         {"a missing commit, and a program that would send it", ProgramRuns,
          promised("/", "[remote \"origin\"]\nuploadpack = PROGRAM"), nothingBehindMain},
         {"a missing commit, and a remote that is a command", ProgramRuns,
-         promised("ext::PROGRAM %S", "[protocol \"ext\"]\nallow = always"), nothingBehindMain},
+         promised("ext::PROGRAM %S", "[protocol \"ext\"]\nallow = always"), nothingBehindMain, narrower},
         {"a missing commit, and an address that is replaced by a command", ProgramRuns,
          promised("https://example.invalid/x",
                   "[url \"ext::PROGRAM \"]\ninsteadOf = https://example.invalid\n[protocol \"ext\"]\nallow = always"),
-         nothingBehindMain},
+         nothingBehindMain, narrower},
         {"a missing commit, and a command that stands for ssh", ProgramRuns,
          promised("ssh://example.invalid/x", "[core]\nsshCommand = PROGRAM"), nothingBehindMain},
         {"a missing commit, and a proxy that is a program", ProgramRuns,
@@ -79,6 +133,8 @@ QList<Attack> fetchAttacks()
         {"a missing commit, and a helper in the work tree", ProgramRuns, promiseByHelperInTheWorkTree,
          nothingBehindMain},
         {"a missing commit, and a remote in a file of the old kind", ProgramRuns, promiseInAnOldRemotesFile,
+         nothingBehindMain, narrower},
+        {"a missing commit, and a remote whose name is an option", ProgramRuns, promiseByARemoteThatIsAnOption,
          nothingBehindMain},
         {"branches sorted by a missing commit", ProgramRuns, sortBranchesByAMissingCommit, nothingAtAll},
         {"a mailmap that is missing", ProgramRuns, nameAMissingMailmap, {.week = 1, .twoYears = 1}},
@@ -86,6 +142,15 @@ QList<Attack> fetchAttacks()
          nothingBehindMain},
         {"a missing commit, and a server that speaks http", NetworkIsReached, promisedOverNetwork("http://"),
          nothingBehindMain},
+        {"a missing commit that arrives, and a hook", ProgramRuns, runAHookAfterTheFetch, nothingBehindMain},
+        {"a missing commit that arrives, and a file system monitor", ProgramRuns, askAMonitorAfterTheFetch,
+         nothingBehindMain},
+        {"a missing commit that arrives, and a command that lists the refs of alternates", ProgramRuns,
+         askAlternatesAfterTheFetch, nothingBehindMain},
+        {"a missing commit, and a program that is asked for a password", ProgramRuns,
+         promisedBehindPassword("[core]\naskPass = PROGRAM"), nothingBehindMain},
+        {"a missing commit, and a program that keeps passwords", ProgramRuns,
+         promisedBehindPassword("[credential]\nhelper = PROGRAM"), nothingBehindMain},
     };
 }
 

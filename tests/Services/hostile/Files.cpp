@@ -100,6 +100,7 @@ void nameAFileLikeTheHead(HostileRepository &repository)
 QList<Attack> fileAttacks()
 {
     using enum Harm;
+    const char *const ambiguous = "no setting says whether a word is a branch or a file";
     return {
         {"a mailmap that is a fifo", Hangs, nameAFifoAsMailmap},
         {"a mailmap in the work tree that is a fifo", Hangs, fifo(".mailmap")},
@@ -109,8 +110,8 @@ QList<Attack> fileAttacks()
         {"a commit graph that points beyond its end", Crashes, damagedGraph(pointBeyondTheEdges)},
         {"a commit graph that tells a shorter history", OutputChanges, damagedGraph(forgetAllParents)},
         {"an index of packs that names none of them", OutputChanges, damagePackIndex},
-        {"a folder named like the branch", OutputChanges, nameAFolderLikeTheBranch},
-        {"a file named HEAD", OutputChanges, nameAFileLikeTheHead, {.branch = QStringLiteral("HEAD")}},
+        {"a folder named like the branch", OutputChanges, nameAFolderLikeTheBranch, {}, ambiguous},
+        {"a file named HEAD", OutputChanges, nameAFileLikeTheHead, {.branch = QStringLiteral("HEAD")}, ambiguous},
     };
 }
 

@@ -90,23 +90,24 @@ void addPatchWithTextConversion(HostileRepository &repository)
 QList<Attack> referenceAttacks()
 {
     using enum Harm;
-    return {
-        {"a remote whose branch is an option that writes", FileChanges, addOutputBranch},
-        {"a dash that appears once \"origin/\" is gone", FileChanges, addOutputOnceOriginIsGone},
-        {"a remote's head that names nothing below refs/", FileChanges, addOutputOutsideRefs},
-        {"a dash that appears once blanks are gone", FileChanges, addOutputBehindABlank},
-        {"a symbolic link in place of the remote's head", FileChanges, addOutputAsLink},
-        {"an option behind a second name", FileChanges, addOutputBehindAnotherName},
-        {"an option that reads standard input", Hangs, option(QStringLiteral("--stdin"))},
-        {"an option that shows patches, and a text conversion",
-         ProgramRuns,
-         addPatchWithTextConversion,
-         {.week = 4, .twoYears = 5}},
-        {"an option that adds all branches", OutputChanges, addAllBranches},
-        {"an option that cuts the history short", OutputChanges, option(QStringLiteral("-1"))},
-        {"an option that ends the options", OutputChanges, option(QStringLiteral("--"))},
-        {"a question to the reflog", OutputChanges, addReflogQuestion},
-    };
+    return beyondSettings("what is in the command line outweighs settings",
+                          {
+                              {"a remote whose branch is an option that writes", FileChanges, addOutputBranch},
+                              {"a dash that appears once \"origin/\" is gone", FileChanges, addOutputOnceOriginIsGone},
+                              {"a remote's head that names nothing below refs/", FileChanges, addOutputOutsideRefs},
+                              {"a dash that appears once blanks are gone", FileChanges, addOutputBehindABlank},
+                              {"a symbolic link in place of the remote's head", FileChanges, addOutputAsLink},
+                              {"an option behind a second name", FileChanges, addOutputBehindAnotherName},
+                              {"an option that reads standard input", Hangs, option(QStringLiteral("--stdin"))},
+                              {"an option that shows patches, and a text conversion",
+                               ProgramRuns,
+                               addPatchWithTextConversion,
+                               {.week = 4, .twoYears = 5}},
+                              {"an option that adds all branches", OutputChanges, addAllBranches},
+                              {"an option that cuts the history short", OutputChanges, option(QStringLiteral("-1"))},
+                              {"an option that ends the options", OutputChanges, option(QStringLiteral("--"))},
+                              {"a question to the reflog", OutputChanges, addReflogQuestion},
+                          });
 }
 
 }  // namespace velquarin::test

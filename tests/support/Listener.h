@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <arpa/inet.h>
+#include <atomic>
+#include <netinet/in.h>
+#include <poll.h>
+#include <stdexcept>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+
+namespace velquarin::test {
+
+//! Somebody who waits for a call on a port of this machine.
+class Listener
+{
+public:
+    Listener()
+    {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto *const raw = reinterpret_cast<sockaddr *>(&address);
+        if (bind(m_socket, raw, size) != 0 || listen(m_socket, 8) != 0 || getsockname(m_socket, raw, &size) != 0)
+            throw std::runtime_error("cannot listen");
+        m_port = ntohs(address.sin_port);
+    }
+    ~Listener() { close(m_socket); }
+    Listener(const Listener &) = delete;
+    Listener &operator=(const Listener &) = delete;
+
+    [[nodiscard]] int socket() const { return m_socket; }
+    [[nodiscard]] QString address() const { return QStringLiteral("127.0.0.1:%1").arg(m_port); }
+
+    [[nodiscard]] bool wasCalled() const
+    {
+        pollfd waiting{m_socket, POLLIN, 0};
+        return poll(&waiting, 1, 0) > 0;
+    }
+
+private:
+    int m_socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    int m_port = 0;
+};
+
+//! A web server that lets nobody in without a password.
+//! Source: RFC 9110, section 11.6.1
+class Doorkeeper
+{
+public:
+    Doorkeeper()
+        : m_thread([this] { answerAll(); })
+    {
+    }
+    ~Doorkeeper()
+    {
+        shutdown(m_listener.socket(), SHUT_RDWR);
+        m_thread.join();
+    }
+    Doorkeeper(const Doorkeeper &) = delete;
+    Doorkeeper &operator=(const Doorkeeper &) = delete;
+
+    [[nodiscard]] QString address() const { return m_listener.address(); }
+    [[nodiscard]] bool wasCalled() const { return m_wasCalled || m_listener.wasCalled(); }
+
+private:
+    void answerAll()
+    {
+        for (int call = -1; (call = accept4(m_listener.socket(), nullptr, nullptr, SOCK_CLOEXEC)) >= 0; close(call)) {
+            m_wasCalled = true;
+            answer(call);
+        }
+    }
+
+    static void answer(int call)
+    {
+        const QByteArray refusal = "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"x\"\r\n"
+                                   "Content-Length: 0\r\nConnection: close\r\n\r\n";
+        char request[4096];
+        if (recv(call, request, sizeof request, 0) > 0)
+            send(call, refusal.constData(), size_t(refusal.size()), MSG_NOSIGNAL);
+    }
+
+    Listener m_listener;
+    std::atomic<bool> m_wasCalled = false;
+    std::thread m_thread;
+};
+
+}  // namespace velquarin::test
