@@ -14,6 +14,9 @@ from settings import DASHBOARD, TABS, Session
 NOON = datetime.datetime(2026, 11, 20, 12, 0, tzinfo=datetime.timezone.utc)
 HOME = "/home/robin"
 
+# The clock is moved by whole seconds: a start at 12:00 sharp would now and then be one at 11:59.
+WELL_INTO_THE_MINUTE = datetime.timedelta(seconds=5)
+
 SAID_OF_ROLES = {"frame": "window", "push button": "button", "check box": "check box", "combo box": "pop-up",
                  "page tab list": "tabs", "page tab": "tab", "list": "list", "list item": "", "panel": "group",
                  "scroll bar": "scroll bar", "label": ""}
@@ -86,11 +89,14 @@ def _windows(session):
         yield f"The settings, {tab}", session.window()
 
 
+def _seconds_to(moment):
+    return round(moment.timestamp() - datetime.datetime.now().timestamp())
+
+
 def of_program(desktop):
     """(title, lines) of each face of each window of the program on a desktop."""
     _make(desktop)
-    offset = round(NOON.timestamp() - datetime.datetime.now().timestamp())
-    session = Session(desktop, clock_offset=offset)
+    session = Session(desktop, clock_offset=_seconds_to(NOON + WELL_INTO_THE_MINUTE))
     for title, window in _windows(session):
         yield title, [_lasting(line, desktop) for line in lines(window)]
     status, errors = session.end()
