@@ -93,8 +93,8 @@ URelativeDateTimeUnit icuUnit(Unit unit)
 QByteArray languageAndRegion(const QString &variable)
 {
     const auto isEnd = [](QChar character) { return character == u'.' || character == u'@'; };
-    const auto end = std::ranges::find_if(variable, isEnd);
-    return variable.left(end - variable.begin()).toLatin1();
+    const auto length = std::ranges::distance(variable.begin(), std::ranges::find_if(variable, isEnd));
+    return variable.left(length).toLatin1();
 }
 
 // ICU separates some parts with a narrow no-break space that many fonts lack.

@@ -3,6 +3,8 @@
 
 #include "Services/DayStarts.h"
 
+#include <utility>
+
 namespace velquarin {
 
 namespace {
@@ -22,8 +24,8 @@ auto remembered(Starts &starts, qint64 key, LookUp lookUp)
 
 }  // namespace
 
-DayStarts::DayStarts(const Calendar &calendar)
-    : m_calendar(calendar)
+DayStarts::DayStarts(Calendar calendar)
+    : m_calendar(std::move(calendar))
 {
 }
 

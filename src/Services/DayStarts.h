@@ -14,7 +14,7 @@ namespace velquarin {
 class DayStarts
 {
 public:
-    explicit DayStarts(const Calendar &calendar);
+    explicit DayStarts(Calendar calendar);
 
     [[nodiscard]] const Calendar &calendar() const { return m_calendar; }
 

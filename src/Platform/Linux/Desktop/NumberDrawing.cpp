@@ -5,6 +5,8 @@
 
 #include <QPainterPathStroker>
 
+#include <array>
+
 namespace velquarin {
 
 namespace {
@@ -120,9 +122,9 @@ QPainterPath letterK()
 QPainterPath lineOf(QChar character)
 {
     using Line = QPainterPath (*)();
-    constexpr Line digits[] = {zero, one, two, three, four, five, six, seven, eight, nine};
+    constexpr std::array<Line, 10> digits = {zero, one, two, three, four, five, six, seven, eight, nine};
     if (character >= u'0' && character <= u'9')
-        return digits[character.unicode() - u'0']();
+        return digits.at(character.unicode() - u'0')();
     return character == u'k' ? letterK() : QPainterPath();
 }
 
