@@ -113,7 +113,7 @@ def weight(build):
         place = (desktop.screen.width - 14, 14)
         rounds = [(runs.kilobytes(runs.program, refreshed),
                    runs.kilobytes(runs.program, lambda: _use_windows(desktop, place)),
-                   runs.kilobytes(runs.tray), runs.kilobytes(lambda: runs.tray("window"))) for _ in range(5)]
+                   runs.kilobytes(runs.tray), runs.kilobytes(lambda: runs.tray("window"))) for _ in range(3)]
         tray = statistics.median(tray for _, _, tray, _ in rounds)
         yield (f"memory (PSS) with {REPOSITORIES} repositories, against a bare tray program of {tray / 1024:.1f} MB",
                ratio([(idle, tray) for idle, _, tray, _ in rounds]), "1.25")

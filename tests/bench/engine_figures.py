@@ -65,30 +65,31 @@ def long_history(build, folder):
            ratio([(engine[TIME], bare[0]) for engine, bare, _ in rounds]), "0.80")
 
 
-def _times(build, sets, rounds=3):
-    """The quickest of some refreshes of each set, which is the one that was disturbed least."""
-    times = []
-    for repositories in sets:
-        with build.engine(repositories) as engine:
-            times.append(min(figures[0][TIME] for figures in in_turns(rounds, engine)))
-    return times
+def _refreshes(build, repositories):
+    with build.engine(repositories) as engine:
+        return [figures[0] for figures in in_turns(3, engine)]
+
+
+def _quickest(refreshes):
+    """The time of the one that was disturbed least."""
+    return min(figures[TIME] for figures in refreshes)
 
 
 def growth_in_repositories(build, folder):
     repositories = make_repositories(folder, 300, 200)
     sizes = [10, 100, 300]
-    exponent = growth(sizes, _times(build, [repositories[:size] for size in sizes]))
+    refreshes = [_refreshes(build, repositories[:size]) for size in sizes]
+    exponent = growth(sizes, [_quickest(some) for some in refreshes])
     yield "growth with repositories (10, 100, 300), exponent", f"{exponent:.2f}", "1.03"
-    with build.engine(repositories) as engine:
-        gaps = [figures[0][GAP] for figures in in_turns(3, engine)]
+    gaps = [figures[GAP] for figures in refreshes[-1]]
     yield ("longest stall of the main thread, refresh of 300 repositories",
            f"{statistics.median(gaps):.0f} ms ({min(gaps):.0f} to {max(gaps):.0f})", "4 ms")
 
 
 def growth_in_commits(build, folder):
     sizes = [2_000, 20_000, 200_000]
-    sets = [[make_repository(folder / f"commits{size}", size)] for size in sizes]
-    yield "growth with commits (2,000 to 200,000), exponent", f"{growth(sizes, _times(build, sets)):.2f}", "1.03"
+    times = [_quickest(_refreshes(build, [make_repository(folder / f"commits{size}", size)])) for size in sizes]
+    yield "growth with commits (2,000 to 200,000), exponent", f"{growth(sizes, times):.2f}", "1.03"
 
 
 def log(build, _folder):
