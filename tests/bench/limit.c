@@ -4,7 +4,8 @@
 // The limit of a refresh: the very commands that it runs, as `bench_refresh --record` wrote them down, started by nothing
 // but posix_spawn, their output read and thrown away. Takes the file of commands, a line each (the folder and the
 // arguments, with tabs between), and optionally a file with the environment, a variable a line; without it git inherits ours.
-// Runs all commands once for each line on standard input and answers with the milliseconds it took.
+// Runs all commands once for each line on standard input and answers with the milliseconds it took, and how many bytes
+// the commands printed.
 
 #define _GNU_SOURCE
 #include <fcntl.h>
@@ -53,7 +54,7 @@ static struct command parse(char *line)
     return command;
 }
 
-static void run(const struct command *command, char **environment)
+static long run(const struct command *command, char **environment)
 {
     int out[2];
     if (pipe2(out, O_CLOEXEC) != 0)
@@ -69,11 +70,13 @@ static void run(const struct command *command, char **environment)
         abort();
     close(out[1]);
     static char buffer[65536];
-    while (read(out[0], buffer, sizeof buffer) > 0)
-        continue;
+    long bytes = 0;
+    for (ssize_t length; (length = read(out[0], buffer, sizeof buffer)) > 0;)
+        bytes += length;
     close(out[0]);
     waitpid(child, NULL, 0);
     posix_spawn_file_actions_destroy(&actions);
+    return bytes;
 }
 
 int main(int argc, char **argv)
@@ -90,11 +93,13 @@ int main(int argc, char **argv)
     while (fgets(line, sizeof line, stdin)) {
         struct timespec begin;
         struct timespec end;
+        long bytes = 0;
         clock_gettime(CLOCK_MONOTONIC, &begin);
         for (size_t index = 0; index < count; ++index)
-            run(&commands[index], environment);
+            bytes += run(&commands[index], environment);
         clock_gettime(CLOCK_MONOTONIC, &end);
-        printf("%.3f\n", (double)(end.tv_sec - begin.tv_sec) * 1e3 + (double)(end.tv_nsec - begin.tv_nsec) / 1e6);
+        printf("%.3f %ld\n", (double)(end.tv_sec - begin.tv_sec) * 1e3 + (double)(end.tv_nsec - begin.tv_nsec) / 1e6,
+               bytes);
         fflush(stdout);
     }
     return 0;

@@ -7,6 +7,7 @@ import subprocess
 import time
 
 DAYS = 600
+REPOSITORIES_IN_TREE = 500
 # What a default branch is called, and whether a remote says so.
 LAYOUTS = [("main", False), ("master", False), ("trunk", False), ("main", True), ("trunk", True)]
 ZONES = ["+0000", "+0100", "-0500", "+0530", "+1345", "-0330"]
@@ -23,7 +24,7 @@ def _author_time(number, when):
 
 
 def _stream(branch, commits):
-    now = int(time.time())
+    now = int(time.time()) // 86400 * 86400
     for number in range(commits):
         when = now - (commits - number) * 86400 * DAYS // commits
         zone = ZONES[number % len(ZONES)]
@@ -60,12 +61,16 @@ def _make_folders(folder, count, files=0):
 
 def make_tree(folder):
     """What people have: 500 repositories of 30 folders each, 25,000 plain folders with four files each in which the
-    repositories lie, and 10,000 folders that a package manager made. 50,000 in all, but for a few."""
+    repositories lie, and 10,000 folders that a package manager made. 50,000 in all, but for a few. There are repositories
+    in the package manager's folders and in hidden ones too, which no search is to find."""
     plain = _make_folders(folder, 25_000, files=4)
-    for number in range(500):
+    for number in range(REPOSITORIES_IN_TREE):
         repository = plain[number * 50] / f"repository{number}"
         _make_folders(repository / ".git", 10)
         _make_folders(repository, 19)
     for number in range(50):
-        _make_folders(plain[number * 500] / "node_modules", 200)
+        place = plain[number * 500]
+        _make_folders(place / "node_modules", 200)
+        for decoy in ("node_modules/folder0", ".cache/repository"):
+            (place / decoy / ".git").mkdir(parents=True)
     return folder

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // A log of 200,000 days, made into counts a day: the program's way, which knows time zones, against the quickest plain way,
-// which does not. Both in turns, once each for each line on standard input; answers with the two times in milliseconds.
+// which does not. Both in turns, once each for each line on standard input, which may ask for days that are "mixed";
+// answers with the two times in milliseconds, or -1 where the counts are wrong.
 
 #include "Services/DayStarts.h"
 #include "Services/GitLog.h"
@@ -10,10 +11,13 @@
 
 #include <QElapsedTimer>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdio>
 #include <iostream>
+#include <numeric>
+#include <random>
 
 using namespace velquarin;
 
@@ -23,19 +27,34 @@ constexpr int commits = 200'000;
 constexpr int days = 730;
 const QDate newest(2026, 11, 20);
 
-QByteArray makeLog()
+// The line of each commit, newest first.
+QList<QByteArray> makeLines()
 {
-    QByteArray log;
+    QList<QByteArray> lines;
     for (int commit = 0; commit < commits; ++commit)
-        log += newest.addDays(-qint64(commit) * days / commits).toString(Qt::ISODate).toLatin1() + '\n';
-    return log;
+        lines += newest.addDays(-qint64(commit) * days / commits).toString(Qt::ISODate).toLatin1() + '\n';
+    return lines;
 }
 
-qint64 countedByTheProgram(const QByteArray &log, DayStarts &starts)
+QByteArray mixed(QList<QByteArray> lines)
+{
+    std::ranges::shuffle(lines, std::mt19937(1));
+    return lines.join(QByteArray());
+}
+
+struct Counted
+{
+    qint64 days = 0;
+    qint64 commits = 0;
+    friend bool operator==(const Counted &, const Counted &) = default;
+};
+
+Counted countedByTheProgram(const QByteArray &log, DayStarts &starts)
 {
     MergedHistory history(starts.calendar(), starts.startOf(newest).value());
     history.addCommits(daysFromLog(log, starts));
-    return qint64(history.year().size());
+    const auto &year = history.year();
+    return {qint64(year.size()), std::accumulate(year.begin(), year.end(), qint64(0))};
 }
 
 // Source: the civil calendar's arithmetic, with years that begin in March
@@ -55,7 +74,7 @@ int number(const char *begin, int length)
     return value;
 }
 
-qint64 countedPlainly(const QByteArray &log)
+Counted countedPlainly(const QByteArray &log)
 {
     constexpr int tableSize = 1024;
     constexpr qsizetype lineLength = 11;
@@ -66,30 +85,33 @@ qint64 countedPlainly(const QByteArray &log)
         if (ago >= 0 && ago < tableSize)
             ++counts[std::size_t(ago)];
     }
-    return tableSize - std::ranges::count(counts, 0);
+    return {tableSize - std::ranges::count(counts, 0), std::accumulate(counts.begin(), counts.end(), qint64(0))};
 }
 
 template <typename Count>
-double millisecondsOf(Count count, qint64 expected)
+double millisecondsOf(Count count)
 {
     QElapsedTimer elapsed;
     elapsed.start();
     const auto counted = count();
     const auto time = double(elapsed.nsecsElapsed()) / 1e6;
-    return counted == expected ? time : -1;
+    return counted == Counted{days, commits} ? time : -1;
 }
 
 }  // namespace
 
 int main()
 {
-    const auto log = makeLog();
+    const auto lines = makeLines();
+    const auto inOrder = lines.join(QByteArray());
+    const auto inDisorder = mixed(lines);
     const Calendar calendar(QTimeZone("Europe/Berlin"));
     std::string line;
     while (std::getline(std::cin, line)) {
+        const auto &log = line == "mixed" ? inDisorder : inOrder;
         DayStarts starts(calendar);
-        const auto own = millisecondsOf([&] { return countedByTheProgram(log, starts); }, days);
-        const auto plain = millisecondsOf([&] { return countedPlainly(log); }, days);
+        const auto own = millisecondsOf([&] { return countedByTheProgram(log, starts); });
+        const auto plain = millisecondsOf([&] { return countedPlainly(log); });
         std::cout << own << ' ' << plain << std::endl;
     }
     return 0;

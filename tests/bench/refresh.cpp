@@ -3,7 +3,8 @@
 
 // The engine's refresh, with everything real but the desktop. Takes repositories as arguments; refreshes once for each
 // line on standard input and answers with one line: the milliseconds it took, those of processor time of our own and of
-// all the gits, how often our threads went to sleep, how many gits ran, and the longest time the main thread did not answer.
+// all the gits, how often our threads went to sleep, how many gits ran, and how many commits were counted. To "gap" it
+// answers with the longest time for which the main thread did not answer.
 // bench_refresh --record FILE REPOSITORY... refreshes once, and writes the commands to FILE and their environment beside it.
 
 #include "Models/AppSettings.h"
@@ -26,6 +27,7 @@
 #include <QFile>
 
 #include <iostream>
+#include <numeric>
 #include <sys/resource.h>
 
 using namespace velquarin;
@@ -109,6 +111,12 @@ struct Engine
     StreakManager manager{git, settings, notifications, clock, timers, output};
 };
 
+qint64 commitsCounted(const StreakManager &manager)
+{
+    const auto year = manager.yearHistory();
+    return std::accumulate(year.begin(), year.end(), qint64(0));
+}
+
 void answer(Engine &engine)
 {
     const auto own = processorTime(RUSAGE_SELF);
@@ -120,10 +128,10 @@ void answer(Engine &engine)
     test::await(engine.manager.refresh());
     std::cout << double(elapsed.nsecsElapsed()) / 1e6 << ' ' << processorTime(RUSAGE_SELF) - own << ' '
               << processorTime(RUSAGE_CHILDREN) - gits << ' ' << sleeps() - asleep << ' '
-              << engine.processes.count() - count << ' ';
+              << engine.processes.count() - count << ' ' << commitsCounted(engine.manager) << std::endl;
 }
 
-// By itself: the ticker wakes the main thread a thousand times a second.
+// A refresh of its own: the ticker wakes the main thread a thousand times a second.
 void answerWithGap(Engine &engine)
 {
     QElapsedTimer taken;
@@ -154,9 +162,7 @@ int main(int argc, char **argv)
         engine.processes.writeEnvironment();
     }
     std::string line;
-    while (!isRecording && std::getline(std::cin, line)) {
-        answer(engine);
-        answerWithGap(engine);
-    }
+    while (!isRecording && std::getline(std::cin, line))
+        line == "gap" ? answerWithGap(engine) : answer(engine);
     return engine.manager.repositoryStats().size() == paths.size() ? 0 : 1;
 }
