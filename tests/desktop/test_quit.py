@@ -54,21 +54,22 @@ class Quit(unittest.TestCase):
             click_last_entry(desktop.screen, open_menu(desktop.screen, place.find()))
             self.assert_ended_whole(program)
 
+    def start_while_git_hangs(self, desktop):
+        preferences.write(desktop.config, [HangingRepository(desktop.home / "hanging").path])
+        desktop.start_panel()
+        program = Program(desktop)
+        program.wait_for_hanging_child()
+        return program
+
     def test_a_request_to_terminate_is_met_at_once_while_git_hangs(self):
         with Desktop(self.id()) as desktop:
-            preferences.write(desktop.config, [HangingRepository(desktop.home / "hanging").path])
-            desktop.start_panel()
-            program = Program(desktop)
-            program.wait_for_hanging_child()
+            program = self.start_while_git_hangs(desktop)
             program.terminate()
             self.assert_ended_whole(program, PROMPTLY)
 
     def test_a_kill_takes_the_git_that_hangs_along(self):
         with Desktop(self.id()) as desktop:
-            preferences.write(desktop.config, [HangingRepository(desktop.home / "hanging").path])
-            desktop.start_panel()
-            program = Program(desktop)
-            program.wait_for_hanging_child()
+            program = self.start_while_git_hangs(desktop)
             program.kill()
             wait_until(lambda: not program.children(), "nothing that the program started is left", PROMPTLY)
 
