@@ -30,36 +30,30 @@ if(VELQUARIN_SANITIZE)
     endif()
 endif()
 
-# add_module(NAME Models SOURCES a.cpp ... LINK Qt6::Core velquarin::Platform)
+# Headers of others that most files include, read once a build instead of once a file. Every file still names what it
+# needs: the preset "tidy" builds without these.
+# add_shared_headers(core LINK Qt6::Core ... HEADERS <QString> ...)
+function(add_shared_headers name)
+    cmake_parse_arguments(arg "" "" "LINK;HEADERS" ${ARGN})
+    set(source "${CMAKE_BINARY_DIR}/shared_headers/${name}.cpp")
+    file(WRITE "${source}" "")
+    add_library(velquarin_${name}_headers OBJECT "${source}")
+    target_link_libraries(velquarin_${name}_headers PRIVATE ${arg_LINK} velquarin_flags)
+    target_precompile_headers(velquarin_${name}_headers PRIVATE ${arg_HEADERS})
+    set_target_properties(velquarin_${name}_headers PROPERTIES AUTOMOC OFF)
+endfunction()
+
+# share_headers(target core)
+function(share_headers target name)
+    target_precompile_headers(${target} REUSE_FROM velquarin_${name}_headers)
+endfunction()
+
+# add_module(NAME Models HEADERS core SOURCES a.cpp ... LINK Qt6::Core velquarin::Platform)
 # A static library of one folder, with the alias velquarin::NAME.
 function(add_module)
-    cmake_parse_arguments(arg "" "NAME" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(arg "" "NAME;HEADERS" "SOURCES;LINK" ${ARGN})
     add_library(velquarin_${arg_NAME} STATIC ${arg_SOURCES})
     add_library(velquarin::${arg_NAME} ALIAS velquarin_${arg_NAME})
     target_link_libraries(velquarin_${arg_NAME} PUBLIC ${arg_LINK} PRIVATE velquarin_flags)
-endfunction()
-
-# add_module_test(tst_streak LABEL pure LINK velquarin::Services [SOURCES more.cpp])
-# One Qt Test program. Tests of one label can be run alone: ctest -L pure. A test of the label "dbus" gets a
-# session bus of its own, which ends with it.
-function(add_module_test name)
-    cmake_parse_arguments(arg "" "LABEL;TIMEOUT" "LINK;SOURCES" ${ARGN})
-    add_executable(${name} ${name}.cpp ${arg_SOURCES})
-    target_link_libraries(${name} PRIVATE ${arg_LINK} velquarin::TestSupport Qt6::Test velquarin_flags)
-    if(arg_LABEL STREQUAL "dbus")
-        add_test(NAME ${name} COMMAND "${PROJECT_SOURCE_DIR}/tests/support/with-private-bus" $<TARGET_FILE:${name}>)
-    else()
-        add_test(NAME ${name} COMMAND ${name})
-    endif()
-    if(NOT arg_TIMEOUT)
-        set(arg_TIMEOUT 120)
-    endif()
-    set_tests_properties(${name} PROPERTIES LABELS ${arg_LABEL} TIMEOUT ${arg_TIMEOUT}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
-    if(arg_LABEL STREQUAL "pure")
-        # Rules depend on the zone and locale they are given, never on those of the process.
-        add_test(NAME ${name}_elsewhere COMMAND ${name})
-        set_tests_properties(${name}_elsewhere PROPERTIES LABELS pure TIMEOUT ${arg_TIMEOUT}
-            ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=America/Havana;LANG=tr_TR.UTF-8;LC_ALL=tr_TR.UTF-8")
-    endif()
+    share_headers(velquarin_${arg_NAME} ${arg_HEADERS})
 endfunction()

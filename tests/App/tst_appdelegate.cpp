@@ -12,6 +12,7 @@
 #include "support/RecordingLoginItem.h"
 #include "support/RecordingStatusItem.h"
 #include "support/ScriptedFolderChooser.h"
+#include "support/TestProgram.h"
 #include "Views/Popover.h"
 #include "Views/RepoRow.h"
 
@@ -374,5 +375,5 @@ void TestAppDelegate::theLoginItemIsReadWhenSomebodyFirstAsksForIt()
     QCOMPARE(world.loginItem.calls, QStringList{QStringLiteral("status")});
 }
 
-QTEST_MAIN(TestAppDelegate)
+VELQUARIN_WINDOW_TEST(TestAppDelegate)
 #include "tst_appdelegate.moc"

@@ -10,6 +10,7 @@
 #include "support/OrdinaryUser.h"
 #include "support/RecordingLoginItem.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -411,5 +412,5 @@ void TestLaunchAtLogin::anythingInPlaceOfTheEntryEndsAfterOneCorrection()
     QVERIFY(timers.live().empty());
 }
 
-QTEST_GUILESS_MAIN(TestLaunchAtLogin)
+VELQUARIN_TEST(TestLaunchAtLogin)
 #include "tst_launchatlogin.moc"

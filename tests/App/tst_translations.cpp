@@ -9,9 +9,11 @@
 #include "Services/ReminderDecision.h"
 #include "support/Offscreen.h"
 #include "support/RecordingFileViewer.h"
+#include "support/TestProgram.h"
 #include "Views/MenuBarView.h"
 #include "Views/Settings/ScanOutcome.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QRegularExpression>
@@ -233,5 +235,5 @@ void TestTranslations::nothingInTheReminderIsLeftInEnglish()
         QVERIFY(action.title.contains(opening));
 }
 
-QTEST_MAIN(TestTranslations)
+VELQUARIN_WINDOW_TEST(TestTranslations)
 #include "tst_translations.moc"

@@ -7,6 +7,7 @@
 #include "support/FakeClock.h"
 #include "support/MemoryPreferences.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QMetaProperty>
 #include <QSignalSpy>
@@ -715,5 +716,5 @@ void TestAppSettings::aListThatCannotBeEncodedLeavesTheStoredOne()
     QCOMPARE(store.values.value(u"refreshInterval"_s), PreferenceValue(120.0));
 }
 
-QTEST_GUILESS_MAIN(TestAppSettings)
+VELQUARIN_TEST(TestAppSettings)
 #include "tst_appsettings.moc"

@@ -4,6 +4,7 @@
 #include "Models/SettingsRecords.h"
 
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -368,5 +369,5 @@ void TestRecords::aPathKeepsItsTrailingSlash()
     QCOMPARE(decoded.at(0).path, u"/home/ann/repo/"_s);
 }
 
-QTEST_GUILESS_MAIN(TestRecords)
+VELQUARIN_TEST(TestRecords)
 #include "tst_records.moc"

@@ -6,6 +6,7 @@
 #include "Platform/DateTexts.h"
 #include "support/FakeClock.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -73,5 +74,5 @@ void TestStreakData::recordsOfTheSameDayAreEqualOnlyWithTheSameIdentity()
     QVERIFY(!(day == other));
 }
 
-QTEST_GUILESS_MAIN(TestStreakData)
+VELQUARIN_TEST(TestStreakData)
 #include "tst_streakdata.moc"

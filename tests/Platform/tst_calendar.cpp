@@ -5,6 +5,7 @@
 
 #include "support/FakeClock.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -167,5 +168,5 @@ void TestCalendar::whatNoInstantHoldsHasNoStart()
     QVERIFY(!utc.addDays(Instant(), std::numeric_limits<qint64>::max()).has_value());
 }
 
-QTEST_GUILESS_MAIN(TestCalendar)
+VELQUARIN_TEST(TestCalendar)
 #include "tst_calendar.moc"

@@ -5,6 +5,7 @@
 
 #include "support/FakeClock.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -272,5 +273,5 @@ void TestDateTexts::theLocaleComesFromTheFirstVariableThatIsSet()
     QTEST(dateLocale(environment), "expected");
 }
 
-QTEST_GUILESS_MAIN(TestDateTexts)
+VELQUARIN_TEST(TestDateTexts)
 #include "tst_datetexts.moc"

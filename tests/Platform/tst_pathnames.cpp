@@ -4,6 +4,7 @@
 #include "Platform/PathNames.h"
 
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -69,5 +70,5 @@ void TestPathNames::oneSlashStandsBetweenFolderAndName()
     QTEST(joinPath(folder, name), "joined");
 }
 
-QTEST_GUILESS_MAIN(TestPathNames)
+VELQUARIN_TEST(TestPathNames)
 #include "tst_pathnames.moc"

@@ -5,6 +5,7 @@
 
 #include "support/Engine.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -314,5 +315,5 @@ void TestAutoDiscovery::twoRunsAtOnceTrackNothingTwice()
     QCOMPARE(trackedPaths(engine).size(), 1);
 }
 
-QTEST_GUILESS_MAIN(TestAutoDiscovery)
+VELQUARIN_TEST(TestAutoDiscovery)
 #include "tst_autodiscovery.moc"

@@ -5,6 +5,7 @@
 
 #include "support/FakeClock.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -66,5 +67,5 @@ void TestDayStarts::moreDaysThanAreRememberedAreStillRight()
     QCOMPARE(starts.startOf(first), calendar.startOf(first));
 }
 
-QTEST_GUILESS_MAIN(TestDayStarts)
+VELQUARIN_TEST(TestDayStarts)
 #include "tst_daystarts.moc"

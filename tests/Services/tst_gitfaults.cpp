@@ -17,6 +17,7 @@
 #include "support/RecordingNotificationCenter.h"
 #include "support/RecordingOutput.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 #include "support/Ticker.h"
 
 #include <QDir>
@@ -225,5 +226,5 @@ void TestGitFaults::aGitThatNeverEndsHoldsNobodyUpAndGoesAtOnceWhenTheServiceEnd
     QTRY_VERIFY(kill(-group, 0) != 0);
 }
 
-QTEST_GUILESS_MAIN(TestGitFaults)
+VELQUARIN_TEST(TestGitFaults)
 #include "tst_gitfaults.moc"

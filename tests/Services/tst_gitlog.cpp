@@ -6,6 +6,7 @@
 #include "Services/DayStarts.h"
 #include "support/FakeClock.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -172,5 +173,5 @@ void TestGitLog::theGreenwichDateIsTheDateThere()
     QCOMPARE(isoDateAtGreenwich(*calendarIn("Asia/Kolkata").startOf(QDate(2024, 3, 7))), QStringLiteral("2024-03-06"));
 }
 
-QTEST_GUILESS_MAIN(TestGitLog)
+VELQUARIN_TEST(TestGitLog)
 #include "tst_gitlog.moc"

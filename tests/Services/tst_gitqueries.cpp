@@ -6,6 +6,7 @@
 #include "support/FakeClock.h"
 #include "support/FakeProcessRunner.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -302,5 +303,5 @@ void TestGitQueries::theBlockOfSettingsIsShorterWhenConfined()
     QCOMPARE(settingsCount(false), 22);
 }
 
-QTEST_GUILESS_MAIN(TestGitQueries)
+VELQUARIN_TEST(TestGitQueries)
 #include "tst_gitqueries.moc"

@@ -9,6 +9,7 @@
 #include "support/FakeClock.h"
 #include "support/Strict.h"
 #include "support/TempRepository.h"
+#include "support/TestProgram.h"
 
 #include <QDirIterator>
 #include <QTest>
@@ -317,5 +318,5 @@ void TestGitService::readingChangesNoFile()
     QCOMPARE(snapshot(), before);
 }
 
-QTEST_GUILESS_MAIN(TestGitService)
+VELQUARIN_TEST(TestGitService)
 #include "tst_gitservice.moc"

@@ -3,6 +3,7 @@
 
 #include "hostile/Readings.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -78,5 +79,5 @@ void TestGitSettings::noSettingByItselfRunsAProgram()
     }
 }
 
-QTEST_GUILESS_MAIN(TestGitSettings)
+VELQUARIN_TEST(TestGitSettings)
 #include "tst_gitsettings.moc"

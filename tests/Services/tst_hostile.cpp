@@ -4,6 +4,7 @@
 #include "hostile/Readings.h"
 #include "Services/GitEnvironment.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -370,5 +371,5 @@ void TestHostile::whereGitCannotButHangTheServiceEndsAtOnce()
     close(end);
 }
 
-QTEST_GUILESS_MAIN(TestHostile)
+VELQUARIN_TEST(TestHostile)
 #include "tst_hostile.moc"

@@ -11,6 +11,7 @@
 #include "support/RecordingNotificationCenter.h"
 #include "support/RecordingOutput.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -602,5 +603,5 @@ void TestNotificationService::theCallerIsResumedWhenTheCheckIsThrough()
     QCOMPARE(world.output.lines(), QStringList(sentLine));
 }
 
-QTEST_GUILESS_MAIN(TestNotificationService)
+VELQUARIN_TEST(TestNotificationService)
 #include "tst_notificationservice.moc"

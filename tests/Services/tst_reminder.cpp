@@ -5,6 +5,7 @@
 
 #include "support/FakeClock.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -335,5 +336,5 @@ void TestReminder::theDayEndsWhenTheNextOneStarts()
     QCOMPARE(left, std::chrono::milliseconds(std::chrono::minutes(minutes)));
 }
 
-QTEST_GUILESS_MAIN(TestReminder)
+VELQUARIN_TEST(TestReminder)
 #include "tst_reminder.moc"

@@ -4,6 +4,7 @@
 #include "hostile/Readings.h"
 #include "support/Strict.h"
 #include "support/TempRepository.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -262,5 +263,5 @@ void TestRepositoryKinds::whatBelongsToSomebodyElseIsNotRead()
     QVERIFY(!await(service.git.getLastCommitDate(repository.path())).has_value());
 }
 
-QTEST_GUILESS_MAIN(TestRepositoryKinds)
+VELQUARIN_TEST(TestRepositoryKinds)
 #include "tst_repositorykinds.moc"

@@ -6,6 +6,7 @@
 #include "Platform/Linux/System/PosixFileTree.h"
 #include "support/OrdinaryUser.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QDir>
 #include <QFile>
@@ -295,5 +296,5 @@ void TestRepositoryScan::aCancelledScanEnds()
     QVERIFY(scanForRepositories(PosixFileTree(), tree.path(), 5, isCancelled).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(TestRepositoryScan)
+VELQUARIN_TEST(TestRepositoryScan)
 #include "tst_repositoryscan.moc"

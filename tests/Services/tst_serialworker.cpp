@@ -5,6 +5,7 @@
 
 #include "support/Await.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 #include <QThread>
@@ -115,5 +116,5 @@ void TestSerialWorker::whatWasDoneIsSettledWhenTheWorkerGoes()
     QCOMPARE(future.result(), 7);
 }
 
-QTEST_GUILESS_MAIN(TestSerialWorker)
+VELQUARIN_TEST(TestSerialWorker)
 #include "tst_serialworker.moc"

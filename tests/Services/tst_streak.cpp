@@ -6,6 +6,7 @@
 #include "support/Days.h"
 #include "support/FakeClock.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -172,5 +173,5 @@ void TestStreak::datesAheadDoNotCountAsCurrent()
     QCOMPARE(text(streaksOf(dates, utc, today)), QStringLiteral("0 current, 5 longest"));
 }
 
-QTEST_GUILESS_MAIN(TestStreak)
+VELQUARIN_TEST(TestStreak)
 #include "tst_streak.moc"

@@ -6,6 +6,7 @@
 #include "Platform/DateTexts.h"
 #include "support/Engine.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -489,5 +490,5 @@ void TestStreakManager::everyAssignmentIsAnnouncedBeforeItIsMade()
     QCOMPARE(seen, (QList{false, true, true, true}));
 }
 
-QTEST_GUILESS_MAIN(TestStreakManager)
+VELQUARIN_TEST(TestStreakManager)
 #include "tst_streakmanager.moc"

@@ -4,11 +4,13 @@
 #include "Views/AccessibleScrollArea.h"
 
 #include "support/Offscreen.h"
+#include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
 #include "Views/Popover.h"
 #include "Views/Text.h"
 #include "Views/YearSection.h"
 
+#include <QApplication>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
@@ -87,5 +89,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestAccessibleScrollArea)
+VELQUARIN_WINDOW_TEST(TestAccessibleScrollArea)
 #include "tst_accessiblescrollarea.moc"

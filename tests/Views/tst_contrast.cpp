@@ -4,6 +4,7 @@
 #include "support/Offscreen.h"
 #include "support/Picture.h"
 #include "support/RecordingFileViewer.h"
+#include "support/TestProgram.h"
 #include "Views/DayColumn.h"
 #include "Views/MenuBarView.h"
 #include "Views/RepoRow.h"
@@ -16,6 +17,7 @@
 
 #include "Settings/SettingsWindow.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
@@ -387,5 +389,5 @@ void TestContrast::messagesCanBeRead()
     QCOMPARE(illegibleDiscoveries().join(u'\n'), QString());
 }
 
-QTEST_MAIN(TestContrast)
+VELQUARIN_WINDOW_TEST(TestContrast)
 #include "tst_contrast.moc"

@@ -4,6 +4,7 @@
 #include "Views/DashboardFigures.h"
 
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 #include "Views/DayColumn.h"
 
 #include <QTest>
@@ -81,5 +82,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_APPLESS_MAIN(TestDashboardFigures)
+VELQUARIN_TEST_RUN(velquarin::test::runAlone<TestDashboardFigures>)
 #include "tst_dashboardfigures.moc"

@@ -4,6 +4,7 @@
 #include "support/Engine.h"
 #include "support/Offscreen.h"
 #include "support/RecordingFileViewer.h"
+#include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
 #include "Views/MenuBarView.h"
 #include "Views/SymbolView.h"
@@ -224,5 +225,5 @@ private:
     }
 };
 
-QTEST_MAIN(TestDashboardPaints)
+VELQUARIN_WINDOW_TEST(TestDashboardPaints)
 #include "tst_dashboardpaints.moc"

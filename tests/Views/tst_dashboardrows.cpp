@@ -5,6 +5,7 @@
 #include "support/FakeClock.h"
 #include "support/Offscreen.h"
 #include "support/RecordingFileViewer.h"
+#include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
 #include "Views/DayColumn.h"
 #include "Views/DayStrip.h"
@@ -767,5 +768,5 @@ private:
     DateTexts m_texts{"en_US", m_calendar};
 };
 
-QTEST_MAIN(TestDashboardRows)
+VELQUARIN_WINDOW_TEST(TestDashboardRows)
 #include "tst_dashboardrows.moc"

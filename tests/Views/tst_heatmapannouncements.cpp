@@ -7,6 +7,7 @@
 
 #include "support/FakeClock.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -100,5 +101,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestHeatmapAnnouncements)
+VELQUARIN_WINDOW_TEST(TestHeatmapAnnouncements)
 #include "tst_heatmapannouncements.moc"

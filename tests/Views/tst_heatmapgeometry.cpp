@@ -4,6 +4,7 @@
 #include "Views/HeatmapGeometry.h"
 
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -191,5 +192,5 @@ void TestHeatmapGeometry::anEmptyYearHasOnlyItsHeight()
     QCOMPARE(geometry.cellAt({0, 20}), std::nullopt);
 }
 
-QTEST_APPLESS_MAIN(TestHeatmapGeometry)
+VELQUARIN_TEST_RUN(velquarin::test::runAlone<TestHeatmapGeometry>)
 #include "tst_heatmapgeometry.moc"

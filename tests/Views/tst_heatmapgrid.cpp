@@ -7,6 +7,7 @@
 
 #include "support/FakeClock.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -528,5 +529,5 @@ void TestHeatmapGrid::steppingPassesOverALeftOutDay()
     QCOMPARE(nextInRange(grid, 50 * 7 + 5, 7), std::nullopt);
 }
 
-QTEST_APPLESS_MAIN(TestHeatmapGrid)
+VELQUARIN_TEST_RUN(velquarin::test::runAlone<TestHeatmapGrid>)
 #include "tst_heatmapgrid.moc"

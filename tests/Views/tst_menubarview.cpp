@@ -6,6 +6,7 @@
 #include "support/Engine.h"
 #include "support/Offscreen.h"
 #include "support/RecordingFileViewer.h"
+#include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
 #include "Views/DayColumn.h"
 #include "Views/Divider.h"
@@ -1061,5 +1062,5 @@ private:
     }
 };
 
-QTEST_MAIN(TestMenuBarView)
+VELQUARIN_WINDOW_TEST(TestMenuBarView)
 #include "tst_menubarview.moc"

@@ -4,6 +4,7 @@
 #include "support/Offscreen.h"
 #include "support/Picture.h"
 #include "support/RecordingFileViewer.h"
+#include "support/TestProgram.h"
 #include "Views/MenuBarView.h"
 #include "Views/Settings/Switch.h"
 #include "Views/SymbolView.h"
@@ -12,6 +13,7 @@
 
 #include "Settings/SettingsWindow.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QPushButton>
 #include <QScrollBar>
@@ -321,5 +323,5 @@ void TestMirrored::aPathIsReadFromTheLeft()
     QCOMPARE(shown(Qt::RightToLeft, Qt::AlignLeading), written);
 }
 
-QTEST_MAIN(TestMirrored)
+VELQUARIN_WINDOW_TEST(TestMirrored)
 #include "tst_mirrored.moc"

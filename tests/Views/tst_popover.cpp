@@ -4,6 +4,7 @@
 #include "Views/Popover.h"
 
 #include "support/Offscreen.h"
+#include "support/TestProgram.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -522,5 +523,5 @@ void TestPopover::roundedCornersAreTransparent()
     QCOMPARE(image.pixelColor(150, 300), QColor(0x336699));
 }
 
-QTEST_MAIN(TestPopover)
+VELQUARIN_WINDOW_TEST(TestPopover)
 #include "tst_popover.moc"

@@ -4,6 +4,7 @@
 #include "Views/PopoverPlacement.h"
 
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -300,5 +301,5 @@ void TestPopoverPlacement::withoutAClickTheEndOfThePanelIsMeant()
     QCOMPARE(placePopover(likelyItem(screen, direction), {screen}, wish()).rectangle, expected);
 }
 
-QTEST_APPLESS_MAIN(TestPopoverPlacement)
+VELQUARIN_TEST_RUN(velquarin::test::runAlone<TestPopoverPlacement>)
 #include "tst_popoverplacement.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 #include "Views/Style.h"
 #include "Views/Symbols.h"
 
@@ -201,5 +202,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestStyle)
+VELQUARIN_WINDOW_TEST(TestStyle)
 #include "tst_style.moc"

@@ -10,6 +10,7 @@
 
 #include "support/FakeClock.h"
 #include "support/Offscreen.h"
+#include "support/TestProgram.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -601,5 +602,5 @@ void TestYearHeatmapView::aYearWithoutAGridIsEmpty()
     QCOMPARE(QAccessible::queryAccessibleInterface(&view)->childCount(), 0);
 }
 
-QTEST_MAIN(TestYearHeatmapView)
+VELQUARIN_WINDOW_TEST(TestYearHeatmapView)
 #include "tst_yearheatmapview.moc"

@@ -5,7 +5,9 @@
 #include "Platform/Linux/Desktop/StartupNotification.h"
 #include "Platform/Linux/System/LaunchTokens.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
+#include <QApplication>
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -128,5 +130,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestActivationTokens)
+VELQUARIN_WINDOW_TEST(TestActivationTokens)
 #include "tst_activationtokens.moc"

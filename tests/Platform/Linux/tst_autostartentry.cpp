@@ -7,6 +7,7 @@
 #include "Platform/Linux/System/ExecCommand.h"
 
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QProcessEnvironment>
 #include <QTest>
@@ -482,5 +483,5 @@ void TestAutostartEntry::theEnvironmentSays()
     QCOMPARE(environment.program, program);
 }
 
-QTEST_GUILESS_MAIN(TestAutostartEntry)
+VELQUARIN_TEST(TestAutostartEntry)
 #include "tst_autostartentry.moc"

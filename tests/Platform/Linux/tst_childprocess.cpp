@@ -6,6 +6,7 @@
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -494,5 +495,5 @@ void TestChildProcess::scriptsAndMissingProgramsAreNotConfined()
     QVERIFY(!elfInterpreter("/usr/bin/git").empty());
 }
 
-QTEST_GUILESS_MAIN(TestChildProcess)
+VELQUARIN_TEST(TestChildProcess)
 #include "tst_childprocess.moc"

@@ -5,6 +5,7 @@
 #include "Platform/Linux/System/JsonPreferencesStore.h"
 
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -51,5 +52,5 @@ void TestConfigHome::thePreferencesLieBelowIt()
     QCOMPARE(defaultPreferencesPath(), u"/home/ann/.config/velquarin/preferences.json"_s);
 }
 
-QTEST_GUILESS_MAIN(TestConfigHome)
+VELQUARIN_TEST(TestConfigHome)
 #include "tst_confighome.moc"

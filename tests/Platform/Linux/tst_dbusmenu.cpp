@@ -6,8 +6,10 @@
 #include "Platform/Linux/Desktop/StatusMenu.h"
 #include "support/DbusTesting.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <memory>
+#include <QApplication>
 
 using namespace velquarin;
 
@@ -361,5 +363,5 @@ void TestDbusMenu::theMenuDescribesItself()
     QVERIFY(description.contains(QLatin1String("AboutToShowGroup")));
 }
 
-QTEST_MAIN(TestDbusMenu)
+VELQUARIN_WINDOW_TEST(TestDbusMenu)
 #include "tst_dbusmenu.moc"

@@ -7,7 +7,9 @@
 #include "support/DbusTesting.h"
 #include "support/PrivateBus.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
+#include <QApplication>
 #include <QDesktopServices>
 #include <QTemporaryDir>
 #include <QUrl>
@@ -211,5 +213,5 @@ private:
     QList<QUrl> m_opened;
 };
 
-QTEST_MAIN(TestFileManagerViewer)
+VELQUARIN_WINDOW_TEST(TestFileManagerViewer)
 #include "tst_filemanagerviewer.moc"

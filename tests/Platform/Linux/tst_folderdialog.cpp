@@ -3,7 +3,9 @@
 
 #include "Platform/Linux/Desktop/FolderDialog.h"
 #include "support/Offscreen.h"
+#include "support/TestProgram.h"
 
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFileDialog>
@@ -127,5 +129,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TestFolderDialog)
+VELQUARIN_WINDOW_TEST(TestFolderDialog)
 #include "tst_folderdialog.moc"

@@ -8,6 +8,7 @@
 #include "support/FakeNotificationServer.h"
 #include "support/PrivateBus.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QDBusArgument>
@@ -19,6 +20,7 @@
 #include <algorithm>
 
 using namespace velquarin;
+using namespace velquarin::test;
 using namespace std::chrono_literals;
 using test::FakeNotificationServer;
 using Mood = FakeNotificationServer::Mood;
@@ -229,8 +231,8 @@ void TestFreedesktopNotifications::withoutABusNothingIsDeterminedAndAskingFails(
 void TestFreedesktopNotifications::aServerThatCanBeStartedIsStartedAndCounts()
 {
     m_bus.stop();
-    m_bus.activate(serverName,
-                   QCoreApplication::applicationFilePath() + QLatin1Char(' ') + QLatin1String(serveArgument));
+    m_bus.activate(serverName, QCoreApplication::applicationFilePath() +
+                                   QStringLiteral(" tst_freedesktopnotifications ") + QLatin1String(serveArgument));
     m_bus.start();
     Desktop desktop;
     QCOMPARE(valueOf(desktop.center->authorizationStatus()), AuthorizationStatus::Authorized);
@@ -843,15 +845,15 @@ int serveNotifications(QCoreApplication &application)
     return QCoreApplication::exec();
 }
 
-}  // namespace
-
-int main(int argc, char **argv)
+int serveOrTest(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     if (QCoreApplication::arguments().contains(QLatin1String(serveArgument)))
         return serveNotifications(application);
-    TestFreedesktopNotifications tests;
-    return QTest::qExec(&tests, argc, argv);
+    return runAlone<TestFreedesktopNotifications>(argc, argv);
 }
 
+}  // namespace
+
+VELQUARIN_TEST_RUN(serveOrTest)
 #include "tst_freedesktopnotifications.moc"

@@ -8,6 +8,7 @@
 #include "support/CapturedStandardError.h"
 #include "support/FakeClock.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QDateTime>
 #include <QJsonArray>
@@ -878,5 +879,5 @@ void TestJsonPreferencesStore::aFolderInThePlaceOfTheTemporaryIsNotRemoved()
     QCOMPARE(place.content(), "{}");
 }
 
-QTEST_GUILESS_MAIN(TestJsonPreferencesStore)
+VELQUARIN_TEST(TestJsonPreferencesStore)
 #include "tst_jsonpreferencesstore.moc"

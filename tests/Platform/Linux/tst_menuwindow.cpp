@@ -5,8 +5,10 @@
 
 #include "Platform/Linux/Desktop/StatusMenu.h"
 #include "support/Offscreen.h"
+#include "support/TestProgram.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QTest>
 
 #include <memory>
@@ -210,5 +212,5 @@ void TestMenuWindow::aScreenReaderFindsAMenuWithItsEntries()
     QCOMPARE(read->child(2)->text(QAccessible::Name), QStringLiteral("Quit Velquarin"));
 }
 
-QTEST_MAIN(TestMenuWindow)
+VELQUARIN_WINDOW_TEST(TestMenuWindow)
 #include "tst_menuwindow.moc"

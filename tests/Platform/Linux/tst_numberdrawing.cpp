@@ -4,6 +4,7 @@
 #include "Platform/Linux/Desktop/NumberDrawing.h"
 
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -59,5 +60,5 @@ void TestNumberDrawing::whatIsNoDigitLeavesNothing()
     QVERIFY(numberDrawing(QStringLiteral("-?")).isEmpty());
 }
 
-QTEST_GUILESS_MAIN(TestNumberDrawing)
+VELQUARIN_TEST(TestNumberDrawing)
 #include "tst_numberdrawing.moc"

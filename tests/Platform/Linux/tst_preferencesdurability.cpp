@@ -8,6 +8,7 @@
 #include "support/CapturedStandardError.h"
 #include "support/FolderWatch.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QElapsedTimer>
 #include <QJsonDocument>
@@ -610,5 +611,5 @@ void TestPreferencesDurability::aKillLeavesTheOldOrTheNewFile()
     QCOMPARE(error.lines(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(TestPreferencesDurability)
+VELQUARIN_TEST(TestPreferencesDurability)
 #include "tst_preferencesdurability.moc"

@@ -5,6 +5,7 @@
 
 #include "support/FakeClock.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QJsonArray>
 #include <QRandomGenerator>
@@ -254,5 +255,5 @@ void TestPreferencesFormat::aTextThatIsAnObjectIsNot()
     QTEST(int(decodePreferences(text).value().size()), "count");
 }
 
-QTEST_GUILESS_MAIN(TestPreferencesFormat)
+VELQUARIN_TEST(TestPreferencesFormat)
 #include "tst_preferencesformat.moc"

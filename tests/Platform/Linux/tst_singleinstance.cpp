@@ -5,6 +5,7 @@
 #include "Platform/Linux/System/SessionBus.h"
 #include "Platform/Linux/System/SingleInstance.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QFile>
 #include <QProcess>
@@ -258,5 +259,5 @@ void TestSingleInstance::theSecondOfTwoAddressesMayAnswer()
     QVERIFY(busAnswers("unix:path=/no/such;tcp:host=127.0.0.1,port=1", 60s));
 }
 
-QTEST_GUILESS_MAIN(TestSingleInstance)
+VELQUARIN_TEST(TestSingleInstance)
 #include "tst_singleinstance.moc"

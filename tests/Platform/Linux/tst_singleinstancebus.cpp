@@ -6,6 +6,7 @@
 #include "support/DbusTesting.h"
 #include "support/PrivateBus.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>
@@ -33,7 +34,8 @@ public:
             all.insert(variable.key(), variable.value());
         m_process.setProcessEnvironment(all);
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(QCoreApplication::applicationFilePath(), {QLatin1String(startArgument)});
+        m_process.start(QCoreApplication::applicationFilePath(),
+                        {QStringLiteral("tst_singleinstancebus"), QLatin1String(startArgument)});
     }
 
     [[nodiscard]] std::optional<SingleInstance::Role> role()
@@ -218,7 +220,9 @@ void TestSingleInstanceBus::aBusThatDiesLeavesTheProgramAlone()
     QCOMPARE(AnotherStart().role(), SingleInstance::Role::Second);
 }
 
-int main(int argc, char **argv)
+namespace {
+
+int startOrTest(int argc, char **argv)
 {
     auto tokens = takeLaunchTokens();
     const QCoreApplication application(argc, argv);
@@ -226,8 +230,10 @@ int main(int argc, char **argv)
         SessionBus bus;
         return int(SingleInstance(bus, std::move(tokens)).settle());
     }
-    TestSingleInstanceBus tests;
-    return QTest::qExec(&tests, argc, argv);
+    return runAlone<TestSingleInstanceBus>(argc, argv);
 }
 
+}  // namespace
+
+VELQUARIN_TEST_RUN(startOrTest)
 #include "tst_singleinstancebus.moc"

@@ -9,6 +9,7 @@
 #include "Platform/Linux/System/SessionBus.h"
 #include "support/DbusTesting.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QApplication>
 #include <QDBusConnectionInterface>
@@ -638,5 +639,5 @@ void TestSniStatusItem::theItemDescribesItself()
     QVERIFY(description.contains(QLatin1String("org.freedesktop.DBus.Properties")));
 }
 
-QTEST_MAIN(TestSniStatusItem)
+VELQUARIN_WINDOW_TEST(TestSniStatusItem)
 #include "tst_snistatusitem.moc"

@@ -4,6 +4,7 @@
 #include "Platform/Linux/Desktop/StatusHost.h"
 
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -128,5 +129,5 @@ void TestStatusHost::aProcessThatIsGoneIsToldByTheDesktop()
     QCOMPARE(statusHostOfProcess(0), square);
 }
 
-QTEST_GUILESS_MAIN(TestStatusHost)
+VELQUARIN_TEST(TestStatusHost)
 #include "tst_statushost.moc"

@@ -5,7 +5,9 @@
 
 #include "Platform/Linux/Desktop/StatusWords.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
+#include <QApplication>
 #include <QTest>
 
 #include <cmath>
@@ -310,5 +312,5 @@ void TestStatusIconPainter::wordsTellWhatThePictureShows()
     QCOMPARE(statusWords(appearance), (StatusWords{headline, detail}));
 }
 
-QTEST_MAIN(TestStatusIconPainter)
+VELQUARIN_WINDOW_TEST(TestStatusIconPainter)
 #include "tst_statusiconpainter.moc"

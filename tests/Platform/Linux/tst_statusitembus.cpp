@@ -6,7 +6,9 @@
 #include "Platform/Linux/System/SessionBus.h"
 #include "support/DbusTesting.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
+#include <QApplication>
 #include <QDBusArgument>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -114,5 +116,5 @@ void TestStatusItemBus::aBusThatEndsAndComesBackIsFoundAgain()
     endBus();
 }
 
-QTEST_MAIN(TestStatusItemBus)
+VELQUARIN_WINDOW_TEST(TestStatusItemBus)
 #include "tst_statusitembus.moc"

@@ -4,7 +4,9 @@
 #include "Platform/Linux/Desktop/StatusMenu.h"
 
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
+#include <QApplication>
 #include <QMenu>
 #include <QTest>
 
@@ -91,5 +93,5 @@ void TestStatusMenu::aWindowOpensWhereTheClickWas()
     QCOMPARE(believablePosition(said, cursor, {{0, 0, 1024, 768}, {1024, 0, 1280, 1024}}), expected);
 }
 
-QTEST_MAIN(TestStatusMenu)
+VELQUARIN_WINDOW_TEST(TestStatusMenu)
 #include "tst_statusmenu.moc"

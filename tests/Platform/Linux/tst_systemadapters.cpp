@@ -6,6 +6,7 @@
 #include "Platform/Linux/System/SystemClock.h"
 #include "Platform/Linux/System/TerminationSignals.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QDateTime>
 #include <QTest>
@@ -203,13 +204,17 @@ void TestSystemAdapters::theZoneFollowsTheEnvironment()
     before.isNull() ? qunsetenv("TZ") : qputenv("TZ", before);
 }
 
+#include "tst_systemadapters.moc"
+
+namespace {
+
 // Like the program, the test blocks the signals before its first thread starts.
-int main(int argc, char **argv)
+int runWithBlockedSignals(int argc, char **argv)
 {
     blockTerminationSignals();
-    const QCoreApplication application(argc, argv);
-    TestSystemAdapters test;
-    return QTest::qExec(&test, argc, argv);
+    return runIn<TestSystemAdapters, QCoreApplication>(argc, argv);
 }
 
-#include "tst_systemadapters.moc"
+}  // namespace
+
+VELQUARIN_TEST_RUN(runWithBlockedSignals)

@@ -8,6 +8,7 @@
 #include "support/FolderWatch.h"
 #include "support/OrdinaryUser.h"
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QProcess>
 #include <QScopeGuard>
@@ -628,5 +629,5 @@ void TestXdgAutostart::systemdStartsNothingThatIsHidden()
     QCOMPARE(unitsOf(place).size(), 1);
 }
 
-QTEST_GUILESS_MAIN(TestXdgAutostart)
+VELQUARIN_TEST(TestXdgAutostart)
 #include "tst_xdgautostart.moc"

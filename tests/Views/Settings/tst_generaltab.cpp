@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/Offscreen.h"
+#include "support/TestProgram.h"
 #include "Views/Settings/Picker.h"
 #include "Views/Settings/Switch.h"
 #include "Views/Style.h"
@@ -10,6 +11,7 @@
 #include "SettingsWindow.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QFontInfo>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -298,5 +300,5 @@ void TestGeneralTab::aSwitchStandsOutFromItsGround()
     }
 }
 
-QTEST_MAIN(TestGeneralTab)
+VELQUARIN_WINDOW_TEST(TestGeneralTab)
 #include "tst_generaltab.moc"

@@ -8,9 +8,11 @@
 #include "support/Offscreen.h"
 #include "support/RecordingLoginItem.h"
 #include "support/ScriptedFolderChooser.h"
+#include "support/TestProgram.h"
 #include "support/Ticker.h"
 #include "Views/Settings/SettingsView.h"
 
+#include <QApplication>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -111,5 +113,5 @@ void TestManyRepositories::aDiscoveryThatFindsAThousandNeverHoldsTheWindowUp()
     QCOMPARE(worlds.front()->settings.trackedRepositories().size(), many);
 }
 
-QTEST_MAIN(TestManyRepositories)
+VELQUARIN_WINDOW_TEST(TestManyRepositories)
 #include "tst_manyrepositories.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/Offscreen.h"
+#include "support/TestProgram.h"
 #include "Views/IconButton.h"
 #include "Views/Settings/RepositoryRow.h"
 #include "Views/Style.h"
@@ -9,6 +10,7 @@
 
 #include "SettingsWindow.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QHelpEvent>
 #include <QPushButton>
@@ -629,5 +631,5 @@ void TestRepositoriesTab::rowsAreRemovedOneAfterAnotherByKeyboard()
     QCOMPARE(paths.last(), QStringLiteral("/src/997"));
 }
 
-QTEST_MAIN(TestRepositoriesTab)
+VELQUARIN_WINDOW_TEST(TestRepositoriesTab)
 #include "tst_repositoriestab.moc"

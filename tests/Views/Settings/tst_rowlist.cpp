@@ -4,6 +4,7 @@
 #include "Views/Settings/RowList.h"
 
 #include "support/Offscreen.h"
+#include "support/TestProgram.h"
 #include "Views/Settings/ListRow.h"
 
 #include <QAccessible>
@@ -407,5 +408,5 @@ void TestRowList::keysWithControlAreNotForTheList()
     QCOMPARE(Window::focused(), QStringLiteral("1"));
 }
 
-QTEST_MAIN(TestRowList)
+VELQUARIN_WINDOW_TEST(TestRowList)
 #include "tst_rowlist.moc"

@@ -4,6 +4,7 @@
 #include "Views/Settings/ScanOutcome.h"
 
 #include "support/Strict.h"
+#include "support/TestProgram.h"
 
 #include <QTest>
 
@@ -49,5 +50,5 @@ void TestScanOutcome::somethingNewNeedsNoWords()
     QCOMPARE(scanOutcome(1, 1), (ScanOutcome{std::nullopt, true}));
 }
 
-QTEST_GUILESS_MAIN(TestScanOutcome)
+VELQUARIN_TEST(TestScanOutcome)
 #include "tst_scanoutcome.moc"

@@ -3,6 +3,7 @@
 
 #include "support/Offscreen.h"
 #include "support/Picture.h"
+#include "support/TestProgram.h"
 #include "Views/Settings/Picker.h"
 #include "Views/Settings/Switch.h"
 #include "Views/Style.h"
@@ -10,6 +11,7 @@
 #include "SettingsWindow.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QDir>
 #include <QPointer>
 #include <QPushButton>
@@ -483,5 +485,5 @@ void TestSettingsView::anotherFontMayComeWhileAnythingIsOpenInIt()
     QVERIFY(!window.view->isVisible());
 }
 
-QTEST_MAIN(TestSettingsView)
+VELQUARIN_WINDOW_TEST(TestSettingsView)
 #include "tst_settingsview.moc"

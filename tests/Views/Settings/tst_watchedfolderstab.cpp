@@ -3,6 +3,7 @@
 
 #include "Platform/PathNames.h"
 #include "support/Offscreen.h"
+#include "support/TestProgram.h"
 #include "Views/IconButton.h"
 #include "Views/Settings/Picker.h"
 #include "Views/Settings/Switch.h"
@@ -11,6 +12,7 @@
 
 #include "SettingsWindow.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QPushButton>
 #include <QSemaphore>
@@ -453,5 +455,5 @@ void TestWatchedFoldersTab::nothingIsCutOffWhenThereIsMostToSay()
         QVERIFY2(!text->isVisible() || text->height() >= text->sizeHint().height(), qPrintable(text->accessibleName()));
 }
 
-QTEST_MAIN(TestWatchedFoldersTab)
+VELQUARIN_WINDOW_TEST(TestWatchedFoldersTab)
 #include "tst_watchedfolderstab.moc"

@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+// The main function of every test program.
+
+#include "support/TestProgram.h"
+
+#include <QByteArray>
+#include <QFileInfo>
+
+#include <cstdio>
+#include <map>
+
+namespace velquarin::test {
+
+namespace {
+
+std::map<QByteArray, TestRun> &knownTests()
+{
+    static std::map<QByteArray, TestRun> tests;
+    return tests;
+}
+
+int listTests()
+{
+    std::fputs("The first argument is the name of a test, one of:\n", stderr);
+    for (const auto &[name, run] : knownTests())
+        std::fprintf(stderr, "  %s\n", name.constData());
+    return 2;
+}
+
+// By hand a test shall run as it does under ctest: nothing of the desktop that it happens to be started on counts.
+void pinWhatTheToolkitReads()
+{
+    const auto pin = [](const char *variable, const char *value) {
+        if (!qEnvironmentVariableIsSet(variable))
+            qputenv(variable, value);
+    };
+    pin("QT_QPA_PLATFORM", "offscreen");
+    pin("QT_SCALE_FACTOR", "1");
+    qputenv("QT_FONT_DPI", "96");
+    qputenv("QT_STYLE_OVERRIDE", "Fusion");
+    qputenv("FONTCONFIG_FILE", VELQUARIN_TEST_FONTS);
+    for (const char *variable : {"QT_QPA_PLATFORMTHEME", "QT_SCREEN_SCALE_FACTORS", "QT_SCALE_FACTOR_ROUNDING_POLICY"})
+        qunsetenv(variable);
+}
+
+}  // namespace
+
+RegisteredTest::RegisteredTest(const char *file, TestRun run)
+{
+    knownTests().emplace(QFileInfo(QString::fromUtf8(file)).completeBaseName().toUtf8(), run);
+}
+
+}  // namespace velquarin::test
+
+int main(int argc, char **argv)
+{
+    using namespace velquarin::test;
+    const auto test = argc > 1 ? knownTests().find(argv[1]) : knownTests().end();
+    if (test == knownTests().end())
+        return listTests();
+    pinWhatTheToolkitReads();
+    argv[1] = argv[0];
+    return test->second(argc - 1, argv + 1);
+}
