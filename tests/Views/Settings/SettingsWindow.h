@@ -4,11 +4,14 @@
 
 #include "App/LaunchAtLogin.h"
 #include "support/Engine.h"
+#include "support/Picture.h"
 #include "support/RecordingLoginItem.h"
 #include "support/ScriptedFolderChooser.h"
 #include "support/WhatIsShown.h"
 #include "Views/Settings/SettingsView.h"
 #include "Views/Settings/TabStrip.h"
+#include "Views/Style.h"
+#include "Views/Text.h"
 
 #include <QApplication>
 #include <QTest>
@@ -87,6 +90,12 @@ struct SettingsWindow
         return controls<Control>(name).value(0);
     }
 
+    //! Where it stands in the window.
+    [[nodiscard]] QRect placeOf(const QWidget *widget) const
+    {
+        return {widget->mapTo(view.get(), QPoint()), widget->size()};
+    }
+
     static QString nameOf(QWidget *widget)
     {
         return QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
@@ -99,5 +108,20 @@ struct SettingsWindow
         settle();
     }
 };
+
+//! Whether something is drawn before that word, at that distance in pixels, and another drawing follows it.
+inline bool isWheelTurningBeside(const SettingsWindow &window, const QString &word, int distance)
+{
+    const auto *const text = window.control<Text>(word);
+    if (text == nullptr)
+        return false;
+    const auto drawing = [text] {
+        const QRect before(0, 0, text->x(), text->parentWidget()->height());
+        return text->parentWidget()->grab(before).toImage();
+    };
+    const auto first = drawing();
+    const bool isInItsPlace = text->x() == style::points(11) + distance;
+    return isInItsPlace && !isPlain(first) && QTest::qWaitFor([&] { return drawing() != first; });
+}
 
 }  // namespace velquarin::test
