@@ -17,6 +17,7 @@
 #include <QCheckBox>
 #include <QHelpEvent>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QSemaphore>
 #include <QSignalSpy>
@@ -344,6 +345,7 @@ void TestRepositoriesTab::whileAScanRunsAddingStaysUsable()
         patience.acquire();
         return QByteArray();
     });
+    const auto letGo = qScopeGuard([&patience] { patience.release(1000); });
     window.open();
     choose(window, add, QStringLiteral("/slow"));
     choose(window, scan, folder.dir.path());
@@ -354,7 +356,6 @@ void TestRepositoriesTab::whileAScanRunsAddingStaysUsable()
     patience.release();
     QTRY_VERIFY(window.control<QPushButton>(scan)->isEnabled());
     QVERIFY(!window.says(QStringLiteral("Scanning...")));
-    patience.release(1000);
 }
 
 void TestRepositoriesTab::besideTheWordAWheelTurns()
@@ -367,11 +368,16 @@ void TestRepositoriesTab::besideTheWordAWheelTurns()
         patience.acquire();
         return QByteArray();
     });
+    const auto letGo = qScopeGuard([&patience] { patience.release(1000); });
     window.open();
     choose(window, add, QStringLiteral("/slow"));
     choose(window, scan, folder.dir.path());
-    QTRY_VERIFY(isWheelTurningBeside(window, QStringLiteral("Scanning..."), 8));
-    patience.release(1000);
+    const auto word = QStringLiteral("Scanning...");
+    QTRY_VERIFY(window.control<Text>(word) != nullptr);
+    QTRY_COMPARE(window.control<Text>(word)->x(), 11 + 8);
+    const auto before = drawingBefore(window, word);
+    QVERIFY(!isPlain(before));
+    QTRY_VERIFY(drawingBefore(window, word) != before);
 }
 
 void TestRepositoriesTab::aScanOutlivesItsWindow()
