@@ -72,6 +72,7 @@ private Q_SLOTS:
     void withoutEnabledFoldersNothingChanges();
     void whatIsFoundIsTracked();
     void theStateWhileScanningIsShown();
+    void whatARunFoundIsStoredThenToldAndThenTheRunIsOver();
     void aScanIsDueAfterFiveMinutes_data();
     void aScanIsDueAfterFiveMinutes();
     void theSwitchTurnsScansOfTheRefreshOff();
@@ -139,6 +140,23 @@ void TestAutoDiscovery::theStateWhileScanningIsShown()
     QVERIFY(engine.manager.isScanning());
     await(std::move(run));
     QVERIFY(!engine.manager.isScanning());
+}
+
+void TestAutoDiscovery::whatARunFoundIsStoredThenToldAndThenTheRunIsOver()
+{
+    const Workspace workspace;
+    workspace.addRepository(QStringLiteral("one"));
+    Engine engine;
+    engine.settings.addWatchedFolder(workspace.path(), 5);
+    QStringList steps;
+    const auto note = [&steps](const char *step) { return [&steps, step] { steps << QLatin1String(step); }; };
+    connect(&engine.settings, &AppSettings::trackedRepositoriesWillChange, this, note("repositories"));
+    connect(&engine.settings, &AppSettings::lastAutoDiscoveryScanWillChange, this, note("time"));
+    connect(&engine.manager, &StreakManager::lastDiscoveredReposWillChange, this, note("discovered"));
+    connect(&engine.manager, &StreakManager::isScanningWillChange, this, note("scanning"));
+    discover(engine);
+    // The one is added, and then those that are gone are taken out.
+    QCOMPARE(steps.join(u' '), QStringLiteral("scanning repositories repositories time discovered scanning"));
 }
 
 void TestAutoDiscovery::aScanIsDueAfterFiveMinutes_data()

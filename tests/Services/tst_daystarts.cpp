@@ -13,6 +13,23 @@ using namespace velquarin;
 using namespace velquarin::test;
 using namespace std::chrono_literals;
 
+namespace {
+
+constexpr int daysOfACentury = 36'525;
+const QDate first(1900, 1, 1);
+
+// Both ways of asking, for that many days in a row.
+void ask(DayStarts &starts, int days)
+{
+    const auto begin = starts.calendar().startOf(first).value();
+    for (int day = 0; day < days; ++day) {
+        static_cast<void>(starts.startOf(first.addDays(day)));
+        static_cast<void>(starts.startOfDay(begin + day * 24h));
+    }
+}
+
+}  // namespace
+
 class TestDayStarts : public QObject
 {
     Q_OBJECT
@@ -22,6 +39,8 @@ private Q_SLOTS:
     void everyDayStartsAsTheCalendarSaysHoweverOftenItIsAsked();
     void whatIsNoDateHasNoStart();
     void moreDaysThanAreRememberedAreStillRight();
+    void aCenturyIsRemembered();
+    void noMoreThanACenturyIsRemembered();
 };
 
 void TestDayStarts::everyDayStartsAsTheCalendarSaysHoweverOftenItIsAsked_data()
@@ -61,10 +80,27 @@ void TestDayStarts::moreDaysThanAreRememberedAreStillRight()
 {
     const auto calendar = calendarIn("UTC");
     DayStarts starts(calendar);
-    const QDate first(1900, 1, 1);
-    for (int day = 0; day < 25'000; ++day)
+    for (int day = 0; day < 2 * daysOfACentury; ++day)
         QCOMPARE(starts.startOf(first.addDays(day)), calendar.startOf(first.addDays(day)));
     QCOMPARE(starts.startOf(first), calendar.startOf(first));
+}
+
+void TestDayStarts::aCenturyIsRemembered()
+{
+    DayStarts starts(calendarIn("UTC"));
+    ask(starts, daysOfACentury);
+    ask(starts, daysOfACentury);
+    QCOMPARE(starts.lookUps(), 2 * daysOfACentury);
+}
+
+// A stranger's history may name any number of days, and the program runs for weeks.
+void TestDayStarts::noMoreThanACenturyIsRemembered()
+{
+    DayStarts starts(calendarIn("UTC"));
+    ask(starts, daysOfACentury + 1);
+    const auto before = starts.lookUps();
+    ask(starts, 1);
+    QCOMPARE(starts.lookUps(), before + 2);
 }
 
 VELQUARIN_TEST(TestDayStarts)

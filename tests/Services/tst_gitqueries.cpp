@@ -161,6 +161,7 @@ void TestGitQueries::commitsAreAskedForByGreenwichDates_data()
         "2024-03-09");
     row("fourteen hours ahead", "Pacific/Kiritimati", "2024-03-07T12:00:00Z", "2024-03-01", "2024-03-08");
     row("over a skipped midnight", "America/Sao_Paulo", "2018-11-04T12:00:00Z", "2018-10-29", "2018-11-05");
+    row("where the next day never was", "Pacific/Apia", "2011-12-30T06:00:00Z", "2011-12-23", "2011-12-30");
     row("over two midnights", "America/Havana", "2023-11-05T12:00:00Z", "2023-10-30", "2023-11-06");
 }
 

@@ -46,6 +46,20 @@ QStringList names(const StreakManager &manager)
     return all;
 }
 
+void disableAll(Engine &engine)
+{
+    auto repositories = engine.settings.trackedRepositories();
+    for (auto &repository : repositories)
+        repository.isEnabled = false;
+    engine.settings.setTrackedRepositories(repositories);
+}
+
+bool hasForgottenEverything(const StreakManager &manager)
+{
+    return figures(manager) == QLatin1String("0 current, 0 longest, 0 this week, not today") &&
+           manager.commitHistory().isEmpty() && manager.yearHistory().empty() && manager.repositoryStats().isEmpty();
+}
+
 // Notes every announcement, in order.
 class Announcements
 {
@@ -85,7 +99,9 @@ private Q_SLOTS:
     void aNewManagerKnowsNothingAndRefreshesNothing();
     void withoutRepositoriesEverythingIsNought();
     void withoutEnabledRepositoriesGitIsNotAsked();
+    void removingAllForgetsTheFigures();
     void disablingAllForgetsTheFigures();
+    void withoutEnabledRepositoriesNoReminderIsLookedAt();
     void commitsOfTodayAndYesterdayAreAStreakOfTwo();
     void aDaySharedByTwoRepositoriesCountsOnceAndItsCommitsAddUp();
     void theNewestActivityComesFirst();
@@ -98,9 +114,12 @@ private Q_SLOTS:
     void aRefreshDuringARefreshDoesNothing();
     void anUnstartableRepositoryIsSkippedInSilence();
     void aFailingRepositoryIsReportedAndWhatItAddedStays();
+    void aRepositoryWhoseLastQuestionFailsCountsAllTheSame();
     void theOthersAreShownWhenOneFails();
     void aFolderThatIsNoRepositoryIsShownWithoutFigures();
     void theRefreshEndsAfterTheReminder();
+    void theReminderFollowsItsSwitch_data();
+    void theReminderFollowsItsSwitch();
     void aNewZoneIsReadAtTheNextRefresh();
     void whereADayIsMissingTheStripIsShorter();
     void aStartThatTheZoneLacksEndsTheRefresh();
@@ -139,12 +158,21 @@ void TestStreakManager::withoutEnabledRepositoriesGitIsNotAsked()
 {
     Engine engine;
     engine.settings.addRepository(first, false);
-    auto repositories = engine.settings.trackedRepositories();
-    repositories[0].isEnabled = false;
-    engine.settings.setTrackedRepositories(repositories);
+    disableAll(engine);
     engine.refresh();
     QVERIFY(engine.runner.commands().isEmpty());
     QVERIFY(engine.manager.lastRefresh().has_value());
+}
+
+void TestStreakManager::removingAllForgetsTheFigures()
+{
+    Engine engine;
+    engine.track(first, "2026-11-20\n", "2026-11-20\n", "2026-11-20T09:00:00Z\n");
+    engine.refresh();
+    QCOMPARE(engine.manager.currentStreak(), 1);
+    engine.settings.removeRepository(engine.settings.trackedRepositories().constFirst());
+    engine.refresh();
+    QVERIFY(hasForgottenEverything(engine.manager));
 }
 
 void TestStreakManager::disablingAllForgetsTheFigures()
@@ -153,11 +181,25 @@ void TestStreakManager::disablingAllForgetsTheFigures()
     engine.track(first, "2026-11-20\n", "2026-11-20\n", "2026-11-20T09:00:00Z\n");
     engine.refresh();
     QCOMPARE(engine.manager.currentStreak(), 1);
-    engine.settings.removeRepository(engine.settings.trackedRepositories().constFirst());
+    disableAll(engine);
     engine.refresh();
-    QCOMPARE(figures(engine.manager), QStringLiteral("0 current, 0 longest, 0 this week, not today"));
-    QVERIFY(engine.manager.commitHistory().isEmpty() && engine.manager.yearHistory().empty());
-    QVERIFY(engine.manager.repositoryStats().isEmpty());
+    QVERIFY(hasForgottenEverything(engine.manager));
+}
+
+// One from yesterday that is still shown is the trace that looking at it would leave.
+void TestStreakManager::withoutEnabledRepositoriesNoReminderIsLookedAt()
+{
+    Engine engine;
+    engine.clock.setNow(instant("2026-11-20T19:10:00Z"));
+    engine.track(first, "2026-11-19\n", "2026-11-19\n", "2026-11-19T09:00:00Z\n");
+    engine.refresh();
+    QCOMPARE(engine.center.added().size(), 1);
+    engine.clock.setNow(instant("2026-11-21T19:10:00Z"));
+    disableAll(engine);
+    engine.refresh();
+    engine.settings.setTrackedRepositories({});
+    engine.refresh();
+    QCOMPARE(engine.center.withdrawn(), QStringList());
 }
 
 void TestStreakManager::commitsOfTodayAndYesterdayAreAStreakOfTwo()
@@ -338,6 +380,20 @@ void TestStreakManager::aFailingRepositoryIsReportedAndWhatItAddedStays()
     QVERIFY(!engine.manager.error().has_value());
 }
 
+void TestStreakManager::aRepositoryWhoseLastQuestionFailsCountsAllTheSame()
+{
+    Engine engine;
+    engine.settings.addRepository(first, false);
+    engine.runner.answerIn(first, QStringLiteral("rev-parse --git-dir"), {});
+    engine.runner.answerIn(first, engine.logSince(-6), "2026-11-20\n2026-11-19\n");
+    engine.runner.answerIn(first, engine.logSince(-730), "2026-11-20\n2026-11-19\n");
+    engine.refresh();
+    QCOMPARE(engine.output.lines(), QStringList{QStringLiteral("Error processing repo /repos/first: no such program")});
+    QVERIFY(engine.manager.repositoryStats().isEmpty());
+    QCOMPARE(figures(engine.manager), QStringLiteral("2 current, 2 longest, 2 this week, today"));
+    QCOMPARE(engine.manager.yearHistory().size(), 2);
+}
+
 void TestStreakManager::theOthersAreShownWhenOneFails()
 {
     Engine engine;
@@ -379,6 +435,25 @@ void TestStreakManager::theRefreshEndsAfterTheReminder()
     await(std::move(refresh));
     QCOMPARE(engine.center.added().size(), 1);
     QCOMPARE(engine.output.lines(), QStringList{QStringLiteral("Streak risk notification sent")});
+}
+
+void TestStreakManager::theReminderFollowsItsSwitch_data()
+{
+    QTest::addColumn<bool>("isWanted");
+    QTest::newRow("on") << true;
+    QTest::newRow("off") << false;
+}
+
+void TestStreakManager::theReminderFollowsItsSwitch()
+{
+    QFETCH(bool, isWanted);
+    Engine engine;
+    engine.clock.setNow(instant("2026-11-20T19:10:00Z"));
+    engine.track(first, "2026-11-19\n", "2026-11-19\n", "2026-11-19T09:00:00Z\n");
+    engine.settings.setNotifyOnStreakRisk(isWanted);
+    engine.refresh();
+    QCOMPARE(engine.manager.currentStreak(), 1);
+    QCOMPARE(engine.center.added().size(), isWanted ? 1 : 0);
 }
 
 void TestStreakManager::aNewZoneIsReadAtTheNextRefresh()

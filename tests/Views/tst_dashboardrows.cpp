@@ -4,6 +4,7 @@
 #include "Platform/DateTexts.h"
 #include "support/FakeClock.h"
 #include "support/Offscreen.h"
+#include "support/PaintedText.h"
 #include "support/RecordingFileViewer.h"
 #include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
@@ -13,6 +14,7 @@
 #include "Views/RepoRow.h"
 #include "Views/StatRow.h"
 #include "Views/Style.h"
+#include "Views/SymbolView.h"
 #include "Views/Text.h"
 
 #include <QApplication>
@@ -113,6 +115,18 @@ private Q_SLOTS:
         QCOMPARE(rightmost(texts)->geometry().right(), row->rect().right());
     }
 
+    void aStatRowIsSmallAndItsValueStandsOut()
+    {
+        StatRow row(QStringLiteral("Today"), QStringLiteral("Committed!"), Accent::Green);
+        row.resize(row.sizeHint());
+        const auto written = paintedTexts(row);
+        QCOMPARE(written.size(), 2);
+        QCOMPARE(written.first().font, style::font(style::TypeStyle::Caption));
+        QCOMPARE(written.first().color, style::ink(row.palette(), Ink::Secondary));
+        QCOMPARE(written.last().font, style::font(style::TypeStyle::Caption, QFont::Medium));
+        QCOMPARE(written.last().color, style::accentText(row.palette(), Accent::Green));
+    }
+
     void aStatRowShowsANewValueInItsColor()
     {
         StatRow row(QStringLiteral("Today"), QStringLiteral("No commits yet"), Accent::Orange);
@@ -138,6 +152,37 @@ private Q_SLOTS:
         auto *const accessible = QAccessible::queryAccessibleInterface(&column);
         QCOMPARE(accessible->role(), QAccessible::StaticText);
         QTEST(accessible->text(QAccessible::Name), "name");
+    }
+
+    void aColumnIsWrittenWithItsWeekdayAndItsCount_data()
+    {
+        QTest::addColumn<qint64>("count");
+        QTest::addColumn<QStringList>("written");
+        QTest::newRow("none") << qint64(0) << QStringList{QStringLiteral("Fri")};
+        for (const qint64 count : {1, 2, 11, 1000})
+            QTest::addRow("%lld", count) << count << QStringList{QStringLiteral("Fri"), QString::number(count)};
+    }
+
+    void aColumnIsWrittenWithItsWeekdayAndItsCount()
+    {
+        QFETCH(qint64, count);
+        DayColumn column;
+        column.setDay(commitDay("2026-11-20T00:00:00Z", count), m_texts, m_calendar, now);
+        column.resize(column.sizeHint());
+        QTEST(paintedWords(column), "written");
+    }
+
+    void aCountStandsOutFromItsWeekday()
+    {
+        DayColumn column;
+        column.setDay(commitDay("2026-11-20T00:00:00Z", 3), m_texts, m_calendar, now);
+        column.resize(column.sizeHint());
+        const auto written = paintedTexts(column);
+        QCOMPARE(written.size(), 2);
+        QCOMPARE(written.first().font, style::font(style::TypeStyle::Caption2));
+        QCOMPARE(written.first().color, style::ink(column.palette(), Ink::Secondary));
+        QCOMPARE(written.last().font, style::font(style::TypeStyle::Caption2, QFont::DemiBold));
+        QCOMPARE(written.last().color, QColor(Qt::white));
     }
 
     void theWeekdayIsInTheUsersWords()
@@ -458,6 +503,51 @@ private Q_SLOTS:
         QTRY_VERIFY(name->tone() == style::Tone(Ink::Primary));
     }
 
+    void underThePointerTheFolderAndTheNameAreBlue()
+    {
+        RepoRow row(m_viewer);
+        row.setStats(stats(QStringLiteral("Work"), 0, now), m_texts, now);
+        row.resize(row.sizeHint());
+        const auto quiet = style::ink(row.palette(), Ink::Secondary);
+        const auto blue = style::accentText(row.palette(), Accent::Blue);
+        QVERIFY(hasColor(folderOf(row), quiet) && !hasColor(folderOf(row), blue));
+        QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
+        QApplication::sendEvent(&row, &enter);
+        QVERIFY(hasColor(folderOf(row), blue) && !hasColor(folderOf(row), quiet));
+        QCOMPARE(paintedTexts(row).first().color, blue);
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(&row, &leave);
+        QVERIFY(hasColor(folderOf(row), quiet) && !hasColor(folderOf(row), blue));
+    }
+
+    void aRowIsWrittenInItsTwoSizes()
+    {
+        RepoRow row(m_viewer);
+        row.setStats(stats(QStringLiteral("Work"), 3), m_texts, now);
+        row.resize(row.sizeHint());
+        const auto written = paintedTexts(row);
+        QCOMPARE(paintedWords(row), (QStringList{QStringLiteral("Work"), QStringLiteral("3 today")}));
+        QCOMPARE(written.first().font, style::font(style::TypeStyle::Subheadline));
+        QCOMPARE(written.first().color, style::ink(row.palette(), Ink::Primary));
+        QCOMPARE(written.last().font, style::font(style::TypeStyle::Caption));
+        QCOMPARE(written.last().color, style::accentText(row.palette(), Accent::Green));
+    }
+
+    void aRowKeepsItsDistances()
+    {
+        auto *const row = new RepoRow(m_viewer);
+        const Window window(row);
+        row->setStats(stats(QStringLiteral("Work"), 3), m_texts, now);
+        QCoreApplication::processEvents();
+        const auto folder = row->findChild<SymbolView *>()->geometry();
+        const auto name = textNamed(*row, QStringLiteral("Work"))->geometry();
+        const auto activity = textNamed(*row, QStringLiteral("3 today"))->geometry();
+        QCOMPARE(folder.left(), PlainButton::outset());
+        QCOMPARE(name.left() - folder.right() - 1, 8);
+        QCOMPARE(row->rect().right() - activity.right(), PlainButton::outset());
+        QCOMPARE(row->height(), std::max({folder.height(), name.height(), activity.height()}) + 2 * 2);
+    }
+
     void aRowThatIsHiddenForgetsThePointer()
     {
         auto *const row = new RepoRow(m_viewer);
@@ -752,16 +842,20 @@ private:
         return {squares, gaps};
     }
 
-    static bool hasWhite(const QImage &image)
+    static QImage folderOf(RepoRow &row) { return row.findChild<SymbolView *>()->grab().toImage(); }
+
+    static bool hasColor(const QImage &image, const QColor &color)
     {
         for (int y = 0; y < image.height(); ++y) {
             for (int x = 0; x < image.width(); ++x) {
-                if (image.pixelColor(x, y) == QColor(Qt::white))
+                if (image.pixelColor(x, y) == color)
                     return true;
             }
         }
         return false;
     }
+
+    static bool hasWhite(const QImage &image) { return hasColor(image, Qt::white); }
 
     RecordingFileViewer m_viewer;
     Calendar m_calendar = calendarIn("UTC");

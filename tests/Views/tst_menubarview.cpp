@@ -5,6 +5,7 @@
 
 #include "support/Engine.h"
 #include "support/Offscreen.h"
+#include "support/PaintedText.h"
 #include "support/RecordingFileViewer.h"
 #include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
@@ -13,6 +14,7 @@
 #include "Views/HeaderSection.h"
 #include "Views/IconButton.h"
 #include "Views/RepoRow.h"
+#include "Views/StatRow.h"
 #include "Views/Style.h"
 #include "Views/SymbolView.h"
 #include "Views/Text.h"
@@ -285,6 +287,213 @@ private Q_SLOTS:
         world.engine.refresh();
         world.settle();
         QCOMPARE(world.textsOf("repositories"), words({"Repositories", "No repositories configured"}));
+    }
+
+    void withAllRepositoriesDisabledItSaysThatThereAreNone()
+    {
+        World world;
+        world.track(2, 1);
+        world.engine.refresh();
+        world.show();
+        auto repositories = world.engine.settings.trackedRepositories();
+        for (auto &repository : repositories)
+            repository.isEnabled = false;
+        world.engine.settings.setTrackedRepositories(repositories);
+        world.engine.refresh();
+        world.settle();
+        QCOMPARE(textsIn(*world.view), words({"0", "day streak", "Longest", "0 days", "This week", "0 commits", "Repos",
+                                              "0 tracked", "Today", "No commits yet", "Last 7 Days", "Show Year",
+                                              "Repositories", "No repositories configured", "Updated 0 sec ago"}));
+    }
+
+    void theStreakIsLargeAndBold()
+    {
+        World world;
+        world.engine.refresh();
+        world.show();
+        const auto written = paintedTexts(world.named("header"));
+        QCOMPARE(written.first().text, QStringLiteral("0"));
+        QCOMPARE(written.first().font, style::systemFont(28, QFont::Bold));
+        QCOMPARE(written.first().font.pixelSize(), 28);
+        QCOMPARE(written.first().color, style::ink(world.view->palette(), Ink::Primary));
+        QCOMPARE(written.at(1).text, QStringLiteral("day streak"));
+        QCOMPARE(written.at(1).font, style::font(style::TypeStyle::Caption));
+        QCOMPARE(written.at(1).color, style::ink(world.view->palette(), Ink::Secondary));
+    }
+
+    void whatIsWrittenHasItsSizeAndColour_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QFont>("font");
+        QTest::addColumn<QColor>("color");
+        using style::TypeStyle;
+        const auto palette = lightPalette();
+        setFontHeight(13);
+        const auto row = [&palette](const char *text, TypeStyle type, const style::Tone &tone) {
+            QTest::newRow(text) << QString::fromUtf8(text) << style::font(type) << style::textColor(palette, tone);
+        };
+        row("Last 7 Days", TypeStyle::Headline, Ink::Secondary);
+        row("Show Year", TypeStyle::Caption, Accent::Blue);
+        row("Repositories", TypeStyle::Headline, Ink::Secondary);
+        row("+1 more", TypeStyle::Caption2, Ink::Secondary);
+        row("Updated 0 sec ago", TypeStyle::Caption2, Ink::Tertiary);
+        row("Last 365 Days", TypeStyle::Headline, Ink::Secondary);
+        row("Back", TypeStyle::Caption, Accent::Blue);
+        row("7 commits", TypeStyle::Caption, Ink::Secondary);
+        row("•", TypeStyle::Caption, Ink::Tertiary);
+        row("1 active days", TypeStyle::Caption, Ink::Secondary);
+    }
+
+    void whatIsWrittenHasItsSizeAndColour()
+    {
+        QFETCH(QString, text);
+        World world;
+        world.track(11, 7);
+        world.engine.refresh();
+        world.show();
+        auto written = paintedTexts(*world.view);
+        world.engine.manager.setShowYearView(true);
+        world.settle();
+        // The figure of the week in the header reads as the one below the year does.
+        written += paintedTexts(world.named("year"));
+        const auto found = std::find_if(written.crbegin(), written.crend(),
+                                        [&text](const auto &painted) { return painted.text == text; });
+        QVERIFY(found != written.crend());
+        QTEST(found->font, "font");
+        QTEST(found->color, "color");
+    }
+
+    void theHeaderKeepsItsDistances()
+    {
+        World world;
+        world.engine.refresh();
+        world.show();
+        const auto &header = world.named("header");
+        const auto flame = header.findChild<SymbolView *>()->geometry();
+        const auto streak = world.named("currentStreak").geometry();
+        const auto caption = textNamed(world, "day streak").geometry();
+        const auto line = header.findChild<Divider *>()->geometry();
+        const auto column = flame.united(streak).united(caption);
+        QCOMPARE(column.left(), 16);
+        QCOMPARE(column.top(), 16);
+        QCOMPARE(header.rect().bottom() - column.bottom(), 16);
+        QCOMPARE(streak.top() - flame.bottom() - 1, 4);
+        QCOMPARE(caption.top() - streak.bottom() - 1, 4);
+        QCOMPARE(line.left() - column.right() - 1, 16);
+        QCOMPARE(line.size(), QSize(1, 60));
+        QCOMPARE(flame.height(), 45);
+    }
+
+    void theStatisticsKeepTheirDistances()
+    {
+        World world;
+        world.engine.refresh();
+        world.show();
+        const auto &header = world.named("header");
+        const auto line = header.findChild<Divider *>()->geometry();
+        const auto rows = header.findChildren<StatRow *>();
+        QCOMPARE(rows.size(), 4);
+        for (int row = 0; row < 4; ++row) {
+            QCOMPARE(rows.at(row)->x() - line.right() - 1, 16);
+            QCOMPARE(header.rect().right() - rows.at(row)->geometry().right(), 16);
+            QVERIFY(row == 0 || rows.at(row)->y() - rows.at(row - 1)->geometry().bottom() - 1 == 8);
+        }
+        QVERIFY(qAbs(rows.first()->y() + rows.last()->geometry().bottom() - header.rect().bottom()) <= 1);
+    }
+
+    void theListKeepsItsDistances()
+    {
+        World world;
+        world.track(3, 1);
+        world.engine.refresh();
+        world.show();
+        const auto &section = world.named("repositories");
+        const auto rows = section.findChildren<RepoRow *>();
+        const auto heading = textNamed(world, "Repositories").geometry();
+        QCOMPARE(heading.topLeft(), QPoint(16, 16));
+        QCOMPARE(rows.at(0)->y() - heading.bottom() - 1, 8);
+        QCOMPARE(rows.at(1)->y() - rows.at(0)->geometry().bottom() - 1, 8);
+        QCOMPARE(rows.at(2)->y() - rows.at(1)->geometry().bottom() - 1, 8);
+        QCOMPARE(rows.at(0)->x(), 16 - PlainButton::outset());
+        QCOMPARE(section.rect().right() - rows.at(0)->geometry().right(), 16 - PlainButton::outset());
+        QCOMPARE(section.rect().bottom() - rows.at(2)->geometry().bottom(), 16);
+    }
+
+    void inPlaceOfTheListStandsATextInTheMiddle()
+    {
+        World world;
+        world.engine.refresh();
+        world.show();
+        const auto &section = world.named("repositories");
+        const auto &text = textNamed(world, "No repositories configured");
+        const QRect place(text.mapTo(&section, QPoint()), text.size());
+        const auto heading = textNamed(world, "Repositories").geometry();
+        QCOMPARE(place.top() - heading.bottom() - 1, 8 + 8);
+        QCOMPARE(section.rect().bottom() - place.bottom(), 8 + 16);
+        QVERIFY(qAbs(place.left() + place.right() - section.rect().right()) <= 1);
+        const auto written = paintedTexts(world.named("repositories")).last();
+        QCOMPARE(written.text, QStringLiteral("No repositories configured"));
+        QCOMPARE(written.font, style::font(style::TypeStyle::Subheadline));
+        QCOMPARE(written.color, style::ink(world.view->palette(), Ink::Secondary));
+    }
+
+    void theFooterKeepsItsDistances()
+    {
+        World world;
+        world.engine.refresh();
+        world.show();
+        const auto &footer = world.named("footer");
+        const auto refresh = world.named("refresh").geometry();
+        const auto settings = world.named("settings").geometry();
+        const auto outset = PlainButton::outset();
+        QCOMPARE(world.named("updated").x(), 16);
+        QCOMPARE(footer.rect().right() - settings.right(), 16 - outset);
+        QCOMPARE(settings.left() - refresh.right() - 1, 0);
+        QCOMPARE(settings.top(), 8 - outset);
+        QCOMPARE(footer.rect().bottom() - settings.bottom(), 8 - outset);
+        // 1.4 times the caption's 10 points, and the room around it that can be hit as well.
+        QCOMPARE(settings.height(), 14 + 2 * outset);
+    }
+
+    void theWeekKeepsItsDistances()
+    {
+        World world;
+        world.track(1, 1);
+        world.engine.refresh();
+        world.show();
+        const auto &week = world.named("week");
+        const auto &heading = textNamed(world, "Last 7 Days");
+        const auto &chevron = *world.named("showYear").findChild<SymbolView *>();
+        const QRect title(heading.mapTo(&week, QPoint()), heading.size());
+        const auto &strip = world.named("days");
+        QCOMPARE(title.topLeft(), QPoint(16, 16));
+        QCOMPARE(strip.y() - title.bottom() - 1, 8);
+        QCOMPARE(week.rect().bottom() - strip.geometry().bottom(), 16);
+        QCOMPARE(chevron.mapTo(&week, chevron.rect().topRight()).x(), week.width() - 1 - 16);
+        QCOMPARE(chevron.x() - textNamed(world, "Show Year").geometry().right() - 1, 4);
+        QCOMPARE(chevron.color(), style::accentText(week.palette(), Accent::Blue));
+    }
+
+    void theYearKeepsItsDistances()
+    {
+        World world;
+        world.track(1, 1);
+        world.engine.refresh();
+        world.engine.manager.setShowYearView(true);
+        world.show();
+        const auto &heading = textNamed(world, "Last 365 Days");
+        const auto &year = world.named("year");
+        const auto area = world.named("yearScrollArea").geometry();
+        const auto commits = world.named("yearCommits").geometry();
+        const auto bullet = textNamed(world, "•").geometry();
+        QCOMPARE(heading.mapTo(&year, QPoint()).y(), 16);
+        QCOMPARE(area.top() - heading.mapTo(&year, heading.rect().bottomLeft()).y() - 1, 8);
+        QCOMPARE(area.left(), 16);
+        QCOMPARE(year.rect().right() - area.right(), 16);
+        QCOMPARE(commits.topLeft(), QPoint(16, area.bottom() + 1 + 8));
+        QCOMPARE(bullet.left() - commits.right() - 1, 8);
+        QCOMPARE(world.named("activeDays").x() - bullet.right() - 1, 8);
+        QCOMPARE(year.rect().bottom() - commits.bottom(), 16);
     }
 
     void aDayWithACommitLightsTheFlame()
@@ -1015,7 +1224,7 @@ private:
     static Text &textNamed(const World &world, const char *text)
     {
         for (auto *const child : world.view->findChildren<Text *>()) {
-            if (child->text() == QLatin1String(text) && child->isVisible())
+            if (child->text() == QString::fromUtf8(text) && child->isVisible())
                 return *child;
         }
         qFatal("There is no text %s", text);

@@ -40,9 +40,14 @@ public:
     //! Waits for the next time that a file gets this name; false where that takes too long.
     [[nodiscard]] bool waitFor(const QString &name, int timeoutMs)
     {
-        const auto before = names().count(name);
+        return waitForMore(name, names().count(name), timeoutMs);
+    }
+
+    //! Waits until a file has got this name more than so many times, of which the last may be over already.
+    [[nodiscard]] bool waitForMore(const QString &name, qsizetype times, int timeoutMs)
+    {
         pollfd events{m_descriptor, POLLIN, 0};
-        while (names().count(name) == before) {
+        while (names().count(name) <= times) {
             if (::poll(&events, 1, timeoutMs) <= 0)
                 return false;
         }

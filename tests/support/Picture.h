@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Views/Symbols.h"
+
 #include <QImage>
+#include <QPainter>
 #include <QWidget>
 
 #include <cmath>
@@ -18,6 +21,28 @@ inline QImage pictureOf(QWidget &widget, double ratio)
     image.fill(widget.palette().color(QPalette::Window));
     widget.render(&image);
     return image;
+}
+
+//! What @p widget looks like with that symbol at @p place and nothing else.
+inline QImage pictureOfSymbol(const QString &name, const QRect &place, const QColor &color, const QWidget &widget)
+{
+    QImage image(widget.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(widget.palette().color(QPalette::Window));
+    QPainter painter(&image);
+    style::paintSymbol(painter, name, place, color);
+    return image;
+}
+
+//! Whether all of @p image is of one colour; so is one without pixels.
+inline bool isPlain(const QImage &image)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, y) != image.pixel(0, 0))
+                return false;
+        }
+    }
+    return true;
 }
 
 }  // namespace velquarin::test

@@ -4,60 +4,105 @@
 
 #include "Await.h"
 
-#include <QDeadlineTimer>
-#include <QElapsedTimer>
+#include <QCoreApplication>
+#include <QSemaphore>
 #include <QTimer>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
-#include <limits>
+#include <ctime>
+#include <memory>
+#include <utility>
 
 namespace velquarin::test {
 
-//! The longest time, in milliseconds, between two ticks of a timer that is due every millisecond.
+//! The longest time, in milliseconds of one clock, between two ticks of a timer that is due every millisecond.
 class Ticker
 {
 public:
-    Ticker()
+    explicit Ticker(clockid_t clock)
+        : m_clock(clock)
+        , m_last(now())
     {
         m_timer.setTimerType(Qt::PreciseTimer);
-        QObject::connect(&m_timer, &QTimer::timeout, &m_timer,
-                         [this] { m_longest = std::max(m_longest, m_since.restart()); });
-        m_since.start();
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { tick(); });
         m_timer.start(std::chrono::milliseconds(1));
     }
 
-    [[nodiscard]] qint64 longestGap() const { return std::max(m_longest, m_since.elapsed()); }
+    [[nodiscard]] qint64 longestGap() const { return std::max(m_longest, now() - m_last) / nanosecondsInOne; }
 
 private:
+    static constexpr qint64 nanosecondsInOne = 1'000'000;
+
+    [[nodiscard]] qint64 now() const
+    {
+        timespec time{};
+        clock_gettime(m_clock, &time);
+        return qint64(time.tv_sec) * 1000 * nanosecondsInOne + time.tv_nsec;
+    }
+
+    void tick()
+    {
+        const auto before = std::exchange(m_last, now());
+        m_longest = std::max(m_longest, m_last - before);
+    }
+
     QTimer m_timer;
-    QElapsedTimer m_since;
+    clockid_t m_clock;
+    qint64 m_last;
     qint64 m_longest = 0;
 };
 
+//! By the clock on the wall, which other programs on the same machine can only put forward: for a benchmark that
+//! compares, and never for a test.
 template <typename Work>
 qint64 longestGapDuring(Work work)
 {
-    const Ticker ticker;
+    const Ticker ticker(CLOCK_MONOTONIC);
     work();
     return ticker.longestGap();
 }
 
-//! The longest gap that @p work makes, less that of a loop with nothing to do for as long. Another program on the same
-//! machine can only add to it: the best of three attempts is nearest to the truth.
+//! The most that this thread works, in milliseconds of the processor, between two turns of its loop. Nothing else that
+//! the machine does counts, and neither does waiting: see LoopWatch.
 template <typename Work>
-qint64 gapOf(Work work)
+qint64 mostWorkDuring(Work work)
 {
-    qint64 best = std::numeric_limits<qint64>::max();
-    for (int attempt = 0; attempt < 3; ++attempt) {
-        QElapsedTimer taken;
-        taken.start();
-        const auto gap = longestGapDuring(work);
-        const QDeadlineTimer end(taken.elapsed());
-        const auto idle = longestGapDuring([&end] { awaitThat([&end] { return end.hasExpired(); }); });
-        best = std::min(best, gap - idle);
-    }
-    return best;
+    const Ticker ticker(CLOCK_THREAD_CPUTIME_ID);
+    work();
+    return ticker.longestGap();
 }
+
+//! Tells a main thread that works from one that waits: whoever does something for it on another thread first has the
+//! loop turn once, which it cannot while it waits for them.
+class LoopWatch
+{
+public:
+    //! On the other thread. Gives up after a minute, so that a test fails where it would hang.
+    void awaitTurn()
+    {
+        constexpr int patience = 60'000;
+        const auto turned = m_turned;
+        QMetaObject::invokeMethod(
+            qApp, [turned] { turned->release(); }, Qt::QueuedConnection);
+        if (!m_isOver && !turned->tryAcquire(1, patience))
+            m_hasStoodStill = true;
+    }
+
+    //! On the main thread, before it rightly waits for the other one.
+    void end()
+    {
+        m_isOver = true;
+        m_turned->release();
+    }
+
+    [[nodiscard]] bool hasStoodStill() const { return m_hasStoodStill; }
+
+private:
+    std::shared_ptr<QSemaphore> m_turned = std::make_shared<QSemaphore>();
+    std::atomic<bool> m_isOver = false;
+    std::atomic<bool> m_hasStoodStill = false;
+};
 
 }  // namespace velquarin::test

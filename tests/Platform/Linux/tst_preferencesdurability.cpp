@@ -15,6 +15,7 @@
 #include <QJsonObject>
 #include <QProcess>
 #include <QRandomGenerator>
+#include <QSaveFile>
 #include <QScopeGuard>
 #include <QTest>
 
@@ -43,6 +44,7 @@ using velquarin::test::writeFile;
 namespace {
 
 constexpr int timeoutMs = 30'000;
+constexpr std::chrono::milliseconds nap(20);  // of the writer, in which more changes may come
 constexpr uid_t nobody = 65534;
 
 const QString fileName = u"preferences.json"_s;
@@ -56,6 +58,27 @@ QJsonObject objectIn(const QByteArray &text)
 double numberIn(const PreferencesPlace &place)
 {
     return objectIn(place.content()).value(numberKey).toDouble(-1.0);
+}
+
+// How long it takes until @p work has given a file that name, in milliseconds.
+template <typename Work>
+qint64 timeUntil(FolderWatch &watch, const QString &name, Work work)
+{
+    const auto before = watch.names().count(name);
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return watch.waitForMore(name, before, timeoutMs) ? timer.elapsed() : timeoutMs;
+}
+
+void sleepAndReplace(const QString &path)
+{
+    std::thread([&path] {
+        std::this_thread::sleep_for(nap);
+        QSaveFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write("{}") < 0 || !file.commit())
+            qFatal("%s cannot be written", qPrintable(path));
+    }).join();
 }
 
 // The helper program beside this one, under limits of its own.
@@ -211,25 +234,25 @@ private Q_SLOTS:
     void aKillLeavesTheOldOrTheNewFile();
 };
 
+// Beside each change somebody else does the same by themselves: sleeps as long as the writer, and replaces a file. A
+// busy machine or a slow disk keeps both waiting.
 void TestPreferencesDurability::aChangeIsOnDiskWithin100Milliseconds()
 {
     const PreferencesPlace place(QDir::tempPath());
     place.fill("{}");
     JsonPreferencesStore store(place.path);
     FolderWatch watch(place.folder);
-    QList<qint64> times;
+    QList<qint64> beyond;
     for (int round = 1; round <= 9; ++round) {
-        QElapsedTimer timer;
-        timer.start();
-        store.set(numberKey, double(round));
-        QVERIFY(watch.waitFor(fileName, timeoutMs));
-        times.append(timer.elapsed());
+        const auto least = timeUntil(watch, u"another"_s, [&place] { sleepAndReplace(place.folder + u"/another"_s); });
+        const auto taken = timeUntil(watch, fileName, [&store, round] { store.set(numberKey, double(round)); });
+        beyond.append(taken - least);
         QCOMPARE(numberIn(place), double(round));
         store.flush(std::chrono::minutes(1));
     }
-    // The middle one: this machine may be busy with something else now and then.
-    std::sort(times.begin(), times.end());
-    QVERIFY2(times.at(4) <= 100, qPrintable(u"%1 ms"_s.arg(times.at(4))));
+    // The middle one: the machine may be busier with the one than with the other.
+    std::sort(beyond.begin(), beyond.end());
+    QVERIFY2(beyond.at(4) <= 100 - nap.count(), qPrintable(u"%1 ms"_s.arg(beyond.at(4))));
 }
 
 void TestPreferencesDurability::aThousandAssignmentsEndInFewWrites()

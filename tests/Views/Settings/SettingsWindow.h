@@ -4,11 +4,14 @@
 
 #include "App/LaunchAtLogin.h"
 #include "support/Engine.h"
+#include "support/Picture.h"
 #include "support/RecordingLoginItem.h"
 #include "support/ScriptedFolderChooser.h"
 #include "support/WhatIsShown.h"
 #include "Views/Settings/SettingsView.h"
 #include "Views/Settings/TabStrip.h"
+#include "Views/Style.h"
+#include "Views/Text.h"
 
 #include <QApplication>
 #include <QTest>
@@ -87,6 +90,12 @@ struct SettingsWindow
         return controls<Control>(name).value(0);
     }
 
+    //! Where it stands in the window.
+    [[nodiscard]] QRect placeOf(const QWidget *widget) const
+    {
+        return {widget->mapTo(view.get(), QPoint()), widget->size()};
+    }
+
     static QString nameOf(QWidget *widget)
     {
         return QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
@@ -99,5 +108,12 @@ struct SettingsWindow
         settle();
     }
 };
+
+//! What is drawn before that word on the line that it stands on.
+inline QImage drawingBefore(const SettingsWindow &window, const QString &word)
+{
+    const auto *const text = window.control<Text>(word);
+    return text->parentWidget()->grab({0, 0, text->x(), text->parentWidget()->height()}).toImage();
+}
 
 }  // namespace velquarin::test

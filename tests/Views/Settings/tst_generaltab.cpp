@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/Offscreen.h"
+#include "support/PaintedText.h"
 #include "support/TestProgram.h"
+#include "Views/Settings/FormSection.h"
 #include "Views/Settings/Picker.h"
 #include "Views/Settings/Switch.h"
+#include "Views/Settings/TintedGround.h"
 #include "Views/Style.h"
 #include "Views/Text.h"
 
@@ -61,6 +64,10 @@ private Q_SLOTS:
     void aLoginItemThatCannotBeRegisteredMovesTheSwitchBack();
     void theLoginItemIsReadAndNotWrittenAtFirst();
     void theVersionIsDimmed();
+    void whatIsWrittenHasItsSizeAndColour_data();
+    void whatIsWrittenHasItsSizeAndColour();
+    void theSectionsKeepTheirDistances();
+    void aSwitchHasItsKnobWhereItsValueIs();
     void nothingIsOutOfReachWithALargeFont();
     void withADesktopsFontNothingScrolls_data();
     void withADesktopsFontNothingScrolls();
@@ -228,6 +235,80 @@ void TestGeneralTab::theVersionIsDimmed()
     window.open(SettingsWindow::General);
     QCOMPARE(window.control<Text>(QStringLiteral("1.0.0"))->tone(), style::Tone(style::Ink::Secondary));
     QCOMPARE(window.control<Text>(QStringLiteral("Version"))->tone(), style::Tone(style::Ink::Primary));
+}
+
+void TestGeneralTab::whatIsWrittenHasItsSizeAndColour_data()
+{
+    using style::TypeStyle;
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<TypeStyle>("type");
+    QTest::addColumn<int>("weight");
+    QTest::addColumn<style::Tone>("tone");
+    const auto row = [](const char *text, TypeStyle type, QFont::Weight weight, style::Ink ink) {
+        QTest::newRow(text) << QString::fromLatin1(text) << type << int(weight) << style::Tone(ink);
+    };
+    row("Startup", TypeStyle::Subheadline, QFont::DemiBold, style::Ink::Secondary);
+    row("About", TypeStyle::Subheadline, QFont::DemiBold, style::Ink::Secondary);
+    row("Launch at login", TypeStyle::Body, QFont::Normal, style::Ink::Primary);
+    row("Version", TypeStyle::Body, QFont::Normal, style::Ink::Primary);
+    row("1.0.0", TypeStyle::Body, QFont::Normal, style::Ink::Secondary);
+}
+
+void TestGeneralTab::whatIsWrittenHasItsSizeAndColour()
+{
+    QFETCH(QString, text);
+    QFETCH(style::TypeStyle, type);
+    QFETCH(int, weight);
+    QFETCH(style::Tone, tone);
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    const auto written = paintedTexts(*window.view);
+    const auto found = std::ranges::find(written, text, &PaintedText::text);
+    QVERIFY(found != written.end());
+    QCOMPARE(found->font, style::font(type, QFont::Weight(weight)));
+    QCOMPARE(found->color, style::textColor(window.view->palette(), tone));
+}
+
+void TestGeneralTab::theSectionsKeepTheirDistances()
+{
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    const auto sections = window.view->findChildren<FormSection *>();
+    QCOMPARE(sections.size(), 5);
+    QCOMPARE(sections.first()->pos(), QPoint(16, 16));
+    for (int index = 0; index < 5; ++index) {
+        const auto *const section = sections.at(index);
+        const auto title = section->findChild<Text *>(QString(), Qt::FindDirectChildrenOnly)->geometry();
+        const auto group = section->findChild<TintedGround *>()->geometry();
+        QVERIFY(index == 0 || section->y() - sections.at(index - 1)->geometry().bottom() - 1 == 9);
+        QCOMPARE(group.top() - title.bottom() - 1, 4);
+        QCOMPARE(group.height(), 30);
+    }
+    const auto version = window.placeOf(window.control<Text>(QStringLiteral("Version")));
+    QCOMPARE(version.left() - window.placeOf(sections.last()).left(), 10);
+    const auto number = window.placeOf(window.control<Text>(QStringLiteral("1.0.0")));
+    QCOMPARE(window.placeOf(sections.last()).right() - number.right(), 10);
+}
+
+void TestGeneralTab::aSwitchHasItsKnobWhereItsValueIs()
+{
+    const FontOfPixels font(13);
+    Switch control(QStringLiteral("Label"), Switch::Size::Regular, nullptr);
+    control.resize(200, control.sizeHint().height());
+    for (const bool isOn : {false, true}) {
+        control.setChecked(isOn);
+        const auto picture = pictureOf(control, 1);
+        const auto middle = control.height() / 2;
+        // The track is 32 points wide, 4 from the edge, and the knob takes 15 of them.
+        const auto left = picture.pixelColor(200 - 4 - 32 + 9, middle);
+        const auto right = picture.pixelColor(200 - 4 - 9, middle);
+        const auto track = style::switchTrack(control.palette(), isOn);
+        QCOMPARE(left, isOn ? track : QColor(Qt::white));
+        QCOMPARE(right, isOn ? QColor(Qt::white) : track);
+        QCOMPARE(picture.pixelColor(200 - 4 - 32 - 1, middle), control.palette().color(QPalette::Window));
+    }
 }
 
 void TestGeneralTab::nothingIsOutOfReachWithALargeFont()

@@ -17,10 +17,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <algorithm>
-#include <memory>
-#include <vector>
-
 using namespace velquarin;
 using namespace velquarin::test;
 using namespace std::chrono_literals;
@@ -28,7 +24,26 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int many = 1000;
-constexpr qint64 longestGapAllowed = 50;  // ms
+constexpr qint64 mostWorkAllowed = 50;  // ms
+
+//! The real files, and a loop that has to turn now and then while they are looked at.
+class WatchedFiles : public PosixFileTree
+{
+public:
+    bool visit(const std::string &path, const Visitor &visitor) const override
+    {
+        constexpr int nowAndThen = 50;
+        if (++m_visits % nowAndThen == 1)
+            m_loop.awaitTurn();
+        return PosixFileTree::visit(path, visitor);
+    }
+
+    [[nodiscard]] bool wereWaitedFor() const { return m_loop.hasStoodStill(); }
+
+private:
+    mutable int m_visits = 0;
+    mutable LoopWatch m_loop;
+};
 
 // The window over settings that are kept in a file.
 struct World
@@ -36,7 +51,7 @@ struct World
     QTemporaryDir home;
     JsonPreferencesStore store{home.filePath(QStringLiteral("preferences.json"))};
     FakeProcessRunner runner;
-    PosixFileTree files;
+    WatchedFiles files;
     FakeClock clock{instant("2026-11-20T12:00:00Z")};
     FakeTimers timers;
     RecordingOutput output;
@@ -85,32 +100,28 @@ void TestManyRepositories::initTestCase()
 
 void TestManyRepositories::aScanThatFindsAThousandNeverHoldsTheWindowUp()
 {
-    std::vector<std::unique_ptr<World>> worlds(3);
-    std::ranges::generate(worlds, [] { return std::make_unique<World>(); });
-    auto world = worlds.begin();
-    const auto gap = gapOf([this, &world] {
-        auto &now = **world++;
-        now.scanButton()->click();
-        now.chooser.confirm(m_folder.path());
-        awaitThat([&now] { return now.manager.lastRefresh().has_value(); });
+    World world;
+    const auto work = mostWorkDuring([this, &world] {
+        world.scanButton()->click();
+        world.chooser.confirm(m_folder.path());
+        awaitThat([&world] { return world.manager.lastRefresh().has_value(); });
     });
-    QVERIFY2(gap <= longestGapAllowed, qPrintable(QString::number(gap)));
-    QVERIFY(worlds.front()->store.flush(10s));
-    QCOMPARE(AppSettings(worlds.front()->store).trackedRepositories().size(), many);
+    QVERIFY2(work <= mostWorkAllowed, qPrintable(QString::number(work)));
+    QVERIFY(!world.files.wereWaitedFor());
+    QVERIFY(world.store.flush(60s));
+    QCOMPARE(AppSettings(world.store).trackedRepositories().size(), many);
 }
 
 void TestManyRepositories::aDiscoveryThatFindsAThousandNeverHoldsTheWindowUp()
 {
-    std::vector<std::unique_ptr<World>> worlds(3);
-    std::ranges::generate(worlds, [] { return std::make_unique<World>(); });
-    auto world = worlds.begin();
-    const auto gap = gapOf([this, &world] {
-        auto &now = **world++;
-        now.settings.addWatchedFolder(m_folder.path(), 5);
-        await(now.manager.runAutoDiscovery());
+    World world;
+    const auto work = mostWorkDuring([this, &world] {
+        world.settings.addWatchedFolder(m_folder.path(), 5);
+        await(world.manager.runAutoDiscovery());
     });
-    QVERIFY2(gap <= longestGapAllowed, qPrintable(QString::number(gap)));
-    QCOMPARE(worlds.front()->settings.trackedRepositories().size(), many);
+    QVERIFY2(work <= mostWorkAllowed, qPrintable(QString::number(work)));
+    QVERIFY(!world.files.wereWaitedFor());
+    QCOMPARE(world.settings.trackedRepositories().size(), many);
 }
 
 VELQUARIN_WINDOW_TEST(TestManyRepositories)

@@ -2,10 +2,15 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/Offscreen.h"
+#include "support/PaintedText.h"
+#include "support/Picture.h"
 #include "support/TestProgram.h"
 #include "Views/IconButton.h"
+#include "Views/Settings/Badge.h"
 #include "Views/Settings/RepositoryRow.h"
+#include "Views/Settings/RowList.h"
 #include "Views/Style.h"
+#include "Views/SymbolView.h"
 #include "Views/Text.h"
 
 #include "SettingsWindow.h"
@@ -14,6 +19,7 @@
 #include <QCheckBox>
 #include <QHelpEvent>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QSemaphore>
 #include <QSignalSpy>
@@ -108,6 +114,7 @@ private Q_SLOTS:
     void aScanGoesFiveLevelsDeep();
     void whileAScanRunsAddingStaysUsable();
     void aScanOutlivesItsWindow();
+    void besideTheWordAWheelTurns();
     void aBoxEnablesOrDisablesItsRecord();
     void aBoxWritesIntoTheRecordAsItIsNow();
     void aBoxMovedTwiceBeforeItIsRenderedIsAsBefore();
@@ -115,13 +122,19 @@ private Q_SLOTS:
     void removingTheLastRecordLeavesTheFocusWhereItIsOfUse();
     void refreshNowRefreshes();
     void refreshNowStaysUsableWhileOneRuns();
-    void aLongPathHasItsEllipsisInTheMiddle();
+    void aLongPathIsCutInItsMiddle();
     void aNameWithALineBreakStaysOnItsLine();
     void aPathIsNeverTakenForMarkup_data();
     void aPathIsNeverTakenForMarkup();
     void theMessageIsGoneWhenTheWindowOpensAgain();
     void aChosenPathIsTakenAsItIs_data();
     void aChosenPathIsTakenAsItIs();
+    void theBinIsRed();
+    void aRowKeepsItsDistances();
+    void aRowIsWrittenInItsSizesAndColours();
+    void theBadgeIsACapsuleAroundItsWord();
+    void theTabKeepsItsDistances();
+    void withoutRepositoriesASymbolStandsOverTheWords();
     void theBadgeCanBeRead_data();
     void theBadgeCanBeRead();
     void whatARowSaysCanBeReadUnderThePointer_data();
@@ -334,6 +347,7 @@ void TestRepositoriesTab::whileAScanRunsAddingStaysUsable()
         patience.acquire();
         return QByteArray();
     });
+    const auto letGo = qScopeGuard([&patience] { patience.release(1000); });
     window.open();
     choose(window, add, QStringLiteral("/slow"));
     choose(window, scan, folder.dir.path());
@@ -344,7 +358,28 @@ void TestRepositoriesTab::whileAScanRunsAddingStaysUsable()
     patience.release();
     QTRY_VERIFY(window.control<QPushButton>(scan)->isEnabled());
     QVERIFY(!window.says(QStringLiteral("Scanning...")));
-    patience.release(1000);
+}
+
+void TestRepositoriesTab::besideTheWordAWheelTurns()
+{
+    const FontOfPixels font(13);
+    const Folder folder({QStringLiteral("a")});
+    QSemaphore patience;
+    SettingsWindow window;
+    window.engine.runner.answerWith(QStringLiteral("rev-parse --git-dir"), [&patience] {
+        patience.acquire();
+        return QByteArray();
+    });
+    const auto letGo = qScopeGuard([&patience] { patience.release(1000); });
+    window.open();
+    choose(window, add, QStringLiteral("/slow"));
+    choose(window, scan, folder.dir.path());
+    const auto word = QStringLiteral("Scanning...");
+    QTRY_VERIFY(window.control<Text>(word) != nullptr);
+    QTRY_COMPARE(window.control<Text>(word)->x(), 11 + 8);
+    const auto before = drawingBefore(window, word);
+    QVERIFY(!isPlain(before));
+    QTRY_VERIFY(drawingBefore(window, word) != before);
 }
 
 void TestRepositoriesTab::aScanOutlivesItsWindow()
@@ -456,7 +491,7 @@ void TestRepositoriesTab::refreshNowStaysUsableWhileOneRuns()
     QCOMPARE(refreshes.count(), 2);
 }
 
-void TestRepositoriesTab::aLongPathHasItsEllipsisInTheMiddle()
+void TestRepositoriesTab::aLongPathIsCutInItsMiddle()
 {
     const QString middle(4000, QLatin1Char('x'));
     SettingsWindow window;
@@ -465,7 +500,10 @@ void TestRepositoriesTab::aLongPathHasItsEllipsisInTheMiddle()
     auto *const path = window.control<Text>(QStringLiteral("/begin/") + middle + QStringLiteral("/end"));
     QVERIFY(path != nullptr);
     QVERIFY(path->width() < path->sizeHint().width());
-    QVERIFY(window.view->rect().contains(QRect(path->mapTo(window.view.get(), QPoint()), path->size())));
+    QVERIFY(window.view->rect().contains(window.placeOf(path)));
+    const auto shown = paintedWords(*path).join(QString());
+    QVERIFY2(shown.startsWith(QLatin1String("/begin/x")) && shown.endsWith(QLatin1String("x/end")), qPrintable(shown));
+    QCOMPARE(shown.count(QChar(0x2026)), 1);
     auto *const name = window.control<Text>(QStringLiteral("end"));
     QCOMPARE(name->width(), name->sizeHint().width());
 }
@@ -546,6 +584,124 @@ void TestRepositoriesTab::aChosenPathIsTakenAsItIs()
     SettingsWindow::settle();
     QVERIFY(window.says(path));
     QVERIFY(window.says(name));
+}
+
+void TestRepositoriesTab::theBinIsRed()
+{
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    auto *const bin = window.control<IconButton>(QStringLiteral("Remove"));
+    const auto outset = PlainButton::outset();
+    const auto place = bin->rect().adjusted(outset, outset, -outset, -outset);
+    QCOMPARE(place.size(), style::symbolSize(QStringLiteral("trash"), 12));
+    const auto red = style::accentText(bin->palette(), style::Accent::Red);
+    const auto expected = pictureOfSymbol(QStringLiteral("trash"), place, red, *bin);
+    QVERIFY(!isPlain(expected));
+    QCOMPARE(pictureOf(*bin, 1), expected);
+}
+
+void TestRepositoriesTab::aRowKeepsItsDistances()
+{
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), true);
+    window.open();
+    const auto *const row = window.view->findChild<RepositoryRow *>();
+    const auto place = window.placeOf(row);
+    const auto box = window.placeOf(window.control<QCheckBox>(QStringLiteral("a")));
+    const auto name = window.placeOf(window.control<Text>(QStringLiteral("a")));
+    const auto path = window.placeOf(window.control<Text>(QStringLiteral("/src/a")));
+    const auto badge = window.placeOf(row->findChild<Badge *>());
+    const auto bin = window.placeOf(window.control<IconButton>(QStringLiteral("Remove")));
+    QCOMPARE(box.left() - place.left(), 10);
+    QCOMPARE(name.left() - box.right() - 1, 8);
+    QCOMPARE(badge.left() - name.right() - 1, 4);
+    QCOMPARE(path.topLeft(), QPoint(name.left(), std::max(name.bottom(), badge.bottom()) + 1 + 1));
+    QCOMPARE(place.right() - bin.right(), 10 - PlainButton::outset());
+    const auto texts = path.bottom() + 1 - std::min(name.top(), badge.top());
+    QCOMPARE(row->sizeHint().height(), std::max({texts, box.height(), bin.height()}) + 2 * 4 + 1);
+}
+
+void TestRepositoriesTab::aRowIsWrittenInItsSizesAndColours()
+{
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), true);
+    window.open();
+    auto *const row = window.view->findChild<RepositoryRow *>();
+    const auto palette = row->palette();
+    const auto written = paintedTexts(*row);
+    QCOMPARE(paintedWords(*row), (QStringList{QStringLiteral("a"), QStringLiteral("/src/a"), QStringLiteral("Auto")}));
+    QCOMPARE(written.at(0).font, style::font(style::TypeStyle::Body, QFont::Medium));
+    QCOMPARE(written.at(0).color, style::ink(palette, style::Ink::Primary));
+    QCOMPARE(written.at(1).font, style::font(style::TypeStyle::Caption));
+    QCOMPARE(written.at(1).color, style::ink(palette, style::Ink::Secondary));
+    QCOMPARE(written.at(2).font, style::font(style::TypeStyle::Caption2));
+    const auto ground = style::badgeGround(palette, style::Accent::Blue);
+    QCOMPARE(written.at(2).color, style::accentTextOn(ground, palette, style::Accent::Blue));
+}
+
+void TestRepositoriesTab::theBadgeIsACapsuleAroundItsWord()
+{
+    const FontOfPixels font(13);
+    Badge badge(QStringLiteral("Auto"), nullptr);
+    const QFontMetrics metrics(style::font(style::TypeStyle::Caption2));
+    QCOMPARE(badge.sizeHint(), QSize(metrics.horizontalAdvance(QStringLiteral("Auto")) + 2 * 4, metrics.height() + 2));
+    badge.resize(badge.sizeHint());
+    const auto picture = pictureOf(badge, 1);
+    const auto ground = style::badgeGround(badge.palette(), style::Accent::Blue);
+    QCOMPARE(picture.pixelColor(2, badge.height() / 2), ground);
+    QCOMPARE(picture.pixelColor(badge.width() - 3, badge.height() / 2), ground);
+    QCOMPARE(picture.pixelColor(0, 0), badge.palette().color(QPalette::Window));
+    QCOMPARE(picture.pixelColor(badge.rect().bottomRight()), badge.palette().color(QPalette::Window));
+}
+
+void TestRepositoriesTab::theTabKeepsItsDistances()
+{
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    const auto *const tab = window.view->findChild<QWidget *>(QStringLiteral("repositoriesTab"));
+    const auto whole = window.placeOf(tab);
+    const auto title = window.placeOf(window.control<Text>(QStringLiteral("Tracked Repositories")));
+    const auto count = window.placeOf(window.control<Text>(QStringLiteral("1 repos")));
+    const auto list = window.placeOf(tab->findChild<RowList *>());
+    const auto first = window.placeOf(window.control<QPushButton>(add));
+    const auto second = window.placeOf(window.control<QPushButton>(scan));
+    const auto last = window.placeOf(window.control<QPushButton>(refreshNow));
+    QCOMPARE(title.topLeft() - whole.topLeft(), QPoint(16, 16));
+    QCOMPARE(whole.right() - count.right(), 16);
+    QCOMPARE(list.top() - title.bottom() - 1, 16);
+    QCOMPARE(first.top() - list.bottom() - 1, 16);
+    QCOMPARE(whole.bottom() - first.bottom(), 16);
+    QCOMPARE(first.left() - whole.left(), 16);
+    QCOMPARE(second.left() - first.right() - 1, 8);
+    QCOMPARE(whole.right() - last.right(), 16);
+}
+
+void TestRepositoriesTab::withoutRepositoriesASymbolStandsOverTheWords()
+{
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.open();
+    const auto *const title = window.control<Text>(QStringLiteral("No Repositories"));
+    auto *const panel = title->parentWidget();
+    auto *const symbol = panel->findChild<SymbolView *>();
+    QVERIFY(symbol != nullptr && symbol->isVisible());
+    QCOMPARE(title->y() - symbol->geometry().bottom() - 1, 8);
+    QCOMPARE(symbol->size(), style::symbolSize(QStringLiteral("folder.badge.plus"), 34));
+    const auto color = style::ink(panel->palette(), style::Ink::Secondary);
+    const auto expected = pictureOfSymbol(QStringLiteral("folder.badge.plus"), symbol->rect(), color, *symbol);
+    QVERIFY(!isPlain(expected));
+    QCOMPARE(pictureOf(*symbol, 1), expected);
+    const auto heading = paintedTexts(*panel->findChildren<Text *>().first()).first();
+    const auto words = paintedTexts(*panel->findChildren<Text *>().last()).first();
+    QCOMPARE(heading.font, style::systemFont(17, QFont::Bold));
+    QCOMPARE(words.font, style::font(style::TypeStyle::Subheadline));
+    QCOMPARE(words.color, color);
 }
 
 void TestRepositoriesTab::theBadgeCanBeRead_data()

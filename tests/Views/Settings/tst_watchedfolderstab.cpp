@@ -3,17 +3,21 @@
 
 #include "Platform/PathNames.h"
 #include "support/Offscreen.h"
+#include "support/PaintedText.h"
+#include "support/Picture.h"
 #include "support/TestProgram.h"
 #include "Views/IconButton.h"
 #include "Views/Settings/Picker.h"
 #include "Views/Settings/Switch.h"
 #include "Views/Style.h"
+#include "Views/SymbolView.h"
 #include "Views/Text.h"
 
 #include "SettingsWindow.h"
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QLabel>
 #include <QPushButton>
 #include <QSemaphore>
 #include <QSignalSpy>
@@ -108,6 +112,14 @@ private Q_SLOTS:
     void aBoxEnablesOrDisablesItsFolderAndStartsNothing();
     void aBinRemovesItsFolderAndStartsNothing();
     void whileARunGoesOnTheWheelTurnsInPlaceOfTheButton();
+    void besideTheWordAWheelTurns();
+    void aLongPathIsCutInItsMiddle();
+    void aRowNamesItsDepthInSmallLetters();
+    void theTabKeepsItsDistances();
+    void whatIsWrittenHasItsSizeAndColour_data();
+    void whatIsWrittenHasItsSizeAndColour();
+    void discoveredRepositoriesStandCloseTogether();
+    void withoutFoldersASymbolStandsOverTheWords();
     void theFocusOfTheButtonStaysInItsRow();
     void duringARunAnotherFolderCanBeAdded();
     void theTimeOfTheLastRunLeavesAndComesBack();
@@ -329,6 +341,137 @@ void TestWatchedFoldersTab::whileARunGoesOnTheWheelTurnsInPlaceOfTheButton()
     QVERIFY(!window.says(scanning));
 }
 
+void TestWatchedFoldersTab::besideTheWordAWheelTurns()
+{
+    const FontOfPixels font(13);
+    const Folder folder(1);
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(folder.dir.path(), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    const SlowGit slow(window);
+    SettingsWindow::click(window.control<QPushButton>(scanNow));
+    QTRY_VERIFY(window.control<Text>(scanning) != nullptr);
+    QTRY_COMPARE(window.control<Text>(scanning)->x(), 11 + 4);
+    const auto before = drawingBefore(window, scanning);
+    QVERIFY(!isPlain(before));
+    QTRY_VERIFY(drawingBefore(window, scanning) != before);
+}
+
+void TestWatchedFoldersTab::aLongPathIsCutInItsMiddle()
+{
+    const auto path = QStringLiteral("/begin/%1/end").arg(QString(400, u'x'));
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(path, 5);
+    window.open(SettingsWindow::AutoDiscover);
+    const auto shown = paintedWords(*window.control<Text>(path)).join(QString());
+    QVERIFY2(shown.startsWith(QLatin1String("/begin/x")) && shown.endsWith(QLatin1String("x/end")), qPrintable(shown));
+    QCOMPARE(shown.count(QChar(0x2026)), 1);
+}
+
+void TestWatchedFoldersTab::aRowNamesItsDepthInSmallLetters()
+{
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    auto *const label = window.control<QLabel>(QStringLiteral("Depth"));
+    QVERIFY(label != nullptr);
+    QCOMPARE(paintedTexts(*label).first().font.pixelSize(), 10);
+    QCOMPARE(label->buddy(), depthOf(window));
+    QVERIFY(window.placeOf(label).right() < window.placeOf(depthOf(window)).left());
+}
+
+void TestWatchedFoldersTab::theTabKeepsItsDistances()
+{
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    const auto whole = window.placeOf(window.view->findChild<QWidget *>(QStringLiteral("watchedFoldersTab")));
+    const auto master = window.placeOf(window.control<Switch>(automatic));
+    const auto explanation = window.placeOf(
+        window.control<Text>(QStringLiteral("Automatically find and track git repositories in these folders")));
+    const auto button = window.placeOf(window.control<QPushButton>(addFolder));
+    const auto *const title = window.control<Text>(QStringLiteral("Watched Folders"));
+    QCOMPARE(window.placeOf(title).left() - whole.left(), 16);
+    QCOMPARE(master.top() - whole.top(), 16);
+    QCOMPARE(whole.right() - master.right(), 16);
+    QCOMPARE(explanation.top() - master.bottom() - 1, 16);
+    QCOMPARE(explanation.left() - whole.left(), 16);
+    QCOMPARE(whole.bottom() - button.bottom(), 16);
+    QCOMPARE(whole.right() - window.placeOf(window.control<QPushButton>(scanNow)).right(), 16);
+}
+
+void TestWatchedFoldersTab::whatIsWrittenHasItsSizeAndColour_data()
+{
+    using style::TypeStyle;
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<TypeStyle>("type");
+    QTest::addColumn<style::Tone>("tone");
+    const auto row = [](const char *text, TypeStyle type, const style::Tone &tone) {
+        QTest::newRow(text) << QString::fromLatin1(text) << type << tone;
+    };
+    row("Watched Folders", TypeStyle::Headline, style::Ink::Primary);
+    row("Automatically find and track git repositories in these folders", TypeStyle::Caption, style::Ink::Secondary);
+    row("Auto-discover repos", TypeStyle::Subheadline, style::Ink::Primary);
+    row("Last scan: 12:00 PM", TypeStyle::Caption, style::Ink::Secondary);
+    row("Recently discovered:", TypeStyle::Caption, style::Ink::Secondary);
+    row("...and 1 more", TypeStyle::Caption, style::Ink::Secondary);
+    row("This folder is already being watched", TypeStyle::Caption, style::Accent::Red);
+}
+
+void TestWatchedFoldersTab::whatIsWrittenHasItsSizeAndColour()
+{
+    QFETCH(QString, text);
+    QFETCH(style::TypeStyle, type);
+    QFETCH(style::Tone, tone);
+    const FontOfPixels font(13);
+    const Folder folder(4);
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    choose(window, folder.dir.path());
+    QTRY_VERIFY(window.says(QStringLiteral("...and 1 more")));
+    choose(window, folder.dir.path());
+    QTRY_VERIFY(window.says(watchedAlready));
+    const auto written = paintedTexts(*window.view);
+    const auto found = std::ranges::find(written, text, &PaintedText::text);
+    QVERIFY(found != written.end());
+    QCOMPARE(found->font, style::font(type));
+    QCOMPARE(found->color, style::textColor(window.view->palette(), tone));
+}
+
+void TestWatchedFoldersTab::discoveredRepositoriesStandCloseTogether()
+{
+    const FontOfPixels font(13);
+    const Folder folder(4);
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    choose(window, folder.dir.path());
+    const auto last = QStringLiteral("...and 1 more");
+    QTRY_VERIFY(window.control<Text>(last) != nullptr);
+    const auto lines = linesFrom(window, QStringLiteral("Recently discovered:"));
+    QCOMPARE(lines.size(), 5);
+    for (qsizetype line = 1; line < lines.size(); ++line) {
+        const auto *const above = window.control<Text>(lines.at(line - 1));
+        QTRY_COMPARE(window.control<Text>(lines.at(line))->y() - above->geometry().bottom() - 1, 4);
+    }
+}
+
+void TestWatchedFoldersTab::withoutFoldersASymbolStandsOverTheWords()
+{
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    const auto name = QStringLiteral("folder.badge.gearshape");
+    auto *const symbol =
+        window.control<Text>(QStringLiteral("No Watched Folders"))->parentWidget()->findChild<SymbolView *>();
+    QVERIFY(symbol != nullptr && symbol->isVisible());
+    const auto color = style::ink(symbol->palette(), style::Ink::Secondary);
+    const auto expected = pictureOfSymbol(name, symbol->rect(), color, *symbol);
+    QVERIFY(!isPlain(expected));
+    QCOMPARE(pictureOf(*symbol, 1), expected);
+}
+
 void TestWatchedFoldersTab::theFocusOfTheButtonStaysInItsRow()
 {
     const Folder folder(0);
@@ -445,14 +588,13 @@ void TestWatchedFoldersTab::nothingIsCutOffWhenThereIsMostToSay()
     QTRY_VERIFY(window.says(QStringLiteral("...and 2 more")));
     choose(window, folder.dir.path());
     QVERIFY(isMessage(window, watchedAlready));
-    QCoreApplication::sendPostedEvents();
     const auto *const message = window.control<Text>(watchedAlready);
-    const QRect place(message->mapTo(window.view.get(), QPoint()), message->size());
-    QVERIFY(window.view->rect().contains(place));
+    QTRY_VERIFY(window.view->rect().contains(window.placeOf(message)));
     QVERIFY(window.control<QCheckBox>(lastPathComponent(folder.dir.path())) != nullptr);
     const auto texts = window.view->findChildren<Text *>();
     for (const auto *const text : texts)
-        QVERIFY2(!text->isVisible() || text->height() >= text->sizeHint().height(), qPrintable(text->accessibleName()));
+        QTRY_VERIFY2(!text->isVisible() || text->height() >= text->sizeHint().height(),
+                     qPrintable(text->accessibleName()));
 }
 
 VELQUARIN_WINDOW_TEST(TestWatchedFoldersTab)
