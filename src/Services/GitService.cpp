@@ -54,6 +54,8 @@ QFuture<QStringList> GitService::scanForRepositories(const QString &in, qint64 m
 bool GitService::stop(std::chrono::milliseconds patience)
 {
     m_isStopped = true;
+    // First, or the thread could begin the next operation, whose git does not start any more, and give that for an answer.
+    m_worker.close();
     m_runner.stop();
     return m_worker.stop(patience);
 }

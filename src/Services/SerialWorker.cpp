@@ -42,7 +42,7 @@ bool SerialWorker::stop(std::chrono::milliseconds patience)
     return hasEnded;
 }
 
-bool SerialWorker::endThread(std::chrono::milliseconds patience)
+void SerialWorker::close()
 {
     Jobs neverBegun;
     {
@@ -51,11 +51,16 @@ bool SerialWorker::endThread(std::chrono::milliseconds patience)
         m_waiting.swap(neverBegun);
         m_changed.notify_all();
     }
+    failAll(neverBegun);
+}
+
+bool SerialWorker::endThread(std::chrono::milliseconds patience)
+{
+    close();
     // On a clock that nobody sets: whoever quits does not wait longer because the time was put back.
     const auto hasEnded = m_ended.tryAcquire(1, int(patience.count()));
     if (hasEnded)
         m_ended.release();
-    failAll(neverBegun);
     return hasEnded;
 }
 

@@ -52,6 +52,9 @@ public:
         return future;
     }
 
+    //! Settles what has not begun with WorkerStopped, and takes no more.
+    void close();
+
     //! Lets the running job end, settles all others with WorkerStopped, and takes no more.
     //! Returns whether the thread ended within @p patience.
     bool stop(std::chrono::milliseconds patience);

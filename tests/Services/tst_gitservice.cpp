@@ -7,6 +7,7 @@
 #include "Platform/Linux/System/PosixFileTree.h"
 #include "support/Await.h"
 #include "support/FakeClock.h"
+#include "support/Standstill.h"
 #include "support/Strict.h"
 #include "support/TempRepository.h"
 #include "support/TestProgram.h"
@@ -23,6 +24,9 @@ using namespace velquarin::test;
 using namespace std::chrono_literals;
 
 namespace {
+
+// Only for what never comes: how long the rest takes is no matter of the clock on the wall.
+constexpr int patience = 60'000;
 
 struct World
 {
@@ -254,7 +258,7 @@ void TestGitService::answersComeInTheOrderOfTheQuestions()
     });
     const auto second =
         world.git.isGitRepository(repository.path()).then(&context, [&](bool) { order << QStringLiteral("second"); });
-    QTRY_COMPARE(order, (QStringList{QStringLiteral("first"), QStringLiteral("second")}));
+    QTRY_COMPARE_WITH_TIMEOUT(order, (QStringList{QStringLiteral("first"), QStringLiteral("second")}), patience);
 }
 
 void TestGitService::theEventLoopGoesOnMeanwhile()
@@ -267,7 +271,7 @@ void TestGitService::theEventLoopGoesOnMeanwhile()
     connect(&timer, &QTimer::timeout, this, [&ticks] { ++ticks; });
     timer.start(1ms);
     const auto hanging = world.git.getDefaultBranch(repository.path());
-    QTRY_VERIFY(ticks >= 50);
+    QTRY_VERIFY2_WITH_TIMEOUT(ticks >= 50, "the event loop stands still", patience);
     QVERIFY(!hanging.isFinished());
 }
 
@@ -279,8 +283,9 @@ void TestGitService::aHangingGitEndsWithTheService()
     World world;
     const auto hanging = world.git.getLastCommitDate(repository.path());
     const auto waiting = world.git.getDefaultBranch(repository.path());
-    QTRY_VERIFY(hasReader(repository.file(QStringLiteral(".git/HEAD"))));
-    QVERIFY(world.git.stop(60s));
+    QTRY_VERIFY2_WITH_TIMEOUT(hasReader(repository.file(QStringLiteral(".git/HEAD"))),
+                              "nobody reads the fifo: " + sightOfChildren(), patience);
+    QVERIFY2(world.git.stop(60s), sightOfChildren());
     QVERIFY_EXCEPTION_THROWN(await(waiting), WorkerStopped);
 }
 
@@ -288,7 +293,7 @@ void TestGitService::afterTheEndNothingStarts()
 {
     const TempRepository repository;
     World world;
-    QVERIFY(world.git.stop(5s));
+    QVERIFY(world.git.stop(60s));
     QVERIFY_EXCEPTION_THROWN(await(world.git.getDefaultBranch(repository.path())), WorkerStopped);
     QVERIFY_EXCEPTION_THROWN(world.runner.run({QStringLiteral("/usr/bin/git"), {}, repository.path(), {}}),
                              LaunchError);

@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "hostile/Readings.h"
+#include "support/Extent.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"
 
 #include <QRegularExpression>
+#include <QSet>
 #include <QTest>
 
 using namespace velquarin;
@@ -23,6 +25,25 @@ QStringList allSettings(const HostileRepository &repository)
     settings.removeIf([](const QString &setting) { return setting.contains(u' '); });
     settings.removeDuplicates();
     return settings;
+}
+
+// Every day those that by their names take a program or an address, and of each section the first. The others are like
+// them: what they mean to git is in the sections that are tried, and the whole run has them all.
+QStringList settingsToTry(const QStringList &all)
+{
+    static const QRegularExpression telling(
+        QStringLiteral(
+            "program|command|cmd|hook|helper|pager|editor|askpass|proxy|monitor|pack$|textconv|driver|vcs|path|url"),
+        QRegularExpression::CaseInsensitiveOption);
+    QSet<QString> sections;
+    QStringList chosen;
+    for (const auto &setting : all) {
+        const auto section = setting.section(u'.', 0, 0);
+        if (wholeRun() || !sections.contains(section) || setting.section(u'.', 1).contains(telling))
+            chosen << setting;
+        sections << section;
+    }
+    return chosen;
 }
 
 // "a.b.c" as git's configuration files have it: [a "b"] and, in a line of its own, c = value.
@@ -72,7 +93,7 @@ void TestGitSettings::noSettingByItselfRunsAProgram()
     QVERIFY(repository.programWasRun() && QFile::remove(repository.marker()));
 
     SystemService service(Confinement::Missing);
-    for (const auto &setting : settings) {
+    for (const auto &setting : settingsToTry(settings)) {
         repository.write(QStringLiteral(".git/config"), configuration + asConfiguration(setting, repository.program()));
         QVERIFY2(answerOf(service.git.getLastCommitDate(repository.path())), qPrintable(setting));
         QVERIFY2(!repository.programWasRun(), qPrintable(setting));

@@ -3,10 +3,11 @@
 
 #include "hostile/Readings.h"
 #include "Services/GitEnvironment.h"
+#include "support/Extent.h"
+#include "support/Standstill.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"
 
-#include <QElapsedTimer>
 #include <QTest>
 
 #include <algorithm>
@@ -38,6 +39,38 @@ namespace {
 QList<Attack> allAttacks()
 {
     return referenceAttacks() + configurationAttacks() + fetchAttacks() + fileAttacks() + environmentAttacks();
+}
+
+bool areAlike(const Attack &one, const Attack &other)
+{
+    return one.harm == other.harm && (one.beyondSettings == nullptr) == (other.beyondSettings == nullptr);
+}
+
+// The first that does this harm and that settings stop, the first that they do not stop, and so on for each harm.
+QList<Attack> oneOfEachKind(const QList<Attack> &attacks)
+{
+    QList<Attack> sample;
+    for (const auto &attack : attacks) {
+        if (std::ranges::none_of(sample, [&attack](const Attack &other) { return areAlike(attack, other); }))
+            sample << attack;
+    }
+    return sample;
+}
+
+// The program as it ships meets every attack every day. A wall by itself is only there for the day on which the others
+// fail, and all attacks of one kind meet it in the same place: one of each is enough to see that it still stands. That
+// an attack does harm at all depends on git, and not on what we change.
+QList<Attack> fetchSample()
+{
+    return wholeRun() ? fetchAttacks() : oneOfEachKind(fetchAttacks());
+}
+
+QList<Attack> attackSample()
+{
+    if (wholeRun())
+        return allAttacks();
+    return oneOfEachKind(referenceAttacks()) + oneOfEachKind(configurationAttacks()) + fetchSample() +
+           oneOfEachKind(fileAttacks()) + oneOfEachKind(environmentAttacks());
 }
 
 Attack named(const QByteArray &name)
@@ -125,7 +158,8 @@ QProcessEnvironment withOurSetting(const QString &setting)
     return environment;
 }
 
-constexpr auto promptly = 1s;
+// Only for a service that never ends: how long the others take is no matter of the clock on the wall.
+constexpr auto patience = 60s;
 constexpr long dataLimitInKilobytes = 2L * 1024 * 1024;
 
 long largestChildInKilobytes()
@@ -170,7 +204,7 @@ class TestHostile : public QObject
 private Q_SLOTS:
     void initTestCase() { m_harmless = NaiveReader::read(HostileRepository().path()); }
     void init() { failOnAnyWarning(); }
-    void whoeverTakesNoPrecautionsIsHarmedBy_data() { addRows(allAttacks()); }
+    void whoeverTakesNoPrecautionsIsHarmedBy_data() { addRows(attackSample()); }
     void whoeverTakesNoPrecautionsIsHarmedBy();
     void theConfinedServiceIsNotHarmedBy_data() { addRows(allAttacks()); }
     void theConfinedServiceIsNotHarmedBy();
@@ -178,13 +212,13 @@ private Q_SLOTS:
     void theServiceThatCannotBeConfinedIsNotHarmedBy();
     void confinementAloneIsEnoughAgainst_data();
     void confinementAloneIsEnoughAgainst();
-    void settingsAloneAreEnoughAgainst_data() { addRows(allAttacks()); }
+    void settingsAloneAreEnoughAgainst_data() { addRows(attackSample()); }
     void settingsAloneAreEnoughAgainst();
     void eachSettingByItselfIsEnoughAgainst_data();
     void eachSettingByItselfIsEnoughAgainst();
-    void forbiddenProtocolsAloneAreEnoughAgainst_data() { addRows(fetchAttacks()); }
+    void forbiddenProtocolsAloneAreEnoughAgainst_data() { addRows(fetchSample()); }
     void forbiddenProtocolsAloneAreEnoughAgainst();
-    void nobodyIsHarmedBy_data() { addRows(idleThreats()); }
+    void nobodyIsHarmedBy_data() { addRows(wholeRun() ? idleThreats() : oneOfEachKind(idleThreats())); }
     void nobodyIsHarmedBy();
     void anEndlessBranchEndsAtTheLimitOfMemory();
     void aSmallFileThatHoldsGigabytesEndsAtTheLimitOfMemory();
@@ -220,7 +254,7 @@ void TestHostile::theServiceThatCannotBeConfinedIsNotHarmedBy()
 void TestHostile::confinementAloneIsEnoughAgainst_data()
 {
     QList<Attack> attacks;
-    for (const auto &attack : allAttacks()) {
+    for (const auto &attack : attackSample()) {
         if (leavesTraces(attack.harm))
             attacks << attack;
     }
@@ -260,8 +294,12 @@ void TestHostile::eachSettingByItselfIsEnoughAgainst_data()
 {
     QTest::addColumn<QString>("setting");
     QTest::addColumn<QString>("attack");
-    const auto row = [](const char *setting, const char *attack) {
-        QTest::addRow("%s: %s", setting, attack) << QString::fromLatin1(setting) << QString::fromLatin1(attack);
+    QList<Harm> harms;
+    const auto row = [&harms](const char *setting, const char *attack) {
+        const auto harm = named(attack).harm;
+        if (wholeRun() || !harms.contains(harm))
+            QTest::addRow("%s: %s", setting, attack) << QString::fromLatin1(setting) << QString::fromLatin1(attack);
+        harms << harm;
     };
     row("log.showSignature", "a program that checks signatures");
     row("log.mailmap", "a mailmap in the work tree that is a fifo");
@@ -322,6 +360,8 @@ void TestHostile::nobodyIsHarmedBy()
 
 void TestHostile::anEndlessBranchEndsAtTheLimitOfMemory()
 {
+    if (!wholeRun())
+        QSKIP("Only in the whole run: a small file that holds gigabytes meets the same limit every day.");
     HostileRepository repository;
     const auto branch = repository.file(QStringLiteral(".git/refs/heads/main"));
     QVERIFY(QFile::remove(branch) && QFile::link(QStringLiteral("/dev/zero"), branch));
@@ -362,12 +402,12 @@ void TestHostile::whereGitCannotButHangTheServiceEndsAtOnce()
     const auto hanging = service.git.getLastCommitDate(repository.path());
     int end = -1;
     // Opened once: git may go on where all it waited for was somebody at the other end.
-    QTRY_VERIFY(end >= 0 || (end = otherEnd(repository.file(fifo))) >= 0);
+    QTRY_VERIFY2_WITH_TIMEOUT(end >= 0 || (end = otherEnd(repository.file(fifo))) >= 0,
+                              "nobody reads the fifo: " + sightOfChildren(), 60'000);
     QVERIFY(!hanging.isFinished());
-    QElapsedTimer elapsed;
-    elapsed.start();
-    QVERIFY(service.git.stop(promptly));
-    QVERIFY(std::chrono::milliseconds(elapsed.elapsed()) <= promptly);
+    // The other end is still open and silent: git cannot have ended by itself.
+    QVERIFY2(service.git.stop(patience), sightOfChildren());
+    QVERIFY2(childrenOfThisProgram().isEmpty(), sightOfChildren());
     close(end);
 }
 

@@ -9,6 +9,8 @@
 #include <QTest>
 
 #include <functional>
+#include <map>
+#include <memory>
 #include <unistd.h>
 
 using namespace velquarin;
@@ -142,6 +144,19 @@ QList<Kind> kinds()
     };
 }
 
+// A repository of one kind, and the path to read.
+struct Made
+{
+    explicit Made(const Kind &kind)
+    {
+        repository.git(words("fast-import --quiet"), sevenCommits);
+        path = kind.make(repository);
+    }
+
+    TempRepository repository;
+    QString path;
+};
+
 QStringList days(const QList<Instant> &instants, const Calendar &calendar)
 {
     QStringList texts;
@@ -203,7 +218,21 @@ private Q_SLOTS:
     void nothingChangesIn_data() { figuresAreThoseOfGitByHandFor_data(); }
     void nothingChangesIn();
     void whatBelongsToSomebodyElseIsNotRead();
+
+private:
+    const Made &made(int index);
+
+    std::map<int, std::unique_ptr<Made>> m_made;
 };
+
+// Each serves all tests: to read changes nothing, and there is a test for that.
+const Made &TestRepositoryKinds::made(int index)
+{
+    auto &made = m_made[index];
+    if (!made)
+        made = std::make_unique<Made>(kinds().at(index));
+    return *made;
+}
 
 void TestRepositoryKinds::figuresAreThoseOfGitByHandFor_data()
 {
@@ -217,9 +246,7 @@ void TestRepositoryKinds::figuresAreThoseOfGitByHandFor()
 {
     QFETCH(int, index);
     const auto kind = kinds().at(index);
-    const TempRepository repository;
-    repository.git(words("fast-import --quiet"), sevenCommits);
-    const auto path = kind.make(repository);
+    const auto path = made(index).path;
     const auto branch = QLatin1String(kind.branch);
 
     SystemService service(Confinement::Wanted);
@@ -238,9 +265,7 @@ void TestRepositoryKinds::figuresAreThoseOfGitByHandFor()
 void TestRepositoryKinds::nothingChangesIn()
 {
     QFETCH(int, index);
-    const TempRepository repository;
-    repository.git(words("fast-import --quiet"), sevenCommits);
-    const auto path = kinds().at(index).make(repository);
+    const auto &[repository, path] = made(index);
     const auto before = snapshotOf(repository.path());
     SystemService service(Confinement::Missing);
     QVERIFY(figuresOf(service, path));

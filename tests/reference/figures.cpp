@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 // Refreshes the real engine over real repositories. Each line of standard input is a task,
-//     {"zone": "Europe/Berlin", "now": <ms>, "repositories": ["/path", ...]}
-// and is answered with a line of all the figures that the refresh published. Moments and days are milliseconds.
+//     {"zone": "Europe/Berlin", "now": <ms>, "gitTime": <s>, "repositories": ["/path", ...]}
+// and is answered with a line of all the figures that the refresh published. Moments and days are milliseconds. "gitTime"
+// is what git takes for the present: it reads the bounds of a period as of that time of day.
 
 #include "Models/AppSettings.h"
 #include "Platform/Linux/System/ChildProcessRunner.h"
@@ -31,14 +32,34 @@ using namespace velquarin::test;
 
 namespace {
 
-struct World
+class RunnerAt : public ChildProcessRunner
 {
-    explicit World(Instant now, const char *zone)
-        : clock(now, zone)
+public:
+    explicit RunnerAt(qint64 seconds)
+        : m_seconds(seconds)
     {
     }
 
-    ChildProcessRunner runner;
+    QByteArray run(const ProcessRequest &request) override
+    {
+        auto changed = request;
+        changed.environment.insert(QStringLiteral("GIT_TEST_DATE_NOW"), QString::number(m_seconds));
+        return ChildProcessRunner::run(changed);
+    }
+
+private:
+    qint64 m_seconds;
+};
+
+struct World
+{
+    explicit World(Instant now, const char *zone, qint64 gitTime)
+        : runner(gitTime)
+        , clock(now, zone)
+    {
+    }
+
+    RunnerAt runner;
     PosixFileTree files;
     FakeClock clock;
     FakeTimers timers;
@@ -98,7 +119,8 @@ QJsonObject answer(const QJsonObject &task)
 {
     const auto zone = task.value(QStringLiteral("zone")).toString().toLatin1();
     qputenv("TZ", zone);  // git's zone is that of the process
-    World world(Instant(std::chrono::milliseconds(task.value(QStringLiteral("now")).toInteger())), zone.constData());
+    World world(Instant(std::chrono::milliseconds(task.value(QStringLiteral("now")).toInteger())), zone.constData(),
+                task.value(QStringLiteral("gitTime")).toInteger());
     const auto paths = task.value(QStringLiteral("repositories")).toArray();
     for (const auto &path : paths)
         world.settings.addRepository(path.toString(), false);

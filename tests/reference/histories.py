@@ -37,6 +37,19 @@ OFFSETS = ["+0000", "-0000", "+0100", "-0500", "-0330", "-0930", "+0530", "+0545
            "-1100", "-1200", "+0017", "-0001"]
 TIMES = [(0, 0, 0), (0, 0, 1), (0, 30, 0), (1, 0, 0), (11, 59, 59), (22, 30, 0), (23, 30, 0), (23, 59, 59)]
 
+# Of each of these a comparison has at least one.
+KINDS = {
+    "a clock that is put forward", "a clock that is put back", "a clock that stands still", "a day without its midnight",
+    "a day that is left out", "east of Greenwich", "west of Greenwich",
+    "a repository without commits", "a repository that is gone", "a folder without a repository",
+    "several repositories", "one repository", "a merge", "a single line",
+    "the branch main", "the branch master", "the branch trunk", "the branch develop",
+    "an author's clock that is far off", "written long before it was committed", "an offset of odd minutes",
+    "an offset of less than an hour", "no offset, said with a minus", "an offset of more than half a day",
+    "committed tomorrow", "committed two years ago", "nothing committed today", "a first second of a day",
+    "a last second of a day",
+}
+
 
 @dataclass
 class History:
@@ -45,9 +58,11 @@ class History:
     now: datetime
     repositories: list
     commits: int
+    kinds: set
 
-    def task(self):
-        return {"zone": self.zone, "now": reference.milliseconds(self.now), "repositories": self.repositories}
+    def task(self, git_time):
+        return {"zone": self.zone, "now": reference.milliseconds(self.now), "repositories": self.repositories,
+                "gitTime": reference.milliseconds(git_time) // 1000}
 
 
 def near(bounds, moment):
@@ -73,44 +88,94 @@ class Writer:
         self.root = pathlib.Path(root)
         self.seed = seed
         self.template = self.root / "template"
-        run(self.root, "init", "--quiet", "--initial-branch=main", "template")
-        shutil.rmtree(self.template / ".git" / "hooks", ignore_errors=True)
+        run(self.root, "init", "--quiet", "--template=", "--initial-branch=main", "template")
 
     def write(self, number, wall_clock):
         dice = random.Random(f"{self.seed}/{number}")
         zone, anchor = ANCHORS[number % len(ANCHORS)]
-        place = reference.Place(zone)
+        place = reference.place_named(zone)
         now = moment_here(dice, place, anchor + timedelta(days=dice.randint(-2, 8)))
         forbidden = unsteady(place, now, wall_clock)
-        history = History(number, zone, now, [], 0)
+        history = History(number, zone, now, [], 0, kinds_of_moment(place, now))
         for index in range(dice.randint(1, 4)):
             path = self.root / f"{number}-{index}"
             commits = [] if dice.random() < 0.05 else commit_dates(dice, place, now, forbidden)
-            history.repositories.append(str(self.make(dice, path, commits)))
+            history.repositories.append(str(path))
             history.commits += len(commits)
+            history.kinds |= self.make(dice, path, commits) | kinds_of_dates(place, now, commits)
+        history.kinds.add("one repository" if len(history.repositories) == 1 else "several repositories")
         return history
 
     def make(self, dice, path, commits):
+        """Makes what shall be there, and says which kind it is of."""
         kind = dice.random()
         if kind < 0.03:
-            return path  # it is gone
+            return {"a repository that is gone"}
         if kind < 0.06:
             path.mkdir()
-            return path  # it holds no repository
+            return {"a folder without a repository"}
         shutil.copytree(self.template, path)
         branch = dice.choice(["main"] * 6 + ["master", "trunk", "develop"])
         (path / ".git" / "HEAD").write_text(f"ref: refs/heads/{branch}\n")
+        text = stream(dice, branch, commits)
         if commits:
-            run(path, "fast-import", "--quiet", input=stream(dice, branch, commits))
+            # One file for all objects: to make and remove a folder for each takes longer than to compare.
+            run(path, "-c", "fastimport.unpackLimit=1", "fast-import", "--quiet", input=text)
         if branch == "develop":
             remote = path / ".git" / "refs" / "remotes" / "origin"
             remote.mkdir(parents=True)
             (remote / "HEAD").write_text("ref: refs/remotes/origin/develop\n")
-        return path
+        shape = "a merge" if b"\nmerge :" in text else "a single line"
+        return {f"the branch {branch}", shape if commits else "a repository without commits"}
 
 
 def run(folder, *arguments, input=b""):
-    subprocess.run(["git", *arguments], cwd=folder, input=input, env=reference.ENVIRONMENT, check=True)
+    environment = reference.ENVIRONMENT | {"GIT_TEST_FSYNC": "0"}
+    subprocess.run(["git", *arguments], cwd=folder, input=input, env=environment, check=True)
+
+
+def kinds_of_moment(place, now):
+    """What the calendar of that place has to show in the ten days around that moment."""
+    days = [place.date_at(now) + timedelta(days=back) for back in range(-8, 3)]
+    starts = [place.start_of(day) for day in days]
+    lengths = [after - start for start, after in zip(starts, starts[1:]) if start and after]
+    ahead = now.astimezone(place.zone).utcoffset()
+    local = now.astimezone(place.zone)
+    found = {
+        "a clock that is put forward": any(length < reference.DAY for length in lengths),
+        "a clock that is put back": any(length > reference.DAY for length in lengths),
+        "a clock that stands still": all(length == reference.DAY for length in lengths) and None not in starts,
+        "a day without its midnight": any(start and start.astimezone(place.zone).hour > 0 for start in starts),
+        "a day that is left out": None in starts,
+        "east of Greenwich": ahead > timedelta(0),
+        "west of Greenwich": ahead < timedelta(0),
+        "a first second of a day": (local.hour, local.minute, local.second) == (0, 0, 0),
+        "a last second of a day": (local.hour, local.minute, local.second) == (23, 59, 59),
+    }
+    return {kind for kind, is_so in found.items() if is_so}
+
+
+def kinds_of_dates(place, now, commits):
+    """What is special about the dates of a repository's commits."""
+    today = place.date_at(now)
+    found = set()
+    for author, committer in commits:
+        written, committed = (int(text.split()[0]) for text in (author, committer))
+        back = (today - place.date_at(datetime.fromtimestamp(committed, UTC))).days
+        offset = author.split()[1]
+        found |= {kind for kind, is_so in {
+            "an author's clock that is far off": abs(written - committed) > 300 * 86400,
+            "written long before it was committed": 86400 < committed - written < 300 * 86400,
+            "an offset of odd minutes": offset[-2:] not in ("00", "30"),
+            "an offset of less than an hour": offset in ("+0017", "-0001"),
+            "no offset, said with a minus": offset == "-0000",
+            "an offset of more than half a day": int(offset[1:3]) > 12,
+            "committed tomorrow": back < 0,
+            "committed two years ago": 726 <= back <= 732,
+        }.items() if is_so}
+    if all(place.date_at(datetime.fromtimestamp(int(author.split()[0]), UTC)) != today for author, _ in commits):
+        found.add("nothing committed today")
+    return found
 
 
 def moment_here(dice, place, day):

@@ -51,6 +51,12 @@ class Place:
         return self.start_of(day) is not None
 
 
+@functools.lru_cache(maxsize=None)
+def place_named(name):
+    """The same for all who ask, so that each day's start is looked for once."""
+    return Place(name)
+
+
 class Commit:
     """What a raw commit object says of its dates and parents."""
 
@@ -219,4 +225,4 @@ def milliseconds(moment):
 if __name__ == "__main__":
     zone, moment, *paths = sys.argv[1:]
     instant = EPOCH + timedelta(milliseconds=int(moment))
-    print(json.dumps(figures(paths, Place(zone), instant, datetime.now(UTC))))
+    print(json.dumps(figures(paths, place_named(zone), instant, datetime.now(UTC))))

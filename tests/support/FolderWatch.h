@@ -40,14 +40,9 @@ public:
     //! Waits for the next time that a file gets this name; false where that takes too long.
     [[nodiscard]] bool waitFor(const QString &name, int timeoutMs)
     {
-        return waitForMore(name, names().count(name), timeoutMs);
-    }
-
-    //! Waits until a file has got this name more than so many times, of which the last may be over already.
-    [[nodiscard]] bool waitForMore(const QString &name, qsizetype times, int timeoutMs)
-    {
+        const auto before = names().count(name);
         pollfd events{m_descriptor, POLLIN, 0};
-        while (names().count(name) <= times) {
+        while (names().count(name) == before) {
             if (::poll(&events, 1, timeoutMs) <= 0)
                 return false;
         }

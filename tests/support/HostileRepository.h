@@ -12,6 +12,7 @@
 #include <QMap>
 #include <QTemporaryDir>
 
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -152,13 +153,27 @@ public:
 private:
     void initialise() const
     {
-        QDir().mkpath(path());
-        git("init --quiet --initial-branch=main");
+        std::filesystem::copy(m_harmless.toStdString(), path().toStdString(), std::filesystem::copy_options::recursive);
+    }
+
+    // Made once and then copied: to start git twice for each of hundreds takes longer than what is tried on them.
+    static QString harmless()
+    {
+        static const QTemporaryDir folder;
+        static const bool isMade = (makeHarmless(folder.path()), true);
+        Q_UNUSED(isMade)
+        return folder.path();
+    }
+
+    static void makeHarmless(const QString &folder)
+    {
+        const RealGit git(folder);
+        git.run({QStringLiteral("init"), QStringLiteral("--quiet"), QStringLiteral("--initial-branch=main")});
         QByteArray stream;
         for (const char *seconds : {"1685613600", "1709632800", "1709798400", "1709805600"})
             stream +=
                 QByteArray("commit refs/heads/main\ncommitter A <a@example.org> ") + seconds + " +0000\ndata 1\nx\n";
-        git("fast-import --quiet", stream);
+        git.run({QStringLiteral("fast-import"), QStringLiteral("--quiet")}, stream);
     }
 
     QByteArray git(const QByteArray &command, const QByteArray &input = {}) const
@@ -181,6 +196,7 @@ private:
             qunsetenv(variable);
     }
 
+    QString m_harmless = harmless();  // while the folder for temporary files is still that of the test
     QTemporaryDir m_root;
     QMap<QByteArray, std::optional<QByteArray>> m_inherited;
     std::optional<Listener> m_listener;

@@ -7,20 +7,23 @@
 
 #include <arpa/inet.h>
 #include <atomic>
+#include <functional>
 #include <netinet/in.h>
 #include <poll.h>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace velquarin::test {
 
-//! Somebody who waits for a call on a port of this machine.
+//! Somebody on a port of this machine who notes that there was a call, and hangs up.
 class Listener
 {
 public:
-    Listener()
+    explicit Listener(std::function<void(int call)> answer = [](int) {})
+        : m_answer(std::move(answer))
     {
         sockaddr_in address{};
         address.sin_family = AF_INET;
@@ -30,55 +33,56 @@ public:
         if (bind(m_socket, raw, size) != 0 || listen(m_socket, 8) != 0 || getsockname(m_socket, raw, &size) != 0)
             throw std::runtime_error("cannot listen");
         m_port = ntohs(address.sin_port);
+        m_thread = std::thread([this] { answerAll(); });
     }
-    ~Listener() { close(m_socket); }
+    ~Listener()
+    {
+        shutdown(m_socket, SHUT_RDWR);
+        m_thread.join();
+        close(m_socket);
+    }
     Listener(const Listener &) = delete;
     Listener &operator=(const Listener &) = delete;
 
-    [[nodiscard]] int socket() const { return m_socket; }
     [[nodiscard]] QString address() const { return QStringLiteral("127.0.0.1:%1").arg(m_port); }
 
     [[nodiscard]] bool wasCalled() const
     {
+        if (m_wasCalled)
+            return true;
         pollfd waiting{m_socket, POLLIN, 0};
         return poll(&waiting, 1, 0) > 0;
     }
 
 private:
+    // Whoever called learns nothing before the call is noted.
+    void answerAll()
+    {
+        for (int call = -1; (call = accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC)) >= 0; close(call)) {
+            m_wasCalled = true;
+            m_answer(call);
+        }
+    }
+
+    std::function<void(int call)> m_answer;
     int m_socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     int m_port = 0;
+    std::atomic<bool> m_wasCalled = false;
+    std::thread m_thread;
 };
 
 //! A web server that lets nobody in without a password.
 //! Source: RFC 9110, section 11.6.1
-class Doorkeeper
+class Doorkeeper : public Listener
 {
 public:
     Doorkeeper()
-        : m_thread([this] { answerAll(); })
+        : Listener(&refuse)
     {
     }
-    ~Doorkeeper()
-    {
-        shutdown(m_listener.socket(), SHUT_RDWR);
-        m_thread.join();
-    }
-    Doorkeeper(const Doorkeeper &) = delete;
-    Doorkeeper &operator=(const Doorkeeper &) = delete;
-
-    [[nodiscard]] QString address() const { return m_listener.address(); }
-    [[nodiscard]] bool wasCalled() const { return m_wasCalled || m_listener.wasCalled(); }
 
 private:
-    void answerAll()
-    {
-        for (int call = -1; (call = accept4(m_listener.socket(), nullptr, nullptr, SOCK_CLOEXEC)) >= 0; close(call)) {
-            m_wasCalled = true;
-            answer(call);
-        }
-    }
-
-    static void answer(int call)
+    static void refuse(int call)
     {
         const QByteArray refusal = "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"x\"\r\n"
                                    "Content-Length: 0\r\nConnection: close\r\n\r\n";
@@ -86,10 +90,6 @@ private:
         if (recv(call, request, sizeof request, 0) > 0)
             send(call, refusal.constData(), size_t(refusal.size()), MSG_NOSIGNAL);
     }
-
-    Listener m_listener;
-    std::atomic<bool> m_wasCalled = false;
-    std::thread m_thread;
 };
 
 }  // namespace velquarin::test

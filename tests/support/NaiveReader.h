@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "support/Standstill.h"
+
 #include <QByteArray>
 #include <QElapsedTimer>
 #include <QFile>
@@ -27,7 +29,7 @@ struct NaiveReading
 };
 
 //! Asks git the same questions in the same words as the program does, with the environment as it is and with no
-//! precaution but the test's own: what does not end in three seconds, or takes a quarter of a gigabyte, is killed.
+//! precaution but the test's own: what waits at a pipe for nobody, or takes a quarter of a gigabyte, is killed.
 class NaiveReader
 {
 public:
@@ -90,12 +92,10 @@ private:
 
     void watch(QProcess &git)
     {
-        constexpr int patience = 3000;
         constexpr qint64 appetite = 256 * 1024;
-        QElapsedTimer elapsed;
-        elapsed.start();
+        Patience patience(pid_t(git.processId()));
         while (!git.waitForFinished(20) && git.state() != QProcess::NotRunning) {
-            m_reading.hung = elapsed.hasExpired(patience);
+            m_reading.hung = patience.isPointless();
             m_reading.ateMemory = kilobytesOf(git.processId()) > appetite;
             if (m_reading.hung || m_reading.ateMemory) {
                 kill(-pid_t(git.processId()), SIGKILL);
@@ -105,6 +105,33 @@ private:
         }
         m_reading.crashed = m_reading.crashed || git.exitStatus() == QProcess::CrashExit;
     }
+
+    // Tells a git that hangs from one that is slow because the machine is busy. It hangs where it stays asleep at a pipe
+    // with nobody else in its group who might write there.
+    class Patience
+    {
+    public:
+        explicit Patience(pid_t process)
+            : m_process(process)
+        {
+            m_elapsed.start();
+        }
+
+        bool isPointless()
+        {
+            constexpr int enough = 5;
+            constexpr int noEnd = 60000;
+            m_looks = sleepsAtAPipe(m_process) && isAloneInItsGroup(m_process) ? m_looks + 1 : 0;
+            if (m_elapsed.hasExpired(noEnd))
+                qFatal("git neither ends nor waits for nobody: %s", sightOf(m_process).constData());
+            return m_looks >= enough;
+        }
+
+    private:
+        pid_t m_process;
+        int m_looks = 0;
+        QElapsedTimer m_elapsed;
+    };
 
     //! Source: proc(5), VmRSS
     static qint64 kilobytesOf(qint64 process)

@@ -25,6 +25,9 @@ public:
         m_environment = QProcessEnvironment::systemEnvironment();
         set("GIT_CONFIG_GLOBAL", QStringLiteral("/dev/null"));
         set("GIT_CONFIG_SYSTEM", QStringLiteral("/dev/null"));
+        // No examples of hooks in each repository, and no waiting for the disk.
+        set("GIT_TEMPLATE_DIR", {});
+        set("GIT_TEST_FSYNC", QStringLiteral("0"));
         set("GIT_AUTHOR_NAME", QStringLiteral("A Developer"));
         set("GIT_AUTHOR_EMAIL", QStringLiteral("developer@example.org"));
         set("GIT_COMMITTER_NAME", QStringLiteral("A Developer"));

@@ -11,6 +11,7 @@
 #include "support/Await.h"
 #include "support/FakeClock.h"
 #include "support/NaiveReader.h"
+#include "support/Standstill.h"
 
 #include <QEventLoop>
 #include <QTimer>
@@ -60,7 +61,7 @@ inline bool canConfine()
     return ChildProcessRunner().confine(QStringLiteral("/usr/bin/git"));
 }
 
-//! The answer, or nothing where none has come after a while that is much longer than git takes.
+//! The answer, or nothing and a warning where none has come after a while that is much longer than git takes.
 template <typename Result>
 std::optional<Result> answerOf(QFuture<Result> future)
 {
@@ -71,6 +72,8 @@ std::optional<Result> answerOf(QFuture<Result> future)
     alarm.start(patience);
     while (!future.isFinished() && !isOverdue)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    if (!future.isFinished())
+        qWarning("no answer after %d ms: %s", patience, sightOfChildren().constData());
     return future.isFinished() ? std::optional(future.result()) : std::nullopt;
 }
 
