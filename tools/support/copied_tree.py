@@ -15,7 +15,8 @@ import keeper
 GIBIBYTE = 1 << 30
 MOST_MEMORY, LONGEST_FILE = 6 * GIBIBYTE, GIBIBYTE
 BUILD_LIMIT = 3600
-NOT_BUILT = re.compile(r"^Could not find executable (.+)$", re.MULTILINE)
+# ctest itself does not tell the whole command of a test whose program is not built yet.
+ADDED_TEST, WORD = re.compile(r'^add_test\(\[=*\[(.*?)\]=*\] (.*)\)$', re.MULTILINE), re.compile(r'"([^"]*)"')
 
 
 class Hang(Exception):
@@ -113,10 +114,9 @@ class CopiedTree:
 
     def executables_of(self, labels):
         """The programs of the build that the tests of these labels run, built or not."""
-        selection = ["ctest", "--test-dir", self.build, "-L", labels]
-        printed = self.run([*selection, "--show-only=json-v1"], BUILD_LIMIT, check=True)[1]
-        tests = json.loads(printed[printed.index("{") :])["tests"]
-        words = {word for test in tests for word in test.get("command", ())}
-        words |= set(NOT_BUILT.findall(self.run([*selection, "-N", "-V"], BUILD_LIMIT)[1]))
+        printed = self.run(["ctest", "--test-dir", self.build, "-L", labels, "--show-only=json-v1"], BUILD_LIMIT, check=True)[1]
+        names = {test["name"] for test in json.loads(printed[printed.index("{") :])["tests"]}
+        lists = "".join(file.read_text() for file in pathlib.Path(self.build).rglob("CTestTestfile.cmake"))
+        words = {word for name, rest in ADDED_TEST.findall(lists) if name in names for word in WORD.findall(rest)}
         paths = {pathlib.Path(word) for word in words if word.startswith(f"{self.build}/")}
         return sorted(str(path.relative_to(self.build)) for path in paths)
