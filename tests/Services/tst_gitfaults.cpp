@@ -38,10 +38,6 @@ namespace {
 
 constexpr qint64 mostWorkAllowed = 100;  // ms
 
-// Longer than anybody waits for a busy machine, and far shorter than what hangs does.
-constexpr auto patiently = 60s;
-constexpr int patientlyMs = 60'000;
-
 //! The real runner, with another program in git's place, and with a loop that has to turn before that starts.
 class StandInRunner : public ChildProcessRunner
 {
@@ -118,7 +114,7 @@ struct World
     {
         refresh = manager->refresh();
         const auto sign = folder.filePath(QStringLiteral("hangs"));
-        QTRY_VERIFY2_WITH_TIMEOUT(QFile::exists(sign), sightOfChildren(), patientlyMs);
+        QTRY_VERIFY2_WITH_TIMEOUT(QFile::exists(sign), sightOfChildren(), waitLimitMs);
     }
 
     QTemporaryDir folder;
@@ -254,8 +250,8 @@ void TestGitFaults::aGitThatNeverEndsHoldsNobodyUpAndGoesAtOnceWhenTheServiceEnd
     QVERIFY(world.manager->isRefreshing());
     const auto group = readFile(world.folder.filePath(QStringLiteral("hangs"))).trimmed().toInt();
     QVERIFY(group > 1);
-    QVERIFY2(world.git->stop(patiently), sightOfChildren());
-    QTRY_VERIFY2_WITH_TIMEOUT(kill(-group, 0) != 0, "its group still lives", patientlyMs);
+    QVERIFY2(world.git->stop(waitLimit), sightOfChildren());
+    QTRY_VERIFY2_WITH_TIMEOUT(kill(-group, 0) != 0, "its group still lives", waitLimitMs);
 }
 
 VELQUARIN_TEST(TestGitFaults)

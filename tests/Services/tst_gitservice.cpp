@@ -25,9 +25,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Only for what never comes: how long the rest takes is no matter of the clock on the wall.
-constexpr int patience = 60'000;
-
 struct World
 {
     ChildProcessRunner runner;
@@ -258,7 +255,7 @@ void TestGitService::answersComeInTheOrderOfTheQuestions()
     });
     const auto second =
         world.git.isGitRepository(repository.path()).then(&context, [&](bool) { order << QStringLiteral("second"); });
-    QTRY_COMPARE_WITH_TIMEOUT(order, (QStringList{QStringLiteral("first"), QStringLiteral("second")}), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(order, (QStringList{QStringLiteral("first"), QStringLiteral("second")}), waitLimitMs);
 }
 
 void TestGitService::theEventLoopGoesOnMeanwhile()
@@ -271,7 +268,7 @@ void TestGitService::theEventLoopGoesOnMeanwhile()
     connect(&timer, &QTimer::timeout, this, [&ticks] { ++ticks; });
     timer.start(1ms);
     const auto hanging = world.git.getDefaultBranch(repository.path());
-    QTRY_VERIFY2_WITH_TIMEOUT(ticks >= 50, "the event loop stands still", patience);
+    QTRY_VERIFY2_WITH_TIMEOUT(ticks >= 50, "the event loop stands still", waitLimitMs);
     QVERIFY(!hanging.isFinished());
 }
 
@@ -284,7 +281,7 @@ void TestGitService::aHangingGitEndsWithTheService()
     const auto hanging = world.git.getLastCommitDate(repository.path());
     const auto waiting = world.git.getDefaultBranch(repository.path());
     QTRY_VERIFY2_WITH_TIMEOUT(hasReader(repository.file(QStringLiteral(".git/HEAD"))),
-                              "nobody reads the fifo: " + sightOfChildren(), patience);
+                              "nobody reads the fifo: " + sightOfChildren(), waitLimitMs);
     QVERIFY2(world.git.stop(60s), sightOfChildren());
     QVERIFY_EXCEPTION_THROWN(await(waiting), WorkerStopped);
 }

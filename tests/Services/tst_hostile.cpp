@@ -158,8 +158,6 @@ QProcessEnvironment withOurSetting(const QString &setting)
     return environment;
 }
 
-// Only for a service that never ends: how long the others take is no matter of the clock on the wall.
-constexpr auto patience = 60s;
 constexpr long dataLimitInKilobytes = 2L * 1024 * 1024;
 
 long largestChildInKilobytes()
@@ -406,7 +404,7 @@ void TestHostile::whereGitCannotButHangTheServiceEndsAtOnce()
                               "nobody reads the fifo: " + sightOfChildren(), 60'000);
     QVERIFY(!hanging.isFinished());
     // The other end is still open and silent: git cannot have ended by itself.
-    QVERIFY2(service.git.stop(patience), sightOfChildren());
+    QVERIFY2(service.git.stop(waitLimit), sightOfChildren());
     QVERIFY2(childrenOfThisProgram().isEmpty(), sightOfChildren());
     close(end);
 }

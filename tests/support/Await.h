@@ -2,38 +2,59 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Standstill.h"
+
 #include <QCoreApplication>
 #include <QCoroTask>
+#include <QDeadlineTimer>
 #include <QEventLoop>
 #include <QFuture>
+#include <QTimer>
+
+#include <chrono>
 
 namespace velquarin::test {
 
-//! Runs the event loop until the future has ended, and gives its result or throws its error. A future that never ends
-//! holds the test until its time is up.
-template <typename Result>
-Result await(QFuture<Result> future)
+//! Where a test waits.
+struct Place
 {
-    while (!future.isFinished())
+    const char *file;
+    int line;
+};
+
+//! Longer than the busiest machine takes, in milliseconds: only what never comes takes so long.
+constexpr int waitLimitMs = 90'000;
+constexpr std::chrono::milliseconds waitLimit(waitLimitMs);
+
+//! Runs the event loop until it is so. What never becomes so ends the test, which then says where it waited and what
+//! the programs do that it started.
+template <typename Condition>
+void awaitThat(Condition isSo, Place place = Place{__builtin_FILE(), __builtin_LINE()})
+{
+    const QDeadlineTimer end(waitLimit);
+    QTimer wakesTheLoop;
+    wakesTheLoop.start(waitLimit);
+    while (!isSo()) {
+        if (end.hasExpired())
+            qFatal("%s:%d: waited in vain; %s", place.file, place.line, sightOfChildren().constData());
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+}
+
+//! Runs the event loop until the future has ended, and gives its result or throws its error.
+template <typename Result>
+Result await(QFuture<Result> future, Place place = Place{__builtin_FILE(), __builtin_LINE()})
+{
+    awaitThat([&future] { return future.isFinished(); }, place);
     return future.result();
 }
 
 //! Runs the event loop until the coroutine has ended.
-inline void await(QCoro::Task<> task)
+inline void await(QCoro::Task<> task, Place place = Place{__builtin_FILE(), __builtin_LINE()})
 {
     bool isDone = false;
     task.then([&isDone] { isDone = true; });
-    while (!isDone)
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-}
-
-//! Runs the event loop until it is so.
-template <typename Condition>
-void awaitThat(Condition isSo)
-{
-    while (!isSo())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    awaitThat([&isDone] { return isDone; }, place);
 }
 
 }  // namespace velquarin::test

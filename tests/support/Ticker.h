@@ -82,11 +82,10 @@ public:
     //! On the other thread. Gives up after a minute, so that a test fails where it would hang.
     void awaitTurn()
     {
-        constexpr int patience = 60'000;
         const auto turned = m_turned;
         QMetaObject::invokeMethod(
             qApp, [turned] { turned->release(); }, Qt::QueuedConnection);
-        if (!m_isOver && !turned->tryAcquire(1, patience))
+        if (!m_isOver && !turned->tryAcquire(1, waitLimitMs))
             m_hasStoodStill = true;
     }
 

@@ -65,15 +65,14 @@ inline bool canConfine()
 template <typename Result>
 std::optional<Result> answerOf(QFuture<Result> future)
 {
-    constexpr int patience = 90000;
     bool isOverdue = false;
     QTimer alarm;
     alarm.callOnTimeout([&isOverdue] { isOverdue = true; });
-    alarm.start(patience);
+    alarm.start(waitLimit);
     while (!future.isFinished() && !isOverdue)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     if (!future.isFinished())
-        qWarning("no answer after %d ms: %s", patience, sightOfChildren().constData());
+        qWarning("no answer after %d ms: %s", waitLimitMs, sightOfChildren().constData());
     return future.isFinished() ? std::optional(future.result()) : std::nullopt;
 }
 
