@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QList>
 #include <QProcess>
@@ -27,7 +26,7 @@ struct NaiveReading
 };
 
 //! Asks git the same questions in the same words as the program does, with the environment as it is and with no
-//! precaution but the test's own: what does not end in three seconds, or takes a quarter of a gigabyte, is killed.
+//! precaution but the test's own: what does nothing for three seconds, or takes a quarter of a gigabyte, is killed.
 class NaiveReader
 {
 public:
@@ -90,12 +89,17 @@ private:
 
     void watch(QProcess &git)
     {
-        constexpr int patience = 3000;
+        constexpr int patience = 150;
+        constexpr int interval = 20;  // ms
         constexpr qint64 appetite = 256 * 1024;
-        QElapsedTimer elapsed;
-        elapsed.start();
-        while (!git.waitForFinished(20) && git.state() != QProcess::NotRunning) {
-            m_reading.hung = elapsed.hasExpired(patience);
+        int stillLooks = 0;
+        qint64 workedBefore = -1;
+        while (!git.waitForFinished(interval) && git.state() != QProcess::NotRunning) {
+            const auto doing = doingOf(git.processId());
+            const bool isStill = doing.isAsleep && doing.work == workedBefore;
+            stillLooks = isStill ? stillLooks + 1 : 0;
+            workedBefore = doing.work;
+            m_reading.hung = stillLooks >= patience;
             m_reading.ateMemory = kilobytesOf(git.processId()) > appetite;
             if (m_reading.hung || m_reading.ateMemory) {
                 kill(-pid_t(git.processId()), SIGKILL);
@@ -106,13 +110,44 @@ private:
         m_reading.crashed = m_reading.crashed || git.exitStatus() == QProcess::CrashExit;
     }
 
+    //! What a process and those that it started are at: who waits for a busy machine is awake.
+    struct Doing
+    {
+        bool isAsleep = true;
+        qint64 work = 0;  //!< in ticks of the processor
+    };
+
+    //! Source: proc(5), /proc/pid/stat and /proc/pid/task/tid/children
+    static Doing doingOf(qint64 process)
+    {
+        constexpr int state = 0;
+        constexpr int timeOfUser = 11;
+        constexpr int timeOfSystem = 12;
+        const auto stat = contentOf(QStringLiteral("/proc/%1/stat").arg(process));
+        const auto fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+        if (fields.size() <= timeOfSystem)
+            return {};
+        Doing doing{fields.at(state) == "S" || fields.at(state) == "Z",
+                    fields.at(timeOfUser).toLongLong() + fields.at(timeOfSystem).toLongLong()};
+        const auto children = contentOf(QStringLiteral("/proc/%1/task/%1/children").arg(process)).trimmed();
+        for (const auto &child : children.split(' ')) {
+            const auto other = child.isEmpty() ? Doing() : doingOf(child.toLongLong());
+            doing.isAsleep = doing.isAsleep && other.isAsleep;
+            doing.work += other.work;
+        }
+        return doing;
+    }
+
+    static QByteArray contentOf(const QString &path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
     //! Source: proc(5), VmRSS
     static qint64 kilobytesOf(qint64 process)
     {
-        QFile status(QStringLiteral("/proc/%1/status").arg(process));
-        if (!status.open(QIODevice::ReadOnly))
-            return 0;
-        const auto text = status.readAll();
+        const auto text = contentOf(QStringLiteral("/proc/%1/status").arg(process));
         const auto start = text.indexOf("VmRSS:");
         return start < 0 ? 0 : text.mid(start + 6, text.indexOf("kB", start) - start - 6).trimmed().toLongLong();
     }
