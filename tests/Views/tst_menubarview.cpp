@@ -11,6 +11,7 @@
 #include "support/WhatIsShown.h"
 #include "Views/DayColumn.h"
 #include "Views/Divider.h"
+#include "Views/FooterSection.h"
 #include "Views/HeaderSection.h"
 #include "Views/IconButton.h"
 #include "Views/RepoRow.h"
@@ -415,6 +416,20 @@ private Q_SLOTS:
         const auto expected = pictureOfSymbol(symbol, place, color, button, isEnabled ? 1.0 : 0.5);
         QVERIFY(!isPlain(expected));
         QCOMPARE(pictureOf(button, 1), expected);
+    }
+
+    void aLongTimeIsCutAndTheButtonsKeepTheirPlace()
+    {
+        FooterSection footer;
+        footer.setFixedWidth(300);
+        footer.setElapsed(QStringLiteral("1 sec"));
+        footer.show();
+        World::settle();
+        const auto place = footer.findChild<QWidget *>(QStringLiteral("refresh"))->geometry();
+        footer.setElapsed(QStringLiteral("1 yr, ").repeated(40));
+        World::settle();
+        QCOMPARE(footer.findChild<QWidget *>(QStringLiteral("refresh"))->geometry(), place);
+        QVERIFY(footer.findChild<QWidget *>(QStringLiteral("updated"))->geometry().right() < place.left());
     }
 
     void theChevronsPointWhereTheyLead()
