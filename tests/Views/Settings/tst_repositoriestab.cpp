@@ -134,6 +134,7 @@ private Q_SLOTS:
     void theTabKeepsItsDistances();
     void theButtonsShowTheirSymbols();
     void rowsArePartedByALine();
+    void theRowUnderThePointerHasAGroundOfItsOwn();
     void theControlsOfARowSayWhatTheyAreFor();
     void withoutRepositoriesASymbolStandsOverTheWords();
     void theBadgeCanBeRead_data();
@@ -717,6 +718,19 @@ void TestRepositoriesTab::rowsArePartedByALine()
     QCOMPARE(lowerEdge(upper, 9), ground);
     QCOMPARE(lowerEdge(upper, upper->width() - 10), ground);
     QCOMPARE(lowerEdge(rowOf(QStringLiteral("b")), 10), ground);
+}
+
+void TestRepositoriesTab::theRowUnderThePointerHasAGroundOfItsOwn()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    auto *const row = window.view->findChild<RepositoryRow *>();
+    const auto ground = [row] { return pictureOf(*row, 1).pixelColor(6, row->height() / 2); };
+    QTest::mouseMove(window.view->windowHandle(), QPoint(2, 2));
+    QTRY_COMPARE(ground(), row->palette().color(QPalette::Window));
+    QTest::mouseMove(window.view->windowHandle(), window.placeOf(row).center());
+    QTRY_COMPARE(ground(), style::hoveredGround(row->palette()));
 }
 
 void TestRepositoriesTab::theControlsOfARowSayWhatTheyAreFor()
