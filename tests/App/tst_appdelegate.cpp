@@ -77,6 +77,23 @@ QWidget *windowTitled(const QString &title)
     return found == windows.end() ? nullptr : *found;
 }
 
+// Whether a window comes before the others.
+class RaiseWatch : public QObject
+{
+public:
+    explicit RaiseWatch(QWidget &window) { window.installEventFilter(this); }
+    [[nodiscard]] bool wasRaised() const { return m_wasRaised; }
+
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        m_wasRaised = m_wasRaised || event->type() == QEvent::ZOrderChange;
+        return false;
+    }
+
+private:
+    bool m_wasRaised = false;
+};
+
 QString text(const StatusItemAppearance &appearance)
 {
     return QStringLiteral("%1 %2 \"%3\" '%4'")
@@ -110,6 +127,7 @@ private Q_SLOTS:
     void theGearClosesTheDashboardAndOpensTheSettings();
     void aRepositoryOpensInTheFileManagerAndTheDashboardMakesWay();
     void theGearBringsSettingsBackThatWerePutAway();
+    void theGearBringsSettingsBeforeOtherWindows();
     void aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu();
     void theServicesAreMadeOnce();
     void theLoginItemIsReadWhenSomebodyFirstAsksForIt();
@@ -343,6 +361,22 @@ void TestAppDelegate::theGearBringsSettingsBackThatWerePutAway()
     world.delegate.openSettings();
     QVERIFY(!settings->isMinimized());
     QCOMPARE(windowTitled(QStringLiteral("Settings")), settings);
+}
+
+void TestAppDelegate::theGearBringsSettingsBeforeOtherWindows()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    world.delegate.openSettings();
+    auto *const settings = windowTitled(QStringLiteral("Settings"));
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&other));
+    const RaiseWatch watch(*settings);
+    world.delegate.openSettings();
+    QVERIFY(watch.wasRaised());
+    QTRY_VERIFY(settings->isActiveWindow());
 }
 
 void TestAppDelegate::aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu()

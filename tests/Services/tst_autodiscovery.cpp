@@ -77,6 +77,7 @@ private Q_SLOTS:
     void aScanIsDueAfterFiveMinutes();
     void theSwitchTurnsScansOfTheRefreshOff();
     void newRepositoriesTakePartInTheSameRefresh();
+    void foldersAreSearchedInTheirOrder();
     void aRepositoryUnderTwoFoldersIsAddedOnce();
     void repositoriesOfADisabledFolderGoAtTheNextRun();
     void repositoriesThatVanishAreDropped();
@@ -204,6 +205,23 @@ void TestAutoDiscovery::newRepositoriesTakePartInTheSameRefresh()
     engine.script(workspace.path(QStringLiteral("one")), "2026-11-20\n", "2026-11-20\n", "2026-11-20T09:00:00Z\n");
     refresh(engine);
     QCOMPARE(engine.manager.currentStreak(), 1);
+}
+
+void TestAutoDiscovery::foldersAreSearchedInTheirOrder()
+{
+    const Workspace left;
+    const Workspace right;
+    left.addRepository(QStringLiteral("one"));
+    right.addRepository(QStringLiteral("two"));
+    for (const auto &folders : {QStringList{left.path(), right.path()}, QStringList{right.path(), left.path()}}) {
+        Engine engine;
+        for (const auto &folder : folders)
+            engine.settings.addWatchedFolder(folder, 5);
+        discover(engine);
+        const auto discovered = engine.manager.lastDiscoveredRepos();
+        QCOMPARE(discovered.size(), 2);
+        QVERIFY(discovered.first().startsWith(folders.first()));
+    }
 }
 
 void TestAutoDiscovery::aRepositoryUnderTwoFoldersIsAddedOnce()

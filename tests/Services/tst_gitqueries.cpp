@@ -98,6 +98,7 @@ void TestGitQueries::theDefaultBranchIs_data()
     row("a single dash is no branch", "origin/-\n", "", "  master\n", "master", 3);
     row("reflog syntax is no branch", "origin/x@{1}\n", "", "", "HEAD", 3);
     row("an at sign alone is usable", "origin/a@b\n", "", "", "a@b", 1);
+    row("braces alone are usable", "origin/a{b}\n", "", "", "a{b}", 1);
 }
 
 void TestGitQueries::theDefaultBranchIs()

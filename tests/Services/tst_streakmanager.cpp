@@ -117,6 +117,9 @@ private Q_SLOTS:
     void aRepositoryWhoseLastQuestionFailsCountsAllTheSame();
     void theOthersAreShownWhenOneFails();
     void aFolderThatIsNoRepositoryIsShownWithoutFigures();
+    void theTimeOfARefreshIsThatOfItsEnd();
+    void aLongRunOfOneDayIsCountedToItsLastCommit_data();
+    void aLongRunOfOneDayIsCountedToItsLastCommit();
     void theRefreshEndsAfterTheReminder();
     void theReminderFollowsItsSwitch_data();
     void theReminderFollowsItsSwitch();
@@ -415,6 +418,41 @@ void TestStreakManager::aFolderThatIsNoRepositoryIsShownWithoutFigures()
     QCOMPARE(stats.todayCommits, 0);
     QCOMPARE(stats.weekCommits, 0);
     QVERIFY(!stats.lastCommitDate.has_value());
+}
+
+void TestStreakManager::theTimeOfARefreshIsThatOfItsEnd()
+{
+    Engine engine;
+    engine.track(first, {}, {}, {});
+    engine.runner.answerWith(first + QStringLiteral("|log HEAD -1 --format=%aI"), [&engine] {
+        engine.clock.advance(90s);
+        return QByteArray();
+    });
+    const auto begin = engine.clock.now();
+    engine.refresh();
+    QCOMPARE(engine.manager.lastRefresh(), std::optional(begin + 90s));
+}
+
+// They are compared in blocks, whose edges are the places to go wrong.
+void TestStreakManager::aLongRunOfOneDayIsCountedToItsLastCommit_data()
+{
+    QTest::addColumn<int>("run");
+    for (const int run : {1, 2, 1023, 1024, 1025, 1026, 2047, 2048, 2049, 2050, 5000})
+        QTest::addRow("%d", run) << run;
+}
+
+void TestStreakManager::aLongRunOfOneDayIsCountedToItsLastCommit()
+{
+    QFETCH(int, run);
+    const auto days = [run](const char *day) { return (QByteArray(day) + '\n').repeated(run); };
+    Engine engine;
+    const auto log = days("2026-11-20") + days("2026-11-19") + days("2026-11-20") + "2026-11-18\n";
+    engine.track(first, log, log, {});
+    engine.refresh();
+    QCOMPARE(engine.manager.yearHistory(), (DayCounts{{instant("2026-11-18T00:00:00Z"), 1},
+                                                      {instant("2026-11-19T00:00:00Z"), run},
+                                                      {instant("2026-11-20T00:00:00Z"), 2 * run}}));
+    QCOMPARE(engine.manager.totalCommitsThisWeek(), 3 * run + 1);
 }
 
 void TestStreakManager::theRefreshEndsAfterTheReminder()

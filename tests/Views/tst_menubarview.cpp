@@ -6,11 +6,13 @@
 #include "support/Engine.h"
 #include "support/Offscreen.h"
 #include "support/PaintedText.h"
+#include "support/Picture.h"
 #include "support/RecordingFileViewer.h"
 #include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
 #include "Views/DayColumn.h"
 #include "Views/Divider.h"
+#include "Views/FooterSection.h"
 #include "Views/HeaderSection.h"
 #include "Views/IconButton.h"
 #include "Views/RepoRow.h"
@@ -361,6 +363,82 @@ private Q_SLOTS:
         QVERIFY(found != written.crend());
         QTEST(found->font, "font");
         QTEST(found->color, "color");
+    }
+
+    void theFlameIsDrawnAsItIsNamed_data()
+    {
+        QTest::addColumn<int>("today");
+        QTest::addColumn<QString>("symbol");
+        QTest::addColumn<QColor>("color");
+        const auto palette = lightPalette();
+        QTest::newRow("without a commit") << 0 << QStringLiteral("flame") << style::ink(palette, Ink::Secondary);
+        QTest::newRow("with a commit") << 1 << QStringLiteral("flame.fill") << style::accent(palette, Accent::Orange);
+    }
+
+    void theFlameIsDrawnAsItIsNamed()
+    {
+        QFETCH(int, today);
+        QFETCH(QString, symbol);
+        QFETCH(QColor, color);
+        World world;
+        world.track(1, today);
+        world.engine.refresh();
+        world.show();
+        auto *const flame = world.named("header").findChild<SymbolView *>();
+        const auto expected = pictureOfSymbol(symbol, flame->rect(), color, *flame);
+        QVERIFY(!isPlain(expected));
+        QCOMPARE(pictureOf(*flame, 1), expected);
+    }
+
+    void theButtonsOfTheFooterShowTheirSymbols_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<QString>("symbol");
+        QTest::addColumn<bool>("isEnabled");
+        QTest::newRow("refresh") << QByteArray("refresh") << QStringLiteral("arrow.clockwise") << true;
+        QTest::newRow("refresh, half transparent")
+            << QByteArray("refresh") << QStringLiteral("arrow.clockwise") << false;
+        QTest::newRow("settings") << QByteArray("settings") << QStringLiteral("gear") << true;
+    }
+
+    void theButtonsOfTheFooterShowTheirSymbols()
+    {
+        QFETCH(QByteArray, name);
+        QFETCH(QString, symbol);
+        QFETCH(bool, isEnabled);
+        World world;
+        world.make();
+        auto &button = world.named<IconButton>(name.constData());
+        button.setEnabled(isEnabled);
+        button.resize(button.sizeHint());
+        const auto outset = PlainButton::outset();
+        const auto place = button.rect().adjusted(outset, outset, -outset, -outset);
+        const auto color = style::ink(button.palette(), Ink::Primary);
+        const auto expected = pictureOfSymbol(symbol, place, color, button, isEnabled ? 1.0 : 0.5);
+        QVERIFY(!isPlain(expected));
+        QCOMPARE(pictureOf(button, 1), expected);
+    }
+
+    void aLongTimeIsCutAndTheButtonsKeepTheirPlace()
+    {
+        FooterSection footer;
+        footer.setFixedWidth(300);
+        footer.setElapsed(QStringLiteral("1 sec"));
+        footer.show();
+        World::settle();
+        const auto place = footer.findChild<QWidget *>(QStringLiteral("refresh"))->geometry();
+        footer.setElapsed(QStringLiteral("1 yr, ").repeated(40));
+        World::settle();
+        QCOMPARE(footer.findChild<QWidget *>(QStringLiteral("refresh"))->geometry(), place);
+        QVERIFY(footer.findChild<QWidget *>(QStringLiteral("updated"))->geometry().right() < place.left());
+    }
+
+    void theChevronsPointWhereTheyLead()
+    {
+        World world;
+        world.make();
+        QCOMPARE(world.named("showYear").findChild<SymbolView *>()->name(), QStringLiteral("chevron.right"));
+        QCOMPARE(world.named("back").findChild<SymbolView *>()->name(), QStringLiteral("chevron.left"));
     }
 
     void theHeaderKeepsItsDistances()

@@ -24,11 +24,13 @@ inline QImage pictureOf(QWidget &widget, double ratio)
 }
 
 //! What @p widget looks like with that symbol at @p place and nothing else.
-inline QImage pictureOfSymbol(const QString &name, const QRect &place, const QColor &color, const QWidget &widget)
+inline QImage pictureOfSymbol(const QString &name, const QRect &place, const QColor &color, const QWidget &widget,
+                              double opacity = 1)
 {
     QImage image(widget.size(), QImage::Format_ARGB32_Premultiplied);
     image.fill(widget.palette().color(QPalette::Window));
     QPainter painter(&image);
+    painter.setOpacity(opacity);
     style::paintSymbol(painter, name, place, color);
     return image;
 }

@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QSemaphore>
+#include <QThread>
 #include <QTimer>
 
 #include <algorithm>
@@ -79,13 +80,17 @@ qint64 mostWorkDuring(Work work)
 class LoopWatch
 {
 public:
-    //! On the other thread. Gives up after a minute, so that a test fails where it would hang.
+    //! On the other thread: on the main thread itself nothing can turn. Gives up in the end, and for good, so that a
+    //! test fails where it would hang.
     void awaitTurn()
     {
+        if (m_isOver || m_hasStoodStill)
+            return;
         const auto turned = m_turned;
-        QMetaObject::invokeMethod(
-            qApp, [turned] { turned->release(); }, Qt::QueuedConnection);
-        if (!m_isOver && !turned->tryAcquire(1, waitLimitMs))
+        const auto turn = [turned] { turned->release(); };
+        QMetaObject::invokeMethod(qApp, turn, Qt::QueuedConnection);
+        const bool isMainThread = QThread::currentThread() == qApp->thread();
+        if (isMainThread || !turned->tryAcquire(1, waitLimitMs))
             m_hasStoodStill = true;
     }
 

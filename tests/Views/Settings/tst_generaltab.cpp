@@ -68,6 +68,7 @@ private Q_SLOTS:
     void whatIsWrittenHasItsSizeAndColour();
     void theSectionsKeepTheirDistances();
     void aSwitchHasItsKnobWhereItsValueIs();
+    void aSwitchTakesTheRoomOfItsLabelAndItsTrack();
     void nothingIsOutOfReachWithALargeFont();
     void withADesktopsFontNothingScrolls_data();
     void withADesktopsFontNothingScrolls();
@@ -309,6 +310,19 @@ void TestGeneralTab::aSwitchHasItsKnobWhereItsValueIs()
         QCOMPARE(right, isOn ? QColor(Qt::white) : track);
         QCOMPARE(picture.pixelColor(200 - 4 - 32 - 1, middle), control.palette().color(QPalette::Window));
     }
+}
+
+void TestGeneralTab::aSwitchTakesTheRoomOfItsLabelAndItsTrack()
+{
+    const FontOfPixels font(13);
+    const auto label = QStringLiteral("Label");
+    const auto letters = [&label](style::TypeStyle type) {
+        return QFontMetrics(style::font(type)).size(Qt::TextShowMnemonic, label).width();
+    };
+    const Switch regular(label, Switch::Size::Regular, nullptr);
+    const Switch small(label, Switch::Size::Small, nullptr);
+    QCOMPARE(regular.sizeHint().width(), letters(style::TypeStyle::Body) + 8 + 32 + 2 * 4);
+    QCOMPARE(small.sizeHint().width(), letters(style::TypeStyle::Subheadline) + 8 + 26 + 2 * 4);
 }
 
 void TestGeneralTab::nothingIsOutOfReachWithALargeFont()

@@ -134,6 +134,10 @@ private Q_SLOTS:
     void aRowIsWrittenInItsSizesAndColours();
     void theBadgeIsACapsuleAroundItsWord();
     void theTabKeepsItsDistances();
+    void theButtonsShowTheirSymbols();
+    void rowsArePartedByALine();
+    void theRowUnderThePointerHasAGroundOfItsOwn();
+    void theControlsOfARowSayWhatTheyAreFor();
     void withoutRepositoriesASymbolStandsOverTheWords();
     void theBadgeCanBeRead_data();
     void theBadgeCanBeRead();
@@ -680,6 +684,66 @@ void TestRepositoriesTab::theTabKeepsItsDistances()
     QCOMPARE(first.left() - whole.left(), 16);
     QCOMPARE(second.left() - first.right() - 1, 8);
     QCOMPARE(whole.right() - last.right(), 16);
+}
+
+void TestRepositoriesTab::theButtonsShowTheirSymbols()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    const auto shown = [&window](const QString &button) {
+        const auto icon = window.control<QPushButton>(button)->icon();
+        return icon.isNull() ? QImage() : icon.pixmap(24, 24).toImage();
+    };
+    const auto drawn = [](const char *symbol) {
+        return style::symbolIcon(QLatin1String(symbol)).pixmap(24, 24).toImage();
+    };
+    QVERIFY(!isPlain(drawn("plus")) && !isPlain(drawn("folder.badge.gearshape")));
+    QCOMPARE(shown(add), drawn("plus"));
+    QCOMPARE(shown(scan), drawn("folder.badge.gearshape"));
+    QCOMPARE(shown(refreshNow), QImage());
+}
+
+void TestRepositoriesTab::rowsArePartedByALine()
+{
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.engine.settings.addRepository(QStringLiteral("/src/b"), false);
+    window.open();
+    const auto rowOf = [&window](const QString &name) { return window.control<QCheckBox>(name)->parentWidget(); };
+    const auto lowerEdge = [](QWidget *row, int x) { return pictureOf(*row, 1).pixelColor(x, row->height() - 1); };
+    auto *const upper = rowOf(QStringLiteral("a"));
+    const auto ground = upper->palette().color(QPalette::Window);
+    QCOMPARE(lowerEdge(upper, 10), style::divider(upper->palette()));
+    QCOMPARE(lowerEdge(upper, upper->width() - 11), style::divider(upper->palette()));
+    QCOMPARE(lowerEdge(upper, 9), ground);
+    QCOMPARE(lowerEdge(upper, upper->width() - 10), ground);
+    QCOMPARE(lowerEdge(rowOf(QStringLiteral("b")), 10), ground);
+}
+
+void TestRepositoriesTab::theRowUnderThePointerHasAGroundOfItsOwn()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    auto *const row = window.view->findChild<RepositoryRow *>();
+    const auto ground = [row] { return pictureOf(*row, 1).pixelColor(6, row->height() / 2); };
+    QTest::mouseMove(window.view->windowHandle(), QPoint(2, 2));
+    QTRY_COMPARE(ground(), row->palette().color(QPalette::Window));
+    QTest::mouseMove(window.view->windowHandle(), window.placeOf(row).center());
+    QTRY_COMPARE(ground(), style::hoveredGround(row->palette()));
+}
+
+void TestRepositoriesTab::theControlsOfARowSayWhatTheyAreFor()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    const auto *const bin = window.control<IconButton>(QStringLiteral("Remove"));
+    QCOMPARE(bin->toolTip(), QStringLiteral("Remove"));
+    QCOMPARE(bin->accessibleDescription(), QStringLiteral("a"));
+    QCOMPARE(window.control<QCheckBox>(QStringLiteral("a"))->accessibleDescription(), QStringLiteral("/src/a"));
 }
 
 void TestRepositoriesTab::withoutRepositoriesASymbolStandsOverTheWords()
