@@ -112,4 +112,4 @@ class Dashboard:
         return self.reader.focused(WINDOW)
 
     def wait_for_focus(self, name):
-        wait_until(lambda: self.focused_name() == name, f"the focus on {name!r}")
+        wait_until(lambda: self.focused_name() == name, f"the focus on {name!r}", state=self.focused_name)

@@ -78,7 +78,8 @@ class Folders(unittest.TestCase):
             session.click("Scan Now")
             window = session.wait_for_text("+ deep")
             self.assertEqual(discovered(window)[0], "+ deep")
-            self.assertEqual(set(self.tracked(desktop)) - set(found), {str(shelf / "1/2/3/4/5/6/deep")})
+            wait_until(lambda: set(self.tracked(desktop)) - set(found) == {str(shelf / "1/2/3/4/5/6/deep")},
+                       "the one that lies deep on the disk", state=lambda: self.tracked(desktop))
 
             self.assertEqual(session.end(), (0, ""))
             desktop.environment["LC_TIME"] = "de_DE.UTF-8"
