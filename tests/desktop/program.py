@@ -9,6 +9,7 @@ import time
 import uuid
 
 import processes
+from keeper import carrying
 from waiting import wait_until
 
 MARK = "VELQUARIN_TEST_PROGRAM"
@@ -52,7 +53,7 @@ class Program:
 
     def children(self):
         """The ids of what it started and still lives."""
-        return [pid for pid in processes.carrying(MARK, self._mark) if pid != self.pid]
+        return [pid for pid in carrying(MARK, self._mark) if pid != self.pid]
 
     def wait_for_child(self):
         wait_until(self.children, "the program starts git")

@@ -44,6 +44,10 @@ class Windows:
         kinds = self._property(self._window(number), "_NET_WM_WINDOW_TYPE")
         return kinds is not None and self.display.get_atom("_NET_WM_WINDOW_TYPE_DOCK") in kinds
 
+    def are_managed(self):
+        """Whether a window manager is there."""
+        return self._property(self.root, "_NET_SUPPORTING_WM_CHECK") is not None
+
     def managed(self):
         """The titles of the window manager's windows without panels, the undermost first."""
         numbers = self._property(self.root, "_NET_CLIENT_LIST_STACKING") or []
