@@ -37,9 +37,10 @@ class Host:
         pass
 
     def start(self, desktop):
+        """Returns when it can be seen."""
+        without = panel.picture(desktop.screen)
         desktop.start("host", *self.command(desktop))
-        wait_until(lambda: self.is_ready(desktop), "the host")
-        desktop.screen.settled()
+        wait_until(lambda: self.is_ready(desktop) and panel.picture(desktop.screen) != without, "the host")
 
     def end(self, desktop):
         desktop.end("host")
@@ -55,16 +56,13 @@ class Host:
         """The rectangle of the menu or the dashboard that comes when act() is called."""
         before = desktop.windows.shown()
         act()
-        place = wait_until(lambda: desktop.windows.shown() - before, "something opens").pop()
-        desktop.screen.settled()
-        return place
+        return wait_until(lambda: desktop.windows.shown() - before, "something opens").pop()
 
     def closed(self, desktop, act):
         """Returns when what is open has gone, after act() was called."""
         before = desktop.windows.shown()
         act()
         wait_until(lambda: before - desktop.windows.shown(), "something closes")
-        desktop.screen.settled()
 
 
 def write_keyfile(desktop, text):
@@ -205,7 +203,7 @@ class OnSway(Host):
     # What one program shows another cannot list there; a picture tells. What is open may change by itself, as a time
     # that counts does, so it has only closed when all looks as it did before.
     def opened(self, desktop, act):
-        self._before = desktop.screen.settled()
+        self._before = desktop.screen.settled(self._below_the_panel(desktop))
         act()
         return wait_until(lambda: self._what_is_open(desktop), "something opens")
 
@@ -213,8 +211,11 @@ class OnSway(Host):
         act()
         wait_until(lambda: not self._what_is_open(desktop), "something closes")
 
+    def _below_the_panel(self, desktop):
+        return desktop.screen.whole._replace(top=panel.HEIGHT)
+
     def _what_is_open(self, desktop):
-        return desktop.screen.change(self._before, desktop.screen.settled(), top=panel.HEIGHT)
+        return self._before.difference(desktop.screen.settled(self._before.place))
 
 
 class Swaybar(OnSway):

@@ -87,7 +87,7 @@ class Disks(unittest.TestCase):
     def test_a_disk_that_stops_answering_holds_up_neither_the_dashboard_nor_the_end(self):
         def fault(desktop, disk, program, in_panel):
             disk.stop_answering()
-            click_first_entry(desktop.screen, open_menu(desktop.screen, in_panel))
+            click_first_entry(desktop.screen, open_menu(desktop, in_panel))
             StatusItem(desktop).wait_for_symbol("Syncing")
             desktop.screen.click(*in_panel.centre, 1)
             reader = accessibility.Reader(desktop)
@@ -103,9 +103,9 @@ class Disks(unittest.TestCase):
     def test_a_disk_that_is_pulled_out_leaves_no_streak_and_no_complaint(self):
         def fault(desktop, disk, program, in_panel):
             disk.pull_out()
-            click_first_entry(desktop.screen, open_menu(desktop.screen, in_panel))
+            click_first_entry(desktop.screen, open_menu(desktop, in_panel))
             StatusItem(desktop).wait_for_label("")
-            click_last_entry(desktop.screen, open_menu(desktop.screen, in_panel))
+            click_last_entry(desktop.screen, open_menu(desktop, in_panel))
             self.assertEqual(program.wait_for_end(), 0)
             self.assertEqual((program.output(), program.errors()), ("", ""))
         self.run_on(fault)

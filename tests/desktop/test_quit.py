@@ -40,7 +40,7 @@ class Quit(unittest.TestCase):
             place = PanelPlace(desktop.screen)
             program = Program(desktop)
             StatusItem(desktop).wait_until_refreshed()
-            click_last_entry(desktop.screen, open_menu(desktop.screen, place.find()))
+            click_last_entry(desktop.screen, open_menu(desktop, place.find()))
             self.assert_ended_whole(program)
 
     def test_quit_in_the_menu_ends_the_program_while_git_hangs(self):
@@ -51,7 +51,7 @@ class Quit(unittest.TestCase):
             program = Program(desktop)
             program.wait_for_hanging_child()
             StatusItem(desktop).wait()
-            click_last_entry(desktop.screen, open_menu(desktop.screen, place.find()))
+            click_last_entry(desktop.screen, open_menu(desktop, place.find()))
             self.assert_ended_whole(program)
 
     def start_while_git_hangs(self, desktop):

@@ -28,9 +28,10 @@ bar {{
 """
 
 # The bar is started by the test.
+BACKGROUND = "#31465c"
 NESTED_SETTINGS = """
 xwayland {xwayland}
-output X11-1 resolution {width}x{height} background #31465c solid_color
+output X11-1 resolution {width}x{height} background {background} solid_color
 bar {{
     id bar-0
     swaybar_command true
@@ -133,12 +134,13 @@ class NestedWaylandDesktop(WaylandDesktop):
         super().__init__(name, width=width, height=height)
         self._settings = NESTED_SETTINGS.format(
             width=width, height=height, bar_height=panel.HEIGHT, bar_background=panel.BACKGROUND,
-            xwayland="enable" if xwayland else "disable")
+            background=BACKGROUND, xwayland="enable" if xwayland else "disable")
 
     def _open(self):
         self._start_screen()
         self.start_bus()
         self._start_compositor(WLR_BACKENDS="x11")
+        wait_until(lambda: panel.is_drawn(self.screen, BACKGROUND), "the compositor on the screen")
 
     def x11_display(self):
         """The name of the server for programs that only know X11. Only what the compositor starts is told of it."""
