@@ -68,6 +68,12 @@ class StatusItem:
     def wait_for_symbol(self, text):
         wait_until(lambda: self.symbol() == text, f"the item's symbol becomes {text!r}", state=self.symbol)
 
+    def wait_until_heard(self):
+        """Returns when the panel has dealt with what its user did before, and then the program with what it was told."""
+        for _ in range(2):
+            self._bus.property(WATCHER, "/StatusNotifierWatcher", WATCHER, "IsStatusNotifierHostRegistered")
+        self.symbol()
+
     def activate(self, x, y):
         """Tells the item of a click, as a panel does: nobody waits for the answer."""
         name, path = self.wait()

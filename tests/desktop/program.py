@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """The program under test: started like any program of a session, watched and ended."""
 
+import ctypes
 import os
 import signal
 import subprocess
@@ -65,6 +66,10 @@ class Program:
             time.sleep(0.5)
             return before & set(self.children())
         wait_until(hangs, "a git that hangs")
+
+    def sleep(self, seconds):
+        """So much of its user's time passes at once. Needs a clock of its user's own."""
+        ctypes.CDLL(None, use_errno=True).sigqueue(self.pid, signal.SIGRTMIN + 5, ctypes.c_void_p(seconds))
 
     def terminate(self):
         self._process.send_signal(signal.SIGTERM)

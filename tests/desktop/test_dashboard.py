@@ -44,7 +44,7 @@ class Shown(unittest.TestCase):
                 dashboard.open()
                 close()
                 dashboard.wait_until_closed()
-                desktop.screen.settled()
+                dashboard.item.wait_until_heard()
                 self.assertIsNone(dashboard.window())
             self.assertEqual(dashboard.program.end(), 0)
 

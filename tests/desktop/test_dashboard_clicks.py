@@ -18,9 +18,7 @@ class Clicks(unittest.TestCase):
         def menu():
             places = [place for title, place in dashboard.desktop.windows.unmanaged() if title == WINDOW]
             return places[0] if len(places) == 1 and not dashboard.window() else None
-        place = wait_until(menu, "the menu")
-        dashboard.desktop.screen.settled()
-        return place
+        return wait_until(menu, "the menu", state=dashboard.desktop.windows.unmanaged)
 
     def assert_toggles(self, dashboard):
         dashboard.open()
@@ -50,23 +48,28 @@ class Clicks(unittest.TestCase):
             dashboard = Dashboard(desktop)
             for should_be_open in (True, False):
                 desktop.screen.hold(*dashboard.rectangle.centre, 1)
-                desktop.windows.wait_for_button(1)
-                desktop.screen.settled()
+                dashboard.item.wait_until_heard()
                 self.assertEqual(dashboard.window() is None, should_be_open)
                 desktop.screen.release(1)
                 wait_until(lambda wanted=should_be_open: bool(dashboard.window()) == wanted, "the click's effect")
-                desktop.screen.settled()
+                dashboard.item.wait_until_heard()
                 self.assertEqual(dashboard.window() is not None, should_be_open)
             self.assertEqual(dashboard.program.end(), 0)
+
+    def place_when_sized(self, dashboard, text, is_right):
+        """The rectangle of the dashboard, once it shows that text and has the size for it."""
+        dashboard.wait_for(text)
+        def place():
+            found = dashboard.window().place
+            return found if is_right(found) else None
+        return wait_until(place, f"the size for {text!r}", state=lambda: dashboard.window().place)
 
     def test_it_opens_again_where_it_was_and_as_it_was(self):
         with Desktop(self.id()) as desktop:
             dashboard = Dashboard(desktop)
             week = dashboard.open().place
             dashboard.press("Show Year")
-            dashboard.wait_for("Last 365 Days")
-            desktop.screen.settled()
-            year = dashboard.window().place
+            year = self.place_when_sized(dashboard, "Last 365 Days", lambda place: place != week)
             for close in (dashboard.click_item, lambda: dashboard.press_key("Escape")):
                 close()
                 dashboard.wait_until_closed()
@@ -74,9 +77,7 @@ class Clicks(unittest.TestCase):
                 dashboard.wait_for("Last 365 Days")
                 self.assertEqual(dashboard.window().place, year)
             dashboard.press("Back")
-            dashboard.wait_for("Last 7 Days")
-            desktop.screen.settled()
-            self.assertEqual(dashboard.window().place, week)
+            self.place_when_sized(dashboard, "Last 7 Days", lambda place: place == week)
             self.assertEqual(dashboard.program.end(), 0)
 
 

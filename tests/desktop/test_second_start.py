@@ -136,7 +136,7 @@ class SecondStart(unittest.TestCase):
                 program = Program(desktop)
                 place.find()
                 program.kill()
-                desktop.screen.settled()
+                wait_until(lambda place=place: not place.now(), "the tray is empty")
 
     def test_a_bus_that_restarts_finds_the_program_again(self):
         with Desktop(self.id()) as desktop:
