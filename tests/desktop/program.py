@@ -5,8 +5,6 @@
 import ctypes
 import os
 import signal
-import subprocess
-import time
 import uuid
 
 import processes
@@ -59,14 +57,6 @@ class Program:
     def wait_for_child(self):
         wait_until(self.children, "the program starts git")
 
-    def wait_for_hanging_child(self):
-        """Returns when one and the same child has lived for half a second, which no git does that answers."""
-        def hangs():
-            before = set(self.children())
-            time.sleep(0.5)
-            return before & set(self.children())
-        wait_until(hangs, "a git that hangs")
-
     def sleep(self, seconds):
         """So much of its user's time passes at once. Needs a clock of its user's own."""
         ctypes.CDLL(None, use_errno=True).sigqueue(self.pid, signal.SIGRTMIN + 5, ctypes.c_void_p(seconds))
@@ -79,12 +69,10 @@ class Program:
         self._process.kill()
         self._process.wait()
 
-    def wait_for_end(self, seconds=10.0):
-        """The exit status; TimeoutError when it does not end in time."""
-        try:
-            return self._process.wait(seconds)
-        except subprocess.TimeoutExpired:
-            raise TimeoutError(f"the program did not end within {seconds:g} s") from None
+    def wait_for_end(self):
+        """The exit status."""
+        wait_until(lambda: not self.is_running(), "the program ends")
+        return self._process.returncode
 
     def end(self):
         """Asks it to end, and returns the exit status."""

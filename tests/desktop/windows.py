@@ -12,7 +12,7 @@ from Xlib.ext import xtest
 
 from drawing import Drawings
 from screen import Rectangle
-from waiting import wait_until
+from waiting import LIMIT_SECONDS, wait_until
 
 
 class Windows:
@@ -88,11 +88,6 @@ class Windows:
             return None
         return Rectangle(place.x, place.y, place.x + place.width, place.y + place.height)
 
-    def wait_for_button(self, number):
-        """Returns when a button of the pointer is down."""
-        mask = X.Button1Mask << (number - 1)
-        wait_until(lambda: self.root.query_pointer().mask & mask, f"button {number} down")
-
     def point(self, x, y):
         xtest.fake_input(self.display, X.MotionNotify, x=x, y=y)
         self.display.sync()
@@ -152,7 +147,7 @@ class Windows:
     def wait_for_going(self):
         self._wait_for(X.UnmapNotify, "no window")
 
-    def _wait_for(self, kind, what, seconds=20.0):
+    def _wait_for(self, kind, what, seconds=LIMIT_SECONDS):
         if not self.next_event(lambda event: event.type == kind and event.event == self.root, seconds):
             raise TimeoutError(f"waited {seconds:g} s in vain: {what}")
 
