@@ -81,6 +81,13 @@ class Dashboard:
         self.click_item()
         return self.reader.wait_for_window(WINDOW)
 
+    def close(self):
+        """Closes whatever of the program is open, by the key that does it."""
+        for name in (SETTINGS, WINDOW):
+            if self.reader.window(name):
+                self.press_key("Escape")
+                self.reader.wait_without_window(name)
+
     def wait_until_closed(self):
         self.reader.wait_without_window(WINDOW)
 

@@ -73,7 +73,7 @@ def found_below(folder, depth=DEPTH):
 
 def copies(repository, places):
     for place in places:
-        shutil.copytree(repository.path, place)
+        shutil.copytree(repository.path, place, copy_function=os.link)
     return places
 
 
