@@ -23,12 +23,14 @@ GRACE_SECONDS = 3.0
 
 
 class Keeper:
-    """Keeps a folder, and all processes that are started with its mark."""
+    """Keeps a folder, and all processes that have its mark in their environment."""
 
     def __init__(self, folder):
         self.mark = {MARK: uuid.uuid4().hex}
         command = [sys.executable, "-I", "-S", "-B", __file__, str(folder), self.mark[MARK]]
-        self._process = subprocess.Popen(command, stdin=subprocess.PIPE, start_new_session=True)
+        # One that is kept itself would end too soon.
+        self._process = subprocess.Popen(command, stdin=subprocess.PIPE, start_new_session=True,
+                                         env={"PATH": "/usr/sbin:/usr/bin:/sbin:/bin"})
 
     def end(self):
         """Returns when nothing is left."""

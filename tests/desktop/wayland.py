@@ -12,6 +12,7 @@ import tempfile
 
 import panel
 from desktop import WATCHER, Desktop
+from keeper import Keeper
 from waiting import wait_until
 
 APPLICATION = "io.velquarin.Velquarin"
@@ -62,7 +63,8 @@ def as_ordinary_user():
     remains = folder / "remains"
     remains.mkdir()
     remains.chmod(0o777)
-    environment = {**os.environ, "VELQUARIN_PROGRAM": str(folder / "velquarin"), "HOME": "/nonexistent",
+    keeper = Keeper(folder)
+    environment = {**os.environ, **keeper.mark, "VELQUARIN_PROGRAM": str(folder / "velquarin"), "HOME": "/nonexistent",
                    "VELQUARIN_DESKTOP_FAILURES": str(remains)}
     command = ["setpriv", f"--reuid={ORDINARY_USER}", f"--regid={ORDINARY_USER}", "--clear-groups", "--",
                sys.executable, "-B", str(folder / "tests" / pathlib.Path(sys.argv[0]).name), *sys.argv[1:]]
@@ -71,7 +73,7 @@ def as_ordinary_user():
     finally:
         if keep := os.environ.get("VELQUARIN_DESKTOP_FAILURES"):
             subprocess.run(["cp", "--recursive", "--no-target-directory", remains, keep], check=True)
-        shutil.rmtree(folder, ignore_errors=True)
+        keeper.end()
 
 
 class WaylandDesktop(Desktop):
