@@ -23,6 +23,10 @@ class Rectangle(NamedTuple):
     right: int
     bottom: int
 
+    @classmethod
+    def of(cls, left, top, width, height):
+        return cls(left, top, left + width, top + height)
+
     @property
     def width(self):
         return self.right - self.left

@@ -5,6 +5,7 @@
 import accessibility
 from item import PanelPlace, StatusItem
 from program import Program
+from screen import Rectangle
 from waiting import wait_until
 
 WINDOW = "Settings"
@@ -62,7 +63,8 @@ class Session:
         """Opens the settings by the gear in the dashboard; they show the tab."""
         self.open_dashboard()
         self.screen.click(*self.reader.wait_for(DASHBOARD, "Settings").centre, 1)
-        self.reader.wait_for_window(WINDOW)
+        self.wait(lambda window: Rectangle.of(*window.place) == self.desktop.windows.place_of(WINDOW),
+                  "the place that the window manager gives")
         if tab:
             self.turn_to(tab)
 

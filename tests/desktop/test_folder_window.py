@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """A folder's window is told when the user asked for it, so that it comes before his eyes and not behind others."""
 
+import contextlib
 import re
 import unittest
 
@@ -47,14 +48,14 @@ class FolderWindow(unittest.TestCase):
         with Desktop(self.id()) as desktop:
             dashboard = Dashboard(desktop)
             desktop.start_file_manager()
-            messages = StartupMessages(desktop)
-            self.addCleanup(messages.close)
             desktop.windows.cover("what the user does meanwhile")
             dashboard.open()
             before = server_time(desktop)
-            dashboard.click(dashboard.row_name("busy"))
-            wait_until(lambda: desktop.windows.active().startswith("busy"), "the folder's window has the keyboard")
-            message, = wait_until(messages.texts, "the file manager's word that it is there")
+            with contextlib.closing(StartupMessages(desktop)) as messages:
+                dashboard.click(dashboard.row_name("busy"))
+                wait_until(lambda: desktop.windows.active().startswith("busy"), "the folder's window has the keyboard",
+                           state=desktop.windows.active)
+                message, = wait_until(messages.texts, "the file manager's word that it is there")
             startup_id = message.removeprefix('remove: ID="').removesuffix('"')
             self.assertRegex(startup_id, FORM)
             self.assertLessEqual(before, int(FORM.fullmatch(startup_id)[1]))

@@ -53,6 +53,15 @@ class Windows:
         numbers = self._property(self.root, "_NET_CLIENT_LIST_STACKING") or []
         return [self.title(number) for number in numbers if not self._is_dock(number)]
 
+    def place_of(self, title):
+        """The rectangle of the inside of the window manager's window of that title; None where there is none."""
+        numbers = self._property(self.root, "_NET_CLIENT_LIST") or []
+        window = next((self._window(number) for number in numbers if self.title(number) == title), None)
+        if not window:
+            return None
+        corner, size = self.root.translate_coords(window, 0, 0), window.get_geometry()
+        return Rectangle.of(corner.x, corner.y, size.width, size.height)
+
     def active(self):
         """The title of the window that has the keyboard, or an empty text."""
         numbers = self._property(self.root, "_NET_ACTIVE_WINDOW")
