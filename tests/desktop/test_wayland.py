@@ -155,13 +155,6 @@ class Windows(unittest.TestCase):
                 desktop.wait_without_window(MENU)
             self.assertEqual(program.end(), 0)
 
-    def test_the_menu_is_worked_by_keyboard(self):
-        with WaylandDesktop(self.id()) as desktop:
-            program = self.start(desktop)
-            self.open_menu(desktop)
-            desktop.type("-s", "300", "-k", "Down", "-k", "Down", "-k", "Return", "-s", "60000")
-            self.assertEqual(program.wait_for_end(), 0)
-
     def test_the_keys_beside_the_entries_work_in_the_menu(self):
         with WaylandDesktop(self.id()) as desktop:
             program = self.start(desktop)
