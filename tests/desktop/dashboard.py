@@ -90,6 +90,7 @@ class Dashboard:
 
     def wait_until_closed(self):
         self.reader.wait_without_window(WINDOW)
+        wait_until(self.desktop.windows.nobody_holds_the_pointer, "the pointer is free")
 
     def wait_for(self, name):
         return self.reader.wait_for(WINDOW, name)

@@ -5,6 +5,7 @@
 import case
 import panel
 from desktop import WATCHER, Desktop
+from item import tallest
 from waiting import wait_until
 from wayland import NestedWaylandDesktop
 
@@ -53,16 +54,18 @@ class Host:
         return desktop.takes_items()
 
     def opened(self, desktop, act):
-        """The rectangle of the menu or the dashboard that comes when act() is called."""
+        """The rectangle of the menu or the dashboard that comes when act() is called, once it holds something."""
         before = desktop.windows.shown()
         act()
-        return wait_until(lambda: desktop.windows.shown() - before, "something opens").pop()
+        return wait_until(lambda: tallest(desktop.windows.shown() - before), "something opens",
+                          state=desktop.windows.unmanaged)
 
     def closed(self, desktop, act):
         """Returns when what is open has gone, after act() was called."""
         before = desktop.windows.shown()
         act()
-        wait_until(lambda: before - desktop.windows.shown(), "something closes")
+        wait_until(lambda: before - desktop.windows.shown() and desktop.windows.nobody_holds_the_pointer(),
+                   "something closes", state=desktop.windows.unmanaged)
 
 
 def write_keyfile(desktop, text):
@@ -205,7 +208,7 @@ class OnSway(Host):
     def opened(self, desktop, act):
         self._before = desktop.screen.settled(self._below_the_panel(desktop))
         act()
-        return wait_until(lambda: self._what_is_open(desktop), "something opens")
+        return wait_until(lambda: tallest(filter(None, [self._what_is_open(desktop)])), "something opens")
 
     def closed(self, desktop, act):
         act()

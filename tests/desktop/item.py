@@ -118,11 +118,17 @@ def open_menu(desktop, place, button=3):
     """Clicks at a place in the panel and returns the rectangle of the menu that opens."""
     before = desktop.windows.shown()
     desktop.screen.click(*place.centre, button)
-    return wait_until(lambda: desktop.windows.shown() - before, "a menu").pop()
+    return wait_until(lambda: tallest(desktop.windows.shown() - before), "a menu", state=desktop.windows.unmanaged)
 
 
 # Half a line from the edge is well inside the first or the last entry with every theme.
 HALF_A_LINE = 14
+
+
+def tallest(places):
+    """The rectangle of what is open, or None. A menu may stand there before it has its entries."""
+    return max((place for place in places if place.height > 3 * HALF_A_LINE), key=lambda place: place.height,
+               default=None)
 
 
 def click_first_entry(screen, menu):

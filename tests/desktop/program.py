@@ -19,13 +19,13 @@ class Program:
     """One run of the program.
 
     zone          the time zone of its user
-    clock_offset  seconds by which its clock, and that of the git it starts, is ahead
+    clock_offset  seconds by which its clock, and that of the git it starts, is ahead; None leaves it the machine's
     output        where its standard output goes; a file of its own where nothing is given
     wrapper       a command that starts it, and becomes it
     given         further environment variables, as a launcher adds them
     """
 
-    def __init__(self, desktop, zone="UTC", clock_offset=0, output=None, wrapper=(), given=None):
+    def __init__(self, desktop, zone="UTC", clock_offset=None, output=None, wrapper=(), given=None):
         self._mark = uuid.uuid4().hex
         self.output_file = desktop.logs / f"program-{self._mark[:8]}.out"
         self.error_file = desktop.logs / f"program-{self._mark[:8]}.err"
@@ -81,6 +81,6 @@ class Program:
 
 
 def _clock(offset):
-    if not offset:
+    if offset is None:
         return {}
     return {"LD_PRELOAD": os.environ["VELQUARIN_TEST_CLOCK"], "VELQUARIN_TEST_CLOCK_OFFSET": str(offset)}

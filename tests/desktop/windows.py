@@ -97,6 +97,13 @@ class Windows:
             return None
         return Rectangle(place.x, place.y, place.x + place.width, place.y + place.height)
 
+    def nobody_holds_the_pointer(self):
+        """Whether the next click goes to what is under the pointer: a menu that has gone may still keep it for a while."""
+        status = self.root.grab_pointer(False, 0, X.GrabModeAsync, X.GrabModeAsync, X.NONE, X.NONE, X.CurrentTime)
+        self.display.ungrab_pointer(X.CurrentTime)
+        self.display.sync()
+        return status == X.GrabSuccess
+
     def point(self, x, y):
         xtest.fake_input(self.display, X.MotionNotify, x=x, y=y)
         self.display.sync()
