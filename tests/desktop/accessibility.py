@@ -2,24 +2,27 @@
 # SPDX-License-Identifier: MIT
 """What a screen reader hears of the program, and what it can do.
 
-The library behind it keeps one bus for the life of a process and remembers what it saw, so every look is a process of
-its own: this file run as a script.
+A reader asks the program itself, over the accessibility bus, at every look: nothing is remembered between two looks.
+The program's words of what has changed only end the wait for the next one.
 """
 
-import json
-import os
-import pathlib
-import subprocess
-import sys
+from gi.repository import Gio, GLib
 
-from gi.repository import GLib
-
-from waiting import wait_until
+from waiting import LIMIT_SECONDS, wait_until
 
 BUS = "org.a11y.Bus"
 LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 PROGRAM = "velquarin"
-WHOSE = "VELQUARIN_TEST_READ_PROGRAM"
+
+_REGISTRY = "org.a11y.atspi.Registry"
+_ROOT = "/org/a11y/atspi/accessible/root"
+_NOTHING = "/org/a11y/atspi/null"
+_HEARD = ("Object", "Window")
+_LABELLED_BY = 2
+
+# Source: AtspiStateType, the number of each bit
+_STATES = {"checked": 4, "enabled": 8, "focusable": 11, "focused": 12, "selected": 23, "sensitive": 24, "showing": 25,
+           "visible": 30}
 
 
 def start(desktop):
@@ -31,15 +34,132 @@ def start(desktop):
         desktop.bus.call(BUS, "/org/a11y/bus", "org.freedesktop.DBus.Properties", "Set", arguments)
 
 
-class Node:
-    """One element as it was when looked at."""
+class _Objects:
+    """The objects of programs on the accessibility bus. GLib.Error where one is not there, or no longer."""
 
-    def __init__(self, data):
-        self.role, self.name, self.value = data["role"], data["name"], data["value"]
-        self.description, self.label = data["description"], data["label"]
-        self.states, self.actions = set(data["states"]), data["actions"]
-        self.place = data["place"]
-        self.children = [Node(child) for child in data["children"]]
+    def __init__(self, desktop):
+        address, = desktop.bus.call(BUS, "/org/a11y/bus", BUS, "GetAddress")
+        flags = Gio.DBusConnectionFlags
+        self._connection = Gio.DBusConnection.new_for_address_sync(
+            address, flags.AUTHENTICATION_CLIENT | flags.MESSAGE_BUS_CONNECTION, None, None)
+        for kind in _HEARD:
+            self._connection.signal_subscribe(None, f"org.a11y.atspi.Event.{kind}", None, None, None,
+                                              Gio.DBusSignalFlags.NONE, lambda *_: None)
+            self.call((_REGISTRY, "/org/a11y/atspi/registry"), _REGISTRY, "RegisterEvent",
+                      GLib.Variant("(sass)", (f"{kind.lower()}:", [], "")))
+
+    def call(self, place, interface, method, arguments=None):
+        """The results of one call, as a tuple."""
+        return self.call_all([(place, interface, method, arguments)])[0]
+
+    def call_all(self, calls):
+        """The results of calls, all of them on their way at once."""
+        results = [None] * len(calls)
+        left = set(range(len(calls)))
+
+        def take(connection, answer, number):
+            left.discard(number)
+            try:
+                results[number] = connection.call_finish(answer).unpack()
+            except GLib.Error as error:
+                results[number] = error
+        for number, ((name, path), interface, method, arguments) in enumerate(calls):
+            self._connection.call(name, path, interface, method, arguments, None, Gio.DBusCallFlags.NONE,
+                                  round(1000 * LIMIT_SECONDS), None, take, number)
+        while left:
+            GLib.MainContext.default().iteration(True)
+        for result in results:
+            if isinstance(result, GLib.Error):
+                raise result
+        return results
+
+    def ask(self, place, method, arguments=None):
+        return self.call(place, *_accessible(method), arguments)[0]
+
+    def children(self, place):
+        return [child for child in self.ask(place, "GetChildren") if child[1] != _NOTHING]
+
+    def name(self, place):
+        return self.call(place, *_property("Accessible", "Name"))[0]
+
+    def implements(self, place, interface):
+        return f"org.a11y.atspi.{interface}" in self.ask(place, "GetInterfaces")
+
+
+def _accessible(method):
+    return "org.a11y.atspi.Accessible", method
+
+
+def _property(interface, name):
+    arguments = GLib.Variant("(ss)", (f"org.a11y.atspi.{interface}", name))
+    return "org.freedesktop.DBus.Properties", "Get", arguments
+
+
+def _state_names(words):
+    bits = words[0] | words[1] << 32
+    return {name for name, number in _STATES.items() if bits >> number & 1}
+
+
+class Node:
+    """One element: role, name, states and children as they were when looked at, all else as it is when asked for."""
+
+    _LOOKS = (_accessible("GetRoleName"), _property("Accessible", "Name"), _accessible("GetState"),
+              _accessible("GetChildren"))
+
+    def __init__(self, objects, place, looks):
+        self._objects, self._place = objects, place
+        (self.role,), (self.name,), (words,), (self._places,) = looks
+        self.states = _state_names(words)
+        self.children = []
+
+    @classmethod
+    def look(cls, objects, places):
+        """The nodes at these places, with what they hold. What is not shown is not gone into: it may be a year of days."""
+        if not places:
+            return []
+        calls = [(place, *look, *(() if len(look) == 3 else (None,))) for place in places for look in cls._LOOKS]
+        answers = objects.call_all(calls)
+        count = len(cls._LOOKS)
+        nodes = [cls(objects, place, answers[count * number:count * (number + 1)])
+                 for number, place in enumerate(places)]
+        inner = [(node, place) for node in nodes if "showing" in node.states
+                 for place in node._places if place[1] != _NOTHING]
+        found = cls.look(objects, [place for _, place in inner])
+        for (node, _), child in zip(inner, found):
+            node.children.append(child)
+        return nodes
+
+    @property
+    def description(self):
+        return self._objects.call(self._place, *_property("Accessible", "Description"))[0]
+
+    @property
+    def label(self):
+        """The name of what stands beside an element to label it; empty where nothing does."""
+        relations = dict(self._objects.ask(self._place, "GetRelationSet"))
+        return self._objects.name(relations[_LABELLED_BY][0]) if _LABELLED_BY in relations else ""
+
+    @property
+    def actions(self):
+        if not self._objects.implements(self._place, "Action"):
+            return []
+        found, = self._objects.call(self._place, "org.a11y.atspi.Action", "GetActions")
+        return [name for name, _, _ in found]
+
+    @property
+    def place(self):
+        """Left, top, width and height on the screen."""
+        on_the_screen = GLib.Variant("(u)", (0,))
+        return self._objects.call(self._place, "org.a11y.atspi.Component", "GetExtents", on_the_screen)[0]
+
+    @property
+    def centre(self):
+        x, y, width, height = self.place
+        return x + width // 2, y + height // 2
+
+    def press(self):
+        """Does the first of its actions."""
+        self._objects.call(self._place, "org.a11y.atspi.Action", "DoAction", GLib.Variant("(i)", (0,)))
 
     def walk(self):
         yield self
@@ -57,155 +177,75 @@ class Node:
     def find(self, name, role=None):
         return next((node for node in self.shown() if node.name == name and role in (None, node.role)), None)
 
-    @property
-    def centre(self):
-        x, y, width, height = self.place
-        return x + width // 2, y + height // 2
+    def focused(self):
+        """The name of what has the keyboard's focus inside of it, the innermost; None where nothing has."""
+        for child in self.children:
+            if "showing" in child.states and (inner := child.focused()):
+                return inner
+            if "focused" in child.states:
+                return child.name
+        return None
 
 
 class Reader:
     """Looks at a program's windows, and acts on them like a screen reader."""
 
     def __init__(self, desktop, program=PROGRAM):
-        self._environment = {**desktop.environment, WHOSE: program}
+        self._objects = _Objects(desktop)
+        self._program = program
 
-    def _run(self, *arguments):
-        command = [sys.executable, "-B", "-W", "ignore::DeprecationWarning", str(pathlib.Path(__file__).resolve()), *arguments]
-        return subprocess.run(command, env=self._environment, stdout=subprocess.PIPE, check=True, timeout=30).stdout
+    # The registry lists a program that has ended for a while.
+    def _is_program(self, place):
+        try:
+            return self._objects.name(place).lower() == self._program
+        except GLib.Error:
+            return False
 
-    def shown_windows(self):
-        return [window for window in map(Node, json.loads(self._run("look"))) if "showing" in window.states]
+    def _windows(self):
+        programs = filter(self._is_program, self._objects.children((_REGISTRY, _ROOT)))
+        return [(place, self._objects.name(place)) for program in programs for place in self._objects.children(program)]
+
+    # What goes away while it is looked at is not there.
+    def shown_windows(self, name=None):
+        """The windows on the screen, or those of a name."""
+        try:
+            places = [place for place, its_name in self._windows() if name in (None, its_name)]
+            return [window for window in Node.look(self._objects, places) if "showing" in window.states]
+        except GLib.Error:
+            return []
 
     def window(self, name):
         """The window of that name, or None."""
-        return next((window for window in self.shown_windows() if window.name == name), None)
+        return next(iter(self.shown_windows(name)), None)
+
+    def texts(self):
+        """All that there is to read in all windows, by window."""
+        return {window.name: window.texts() for window in self.shown_windows()}
+
+    def wait(self, window, condition, what):
+        """The first true answer of condition() to the window of that name."""
+        def fulfilled():
+            found = self.window(window)
+            return condition(found) if found else None
+        return wait_until(fulfilled, f"{what} in {window!r}", state=self.texts)
 
     def wait_for_window(self, name):
-        return wait_until(lambda: self.window(name), f"the window {name!r}")
+        return wait_until(lambda: self.window(name), f"the window {name!r}", state=self.texts)
 
     def wait_without_window(self, name):
-        wait_until(lambda: not self.window(name), f"no window {name!r}")
+        wait_until(lambda: not self.window(name), f"no window {name!r}", state=self.texts)
 
     def wait_for(self, window, name):
         """The element of that name in that window."""
-        def element():
-            found = self.window(window)
-            return found and found.find(name)
-        return wait_until(element, f"{name!r} in {window!r}")
+        return self.wait(window, lambda found: found.find(name), repr(name))
 
     def focused(self, window):
         """The name of what has the keyboard's focus inside of that window, the innermost; None where nothing has."""
-        return json.loads(self._run("focused", window))
+        found = self.window(window)
+        return found and found.focused()
 
     def press(self, window, name):
         """Does the first action of the element of that name."""
-        self._run("press", window, name)
-
-
-def _program():
-    from gi.repository import Atspi
-    Atspi.init()
-    desktop = Atspi.get_desktop(0)
-    for index in range(desktop.get_child_count()):
-        application = desktop.get_child_at_index(index)
-        if application and application.get_name().lower() == os.environ[WHOSE]:
-            return application
-    return None
-
-
-def _children(element):
-    return filter(None, (element.get_child_at_index(index) for index in range(element.get_child_count())))
-
-
-# A closed window keeps its parts, hundreds of them in a year of days.
-def _is_put_away(element):
-    from gi.repository import Atspi
-    if element.get_state_set().contains(Atspi.StateType.SHOWING):
-        return False
-    return element.get_parent().get_role() == Atspi.Role.APPLICATION
-
-
-def _label(element):
-    """The name of what stands beside an element to label it; empty where nothing does."""
-    from gi.repository import Atspi
-    relations = [relation for relation in element.get_relation_set()
-                 if relation.get_relation_type() == Atspi.RelationType.LABELLED_BY]
-    return next((relation.get_target(0).get_name() for relation in relations), "")
-
-
-def _described(element):
-    from gi.repository import Atspi
-    action, component, value = element.get_action_iface(), element.get_component_iface(), element.get_value_iface()
-    extents = component.get_extents(Atspi.CoordType.SCREEN) if component else None
-    return {
-        "role": element.get_role_name(),
-        "name": element.get_name(),
-        "description": element.get_description(),
-        "label": _label(element),
-        "value": value.get_current_value() if value else None,
-        "states": [state.value_nick for state in element.get_state_set().get_states()],
-        "actions": [action.get_action_name(index) for index in range(action.get_n_actions())] if action else [],
-        "place": [extents.x, extents.y, extents.width, extents.height] if extents else [0, 0, 0, 0],
-        "children": [] if _is_put_away(element) else [_described(child) for child in _children(element)],
-    }
-
-
-def _find(element, name):
-    if element.get_name() == name and element.get_action_iface() and element.get_action_iface().get_n_actions():
-        return element
-    return next(filter(None, (_find(child, name) for child in _children(element))), None)
-
-
-def _windows():
-    """The windows of the program, while there is one."""
-    program = _program()
-    return _children(program) if program else []
-
-
-# Parts of what is not shown are passed over: there are many.
-def _focused(element):
-    from gi.repository import Atspi
-    for child in _children(element):
-        states = child.get_state_set()
-        if states.contains(Atspi.StateType.SHOWING) and (inner := _focused(child)):
-            return inner
-        if states.contains(Atspi.StateType.FOCUSED):
-            return child.get_name()
-    return None
-
-
-def _focused_in(window_name):
-    try:
-        return next(filter(None, (_focused(window) for window in _windows() if window.get_name() == window_name)), None)
-    except GLib.Error:
-        return None
-
-
-def _press(window_name, name):
-    for window in _windows():
-        element = _find(window, name) if window.get_name() == window_name else None
-        if element:
-            element.get_action_iface().do_action(0)
-            return
-    sys.exit(f"nothing to press is called {name!r}")
-
-
-# What goes away while it is looked at is not there.
-def _look():
-    try:
-        return [_described(window) for window in _windows()]
-    except GLib.Error:
-        return []
-
-
-def _main(arguments):
-    import gi
-    gi.require_version("Atspi", "2.0")
-    if arguments[0] == "press":
-        _press(*arguments[1:])
-        return
-    print(json.dumps(_focused_in(*arguments[1:]) if arguments[0] == "focused" else _look()))
-
-
-if __name__ == "__main__":
-    _main(sys.argv[1:])
+        def node(found):
+            return next((node for node in found.walk() if node.name == name and node.actions), None)
+        self.wait(window, node, f"{name!r} with an action").press()

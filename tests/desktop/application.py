@@ -8,7 +8,7 @@ from waiting import wait_until
 
 
 class Recorder:
-    """Owns a name with one object behind it, and answers every call with nothing. Turns the loop only while waiting."""
+    """Owns a name with one object behind it, and answers every call with nothing. It answers while somebody waits."""
 
     def __init__(self, bus, name, path, interface, methods):
         self.calls = []
@@ -25,10 +25,7 @@ class Recorder:
         invocation.return_value(None)
 
     def wait_for_call(self):
-        def has_been_called():
-            GLib.MainContext.default().iteration(False)
-            return self.calls
-        return wait_until(has_been_called, "a call")
+        return wait_until(lambda: self.calls, "a call")
 
 
 class SomeApplication(Recorder):
@@ -40,10 +37,7 @@ class SomeApplication(Recorder):
 
     def answer(self, program):
         """What the program handed over, call by call, until it ended."""
-        def has_ended():
-            GLib.MainContext.default().iteration(False)
-            return not program.is_running()
-        wait_until(has_ended, "the second start's end")
+        wait_until(lambda: not program.is_running(), "the second start's end")
         return [arguments[0] for method, arguments in self.calls if method == "Activate"]
 
 

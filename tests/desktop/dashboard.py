@@ -3,7 +3,6 @@
 """The program with its dashboard, opened by a real click and read as a screen reader does."""
 
 import datetime
-import time
 
 import accessibility
 import case
@@ -44,22 +43,21 @@ def cell_name(day, count):
 class Dashboard:
     """The program on a desktop with two repositories and one without a commit, its dashboard not yet open.
 
-    now      makes the clock of its user, when the program is about to start; noon of today where nothing is given
     prepare  is called with the repositories by name before the program starts
     given    further environment variables of the program
     streak   the item's label for which it waits; None where the first refresh is to be met while it runs
     """
 
-    def __init__(self, desktop, now=lambda: case.ShiftedTime(12, 0, "UTC"), prepare=lambda _: None, streak=STREAK,
+    def __init__(self, desktop, prepare=lambda _: None, streak=STREAK,
                  given=None):
         self.desktop = desktop
-        self.repositories = self._make_repositories(now().now)
+        self.now = case.ShiftedTime(12, 0, "UTC")
+        self.repositories = self._make_repositories(self.now.now)
         preferences.write(desktop.config, [repository.path for repository in self.repositories.values()])
         prepare(self.repositories)
         accessibility.start(desktop)
         desktop.start_panel()
         place = PanelPlace(desktop.screen)
-        self.now = now()
         self.program = Program(desktop, "UTC", self.now.offset, given=given)
         self.item = StatusItem(desktop)
         if streak is not None:
@@ -73,10 +71,6 @@ class Dashboard:
             repositories[name].commit_days_ago(now, *days)
         return repositories
 
-    def user_time(self):
-        """The moment that the user's clock shows."""
-        return datetime.datetime.fromtimestamp(time.time() + self.now.offset, datetime.timezone.utc)
-
     def click_item(self, button=1):
         self.desktop.screen.click(*self.rectangle.centre, button)
 
@@ -87,8 +81,16 @@ class Dashboard:
         self.click_item()
         return self.reader.wait_for_window(WINDOW)
 
+    def close(self):
+        """Closes whatever of the program is open, by the key that does it."""
+        for name in (SETTINGS, WINDOW):
+            if self.reader.window(name):
+                self.press_key("Escape")
+                self.reader.wait_without_window(name)
+
     def wait_until_closed(self):
         self.reader.wait_without_window(WINDOW)
+        wait_until(self.desktop.windows.nobody_holds_the_pointer, "the pointer is free")
 
     def wait_for(self, name):
         return self.reader.wait_for(WINDOW, name)
@@ -112,4 +114,4 @@ class Dashboard:
         return self.reader.focused(WINDOW)
 
     def wait_for_focus(self, name):
-        wait_until(lambda: self.focused_name() == name, f"the focus on {name!r}")
+        wait_until(lambda: self.focused_name() == name, f"the focus on {name!r}", state=self.focused_name)

@@ -6,20 +6,20 @@ import os
 import pathlib
 import select
 import shutil
-import subprocess
 import tempfile
-import uuid
 from functools import cached_property
 
 from gi.repository import GLib
 
+import appearance
 import panel
 import processes
 from bus import Bus
+from keeper import Keeper
 from screen import Screen
-from waiting import wait_until
+from waiting import LIMIT_SECONDS, wait_until
+from windows import Windows
 
-MARK = "VELQUARIN_TEST_DESKTOP"
 WATCHER = "org.kde.StatusNotifierWatcher"
 NOTIFICATIONS = "org.freedesktop.Notifications"
 FILE_MANAGER = "org.freedesktop.FileManager1"
@@ -43,11 +43,11 @@ class Desktop:
     def __init__(self, name, bus=True, bus_comes_late=False, panel_plugins=("separator", "systray"), width=1024,
                  height=768):
         self._name = name
-        self._mark = uuid.uuid4().hex
         self._started = {}
         self._bus_runs_at_first = not bus_comes_late
         self._panel_plugins = panel_plugins
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="velquarin-desktop-"))
+        self._keeper = Keeper(self.folder)
         self.logs = self._make("logs")
         self.home = self._make("home")
         self.config = self._make("config")
@@ -67,14 +67,12 @@ class Desktop:
         try:
             if kind is not None:
                 self._keep_remains()
-            self._end_everything()
         finally:
-            shutil.rmtree(self.folder, ignore_errors=True)
+            self._end_everything()
 
     @cached_property
     def windows(self):
-        """The windows on the screen. Only who looks at them needs the library for it."""
-        from windows import Windows
+        """The windows on the screen."""
         return Windows(self.environment["DISPLAY"])
 
     def _make(self, name):
@@ -85,7 +83,7 @@ class Desktop:
     # Nothing of the real session leaks in: the environment is written from nothing.
     def _environment(self):
         return {
-            MARK: self._mark,
+            **self._keeper.mark,
             "PATH": "/usr/local/bin:/usr/bin:/bin",
             "HOME": str(self.home),
             "XDG_CONFIG_HOME": str(self.config),
@@ -99,10 +97,9 @@ class Desktop:
             "LANG": "C.UTF-8",
             "TZ": "UTC",
             "GSETTINGS_BACKEND": "memory",
-            # Else the toolkit looks and asks for folders as GTK does, where its plugin for that is installed.
-            "QT_QPA_PLATFORMTHEME": "generic",
             "GIO_USE_VFS": "local",
             "NO_AT_BRIDGE": "1",
+            **appearance.settle(self.config),
         }
 
     def _open(self):
@@ -117,7 +114,7 @@ class Desktop:
         self.wait_for_window_manager()
 
     def wait_for_window_manager(self):
-        wait_until(lambda: b"window id" in self._root_property("_NET_SUPPORTING_WM_CHECK"), "the window manager")
+        wait_until(self.windows.are_managed, "the window manager")
 
     # The server itself picks a number that is free, so that two desktops never meet.
     def _start_screen(self):
@@ -127,15 +124,11 @@ class Desktop:
                    "-nolisten", "tcp", pass_fds=(writer,))
         os.close(writer)
         with open(reader, encoding="ascii") as pipe:
-            ready, _, _ = select.select([pipe], [], [], 20)
+            ready, _, _ = select.select([pipe], [], [], LIMIT_SECONDS)
             number = pipe.readline().strip() if ready else ""
         if not number:
             raise RuntimeError("Xvfb did not start: " + (self.logs / "Xvfb.log").read_text())
         self.environment["DISPLAY"] = f":{number}"
-
-    def _root_property(self, name):
-        return subprocess.run(["xprop", "-root", name], env=self.environment, stdout=subprocess.PIPE, check=True,
-                              timeout=20).stdout
 
     def start(self, name, *command, **more):
         self._started[name] = processes.start(name, command, self.environment, self.logs, **more)
@@ -162,8 +155,7 @@ class Desktop:
     def start_panel(self):
         """A panel that shows status items: it is there when this returns."""
         self.start("panel", "xfce4-panel", "--disable-wm-check")
-        wait_until(self.takes_items, "the panel")
-        self.screen.settled()
+        wait_until(lambda: self.takes_items() and panel.is_drawn(self.screen), "the panel")
 
     def end_panel(self):
         self.end("panel")
@@ -189,10 +181,11 @@ class Desktop:
 
     def start_old_tray(self):
         """A tray of the kind that needs no session bus; it takes the upper edge of the screen."""
+        without = panel.picture(self.screen)
         self.start("trayer", "trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel", "--width", "100",
                    "--heighttype", "pixel", "--height", str(panel.HEIGHT), "--transparent", "false",
                    "--tint", "0x353535")
-        self.screen.settled()
+        wait_until(lambda: self.windows.has_tray() and panel.picture(self.screen) != without, "the tray")
 
     def _keep_remains(self):
         keep = os.environ.get("VELQUARIN_DESKTOP_FAILURES")
@@ -202,16 +195,15 @@ class Desktop:
         shutil.rmtree(folder, ignore_errors=True)
         shutil.copytree(self.logs, folder)
         if "DISPLAY" in self.environment:
-            subprocess.run(["import", "-silent", "-window", "root", folder / "screen.png"], env=self.environment,
-                           check=False, timeout=20)
+            self.screen.save(folder / "screen.png")
         print(f"What was left is in {folder}")
 
-    # The last to come goes first; the mark finds what they started themselves.
     def _end_everything(self):
         if "windows" in vars(self):
             self.windows.close()
-        for name in reversed(list(self._started)):
-            self.end(name)
+        self.screen.close()
+        self._keeper.end()
+        for process in self._started.values():
+            process.wait()
         if self.bus:
             self.bus.end()
-        processes.end_all(MARK, self._mark)

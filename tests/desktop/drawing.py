@@ -5,6 +5,8 @@
 from Xlib import X
 from Xlib.ext import damage
 
+from waiting import LIMIT_SECONDS
+
 QUIET_SECONDS = 0.3
 
 
@@ -23,13 +25,13 @@ class Drawings:
         windows.display.damage_query_version()
         windows.root.damage_create(damage.DamageReportRawRectangles)
 
-    def next(self, seconds=20.0):
+    def next(self, seconds=LIMIT_SECONDS):
         """The next word that something was drawn, or None when nothing is in that time."""
         def is_drawing(event):
             return event.type == self._windows.display.extension_event.DamageNotify
         return self._windows.next_event(is_drawing, seconds)
 
-    def next_in(self, place, seconds=20.0):
+    def next_in(self, place, seconds=LIMIT_SECONDS):
         """The same, with what is drawn elsewhere passed over."""
         while drawing := self.next(seconds):
             if meets(drawing, place):

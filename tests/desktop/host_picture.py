@@ -25,7 +25,7 @@ from waiting import wait_until
 HOSTS = {**hosts.BY_NAME, **heavy_hosts.BY_NAME}
 
 # What every desktop here is made of.
-BASE = ("dbus-daemon", "git", "imagemagick", "openbox", "python3-xlib", "util-linux", "x11-utils", "xdotool", "xvfb")
+BASE = ("dbus-daemon", "fonts-dejavu-core", "git", "imagemagick", "openbox", "python3-xlib", "util-linux", "xvfb")
 
 # What stands around the item belongs to the picture.
 MARGIN = 60
@@ -53,20 +53,20 @@ def _tooltip(desktop):
 
 def _flame(desktop, before):
     """Where the flame of a day with a commit has come since, along an edge of the screen; None before it has."""
-    now = desktop.screen.settled()
-    height = desktop.screen.height
-    for top, bottom in ((0, THICKEST_PANEL), (height - THICKEST_PANEL, height)):
-        place = desktop.screen.change(before, now, top, bottom)
-        if place and (flame := Look(now, place).where(ORANGE)):
+    for edge in before:
+        place = edge.difference(desktop.screen.settled(edge.place))
+        if place and (flame := Look(desktop.screen.picture(place)).where(ORANGE)):
             return flame
     return None
 
 
 def _start_both(host, desktop, is_late):
-    """The program, and the screen without it."""
+    """The program, and the upper and the lower edge of the screen without it."""
     if not is_late:
         host.start(desktop)
-    before = desktop.screen.settled()
+    screen = desktop.screen
+    before = [screen.settled(screen.whole._replace(bottom=THICKEST_PANEL)),
+              screen.settled(screen.whole._replace(top=screen.height - THICKEST_PANEL))]
     program = Program(desktop)
     if is_late:
         wait_for_quiet(program.pid)

@@ -5,6 +5,7 @@
 import case
 import panel
 from desktop import WATCHER, Desktop
+from item import tallest
 from waiting import wait_until
 from wayland import NestedWaylandDesktop
 
@@ -37,9 +38,10 @@ class Host:
         pass
 
     def start(self, desktop):
+        """Returns when it can be seen."""
+        without = panel.picture(desktop.screen)
         desktop.start("host", *self.command(desktop))
-        wait_until(lambda: self.is_ready(desktop), "the host")
-        desktop.screen.settled()
+        wait_until(lambda: self.is_ready(desktop) and panel.picture(desktop.screen) != without, "the host")
 
     def end(self, desktop):
         desktop.end("host")
@@ -52,19 +54,18 @@ class Host:
         return desktop.takes_items()
 
     def opened(self, desktop, act):
-        """The rectangle of the menu or the dashboard that comes when act() is called."""
+        """The rectangle of the menu or the dashboard that comes when act() is called, once it holds something."""
         before = desktop.windows.shown()
         act()
-        place = wait_until(lambda: desktop.windows.shown() - before, "something opens").pop()
-        desktop.screen.settled()
-        return place
+        return wait_until(lambda: tallest(desktop.windows.shown() - before), "something opens",
+                          state=desktop.windows.unmanaged)
 
     def closed(self, desktop, act):
         """Returns when what is open has gone, after act() was called."""
         before = desktop.windows.shown()
         act()
-        wait_until(lambda: before - desktop.windows.shown(), "something closes")
-        desktop.screen.settled()
+        wait_until(lambda: before - desktop.windows.shown() and desktop.windows.nobody_holds_the_pointer(),
+                   "something closes", state=desktop.windows.unmanaged)
 
 
 def write_keyfile(desktop, text):
@@ -205,16 +206,19 @@ class OnSway(Host):
     # What one program shows another cannot list there; a picture tells. What is open may change by itself, as a time
     # that counts does, so it has only closed when all looks as it did before.
     def opened(self, desktop, act):
-        self._before = desktop.screen.settled()
+        self._before = desktop.screen.settled(self._below_the_panel(desktop))
         act()
-        return wait_until(lambda: self._what_is_open(desktop), "something opens")
+        return wait_until(lambda: tallest(filter(None, [self._what_is_open(desktop)])), "something opens")
 
     def closed(self, desktop, act):
         act()
         wait_until(lambda: not self._what_is_open(desktop), "something closes")
 
+    def _below_the_panel(self, desktop):
+        return desktop.screen.whole._replace(top=panel.HEIGHT)
+
     def _what_is_open(self, desktop):
-        return desktop.screen.change(self._before, desktop.screen.settled(), top=panel.HEIGHT)
+        return self._before.difference(desktop.screen.settled(self._before.place))
 
 
 class Swaybar(OnSway):

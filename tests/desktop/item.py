@@ -6,6 +6,7 @@ from gi.repository import Gio, GLib
 
 import panel
 from desktop import WATCHER
+from screen import Rectangle
 from waiting import wait_until
 
 ITEM = "org.kde.StatusNotifierItem"
@@ -58,14 +59,20 @@ class StatusItem:
         return self.property("IconAccessibleDesc")
 
     def wait_for_label(self, text):
-        wait_until(lambda: self.label() == text, f"the item's label becomes {text!r}")
+        wait_until(lambda: self.label() == text, f"the item's label becomes {text!r}", state=self.label)
 
     def wait_until_refreshed(self):
         """Returns when the symbol of a refresh has given way to the flame."""
-        wait_until(lambda: self.symbol() == "Velquarin", "the end of the refresh", 60)
+        wait_until(lambda: self.symbol() == "Velquarin", "the end of the refresh", state=self.symbol)
 
     def wait_for_symbol(self, text):
-        wait_until(lambda: self.symbol() == text, f"the item's symbol becomes {text!r}")
+        wait_until(lambda: self.symbol() == text, f"the item's symbol becomes {text!r}", state=self.symbol)
+
+    def wait_until_heard(self):
+        """Returns when the panel has dealt with what its user did before, and then the program with what it was told."""
+        for _ in range(2):
+            self._bus.property(WATCHER, "/StatusNotifierWatcher", WATCHER, "IsStatusNotifierHostRegistered")
+        self.symbol()
 
     def activate(self, x, y):
         """Tells the item of a click, as a panel does: nobody waits for the answer."""
@@ -96,27 +103,32 @@ class PanelPlace:
 
     def __init__(self, screen):
         self._screen = screen
-        self._before = screen.settled()
+        self._strip = Rectangle(0, 0, screen.width, panel.HEIGHT)
+        self._before = screen.picture(self._strip)
+
+    def now(self):
+        """The rectangle in which the strip now differs from what it was, or None."""
+        return self._before.difference(self._screen.picture(self._strip))
 
     def find(self):
-        """The rectangle in which the strip now differs from what it was."""
-        def change():
-            return self._screen.change(self._before, self._screen.settled(), bottom=panel.HEIGHT)
-        return wait_until(change, "something new in the panel")
+        return wait_until(self.now, "something new in the panel")
 
 
-def open_menu(screen, place, button=3):
+def open_menu(desktop, place, button=3):
     """Clicks at a place in the panel and returns the rectangle of the menu that opens."""
-    before = screen.settled()
-    screen.click(*place.centre, button)
-
-    def change():
-        return screen.change(before, screen.settled(), top=panel.HEIGHT)
-    return wait_until(change, "a menu below the panel")
+    before = desktop.windows.shown()
+    desktop.screen.click(*place.centre, button)
+    return wait_until(lambda: tallest(desktop.windows.shown() - before), "a menu", state=desktop.windows.unmanaged)
 
 
 # Half a line from the edge is well inside the first or the last entry with every theme.
 HALF_A_LINE = 14
+
+
+def tallest(places):
+    """The rectangle of what is open, or None. A menu may stand there before it has its entries."""
+    return max((place for place in places if place.height > 3 * HALF_A_LINE), key=lambda place: place.height,
+               default=None)
 
 
 def click_first_entry(screen, menu):

@@ -22,15 +22,15 @@ def _is_white(pixel):
 
 
 class Look:
-    """The pixels of a rectangle on the screen.
+    """The picture of a rectangle on the screen.
 
     place  where; all of it belongs to the item
     """
 
-    def __init__(self, rows, place):
-        self.place = place
-        self._pixels = {(x, y): tuple(rows[y][3 * x:3 * x + 3])
-                        for y in range(place.top, place.bottom) for x in range(place.left, place.right)}
+    def __init__(self, picture):
+        self.place = picture.place
+        self._pixels = {(x, y): picture.pixel(x, y) for y in range(self.place.top, self.place.bottom)
+                        for x in range(self.place.left, self.place.right)}
 
     def _where(self, is_wanted):
         """The rectangle of the pixels of a kind; None where there are too few for somebody to name it."""

@@ -2,6 +2,8 @@
 # SPDX-License-Identifier: MIT
 """The panel's settings, written before it starts, and the colours of its surroundings."""
 
+from screen import Rectangle
+
 _PLUGINS = {
     "separator": '<property name="expand" type="bool" value="true"/><property name="style" type="uint" value="0"/>',
     "systray": '<property name="square-icons" type="bool" value="true"/>',
@@ -28,6 +30,7 @@ _SETTINGS = """<?xml version="1.0" encoding="UTF-8"?>
 """
 
 HEIGHT = 28
+NARROWEST = 100
 BACKGROUND = "#353535"
 
 
@@ -44,3 +47,19 @@ def write_settings(config_folder, plugins=("separator", "systray"), dark=True):
         dark=str(dark).lower(), height=HEIGHT,
         ids="".join(f'<value type="int" value="{number}"/>' for number, _ in numbered),
         plugins="".join(_plugin(number, name) for number, name in numbered)))
+
+
+def picture(screen):
+    """What there is to see at the right end of the upper edge, as far as the narrowest panel reaches."""
+    return screen.picture(Rectangle(screen.width - NARROWEST, 0, screen.width, HEIGHT))
+
+
+def is_empty(screen):
+    """Whether nothing is to be seen there but one colour."""
+    return len(set(picture(screen).pixels())) == 1
+
+
+def is_drawn(screen, colour=BACKGROUND):
+    """Whether a panel of this colour is there, whatever it shows: its upper edge is."""
+    edge = screen.picture(Rectangle(0, 0, screen.width, 1))
+    return {"#%02x%02x%02x" % pixel for pixel in edge.pixels()} == {colour}

@@ -2,13 +2,13 @@
 # SPDX-License-Identifier: MIT
 """The program under test: started like any program of a session, watched and ended."""
 
+import ctypes
 import os
 import signal
-import subprocess
-import time
 import uuid
 
 import processes
+from keeper import carrying
 from waiting import wait_until
 
 MARK = "VELQUARIN_TEST_PROGRAM"
@@ -19,13 +19,13 @@ class Program:
     """One run of the program.
 
     zone          the time zone of its user
-    clock_offset  seconds by which its clock, and that of the git it starts, is ahead
+    clock_offset  seconds by which its clock, and that of the git it starts, is ahead; None leaves it the machine's
     output        where its standard output goes; a file of its own where nothing is given
     wrapper       a command that starts it, and becomes it
     given         further environment variables, as a launcher adds them
     """
 
-    def __init__(self, desktop, zone="UTC", clock_offset=0, output=None, wrapper=(), given=None):
+    def __init__(self, desktop, zone="UTC", clock_offset=None, output=None, wrapper=(), given=None):
         self._mark = uuid.uuid4().hex
         self.output_file = desktop.logs / f"program-{self._mark[:8]}.out"
         self.error_file = desktop.logs / f"program-{self._mark[:8]}.err"
@@ -52,18 +52,14 @@ class Program:
 
     def children(self):
         """The ids of what it started and still lives."""
-        return [pid for pid in processes.carrying(MARK, self._mark) if pid != self.pid]
+        return [pid for pid in carrying(MARK, self._mark) if pid != self.pid]
 
     def wait_for_child(self):
         wait_until(self.children, "the program starts git")
 
-    def wait_for_hanging_child(self):
-        """Returns when one and the same child has lived for half a second, which no git does that answers."""
-        def hangs():
-            before = set(self.children())
-            time.sleep(0.5)
-            return before & set(self.children())
-        wait_until(hangs, "a git that hangs")
+    def sleep(self, seconds):
+        """So much of its user's time passes at once. Needs a clock of its user's own."""
+        ctypes.CDLL(None, use_errno=True).sigqueue(self.pid, signal.SIGRTMIN + 5, ctypes.c_void_p(seconds))
 
     def terminate(self):
         self._process.send_signal(signal.SIGTERM)
@@ -73,12 +69,10 @@ class Program:
         self._process.kill()
         self._process.wait()
 
-    def wait_for_end(self, seconds=10.0):
-        """The exit status; TimeoutError when it does not end in time."""
-        try:
-            return self._process.wait(seconds)
-        except subprocess.TimeoutExpired:
-            raise TimeoutError(f"the program did not end within {seconds:g} s") from None
+    def wait_for_end(self):
+        """The exit status."""
+        wait_until(lambda: not self.is_running(), "the program ends")
+        return self._process.returncode
 
     def end(self):
         """Asks it to end, and returns the exit status."""
@@ -87,6 +81,6 @@ class Program:
 
 
 def _clock(offset):
-    if not offset:
+    if offset is None:
         return {}
     return {"LD_PRELOAD": os.environ["VELQUARIN_TEST_CLOCK"], "VELQUARIN_TEST_CLOCK_OFFSET": str(offset)}

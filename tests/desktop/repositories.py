@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Real repositories, made by the real git, with authors and dates of our own."""
 
+import contextlib
 import datetime
 import os
 import subprocess
@@ -30,7 +31,7 @@ class Repository:
 
     def _git(self, *arguments, stdout=None, **environment):
         return subprocess.run(["git", *arguments], cwd=self.path, env={**ENVIRONMENT, **environment}, check=True,
-                              stdin=subprocess.DEVNULL, stdout=stdout, timeout=20)
+                              stdin=subprocess.DEVNULL, stdout=stdout, timeout=60)
 
     def head(self):
         """The id of the newest commit."""
@@ -71,6 +72,14 @@ class Alternation:
         return label
 
 
+# Only while somebody reads can it be opened like that.
+def _try_to_write(fifo):
+    try:
+        return os.open(fifo, os.O_WRONLY | os.O_NONBLOCK)
+    except OSError:
+        return None
+
+
 class HangingRepository:
     """A repository whose HEAD is a fifo that nobody writes to: whoever reads it waits for ever."""
 
@@ -78,7 +87,17 @@ class HangingRepository:
         self.path = folder
         for name in ("objects", "refs"):
             (folder / ".git" / name).mkdir(parents=True)
-        os.mkfifo(folder / ".git" / "HEAD")
+        self._head = folder / ".git" / "HEAD"
+        os.mkfifo(self._head)
+
+    @contextlib.contextmanager
+    def with_a_reader(self):
+        """Waits for a git that reads it, which hangs until the block ends."""
+        writer = wait_until(lambda: _try_to_write(self._head), "a git that hangs")
+        try:
+            yield
+        finally:
+            os.close(writer)
 
 
 class Hold:
@@ -92,18 +111,11 @@ class Hold:
 
     def release(self):
         """Waits for the git that is held, and lets it and all that come after it go on."""
-        writer = wait_until(self._try_to_write, "a git that is held back")
+        writer = wait_until(lambda: _try_to_write(self._head), "a git that is held back")
         content = self._kept.read_bytes()
         self._kept.rename(self._head)
         os.write(writer, content)
         os.close(writer)
-
-    # Only while somebody reads can it be opened like that.
-    def _try_to_write(self):
-        try:
-            return os.open(self._head, os.O_WRONLY | os.O_NONBLOCK)
-        except OSError:
-            return None
 
 
 def tracked_days_ago(desktop, now, *days):

@@ -5,6 +5,7 @@
 import accessibility
 from item import PanelPlace, StatusItem
 from program import Program
+from screen import Rectangle
 from waiting import wait_until
 
 WINDOW = "Settings"
@@ -62,7 +63,8 @@ class Session:
         """Opens the settings by the gear in the dashboard; they show the tab."""
         self.open_dashboard()
         self.screen.click(*self.reader.wait_for(DASHBOARD, "Settings").centre, 1)
-        self.reader.wait_for_window(WINDOW)
+        self.wait(lambda window: Rectangle.of(*window.place) == self.desktop.windows.place_of(WINDOW),
+                  "the place that the window manager gives")
         if tab:
             self.turn_to(tab)
 
@@ -78,14 +80,19 @@ class Session:
 
     def turn_to(self, tab):
         self.click(tab, "page tab")
+        self.wait_for_tab(tab)
+
+    def wait_for_tab(self, tab):
         self.wait(lambda window: current_tab(window) == tab, f"the tab {tab!r}")
+
+    def wait_for_keyboard(self):
+        """Returns when what is pressed goes to the settings."""
+        wait_until(lambda: self.desktop.windows.active() == WINDOW, "the settings have the keyboard",
+                   state=self.desktop.windows.active)
 
     def wait(self, condition, what):
         """The settings window as soon as the condition holds for it."""
-        def fulfilled():
-            window = self.window()
-            return window if window and condition(window) else None
-        return wait_until(fulfilled, what)
+        return self.reader.wait(WINDOW, lambda window: condition(window) and window, what)
 
     def wait_for_text(self, text):
         return self.wait(lambda window: text in window.texts(), f"the text {text!r}")
@@ -115,7 +122,6 @@ class Session:
     def choose_from(self, value, other):
         """Chooses another value in the pop-up that shows this one."""
         self.click(value, "combo box")
-        self.screen.settled()
         window = self.wait(lambda window: all_named(window, other, "list item"), f"{other!r} in the pop-up")
         self.screen.click(*_where_the_text_begins(all_named(window, other, "list item")[-1]), 1)
         self.wait(lambda window: all_named(window, other, "combo box"), f"{other!r} chosen")
@@ -124,7 +130,7 @@ class Session:
         """Opens a folder dialog by one of the buttons; it has the keyboard."""
         self.click(button, "push button")
         self.reader.wait_for_window(question)
-        wait_until(lambda: focused(self.reader.window(question)) == "Directory:", "the dialog takes keys")
+        self.reader.wait(question, lambda window: focused(window) == "Directory:", "the keyboard")
 
     def choose(self, button, question, path):
         """Types a path into the folder dialog that the button opens, and confirms it."""

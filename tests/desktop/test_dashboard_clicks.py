@@ -18,66 +18,70 @@ class Clicks(unittest.TestCase):
         def menu():
             places = [place for title, place in dashboard.desktop.windows.unmanaged() if title == WINDOW]
             return places[0] if len(places) == 1 and not dashboard.window() else None
-        place = wait_until(menu, "the menu")
-        dashboard.desktop.screen.settled()
-        return place
+        return wait_until(menu, "the menu", state=dashboard.desktop.windows.unmanaged)
 
     def assert_toggles(self, dashboard):
         dashboard.open()
         dashboard.click_item()
         dashboard.wait_until_closed()
 
-    def test_a_right_click_shows_the_menu_in_place_of_the_dashboard(self):
+    def a_right_click_shows_the_menu_in_place_of_the_dashboard(self, dashboard):
+        desktop = dashboard.desktop
+        dashboard.open()
+        dashboard.click_item(button=3)
+        self.wait_for_menu(dashboard)
+        dashboard.press_key("Escape")
+        wait_until(lambda: WINDOW not in dict(desktop.windows.unmanaged()), "the menu goes")
+        self.assert_toggles(dashboard)
+
+        dashboard.open()
+        dashboard.repositories["busy"].commit_days_ago(dashboard.now.now, 3, 4)
+        dashboard.click_item(button=3)
+        click_first_entry(desktop.screen, self.wait_for_menu(dashboard))
+        dashboard.item.wait_for_label(" 6")
+        self.assert_toggles(dashboard)
+
+    def test_clicks_on_the_item(self):
         with Desktop(self.id()) as desktop:
             dashboard = Dashboard(desktop)
-            dashboard.open()
-            dashboard.click_item(button=3)
-            self.wait_for_menu(dashboard)
-            dashboard.press_key("Escape")
-            wait_until(lambda: WINDOW not in dict(desktop.windows.unmanaged()), "the menu goes")
-            self.assert_toggles(dashboard)
-
-            dashboard.open()
-            dashboard.repositories["busy"].commit_days_ago(dashboard.now.now, 3, 4)
-            dashboard.click_item(button=3)
-            click_first_entry(desktop.screen, self.wait_for_menu(dashboard))
-            dashboard.item.wait_for_label(" 6")
-            self.assert_toggles(dashboard)
+            for part in (self.a_held_click_opens_it_for_good_and_closes_it_for_good,
+                         self.it_opens_again_where_it_was_and_as_it_was,
+                         self.a_right_click_shows_the_menu_in_place_of_the_dashboard):
+                part(dashboard)
+                dashboard.close()
             self.assertEqual(dashboard.program.end(), 0)
 
-    def test_a_held_click_opens_it_for_good_and_closes_it_for_good(self):
-        with Desktop(self.id()) as desktop:
-            dashboard = Dashboard(desktop)
-            for should_be_open in (True, False):
-                desktop.screen.hold(*dashboard.rectangle.centre, 1)
-                desktop.windows.wait_for_button(1)
-                desktop.screen.settled()
-                self.assertEqual(dashboard.window() is None, should_be_open)
-                desktop.screen.release(1)
-                wait_until(lambda wanted=should_be_open: bool(dashboard.window()) == wanted, "the click's effect")
-                desktop.screen.settled()
-                self.assertEqual(dashboard.window() is not None, should_be_open)
-            self.assertEqual(dashboard.program.end(), 0)
+    def a_held_click_opens_it_for_good_and_closes_it_for_good(self, dashboard):
+        desktop = dashboard.desktop
+        for should_be_open in (True, False):
+            desktop.screen.hold(*dashboard.rectangle.centre, 1)
+            dashboard.item.wait_until_heard()
+            self.assertEqual(dashboard.window() is None, should_be_open)
+            desktop.screen.release(1)
+            wait_until(lambda wanted=should_be_open: bool(dashboard.window()) == wanted, "the click's effect")
+            dashboard.item.wait_until_heard()
+            self.assertEqual(dashboard.window() is not None, should_be_open)
 
-    def test_it_opens_again_where_it_was_and_as_it_was(self):
-        with Desktop(self.id()) as desktop:
-            dashboard = Dashboard(desktop)
-            week = dashboard.open().place
-            dashboard.press("Show Year")
+    def place_when_sized(self, dashboard, text, is_right):
+        """The rectangle of the dashboard, once it shows that text and has the size for it."""
+        dashboard.wait_for(text)
+        def place():
+            found = dashboard.window().place
+            return found if is_right(found) else None
+        return wait_until(place, f"the size for {text!r}", state=lambda: dashboard.window().place)
+
+    def it_opens_again_where_it_was_and_as_it_was(self, dashboard):
+        week = dashboard.open().place
+        dashboard.press("Show Year")
+        year = self.place_when_sized(dashboard, "Last 365 Days", lambda place: place != week)
+        for close in (dashboard.click_item, lambda: dashboard.press_key("Escape")):
+            close()
+            dashboard.wait_until_closed()
+            dashboard.open()
             dashboard.wait_for("Last 365 Days")
-            desktop.screen.settled()
-            year = dashboard.window().place
-            for close in (dashboard.click_item, lambda: dashboard.press_key("Escape")):
-                close()
-                dashboard.wait_until_closed()
-                dashboard.open()
-                dashboard.wait_for("Last 365 Days")
-                self.assertEqual(dashboard.window().place, year)
-            dashboard.press("Back")
-            dashboard.wait_for("Last 7 Days")
-            desktop.screen.settled()
-            self.assertEqual(dashboard.window().place, week)
-            self.assertEqual(dashboard.program.end(), 0)
+            self.assertEqual(dashboard.window().place, year)
+        dashboard.press("Back")
+        self.place_when_sized(dashboard, "Last 7 Days", lambda place: place == week)
 
 
 if __name__ == "__main__":

@@ -8,17 +8,14 @@ import case
 from dashboard import Dashboard
 from desktop import Desktop
 from repositories import Hold
+from screen import Rectangle
 from waiting import wait_until
 
-BYTES_A_PIXEL = 3
-
-
-def ink(rows, place):
-    """How much stands out from the ground in a part of a picture; the part's first pixel is ground."""
+def ink(screen, place):
+    """How much stands out from the ground in a part of the screen; its first pixel is ground."""
     x, y, width, height = place
-    lines = [row[BYTES_A_PIXEL * x:BYTES_A_PIXEL * (x + width)] for row in rows[y:y + height]]
-    ground = lines[0][:BYTES_A_PIXEL]
-    return sum(abs(value - ground[index % BYTES_A_PIXEL]) for line in lines for index, value in enumerate(line))
+    pixels = screen.picture(Rectangle(x, y, x + width, y + height)).pixels()
+    return sum(abs(value - ground) for pixel in pixels for value, ground in zip(pixel, pixels[0]))
 
 
 def says_when(window):
@@ -42,29 +39,39 @@ class Refresh(unittest.TestCase):
         self.assertEqual(button.actions, [])
         git = wait_until(dashboard.program.children, "git")
         dashboard.click("Refresh")
-        dashboard.desktop.screen.settled()
+        self.wait_until_clicked(dashboard)
         self.assertEqual(dashboard.program.children(), git)
         self.assertEqual(len(git), 1)
         self.assertIsNotNone(dashboard.window())
+
+    def wait_until_clicked(self, dashboard):
+        """Returns when the program has dealt with the clicks before: it does what a key asked for after them."""
+        before = dashboard.focused_name()
+        dashboard.press_key("Tab")
+        wait_until(lambda: dashboard.focused_name() != before, "the focus moves on", state=dashboard.focused_name)
+
+    def wait_for_ink(self, dashboard, place, wanted, tolerance=0):
+        wait_until(lambda: abs(ink(dashboard.desktop.screen, place) - wanted) <= tolerance, f"{wanted} of ink",
+                   state=lambda: ink(dashboard.desktop.screen, place))
 
     def test_its_button_is_half_transparent_and_inert(self):
         with Desktop(self.id()) as desktop:
             dashboard = Dashboard(desktop)
             dashboard.open()
             place = self.button(dashboard).place
-            whole = ink(desktop.screen.settled(), place)
+            whole = wait_until(lambda: ink(desktop.screen, place), "the button is drawn")
 
             hold = Hold(dashboard.repositories["busy"])
             dashboard.press("Refresh")
             self.wait_for_button(dashboard, enabled=False)
             self.assertTrue(says_when(dashboard.window()))
-            self.assertAlmostEqual(ink(desktop.screen.settled(), place) / whole, 0.5, delta=0.05)
+            self.wait_for_ink(dashboard, place, whole / 2, whole / 20)
             self.assert_inert(dashboard)
 
             hold.release()
             self.wait_for_button(dashboard, enabled=True)
             desktop.screen.point(*desktop.screen.corner)
-            self.assertEqual(ink(desktop.screen.settled(), place), whole)
+            self.wait_for_ink(dashboard, place, whole)
             self.assertEqual(dashboard.program.children(), [])
             self.assertEqual(dashboard.program.end(), 0)
 

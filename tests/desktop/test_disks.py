@@ -3,7 +3,6 @@
 """A repository on a disk that stops answering, or goes while it is watched: a file system of the user's own stands in."""
 
 import os
-import pathlib
 import signal
 import subprocess
 import unittest
@@ -18,17 +17,14 @@ from program import Program
 from repositories import Repository
 from waiting import wait_until
 
-PROMPTLY = 1.0
-
 
 class Disk:
     """A folder that is shown in another place by a program, for as long as that program answers."""
 
-    def __init__(self, source, place):
+    def __init__(self, desktop, source, place):
         place.mkdir()
         self.place = place
-        self._process = subprocess.Popen(["bindfs", "-f", str(source), str(place)], stdin=subprocess.DEVNULL,
-                                         stderr=subprocess.DEVNULL)
+        self._process = desktop.start(f"disk at {place.name}", "bindfs", "-f", str(source), str(place))
 
     def is_there(self):
         """Whether it is mounted by now; RuntimeError where it never will be."""
@@ -45,13 +41,13 @@ class Disk:
     def end(self):
         self._process.send_signal(signal.SIGCONT)
         self._process.terminate()
-        self._process.wait(10)
+        self._process.wait()
         subprocess.run(["umount", "--lazy", str(self.place)], check=False, stderr=subprocess.DEVNULL)
 
 
-def can_mount(folder):
+def can_mount(desktop):
     try:
-        disk = Disk(folder, folder / "probe")
+        disk = Disk(desktop, desktop.folder, desktop.folder / "probe")
     except FileNotFoundError:
         return False
     try:
@@ -67,11 +63,11 @@ class Disks(unittest.TestCase):
     def run_on(self, fault):
         """Calls fault(desktop, disk, program, rectangle) once the repository's streak of two days is shown."""
         with Desktop(self.id()) as desktop:
-            if not can_mount(pathlib.Path(desktop.folder)):
+            if not can_mount(desktop):
                 self.skipTest("this user may not mount a file system of their own")
             repository = Repository(desktop.home / "behind")
             repository.commit_days_ago(case.now_in("UTC"), 0, 1)
-            disk = Disk(repository.path, desktop.home / "disk")
+            disk = Disk(desktop, repository.path, desktop.home / "disk")
             try:
                 wait_until(disk.is_there, "the disk")
                 preferences.write(desktop.config, [disk.place])
@@ -87,7 +83,7 @@ class Disks(unittest.TestCase):
     def test_a_disk_that_stops_answering_holds_up_neither_the_dashboard_nor_the_end(self):
         def fault(desktop, disk, program, in_panel):
             disk.stop_answering()
-            click_first_entry(desktop.screen, open_menu(desktop.screen, in_panel))
+            click_first_entry(desktop.screen, open_menu(desktop, in_panel))
             StatusItem(desktop).wait_for_symbol("Syncing")
             desktop.screen.click(*in_panel.centre, 1)
             reader = accessibility.Reader(desktop)
@@ -95,7 +91,7 @@ class Disks(unittest.TestCase):
             desktop.screen.press("Escape")
             reader.wait_without_window(WINDOW)
             program.terminate()
-            self.assertEqual(program.wait_for_end(PROMPTLY), 0)
+            self.assertEqual(program.wait_for_end(), 0)
             disk.end()
             wait_until(lambda: not program.children(), "nothing that the program started is left")
         self.run_on(fault)
@@ -103,9 +99,9 @@ class Disks(unittest.TestCase):
     def test_a_disk_that_is_pulled_out_leaves_no_streak_and_no_complaint(self):
         def fault(desktop, disk, program, in_panel):
             disk.pull_out()
-            click_first_entry(desktop.screen, open_menu(desktop.screen, in_panel))
+            click_first_entry(desktop.screen, open_menu(desktop, in_panel))
             StatusItem(desktop).wait_for_label("")
-            click_last_entry(desktop.screen, open_menu(desktop.screen, in_panel))
+            click_last_entry(desktop.screen, open_menu(desktop, in_panel))
             self.assertEqual(program.wait_for_end(), 0)
             self.assertEqual((program.output(), program.errors()), ("", ""))
         self.run_on(fault)

@@ -9,7 +9,7 @@ import case
 import hosts
 import panel
 import wayland
-from item import StatusItem, click_first_entry, click_last_entry
+from item import PanelPlace, StatusItem, click_first_entry, click_last_entry
 from look import GREY, ORANGE, Look
 from program import BUS_NAME, Program
 from repositories import Hold, tracked_days_ago
@@ -45,13 +45,13 @@ class Item:
 
     def __init__(self, desktop):
         self._desktop = desktop
-        self._empty = desktop.screen.settled()
+        wait_until(lambda: panel.is_empty(desktop.screen), "the empty panel")
+        self._place = PanelPlace(desktop.screen)
 
     def find(self):
         """What now is in the strip and was not; None where there is nothing."""
-        now = self._desktop.screen.settled()
-        place = self._desktop.screen.change(self._empty, now, bottom=panel.HEIGHT)
-        return Look(now, place) if place else None
+        place = self._place.now()
+        return Look(self._desktop.screen.picture(place)) if place else None
 
     def wait_for(self, what, is_so):
         """The look of the item once it is as wanted, with nothing pointed at."""
@@ -90,7 +90,8 @@ class User:
         HOST.closed(self.desktop, lambda: self.click(button))
 
     def refresh(self):
-        click_first_entry(self.desktop.screen, self.open(3))
+        menu = self.open(3)
+        HOST.closed(self.desktop, lambda: click_first_entry(self.desktop.screen, menu))
 
     def quit(self):
         click_last_entry(self.desktop.screen, self.open(3))

@@ -33,7 +33,7 @@ class Hosts(unittest.TestCase):
             desktop.start_old_tray()
             place = PanelPlace(desktop.screen)
             program = Program(desktop)
-            click_last_entry(desktop.screen, open_menu(desktop.screen, place.find()))
+            click_last_entry(desktop.screen, open_menu(desktop, place.find()))
             self.assertEqual(program.wait_for_end(), 0)
 
     def test_the_program_outlives_the_session_bus(self):
@@ -44,7 +44,7 @@ class Hosts(unittest.TestCase):
             program = Program(desktop)
             in_tray = place.find()
             desktop.end_bus()
-            click_last_entry(desktop.screen, open_menu(desktop.screen, in_tray))
+            click_last_entry(desktop.screen, open_menu(desktop, in_tray))
             self.assertEqual(program.wait_for_end(), 0)
 
     def test_the_item_comes_with_the_next_figure_when_the_session_bus_starts_late(self):

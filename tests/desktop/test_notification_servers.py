@@ -20,14 +20,14 @@ class Server:
             user.wait_without_reminder()
             user.desktop.screen.press("Escape")
             wait_until(lambda: not user.has_dashboard(), "the dashboard goes, and once is enough")
-            user.desktop.screen.settled()
+            user.wait_until_heard()
             self.assertFalse(user.has_dashboard())
 
     def test_dismiss_closes_it_and_opens_nothing(self):
         with evening(self.id(), self.KIND) as user:
             user.server.choose("Dismiss")
             user.wait_without_reminder()
-            user.desktop.screen.settled()
+            user.wait_until_heard()
             self.assertFalse(user.has_dashboard())
 
     def test_todays_commit_takes_it_back(self):
@@ -63,7 +63,7 @@ class InXfceNotifyd(Server, unittest.TestCase):
         with evening(self.id(), XfceNotifyd) as user:
             user.server.click_body()
             user.wait_without_reminder()
-            user.desktop.screen.settled()
+            user.wait_until_heard()
             self.assertFalse(user.has_dashboard())
 
 

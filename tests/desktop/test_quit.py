@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """The program ends when it is told to, at once, and takes everything it started with it."""
 
+import contextlib
 import shutil
 import unittest
 
@@ -12,8 +13,6 @@ from item import PanelPlace, StatusItem, click_last_entry, open_menu
 from program import Program
 from repositories import HangingRepository, Repository, tracked_days_ago
 from waiting import wait_until
-
-PROMPTLY = 1.0
 
 
 def many_repositories(desktop, now, count=80):
@@ -28,9 +27,12 @@ def many_repositories(desktop, now, count=80):
 
 class Quit(unittest.TestCase):
 
-    def assert_ended_whole(self, program, seconds=10.0):
-        self.assertEqual(program.wait_for_end(seconds), 0)
-        wait_until(lambda: not program.children(), "nothing that the program started is left", PROMPTLY)
+    def assert_ended_whole(self, program):
+        self.assertEqual(program.wait_for_end(), 0)
+        self.assert_nothing_left(program)
+
+    def assert_nothing_left(self, program):
+        wait_until(lambda: not program.children(), "nothing that the program started is left", state=program.children)
 
     def test_quit_in_the_menu_ends_the_program(self):
         now = case.now_in("UTC")
@@ -40,47 +42,44 @@ class Quit(unittest.TestCase):
             place = PanelPlace(desktop.screen)
             program = Program(desktop)
             StatusItem(desktop).wait_until_refreshed()
-            click_last_entry(desktop.screen, open_menu(desktop.screen, place.find()))
+            click_last_entry(desktop.screen, open_menu(desktop, place.find()))
             self.assert_ended_whole(program)
 
     def test_quit_in_the_menu_ends_the_program_while_git_hangs(self):
         with Desktop(self.id()) as desktop:
-            preferences.write(desktop.config, [HangingRepository(desktop.home / "hanging").path])
             desktop.start_panel()
             place = PanelPlace(desktop.screen)
-            program = Program(desktop)
-            program.wait_for_hanging_child()
-            StatusItem(desktop).wait()
-            click_last_entry(desktop.screen, open_menu(desktop.screen, place.find()))
+            with self.started_while_git_hangs(desktop) as program:
+                click_last_entry(desktop.screen, open_menu(desktop, place.find()))
+                self.assert_ended_whole(program)
+
+    @contextlib.contextmanager
+    def started_while_git_hangs(self, desktop):
+        """The program, whose git hangs as long as the block lasts: who waits for it does not come to an end in there."""
+        repository = HangingRepository(desktop.home / "hanging")
+        preferences.write(desktop.config, [repository.path])
+        program = Program(desktop)
+        with repository.with_a_reader():
+            yield program
+
+    def test_a_request_to_terminate_is_met_while_git_hangs(self):
+        with Desktop(self.id()) as desktop, self.started_while_git_hangs(desktop) as program:
+            program.terminate()
             self.assert_ended_whole(program)
 
-    def start_while_git_hangs(self, desktop):
-        preferences.write(desktop.config, [HangingRepository(desktop.home / "hanging").path])
-        desktop.start_panel()
-        program = Program(desktop)
-        program.wait_for_hanging_child()
-        return program
-
-    def test_a_request_to_terminate_is_met_at_once_while_git_hangs(self):
-        with Desktop(self.id()) as desktop:
-            program = self.start_while_git_hangs(desktop)
-            program.terminate()
-            self.assert_ended_whole(program, PROMPTLY)
-
     def test_a_kill_takes_the_git_that_hangs_along(self):
-        with Desktop(self.id()) as desktop:
-            program = self.start_while_git_hangs(desktop)
+        with Desktop(self.id()) as desktop, self.started_while_git_hangs(desktop) as program:
             program.kill()
-            wait_until(lambda: not program.children(), "nothing that the program started is left", PROMPTLY)
+            self.assert_nothing_left(program)
 
-    def test_a_request_to_terminate_is_met_at_once_during_a_refresh(self):
+    def test_a_request_to_terminate_is_met_during_a_refresh_whatever_is_left_of_it(self):
         with Desktop(self.id()) as desktop:
-            preferences.write(desktop.config, many_repositories(desktop, case.now_in("UTC")))
-            desktop.start_panel()
+            paths = many_repositories(desktop, case.now_in("UTC"))
+            preferences.write(desktop.config, [*paths, HangingRepository(desktop.home / "hanging").path])
             program = Program(desktop)
             program.wait_for_child()
             program.terminate()
-            self.assert_ended_whole(program, PROMPTLY)
+            self.assert_ended_whole(program)
 
 
 if __name__ == "__main__":

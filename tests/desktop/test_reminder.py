@@ -55,12 +55,12 @@ class Reminder(unittest.TestCase):
             in_panel = place.find()
 
             repository.commit_days_ago(time.now, 4)
-            click_first_entry(desktop.screen, open_menu(desktop.screen, in_panel))
+            click_first_entry(desktop.screen, open_menu(desktop, in_panel))
             item.wait_for_label(" 4")
             self.assertEqual((server.shown(), server.closed()), (1, []))
 
             repository.commit(time.now)
-            click_first_entry(desktop.screen, open_menu(desktop.screen, in_panel))
+            click_first_entry(desktop.screen, open_menu(desktop, in_panel))
             item.wait_for_label(" 5")
             wait_until(lambda: server.shown() == 0, "the reminder is withdrawn")
             self.assertEqual([(told.title, told.body) for told in server.closed()], [(TITLE, BODY)])
@@ -95,7 +95,7 @@ class Reminder(unittest.TestCase):
     def refresh_once_more(self, desktop, place, repository, time):
         """Afterwards everything that the first refresh brings about has been done."""
         repository.commit_days_ago(time.now, 4)
-        click_first_entry(desktop.screen, open_menu(desktop.screen, place.find()))
+        click_first_entry(desktop.screen, open_menu(desktop, place.find()))
         StatusItem(desktop).wait_for_label(" 4")
 
 

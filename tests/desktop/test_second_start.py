@@ -124,7 +124,7 @@ class SecondStart(unittest.TestCase):
             self.assertEqual((second.output(), second.errors()), ("", ""))
             launchers.wait_for(end_of(STARTUP_ID))
             self.assertTrue(first.is_running())
-            click_last_entry(desktop.screen, open_menu(desktop.screen, in_tray))
+            click_last_entry(desktop.screen, open_menu(desktop, in_tray))
             self.assertEqual(first.wait_for_end(), 0)
 
     def test_a_program_that_was_killed_keeps_nobody_from_starting(self):
@@ -136,7 +136,7 @@ class SecondStart(unittest.TestCase):
                 program = Program(desktop)
                 place.find()
                 program.kill()
-                desktop.screen.settled()
+                wait_until(lambda place=place: not place.now(), "the tray is empty")
 
     def test_a_bus_that_restarts_finds_the_program_again(self):
         with Desktop(self.id()) as desktop:

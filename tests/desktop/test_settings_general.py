@@ -13,8 +13,6 @@ from waiting import wait_until
 
 COUNT = "Show streak count in menu bar"
 REMINDER = "Remind me if streak is at risk"
-PERIODS = {"Every minute": 60, "Every 5 minutes": 300, "Every 15 minutes": 900, "Every 30 minutes": 1800,
-           "Every hour": 3600}
 
 
 class General(unittest.TestCase):
@@ -51,11 +49,8 @@ class General(unittest.TestCase):
             session.wait_for_state(REMINDER, "checked", False)
             changed = {"showStreakInMenuBar": False, "notifyOnStreakRisk": False}
             self.assert_options(desktop, **changed)
-            before = "Every 5 minutes"
-            for label in ("Every minute", "Every 30 minutes", "Every 5 minutes", "Every 15 minutes", "Every hour"):
-                session.choose_from(before, label)
-                self.assert_options(desktop, **changed, refreshInterval=PERIODS[label])
-                before = label
+            session.choose_from("Every 5 minutes", "Every hour")
+            self.assert_options(desktop, **changed, refreshInterval=3600)
             self.assertEqual(session.item.label(), " 2")
 
             self.assertEqual(session.end(), (0, ""))
@@ -67,14 +62,6 @@ class General(unittest.TestCase):
             self.assertEqual(states, {"Launch at login": False, COUNT: False, REMINDER: False})
             self.assertTrue(all_named(window, "Every hour", "combo box"))
             self.assert_options(desktop, **changed, refreshInterval=3600)
-            self.assertEqual(session.end(), (0, ""))
-
-    def test_all_of_it_is_seen_at_once(self):
-        with Desktop(self.id()) as desktop:
-            session = Session(desktop)
-            session.open("General")
-            window = session.window()
-            self.assertEqual([node.role for node in window.shown() if node.role == "scroll bar"], [])
             self.assertEqual(session.end(), (0, ""))
 
 

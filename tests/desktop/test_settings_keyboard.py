@@ -35,6 +35,12 @@ class Keyboard(unittest.TestCase):
             session.press(key)
             session.wait_for_focus(name)
 
+    def ask(self, session, key, question):
+        session.press(key)
+        session.reader.wait_for_window(question)
+        session.press("Escape")
+        session.wait_for_keyboard()
+
     def test_tab_goes_through_every_tab_as_the_eye_does_and_each_control_says_what_it_is(self):
         with Desktop(self.id()) as desktop:
             session, _ = prepared(desktop)
@@ -72,14 +78,16 @@ class Keyboard(unittest.TestCase):
         with Desktop(self.id()) as desktop:
             session, repository = prepared(desktop)
             session.open()
-            for keys, question in ((("alt+d",), ADD), (("alt+s",), SCAN), (("ctrl+Tab", "alt+d"), WATCH)):
-                session.press(*keys)
-                session.reader.wait_for_window(question)
-                session.press("Escape")
-                session.reader.wait_without_window(question)
+            self.ask(session, "alt+d", ADD)
+            self.ask(session, "alt+s", SCAN)
+            session.press("ctrl+Tab")
+            session.wait_for_tab(TABS[1])
+            self.ask(session, "alt+d", WATCH)
             session.press("alt+p")
             session.wait_for_state("Auto-discover repos", "checked", False)
-            session.press("alt+g", "alt+m")
+            session.press("alt+g")
+            session.wait_for_tab(TABS[2])
+            session.press("alt+m")
             session.wait_for_state("Remind me if streak is at risk", "checked", False)
             self.walk(session, "Tab", ["General", *STOPS["General"]])
             session.press("Down")
@@ -107,7 +115,7 @@ class Keyboard(unittest.TestCase):
             session.wait_for_text("1000 repos")
             self.walk(session, "Tab", ["Repositories", "r0000"])
             for key, name in (("End", "r0999"), ("Up", "r0998"), ("Down", "r0999"), ("Down", "r0999"),
-                              ("Home", "r0000"), ("Down", "r0001"), ("Page_Down", "r0005"), ("Page_Up", "r0001")):
+                              ("Home", "r0000"), ("Down", "r0001"), ("Page_Down", "r0006"), ("Page_Up", "r0001")):
                 session.press(key)
                 window = session.wait_for_focus(name)
                 self.assert_in_sight(window, focused_control(window))

@@ -32,7 +32,7 @@ class Streak(unittest.TestCase):
             self.assertEqual(item.entries(), ["Refresh", None, "Quit Velquarin"])
 
             one.commit(noon.now)
-            click_first_entry(desktop.screen, open_menu(desktop.screen, place.find()))
+            click_first_entry(desktop.screen, open_menu(desktop, place.find()))
             item.wait_for_label(" 5")
             self.assertIn("5", " ".join(item.tooltip()))
             self.assertEqual(program.end(), 0)

@@ -49,10 +49,10 @@ class Windows(unittest.TestCase):
         desktop.bus.call(BUS_NAME, "/StatusNotifierItem", "org.kde.StatusNotifierItem", "Activate",
                          GLib.Variant("(ii)", (1270, 12)))
 
-    # A click right after the dashboard went is the one that sent it away; nobody means another one so soon.
+    # A click right after the dashboard went is the one that sent it away, for a quarter of a second.
     @staticmethod
     def take_a_breath():
-        time.sleep(0.5)
+        time.sleep(0.3)
 
     def open(self, desktop):
         self.click_item(desktop)
@@ -154,13 +154,6 @@ class Windows(unittest.TestCase):
                 close()
                 desktop.wait_without_window(MENU)
             self.assertEqual(program.end(), 0)
-
-    def test_the_menu_is_worked_by_keyboard(self):
-        with WaylandDesktop(self.id()) as desktop:
-            program = self.start(desktop)
-            self.open_menu(desktop)
-            desktop.type("-s", "300", "-k", "Down", "-k", "Down", "-k", "Return", "-s", "60000")
-            self.assertEqual(program.wait_for_end(), 0)
 
     def test_the_keys_beside_the_entries_work_in_the_menu(self):
         with WaylandDesktop(self.id()) as desktop:

@@ -5,7 +5,7 @@
 import pathlib
 import time
 
-from waiting import wait_until
+from waiting import LIMIT_SECONDS, wait_until
 
 
 def _number(text, name):
@@ -18,13 +18,23 @@ def wakings(pid):
     return {task.name: _number((task / "status").read_text(), "voluntary_ctxt_switches:") for task in tasks}
 
 
-def wait_for_quiet(pid):
-    """Returns when a whole second has passed in sleep."""
-    def sleeps_for_a_second():
+def wait_for_quiet(pid, seconds=1.0):
+    """Returns when so many seconds have passed in sleep, without a waking of any thread. What is left to do after all
+    that a test has waited for may take long on a busy machine, so there are several attempts."""
+    attempts = []
+
+    def sleeps():
         before = wakings(pid)
-        time.sleep(1)
-        return wakings(pid) == before
-    wait_until(sleeps_for_a_second, "the program comes to rest")
+        time.sleep(seconds)
+        attempts.append({name: count - before.get(name, 0) for name, count in wakings(pid).items()})
+        return set(attempts[-1].values()) == {0}
+    wait_until(sleeps, f"the program sleeps for {seconds:g} s", max(LIMIT_SECONDS, 4 * seconds),
+               state=lambda: f"wakings by thread: {attempts}")
+
+
+def main_thread_seconds(pid):
+    """How long the main thread has worked so far. Source: sched-stats, the first number"""
+    return int(pathlib.Path(f"/proc/{pid}/task/{pid}/schedstat").read_text().split()[0]) / 1e9
 
 
 def _kilobytes(pid, *names):

@@ -4,12 +4,34 @@
 
 import time
 
+from gi.repository import GLib
 
-def wait_until(condition, what, seconds=20.0):
-    """The first true answer of condition(); TimeoutError, with what was waited for, when none comes in time."""
+# Only what never comes takes that long: a busy machine is slow, and no failure.
+LIMIT_SECONDS = 60.0
+PAUSE_SECONDS = 0.02
+
+
+def pause(seconds=PAUSE_SECONDS):
+    """Returns when something is heard on a bus that somebody listens on; otherwise after that time."""
+    context = GLib.MainContext.default()
+    over = []
+    timer = GLib.timeout_add(max(1, round(1000 * seconds)), lambda: over.append(True))
+    context.iteration(True)
+    while context.pending():
+        context.iteration(False)
+    if not over:
+        GLib.source_remove(timer)
+
+
+def wait_until(condition, what, seconds=LIMIT_SECONDS, state=None):
+    """The first true answer of condition(). TimeoutError when none comes in time: it names what was waited for, and
+    tells what state() finds instead."""
     end = time.monotonic() + seconds
-    while not (answer := condition()):
-        if time.monotonic() > end:
-            raise TimeoutError(f"waited {seconds:g} s in vain: {what}")
-        time.sleep(0.02)
-    return answer
+    while True:
+        asked = time.monotonic()
+        if answer := condition():
+            return answer
+        if asked > end:
+            raise TimeoutError(f"waited {seconds:g} s in vain: {what}" + (f"; there is {state()}" if state else ""))
+        # Who looks takes no more than half of the time from who is looked at.
+        pause(max(PAUSE_SECONDS, time.monotonic() - asked))

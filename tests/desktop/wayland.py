@@ -12,6 +12,7 @@ import tempfile
 
 import panel
 from desktop import WATCHER, Desktop
+from keeper import Keeper
 from waiting import wait_until
 
 APPLICATION = "io.velquarin.Velquarin"
@@ -28,9 +29,10 @@ bar {{
 """
 
 # The bar is started by the test.
+BACKGROUND = "#31465c"
 NESTED_SETTINGS = """
 xwayland {xwayland}
-output X11-1 resolution {width}x{height} background #31465c solid_color
+output X11-1 resolution {width}x{height} background {background} solid_color
 bar {{
     id bar-0
     swaybar_command true
@@ -61,7 +63,8 @@ def as_ordinary_user():
     remains = folder / "remains"
     remains.mkdir()
     remains.chmod(0o777)
-    environment = {**os.environ, "VELQUARIN_PROGRAM": str(folder / "velquarin"), "HOME": "/nonexistent",
+    keeper = Keeper(folder)
+    environment = {**os.environ, **keeper.mark, "VELQUARIN_PROGRAM": str(folder / "velquarin"), "HOME": "/nonexistent",
                    "VELQUARIN_DESKTOP_FAILURES": str(remains)}
     command = ["setpriv", f"--reuid={ORDINARY_USER}", f"--regid={ORDINARY_USER}", "--clear-groups", "--",
                sys.executable, "-B", str(folder / "tests" / pathlib.Path(sys.argv[0]).name), *sys.argv[1:]]
@@ -70,7 +73,7 @@ def as_ordinary_user():
     finally:
         if keep := os.environ.get("VELQUARIN_DESKTOP_FAILURES"):
             subprocess.run(["cp", "--recursive", "--no-target-directory", remains, keep], check=True)
-        shutil.rmtree(folder, ignore_errors=True)
+        keeper.end()
 
 
 class WaylandDesktop(Desktop):
@@ -133,12 +136,13 @@ class NestedWaylandDesktop(WaylandDesktop):
         super().__init__(name, width=width, height=height)
         self._settings = NESTED_SETTINGS.format(
             width=width, height=height, bar_height=panel.HEIGHT, bar_background=panel.BACKGROUND,
-            xwayland="enable" if xwayland else "disable")
+            background=BACKGROUND, xwayland="enable" if xwayland else "disable")
 
     def _open(self):
         self._start_screen()
         self.start_bus()
         self._start_compositor(WLR_BACKENDS="x11")
+        wait_until(lambda: panel.is_drawn(self.screen, BACKGROUND), "the compositor on the screen")
 
     def x11_display(self):
         """The name of the server for programs that only know X11. Only what the compositor starts is told of it."""

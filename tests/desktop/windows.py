@@ -12,7 +12,7 @@ from Xlib.ext import xtest
 
 from drawing import Drawings
 from screen import Rectangle
-from waiting import wait_until
+from waiting import LIMIT_SECONDS, wait_until
 
 
 class Windows:
@@ -44,10 +44,23 @@ class Windows:
         kinds = self._property(self._window(number), "_NET_WM_WINDOW_TYPE")
         return kinds is not None and self.display.get_atom("_NET_WM_WINDOW_TYPE_DOCK") in kinds
 
+    def are_managed(self):
+        """Whether a window manager is there."""
+        return self._property(self.root, "_NET_SUPPORTING_WM_CHECK") is not None
+
     def managed(self):
         """The titles of the window manager's windows without panels, the undermost first."""
         numbers = self._property(self.root, "_NET_CLIENT_LIST_STACKING") or []
         return [self.title(number) for number in numbers if not self._is_dock(number)]
+
+    def place_of(self, title):
+        """The rectangle of the inside of the window manager's window of that title; None where there is none."""
+        numbers = self._property(self.root, "_NET_CLIENT_LIST") or []
+        window = next((self._window(number) for number in numbers if self.title(number) == title), None)
+        if not window:
+            return None
+        corner, size = self.root.translate_coords(window, 0, 0), window.get_geometry()
+        return Rectangle.of(corner.x, corner.y, size.width, size.height)
 
     def active(self):
         """The title of the window that has the keyboard, or an empty text."""
@@ -84,10 +97,12 @@ class Windows:
             return None
         return Rectangle(place.x, place.y, place.x + place.width, place.y + place.height)
 
-    def wait_for_button(self, number):
-        """Returns when a button of the pointer is down."""
-        mask = X.Button1Mask << (number - 1)
-        wait_until(lambda: self.root.query_pointer().mask & mask, f"button {number} down")
+    def nobody_holds_the_pointer(self):
+        """Whether the next click goes to what is under the pointer: a menu that has gone may still keep it for a while."""
+        status = self.root.grab_pointer(False, 0, X.GrabModeAsync, X.GrabModeAsync, X.NONE, X.NONE, X.CurrentTime)
+        self.display.ungrab_pointer(X.CurrentTime)
+        self.display.sync()
+        return status == X.GrabSuccess
 
     def point(self, x, y):
         xtest.fake_input(self.display, X.MotionNotify, x=x, y=y)
@@ -148,7 +163,7 @@ class Windows:
     def wait_for_going(self):
         self._wait_for(X.UnmapNotify, "no window")
 
-    def _wait_for(self, kind, what, seconds=20.0):
+    def _wait_for(self, kind, what, seconds=LIMIT_SECONDS):
         if not self.next_event(lambda event: event.type == kind and event.event == self.root, seconds):
             raise TimeoutError(f"waited {seconds:g} s in vain: {what}")
 
