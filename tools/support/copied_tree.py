@@ -15,6 +15,7 @@ import keeper
 GIBIBYTE = 1 << 30
 MOST_MEMORY, LONGEST_FILE = 6 * GIBIBYTE, GIBIBYTE
 BUILD_LIMIT = 3600
+EVERY_NAME = "."
 # ctest itself does not tell the whole command of a test whose program is not built yet.
 ADDED_TEST, WORD = re.compile(r'^add_test\(\[=*\[(.*?)\]=*\] (.*)\)$', re.MULTILINE), re.compile(r'"([^"]*)"')
 
@@ -87,10 +88,19 @@ class CopiedTree:
         command = ["cmake", "--build", self.build, "--parallel", str(jobs), "--target", *self.targets]
         return self.run(command, BUILD_LIMIT)
 
-    def test(self, labels, jobs, limit):
-        """Whether the tests pass, and what was printed."""
-        command = ["ctest", "--test-dir", self.build, "-L", labels, "--stop-on-failure", "--output-on-failure"]
-        return self.run([*command, "--no-tests=error", "--parallel", str(jobs)], limit, prepare=limit_resources)
+    def test(self, labels, names, jobs, limit):
+        """Whether the tests pass, and what was printed; where none has such a name, they do."""
+        command = ["ctest", "--test-dir", self.build, "-L", labels, "-R", names, "--stop-on-failure"]
+        command += ["--output-on-failure", "--parallel", str(jobs)]
+        command += ["--no-tests=error"] if names == EVERY_NAME else []
+        return self.run(command, limit, prepare=limit_resources)
+
+    def tests_of(self, file):
+        """The names of the tests that include the header of a file, as a regular expression."""
+        header = pathlib.PurePath(file).relative_to("src").with_suffix(".h")
+        tests = (self.tree / "tests").rglob("tst_*.cpp")
+        names = [test.stem for test in tests if f'#include "{header}"' in test.read_text()]
+        return f"^({'|'.join(names)})(_|$)" if names else "^$"
 
     def run(self, command, limit, check=False, prepare=lambda: None):
         started = keeper.start(
