@@ -84,7 +84,6 @@ class Load(unittest.TestCase):
         long = make_long(desktop.home / "long", now)
         small = Repository(desktop.home / "small")
         small.commit_days_ago(now, 0, 1)
-        shutil.rmtree(small.path / ".git/hooks")
         tracked = copies(small, [desktop.home / "tracked" / str(number) for number in range(TRACKED - 1)])
         watched = desktop.home / "watched"
         places = make_folders(watched, FOLDERS)
