@@ -46,12 +46,15 @@ def add(config_folder, key, value):
 
 
 def read(config_folder):
-    return json.loads(_path(config_folder).read_text())
+    """All that is stored; nothing as long as there is no file."""
+    file = _path(config_folder)
+    return json.loads(file.read_text()) if file.exists() else {}
 
 
 def records(config_folder, key):
-    """A stored list, whose ids are told apart from the rest: the ids in order, and the records without them."""
-    stored = json.loads(read(config_folder)[key]["data"])
+    """A stored list, whose ids are told apart from the rest: the ids in order, and the records without them. One that is
+    not stored yet is empty."""
+    stored = json.loads(read(config_folder).get(key, {"data": "[]"})["data"])
     return [record.pop("id") for record in stored], stored
 
 

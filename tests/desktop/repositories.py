@@ -27,7 +27,8 @@ class Repository:
     def __init__(self, folder):
         self.path = folder
         folder.mkdir(parents=True)
-        self._git("init", "--quiet", "--initial-branch=main")
+        # Without the samples that git brings along, many files that nobody reads.
+        self._git("init", "--quiet", "--initial-branch=main", "--template=")
 
     def _git(self, *arguments, stdout=None, **environment):
         return subprocess.run(["git", *arguments], cwd=self.path, env={**ENVIRONMENT, **environment}, check=True,

@@ -15,6 +15,7 @@ from desktop import Desktop
 from repositories import ENVIRONMENT, Repository
 from settings import Session
 from usage import main_thread_seconds, proportional_kilobytes, wait_for_quiet
+from waiting import wait_until
 
 # A hundredth of the whole load for each percent; the whole takes minutes.
 PERCENT = int(os.environ.get("VELQUARIN_LOAD_PERCENT", "2"))
@@ -84,13 +85,15 @@ class Load(unittest.TestCase):
         long = make_long(desktop.home / "long", now)
         small = Repository(desktop.home / "small")
         small.commit_days_ago(now, 0, 1)
-        shutil.rmtree(small.path / ".git/hooks")
         tracked = copies(small, [desktop.home / "tracked" / str(number) for number in range(TRACKED - 1)])
         watched = desktop.home / "watched"
         places = make_folders(watched, FOLDERS)
         copies(small, [places[number * len(places) // FOUND] / f"found{number}" for number in range(FOUND)])
         preferences.write_defaults(desktop.config, [long.path, *tracked], [watched])
         return found_below(watched)
+
+    def stored(self, desktop):
+        return len(preferences.records(desktop.config, "trackedRepositories")[1])
 
     def slowest_answer_until_refreshed(self, session):
         """The most seconds of work of the main thread that came before an answer."""
@@ -114,7 +117,8 @@ class Load(unittest.TestCase):
             slowest = self.slowest_answer_until_refreshed(session)
             took = time.monotonic() - began
             self.assertEqual(session.item.label(), f" {DAYS}")
-            self.assertEqual(len(preferences.records(desktop.config, "trackedRepositories")[1]), TRACKED + found)
+            wait_until(lambda: self.stored(desktop) == TRACKED + found, "all that is found on the disk",
+                       state=lambda: self.stored(desktop))
             session.open("Repositories")
             session.close()
             wait_for_quiet(session.program.pid)

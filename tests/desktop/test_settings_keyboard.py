@@ -9,6 +9,7 @@ import preferences
 from desktop import Desktop
 from repositories import Repository
 from settings import ADD, SCAN, TABS, WATCH, Session, all_named, current_tab, focused_control
+from waiting import wait_until
 
 STOPS = {
     "Repositories": ["one", "Remove", "Add Repository", "Scan Folder", "Refresh Now"],
@@ -129,8 +130,10 @@ class Keyboard(unittest.TestCase):
             self.assert_focus_in_row(window, "r0999")
             session.press("space")
             self.assert_focus_in_row(session.wait_for_text("998 repos"), "r0998")
-            stored = [record["name"] for record in preferences.records(desktop.config, "trackedRepositories")[1]]
-            self.assertEqual((len(stored), stored[:2], stored[-1]), (998, ["r0000", "r0002"], "r0998"))
+            def stored():
+                names = [record["name"] for record in preferences.records(desktop.config, "trackedRepositories")[1]]
+                return len(names), names[:2], names[-1]
+            wait_until(lambda: stored() == (998, ["r0000", "r0002"], "r0998"), "the list on the disk", state=stored)
             self.assertEqual(session.end(), (0, ""))
 
     def assert_in_sight(self, window, node):
