@@ -192,9 +192,7 @@ void Popover::leaveFocusNowhere()
 int Popover::contentHeight() const
 {
     const auto *content = m_scrollArea->widget();
-    const auto wide = style::points(contentWidth);
-    const auto asked = content->hasHeightForWidth() ? content->heightForWidth(wide) : content->sizeHint().height();
-    return std::max(asked, content->minimumSizeHint().height());
+    return std::max(content->sizeHint().height(), content->minimumSizeHint().height());
 }
 
 PopoverWish Popover::wish() const

@@ -709,6 +709,16 @@ private Q_SLOTS:
         QCOMPARE(view.focusWidget(), nullptr);
     }
 
+    void theViewChangesWithoutTakingAFocusFromElsewhere()
+    {
+        World world;
+        world.show();
+        world.named("refresh").setFocus(Qt::TabFocusReason);
+        pressAccessibly(world.named("showYear"));
+        QTRY_VERIFY(world.named("back").isVisible());
+        QCOMPARE(world.view->focusWidget(), &world.named("refresh"));
+    }
+
     void tabVisitsEveryControlInReadingOrder()
     {
         World world;
