@@ -37,7 +37,7 @@ void AppDelegate::applicationDidFinishLaunching()
 void AppDelegate::setupMenuBar()
 {
     m_statusItem = m_desktop.makeStatusItem();
-    updateMenuBarDisplay(0, true, false);
+    m_statusItem->setAppearance(syncingAppearance());
     m_statusItem->setMenu({{tr("Refresh"), QStringLiteral("r"), [this] { refreshData(); }},
                            {},
                            {tr("Quit Velquarin"), QStringLiteral("q"), [this] { quitApp(); }}});

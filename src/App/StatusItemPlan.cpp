@@ -21,10 +21,15 @@ struct Words
 
 }  // namespace
 
+StatusItemAppearance syncingAppearance()
+{
+    return {QStringLiteral("arrow.triangle.2.circlepath"), true, Words::tr("Syncing"), {}};
+}
+
 StatusItemAppearance statusItemAppearance(qint64 streak, bool isRefreshing, bool hasCommittedToday)
 {
     if (isRefreshing)
-        return {QStringLiteral("arrow.triangle.2.circlepath"), true, Words::tr("Syncing"), {}};
+        return syncingAppearance();
     if (hasCommittedToday)
         return {QStringLiteral("flame.fill"), false, Words::tr("Velquarin"), titleFor(streak)};
     return {QStringLiteral("flame"), true, Words::tr("Velquarin"), titleFor(streak)};

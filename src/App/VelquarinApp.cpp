@@ -44,13 +44,6 @@ QString dataFolder(const QString &name)
     return {};
 }
 
-// Elsewhere than on X11 nobody reads one, and the toolkit's public interface gives nothing in its place.
-QString startupIdFor(const InputTime &inputTime)
-{
-    const bool isX11 = QGuiApplication::platformName() == QLatin1String("xcb");
-    return isX11 && inputTime.now() ? newStartupId(*inputTime.now()) : QString();
-}
-
 // A launcher on X11 waits for a window, or to hear that none will come.
 auto openingFor(AppDelegate &delegate)
 {
@@ -80,7 +73,7 @@ int VelquarinApp::run()
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);
     const InputTime inputTime;
-    FileManagerViewer fileViewer(m_bus, [&inputTime] { return startupIdFor(inputTime); });
+    FileManagerViewer fileViewer(m_bus, [&inputTime] { return startupIdOn(QGuiApplication::platformName(), inputTime.now()); });
     XdgAutostart loginItem(
         autostartEnvironment(QProcessEnvironment::systemEnvironment(), QCoreApplication::applicationFilePath()));
     FolderDialog folderChooser;

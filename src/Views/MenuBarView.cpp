@@ -79,7 +79,6 @@ MenuBarView::MenuBarView(StreakManager &manager, const Clock &clock, Timers &tim
     , m_readLocale(std::move(readLocale))
 {
     setObjectName(QStringLiteral("dashboard"));
-    setWindowTitle(tr("Velquarin"));
     makeColumn(this);
     buildSections();
     observe();

@@ -166,7 +166,7 @@ void TestAppDelegate::atLaunchTheItemShowsTheSyncingSymbolAlone()
 {
     World world;
     world.delegate.applicationDidFinishLaunching();
-    QCOMPARE(world.item->appearances(), QList{statusItemAppearance(0, true, false)});
+    QCOMPARE(world.item->appearances(), QList{syncingAppearance()});
 }
 
 void TestAppDelegate::theFirstRefreshStartsAtLaunch()

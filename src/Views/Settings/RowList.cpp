@@ -41,7 +41,6 @@ RowList::RowList(std::function<ListRow *(QWidget *)> makeRow, std::function<void
     setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     viewport()->setAutoFillBackground(false);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
 void RowList::setTitle(const QString &title)

@@ -67,6 +67,27 @@ private Q_SLOTS:
 
     void noTwoStartupIdsAreTheSame() { QVERIFY(newStartupId(7) != newStartupId(7)); }
 
+    void onlyX11HasStartupIdsAndOnlyForWhatTheUserDoes_data()
+    {
+        QTest::addColumn<QString>("platform");
+        QTest::addColumn<std::optional<quint32>>("userTime");
+        QTest::addColumn<QString>("end");
+        const std::optional<quint32> never;
+        QTest::newRow("on X11") << QStringLiteral("xcb") << std::optional(0U) << QStringLiteral("_TIME0");
+        QTest::newRow("on X11 by nobody") << QStringLiteral("xcb") << never << QString();
+        QTest::newRow("on Wayland") << QStringLiteral("wayland") << std::optional(7U) << QString();
+        QTest::newRow("on Wayland by nobody") << QStringLiteral("wayland") << never << QString();
+    }
+
+    void onlyX11HasStartupIdsAndOnlyForWhatTheUserDoes()
+    {
+        QFETCH(QString, platform);
+        QFETCH(std::optional<quint32>, userTime);
+        QFETCH(QString, end);
+        const auto id = startupIdOn(platform, userTime);
+        QVERIFY2(id.endsWith(end) && id.isEmpty() == end.isEmpty(), qPrintable(id));
+    }
+
     void theEndOfAStartNamesItsIdInQuotes_data()
     {
         QTest::addColumn<QString>("id");

@@ -251,6 +251,7 @@ void TestGeneralTab::whatIsWrittenHasItsSizeAndColour_data()
     row("Startup", TypeStyle::Subheadline, QFont::DemiBold, style::Ink::Secondary);
     row("About", TypeStyle::Subheadline, QFont::DemiBold, style::Ink::Secondary);
     row("Launch at login", TypeStyle::Body, QFont::Normal, style::Ink::Primary);
+    row("Check for new commits", TypeStyle::Body, QFont::Normal, style::Ink::Primary);
     row("Version", TypeStyle::Body, QFont::Normal, style::Ink::Primary);
     row("1.0.0", TypeStyle::Body, QFont::Normal, style::Ink::Secondary);
 }

@@ -89,6 +89,11 @@ QString newStartupId(quint32 userTime)
         .arg(userTime);
 }
 
+QString startupIdOn(const QString &platform, std::optional<quint32> userTime)
+{
+    return platform == QLatin1String("xcb") && userTime ? newStartupId(*userTime) : QString();
+}
+
 QByteArray endOfStartup(const QString &startupId)
 {
     auto value = startupId.toUtf8();
