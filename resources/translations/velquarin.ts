@@ -236,13 +236,6 @@
     </message>
 </context>
 <context>
-    <name>velquarin::MenuBarView</name>
-    <message>
-        <source>Velquarin</source>
-        <translation type="unfinished"></translation>
-    </message>
-</context>
-<context>
     <name>velquarin::RecordRow</name>
     <message>
         <source>Remove</source>

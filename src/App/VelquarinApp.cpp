@@ -73,7 +73,8 @@ int VelquarinApp::run()
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);
     const InputTime inputTime;
-    FileManagerViewer fileViewer(m_bus, [&inputTime] { return startupIdOn(QGuiApplication::platformName(), inputTime.now()); });
+    FileManagerViewer fileViewer(
+        m_bus, [&inputTime] { return startupIdOn(QGuiApplication::platformName(), inputTime.now()); });
     XdgAutostart loginItem(
         autostartEnvironment(QProcessEnvironment::systemEnvironment(), QCoreApplication::applicationFilePath()));
     FolderDialog folderChooser;

@@ -14,6 +14,7 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QHBoxLayout>
 #include <QHelpEvent>
 #include <QImage>
 #include <QPainter>
@@ -124,6 +125,8 @@ private Q_SLOTS:
     void whatLooksAsBeforeIsNotPaintedAgain();
     void aNewCommitRepaintsItsSquareAlone();
     void aNewDayMovesTheGridOn();
+    void aYearThatComesTakesItsRoom();
+    void anotherMonthRepaintsAll();
     void monthsAreWritten();
     void noLetterOfAMonthIsCutOff();
     void aMonthIsReadFromTheLeftEverywhere();
@@ -261,6 +264,29 @@ void TestYearHeatmapView::aNewDayMovesTheGridOn()
     QCOMPARE(view.textOf(today), QStringLiteral("Nov 20, 2026: 1 commit"));
     QCOMPARE(view.textOf(today + 1), QStringLiteral("Nov 21, 2026: 0 commits"));
     QCOMPARE(view.textOf(firstDay), QString());
+}
+
+void TestYearHeatmapView::aYearThatComesTakesItsRoom()
+{
+    QWidget window;
+    QHBoxLayout row(&window);
+    YearHeatmapView view;
+    row.addWidget(&view);
+    window.resize(view.sizeHint() * 2);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    show(view, {});
+    QTRY_COMPARE(view.size(), view.sizeHint());
+}
+
+void TestYearHeatmapView::anotherMonthRepaintsAll()
+{
+    YearHeatmapView view;
+    show(view, {});
+    open(view);
+    PaintRecorder painted(view);
+    show(view, {}, "2026-12-20T12:00:00Z");
+    QTRY_COMPARE(painted.region.boundingRect(), view.rect());
 }
 
 void TestYearHeatmapView::monthsAreWritten()
