@@ -14,6 +14,7 @@
 #include "Views/Text.h"
 
 #include <QApplication>
+#include <QSemaphore>
 #include <QTest>
 
 namespace velquarin::test {
@@ -107,6 +108,25 @@ struct SettingsWindow
         QTest::mouseClick(widget, Qt::LeftButton, {}, widget->rect().center());
         settle();
     }
+};
+
+//! Holds the thread that walks folders until it is released.
+struct SlowGit
+{
+    explicit SlowGit(SettingsWindow &window)
+    {
+        window.engine.runner.answerWith(QStringLiteral("rev-parse --git-dir"), [this] {
+            m_patience.acquire();
+            return QByteArray();
+        });
+        m_answer = window.engine.git.isGitRepository(QStringLiteral("/slow"));
+    }
+    ~SlowGit() { release(); }
+    void release() { m_patience.release(1000); }
+
+private:
+    QSemaphore m_patience;
+    QFuture<bool> m_answer;
 };
 
 //! What is drawn before that word on the line that it stands on.

@@ -19,9 +19,7 @@
 #include <QCheckBox>
 #include <QHelpEvent>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QScrollBar>
-#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTextDocument>
@@ -145,6 +143,8 @@ private Q_SLOTS:
     void whatARowSaysCanBeReadUnderThePointer();
     void aScreenReaderRemovesAndDisables();
     void scanningByKeyboardKeepsTheFocusAtHand();
+    void aScanLeavesAFocusElsewhereAlone();
+    void aMessageLeavesTheFocusAlone();
     void rowsAreRemovedOneAfterAnotherByKeyboard();
 };
 
@@ -345,21 +345,15 @@ void TestRepositoriesTab::aScanGoesFiveLevelsDeep()
 void TestRepositoriesTab::whileAScanRunsAddingStaysUsable()
 {
     const Folder folder({QStringLiteral("a")});
-    QSemaphore patience;
     SettingsWindow window;
-    window.engine.runner.answerWith(QStringLiteral("rev-parse --git-dir"), [&patience] {
-        patience.acquire();
-        return QByteArray();
-    });
-    const auto letGo = qScopeGuard([&patience] { patience.release(1000); });
     window.open();
-    choose(window, add, QStringLiteral("/slow"));
+    SlowGit slow(window);
     choose(window, scan, folder.dir.path());
     SettingsWindow::settle();
     QVERIFY(window.says(QStringLiteral("Scanning...")));
     QVERIFY(!window.control<QPushButton>(scan)->isEnabled());
     QVERIFY(window.controls<QPushButton>(add).last()->isEnabled());
-    patience.release();
+    slow.release();
     QTRY_VERIFY(window.control<QPushButton>(scan)->isEnabled());
     QVERIFY(!window.says(QStringLiteral("Scanning...")));
 }
@@ -368,15 +362,9 @@ void TestRepositoriesTab::besideTheWordAWheelTurns()
 {
     const FontOfPixels font(13);
     const Folder folder({QStringLiteral("a")});
-    QSemaphore patience;
     SettingsWindow window;
-    window.engine.runner.answerWith(QStringLiteral("rev-parse --git-dir"), [&patience] {
-        patience.acquire();
-        return QByteArray();
-    });
-    const auto letGo = qScopeGuard([&patience] { patience.release(1000); });
     window.open();
-    choose(window, add, QStringLiteral("/slow"));
+    const SlowGit slow(window);
     choose(window, scan, folder.dir.path());
     const auto word = QStringLiteral("Scanning...");
     QTRY_VERIFY(window.control<Text>(word) != nullptr);
@@ -826,6 +814,35 @@ void TestRepositoriesTab::scanningByKeyboardKeepsTheFocusAtHand()
     window.chooser.confirm(folder.dir.path());
     SettingsWindow::settle();
     QCOMPARE(SettingsWindow::nameOf(QApplication::focusWidget()), add);
+}
+
+void TestRepositoriesTab::aScanLeavesAFocusElsewhereAlone()
+{
+    const Folder folder({});
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    auto *const refresh = window.control<QPushButton>(refreshNow);
+    refresh->setFocus();
+    const SlowGit slow(window);
+    choose(window, scan, folder.dir.path());
+    SettingsWindow::settle();
+    QVERIFY(!window.control<QPushButton>(scan)->isEnabled());
+    QCOMPARE(QApplication::focusWidget(), refresh);
+}
+
+void TestRepositoriesTab::aMessageLeavesTheFocusAlone()
+{
+    SettingsWindow window;
+    window.open();
+    for (auto *const focused : {window.controls<QPushButton>(add).first(), window.control<QPushButton>(scan)}) {
+        focused->setFocus();
+        choose(window, add, QStringLiteral("/gone"));
+        QTRY_COMPARE(messageOf(window), noRepository);
+        QCOMPARE(QApplication::focusWidget(), focused);
+        window.view->close();
+        window.show();
+    }
 }
 
 void TestRepositoriesTab::rowsAreRemovedOneAfterAnotherByKeyboard()

@@ -19,7 +19,6 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -52,25 +51,6 @@ void choose(SettingsWindow &window, const QString &path)
     window.chooser.confirm(path);
     SettingsWindow::settle();
 }
-
-// Holds the thread that walks folders until it is released.
-struct SlowGit
-{
-    explicit SlowGit(SettingsWindow &window)
-    {
-        window.engine.runner.answerWith(QStringLiteral("rev-parse --git-dir"), [this] {
-            m_patience.acquire();
-            return QByteArray();
-        });
-        m_answer = window.engine.git.isGitRepository(QStringLiteral("/slow"));
-    }
-    ~SlowGit() { release(); }
-    void release() { m_patience.release(1000); }
-
-private:
-    QSemaphore m_patience;
-    QFuture<bool> m_answer;
-};
 
 QStringList linesFrom(const SettingsWindow &window, const QString &first)
 {
@@ -121,6 +101,9 @@ private Q_SLOTS:
     void discoveredRepositoriesStandCloseTogether();
     void withoutFoldersASymbolStandsOverTheWords();
     void theFocusOfTheButtonStaysInItsRow();
+    void aRunLeavesAFocusElsewhereAlone();
+    void withoutFoldersTheFocusStaysWhereItIs();
+    void removingTheLastFolderLeavesTheFocusWhereItIsOfUse();
     void duringARunAnotherFolderCanBeAdded();
     void theTimeOfTheLastRunLeavesAndComesBack();
     void theLastRunIsToldByItsTimeAlone();
@@ -484,6 +467,44 @@ void TestWatchedFoldersTab::theFocusOfTheButtonStaysInItsRow()
     SettingsWindow::settle();
     QCOMPARE(QApplication::focusWidget(), window.controls<QPushButton>(addFolder).last());
     QTRY_VERIFY(button->isVisible());
+}
+
+void TestWatchedFoldersTab::aRunLeavesAFocusElsewhereAlone()
+{
+    const Folder folder(1);
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(folder.dir.path(), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    auto *const master = window.control<Switch>(automatic);
+    master->setFocus(Qt::TabFocusReason);
+    const SlowGit slow(window);
+    SettingsWindow::click(window.control<QPushButton>(scanNow));
+    QVERIFY(window.says(scanning));
+    QCOMPARE(QApplication::focusWidget(), master);
+}
+
+void TestWatchedFoldersTab::withoutFoldersTheFocusStaysWhereItIs()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    auto *const master = window.control<Switch>(automatic);
+    master->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(master, Qt::Key_Space);
+    SettingsWindow::settle();
+    QVERIFY(!window.engine.settings.autoDiscoveryEnabled());
+    QCOMPARE(QApplication::focusWidget(), master);
+}
+
+void TestWatchedFoldersTab::removingTheLastFolderLeavesTheFocusWhereItIsOfUse()
+{
+    SettingsWindow window;
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
+    window.open(SettingsWindow::AutoDiscover);
+    window.control<IconButton>(QStringLiteral("Remove"))->setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+    SettingsWindow::settle();
+    QVERIFY(window.says(QStringLiteral("No Watched Folders")));
+    QCOMPARE(QApplication::focusWidget(), window.controls<QPushButton>(addFolder).last());
 }
 
 void TestWatchedFoldersTab::duringARunAnotherFolderCanBeAdded()
