@@ -232,11 +232,10 @@ void YearHeatmapView::paintCells(QPainter &painter, const QRect &dirty) const
 {
     const auto shapes = this->shapes();
     for (int index = 0; index < cells(); ++index) {
-        const auto &cell = cellAt(m_contents.grid, index);
-        const auto color = colorForCount(cell.count, cell.isInRange);
-        if (!color.accent || !rectangleOf(index).intersects(dirty))
+        if (!rectangleOf(index).intersects(dirty))
             continue;
-        painter.setBrush(fill(color, palette()));
+        const auto &cell = cellAt(m_contents.grid, index);
+        painter.setBrush(fill(colorForCount(cell.count, cell.isInRange), palette()));
         painter.drawRoundedRect(shapes.cell(index), shapes.cornerRadius(), shapes.cornerRadius());
     }
     if (hasFocus() && m_current)

@@ -23,6 +23,19 @@ inline QImage pictureOf(QWidget &widget, double ratio)
     return image;
 }
 
+//! A ground of @p widget's size and colour with what @p draw paints on it.
+template <typename Draw>
+QImage drawnOn(const QWidget &widget, Draw draw)
+{
+    QImage image(widget.size(), QImage::Format_ARGB32_Premultiplied);
+    image.fill(widget.palette().color(QPalette::Window));
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    draw(painter);
+    return image;
+}
+
 //! What @p widget looks like with that symbol at @p place and nothing else.
 inline QImage pictureOfSymbol(const QString &name, const QRect &place, const QColor &color, const QWidget &widget,
                               double opacity = 1)

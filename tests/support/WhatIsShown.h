@@ -95,11 +95,11 @@ inline QHash<const QWidget *, QRect> placesIn(const QWidget &widget)
     return places;
 }
 
-//! A light and a dark desktop.
+//! A light and a dark desktop. On the light one all three inks differ.
 inline QPalette lightPalette()
 {
-    QPalette palette(QColor(0xef, 0xf0, 0xf1), QColor(0xef, 0xf0, 0xf1));
-    palette.setColor(QPalette::WindowText, QColor(0x23, 0x26, 0x29));
+    QPalette palette(QColor(0xfc, 0xfc, 0xfc), QColor(0xfc, 0xfc, 0xfc));
+    palette.setColor(QPalette::WindowText, Qt::black);
     palette.setColor(QPalette::Highlight, QColor(0x3d, 0xae, 0xe9));
     return palette;
 }

@@ -69,6 +69,9 @@ private Q_SLOTS:
     void theSectionsKeepTheirDistances();
     void aSwitchHasItsKnobWhereItsValueIs();
     void aSwitchTakesTheRoomOfItsLabelAndItsTrack();
+    void aSwitchIsDrawnByNumbers_data();
+    void aSwitchIsDrawnByNumbers();
+    void aGroupHasRoundCorners();
     void nothingIsOutOfReachWithALargeFont();
     void withADesktopsFontNothingScrolls_data();
     void withADesktopsFontNothingScrolls();
@@ -324,6 +327,54 @@ void TestGeneralTab::aSwitchTakesTheRoomOfItsLabelAndItsTrack()
     const Switch small(label, Switch::Size::Small, nullptr);
     QCOMPARE(regular.sizeHint().width(), letters(style::TypeStyle::Body) + 8 + 32 + 2 * 4);
     QCOMPARE(small.sizeHint().width(), letters(style::TypeStyle::Subheadline) + 8 + 26 + 2 * 4);
+}
+
+void TestGeneralTab::aSwitchIsDrawnByNumbers_data()
+{
+    QTest::addColumn<Switch::Size>("size");
+    QTest::addColumn<bool>("isOn");
+    QTest::addColumn<QRectF>("track");
+    QTest::addColumn<QRectF>("knob");
+    using Size = Switch::Size;
+    QTest::newRow("off") << Size::Regular << false << QRectF(64, 15, 32, 19) << QRectF(66, 17, 15, 15);
+    QTest::newRow("on") << Size::Regular << true << QRectF(64, 15, 32, 19) << QRectF(79, 17, 15, 15);
+    QTest::newRow("small, off") << Size::Small << false << QRectF(70, 17, 26, 15) << QRectF(72, 19, 11, 11);
+    QTest::newRow("small, on") << Size::Small << true << QRectF(70, 17, 26, 15) << QRectF(83, 19, 11, 11);
+}
+
+void TestGeneralTab::aSwitchIsDrawnByNumbers()
+{
+    QFETCH(Switch::Size, size);
+    QFETCH(bool, isOn);
+    QFETCH(QRectF, track);
+    QFETCH(QRectF, knob);
+    const FontOfPixels font(13);
+    Switch control(QStringLiteral("On"), size, nullptr);
+    control.setChecked(isOn);
+    control.resize(100, 49);
+    const auto letters = size == Switch::Size::Small ? style::TypeStyle::Subheadline : style::TypeStyle::Body;
+    const auto expected = drawnOn(control, [&](QPainter &painter) {
+        painter.setBrush(style::switchTrack(control.palette(), isOn));
+        painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
+        painter.setBrush(Qt::white);
+        painter.drawEllipse(knob);
+        painter.setPen(style::ink(control.palette(), style::Ink::Primary));
+        painter.setFont(style::font(letters));
+        painter.drawText(QRect(4, 0, 50, 49), Qt::AlignLeft | Qt::AlignVCenter, QStringLiteral("On"));
+    });
+    QCOMPARE(pictureOf(control, 1), expected);
+}
+
+void TestGeneralTab::aGroupHasRoundCorners()
+{
+    const FontOfPixels font(13);
+    TintedGround group;
+    group.resize(60, 40);
+    const auto expected = drawnOn(group, [&group](QPainter &painter) {
+        painter.setBrush(style::groupGround(group.palette()));
+        painter.drawRoundedRect(QRectF(0, 0, 60, 40), 8, 8);
+    });
+    QCOMPARE(pictureOf(group, 1), expected);
 }
 
 void TestGeneralTab::nothingIsOutOfReachWithALargeFont()

@@ -9,12 +9,14 @@
 #include "Views/Settings/Badge.h"
 #include "Views/Settings/RepositoryRow.h"
 #include "Views/Settings/RowList.h"
+#include "Views/Settings/Spinner.h"
 #include "Views/Style.h"
 #include "Views/SymbolView.h"
 #include "Views/Text.h"
 
 #include "SettingsWindow.h"
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QCheckBox>
 #include <QHelpEvent>
@@ -130,7 +132,11 @@ private Q_SLOTS:
     void theBinIsRed();
     void aRowKeepsItsDistances();
     void aRowIsWrittenInItsSizesAndColours();
+    void whatIsWrittenHasItsSizeAndColour_data();
+    void whatIsWrittenHasItsSizeAndColour();
     void theBadgeIsACapsuleAroundItsWord();
+    void theWheelTurnsByOneOfEightSpokes();
+    void theWheelTurnsOnlyWhileItIsShown();
     void theTabKeepsItsDistances();
     void theButtonsShowTheirSymbols();
     void rowsArePartedByALine();
@@ -635,19 +641,99 @@ void TestRepositoriesTab::aRowIsWrittenInItsSizesAndColours()
     QCOMPARE(written.at(2).color, style::accentTextOn(ground, palette, style::Accent::Blue));
 }
 
+void TestRepositoriesTab::whatIsWrittenHasItsSizeAndColour_data()
+{
+    using style::TypeStyle;
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QFont>("font");
+    QTest::addColumn<style::Tone>("tone");
+    const auto row = [](const char *text, const QFont &font, const style::Tone &tone) {
+        QTest::newRow(text) << QString::fromLatin1(text) << font << tone;
+    };
+    const FontOfPixels font(13);
+    row("Tracked Repositories", style::font(TypeStyle::Headline), style::Ink::Primary);
+    row("0 repos", style::font(TypeStyle::Caption), style::Ink::Secondary);
+    row("No Repositories", style::systemFont(17, QFont::Bold), style::Ink::Primary);
+    row("Add git repositories to track your commit streak", style::font(TypeStyle::Subheadline), style::Ink::Secondary);
+    row("Selected folder is not a git repository", style::font(TypeStyle::Caption), style::Accent::Red);
+    row("Scanning...", style::font(TypeStyle::Caption), style::Ink::Secondary);
+}
+
+void TestRepositoriesTab::whatIsWrittenHasItsSizeAndColour()
+{
+    QFETCH(QString, text);
+    QFETCH(style::Tone, tone);
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.open();
+    choose(window, add, QStringLiteral("/gone"));
+    QTRY_COMPARE(messageOf(window), noRepository);
+    auto written = paintedTexts(*window.view);
+    const Folder folder({});
+    const SlowGit slow(window);
+    choose(window, scan, folder.dir.path());
+    SettingsWindow::settle();
+    written += paintedTexts(*window.view);
+    const auto found = std::ranges::find(written, text, &PaintedText::text);
+    QVERIFY(found != written.end());
+    QTEST(found->font, "font");
+    QCOMPARE(found->color, style::textColor(window.view->palette(), tone));
+}
+
 void TestRepositoriesTab::theBadgeIsACapsuleAroundItsWord()
 {
     const FontOfPixels font(13);
     Badge badge(QStringLiteral("Auto"), nullptr);
     const QFontMetrics metrics(style::font(style::TypeStyle::Caption2));
     QCOMPARE(badge.sizeHint(), QSize(metrics.horizontalAdvance(QStringLiteral("Auto")) + 2 * 4, metrics.height() + 2));
-    badge.resize(badge.sizeHint());
-    const auto picture = pictureOf(badge, 1);
+    badge.resize(60, 16);
     const auto ground = style::badgeGround(badge.palette(), style::Accent::Blue);
-    QCOMPARE(picture.pixelColor(2, badge.height() / 2), ground);
-    QCOMPARE(picture.pixelColor(badge.width() - 3, badge.height() / 2), ground);
-    QCOMPARE(picture.pixelColor(0, 0), badge.palette().color(QPalette::Window));
-    QCOMPARE(picture.pixelColor(badge.rect().bottomRight()), badge.palette().color(QPalette::Window));
+    const auto expected = drawnOn(badge, [&badge, &ground](QPainter &painter) {
+        painter.setBrush(ground);
+        painter.drawRoundedRect(QRectF(0, 0, 60, 16), 8, 8);
+        painter.setPen(style::accentTextOn(ground, badge.palette(), style::Accent::Blue));
+        painter.setFont(style::font(style::TypeStyle::Caption2));
+        painter.drawText(QRect(0, 0, 60, 16), Qt::AlignCenter, QStringLiteral("Auto"));
+    });
+    QCOMPARE(pictureOf(badge, 1), expected);
+}
+
+void TestRepositoriesTab::theWheelTurnsByOneOfEightSpokes()
+{
+    const FontOfPixels font(20);
+    Spinner wheel;
+    QCOMPARE(wheel.size(), QSize(17, 17));
+    wheel.setFixedSize(70, 70);
+    const auto drawn = [&wheel](int steps) {
+        return drawnOn(wheel, [&wheel, steps](QPainter &painter) {
+            painter.translate(35, 35);
+            painter.rotate(45 * steps);
+            auto color = style::ink(wheel.palette(), style::Ink::Secondary);
+            for (const auto opacity : {1.0F, 0.125F, 0.25F, 0.375F, 0.5F, 0.625F, 0.75F, 0.875F}) {
+                color.setAlphaF(opacity);
+                painter.setPen(QPen(color, 10, Qt::SolidLine, Qt::RoundCap));
+                painter.drawLine(QPointF(0, -17.5), QPointF(0, -29.75));
+                painter.rotate(45);
+            }
+        });
+    };
+    for (int step = 0; step <= 8; ++step) {
+        QCOMPARE(pictureOf(wheel, 1), drawn(step));
+        QTimerEvent tick(1);
+        QCoreApplication::sendEvent(&wheel, &tick);
+    }
+}
+
+void TestRepositoriesTab::theWheelTurnsOnlyWhileItIsShown()
+{
+    const auto timers = [](Spinner &wheel) { return QAbstractEventDispatcher::instance()->registeredTimers(&wheel); };
+    Spinner wheel;
+    QVERIFY(timers(wheel).isEmpty());
+    wheel.show();
+    QCOMPARE(timers(wheel).size(), 1);
+    QCOMPARE(timers(wheel).first().interval, 100);
+    wheel.hide();
+    QVERIFY(timers(wheel).isEmpty());
 }
 
 void TestRepositoriesTab::theTabKeepsItsDistances()
