@@ -8,6 +8,7 @@
 #include "Views/Divider.h"
 #include "Views/Settings/Picker.h"
 #include "Views/Settings/Switch.h"
+#include "Views/Settings/TabColumn.h"
 #include "Views/Style.h"
 
 #include "SettingsWindow.h"
@@ -83,6 +84,10 @@ private Q_SLOTS:
     void aTabHasTheFocusOnlyWhileTheStripHasIt();
     void aScreenReaderTurnsToATab();
     void aScreenReaderFindsATabAsItIsShown();
+    void aTabHoldsNothingAndSaysWhatCanBeDoneWithIt();
+    void aTabThatIsGoneSaysSo();
+    void theGapsOfATabGiveWayToItsParts_data();
+    void theGapsOfATabGiveWayToItsParts();
     void aPickerIsLabelledOnce();
     void aListSaysWhatItIsOf();
     void enterPressesTheButtonThatHasTheFocus_data();
@@ -403,6 +408,84 @@ void TestSettingsView::aScreenReaderFindsATabAsItIsShown()
     QCOMPARE(tab->text(QAccessible::Accelerator), QStringLiteral("Alt+A"));
     QCOMPARE(strip->childAt(tab->rect().center().x(), tab->rect().center().y()), tab);
     QCOMPARE(tab->parent(), strip);
+}
+
+void TestSettingsView::aTabHoldsNothingAndSaysWhatCanBeDoneWithIt()
+{
+    SettingsWindow window;
+    window.open();
+    auto *const strip = stripOf(window);
+    auto *const tab = strip->child(SettingsWindow::Repositories);
+    QCOMPARE(tab->childCount(), 0);
+    QCOMPARE(tab->child(0), nullptr);
+    QCOMPARE(tab->childAt(tab->rect().x() + 1, tab->rect().y() + 1), nullptr);
+    QCOMPARE(tab->indexOfChild(strip), -1);
+    QCOMPARE(strip->indexOfChild(strip), -1);
+    QCOMPARE(tab->object(), nullptr);
+    QCOMPARE(tab->window(), window.view->windowHandle());
+    QCOMPARE(tab->text(QAccessible::Description), QString());
+    const auto state = tab->state();
+    QVERIFY(state.selectable && state.focusable && !state.invisible && !state.invalid);
+    QVERIFY(tab->interface_cast(QAccessible::ActionInterface) != nullptr);
+    QCOMPARE(tab->interface_cast(QAccessible::TextInterface), nullptr);
+    tab->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    QVERIFY(tab->state().selected);
+    window.view->hide();
+    QVERIFY(tab->state().invisible);
+}
+
+void TestSettingsView::aTabThatIsGoneSaysSo()
+{
+    TabStrip strip;
+    strip.addTab(QStringLiteral("One"), QStringLiteral("gear"));
+    strip.addTab(QStringLiteral("Two"), QStringLiteral("gear"));
+    auto *const tab = QAccessible::queryAccessibleInterface(&strip)->child(1);
+    QVERIFY(tab->isValid());
+    strip.removeTab(1);
+    QVERIFY(!tab->isValid());
+    QVERIFY(tab->state().invalid);
+    QCOMPARE(tab->text(QAccessible::Name), QString());
+    QCOMPARE(tab->rect(), QRect());
+    tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(strip.currentIndex(), 0);
+}
+
+void TestSettingsView::theGapsOfATabGiveWayToItsParts_data()
+{
+    QTest::addColumn<int>("height");
+    QTest::addColumn<int>("parts");
+    QTest::addColumn<QList<int>>("places");
+    QTest::newRow("with room to spare") << 200 << 3 << QList<int>{16, 52, 88};
+    QTest::newRow("with just enough room") << 124 << 3 << QList<int>{16, 52, 88};
+    QTest::newRow("with less") << 112 << 3 << QList<int>{16, 46, 76};
+    QTest::newRow("with the least") << 100 << 3 << QList<int>{16, 40, 64};
+    QTest::newRow("with a part hidden") << 80 << 2 << QList<int>{16, 44};
+    QTest::newRow("with one part alone") << 60 << 1 << QList<int>{16};
+}
+
+void TestSettingsView::theGapsOfATabGiveWayToItsParts()
+{
+    QFETCH(int, height);
+    QFETCH(int, parts);
+    const FontOfPixels font(13);
+    QWidget window;
+    auto *const tab = new QWidget(&window);
+    auto *const column = new TabColumn(tab);
+    QList<QWidget *> widgets;
+    for (int part = 0; part < 3; ++part) {
+        widgets.append(new QWidget(tab));
+        widgets.last()->setFixedSize(50, 20);
+        widgets.last()->setVisible(part < parts);
+        column->addWidget(widgets.last());
+    }
+    column->addStretch();
+    window.show();
+    tab->setGeometry(0, 0, 100, height);
+    column->activate();
+    QList<int> places;
+    for (int part = 0; part < parts; ++part)
+        places.append(widgets.at(part)->y());
+    QTEST(places, "places");
 }
 
 // On this platform a label is told by a relation: a description would say it a second time.
