@@ -5,6 +5,7 @@
 #include "support/FakeClock.h"
 #include "support/Offscreen.h"
 #include "support/PaintedText.h"
+#include "support/Picture.h"
 #include "support/RecordingFileViewer.h"
 #include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
@@ -266,6 +267,51 @@ private Q_SLOTS:
         for (const auto outside : {QPoint(square.left() - 1, middle.y()), QPoint(square.right() + 1, middle.y()),
                                    QPoint(middle.x(), square.top() - 1), QPoint(middle.x(), square.bottom() + 1)})
             QCOMPARE(picture.pixelColor(outside), ground);
+    }
+
+    void aColumnIsDrawnByNumbers()
+    {
+        DayColumn column;
+        column.setDay(commitDay("2026-11-20T00:00:00Z", 3), m_texts, m_calendar, now);
+        const auto letters = QFontMetrics(style::font(style::TypeStyle::Caption2)).height();
+        QCOMPARE(column.sizeHint(), QSize(32, letters + 4 + 32 + 4 + 4));
+        column.resize(38, letters + 44);
+        const auto expected = drawnOn(column, [&](QPainter &painter) {
+            const QRect square(3, letters + 4, 32, 32);
+            auto green = style::accent(column.palette(), Accent::Green);
+            green.setAlphaF(0.6F);
+            painter.setBrush(green);
+            painter.drawRoundedRect(square, 4, 4);
+            painter.setBrush(style::accent(column.palette(), Accent::Blue));
+            painter.drawEllipse(QRectF(17, letters + 40, 4, 4));
+            painter.setPen(style::ink(column.palette(), Ink::Secondary));
+            painter.setFont(style::font(style::TypeStyle::Caption2));
+            painter.drawText(QRect(0, 0, 38, letters), Qt::AlignCenter, QStringLiteral("Fri"));
+            painter.setPen(Qt::white);
+            painter.setFont(style::font(style::TypeStyle::Caption2, QFont::DemiBold));
+            painter.drawText(square, Qt::AlignCenter, QStringLiteral("3"));
+        });
+        QCOMPARE(test::pictureOf(column, 1), expected);
+    }
+
+    void aLongNumberIsAsLargeAsItsSquareAllows_data()
+    {
+        QTest::addColumn<qint64>("count");
+        for (const qint64 count : {999LL, 1000LL, 12'345LL, 1'234'567LL, 9'000'000'000'000'000'000LL})
+            QTest::addRow("%lld", count) << count;
+    }
+
+    void aLongNumberIsAsLargeAsItsSquareAllows()
+    {
+        QFETCH(qint64, count);
+        DayColumn column;
+        column.setDay(commitDay("2026-11-20T00:00:00Z", count), m_texts, m_calendar, now);
+        column.resize(column.sizeHint());
+        auto font = paintedTexts(column).last().font;
+        const auto width = [&font, count] { return QFontMetrics(font).horizontalAdvance(QString::number(count)); };
+        QVERIFY(width() <= 32 - 5 || font.pixelSize() == 1);
+        font.setPixelSize(font.pixelSize() + 1);
+        QVERIFY(font.pixelSize() > 10 || width() > 32 - 5);
     }
 
     void aNumberOfAnyLengthStaysInItsSquare()

@@ -5,6 +5,7 @@
 
 #include "support/Offscreen.h"
 #include "support/TestProgram.h"
+#include "Views/Style.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -108,6 +109,8 @@ private Q_SLOTS:
     void aGrabbingOneNeedsNoActivationToken();
     void itsSurfaceIsTheWindowsColourWithAHairline();
     void roundedCornersAreTransparent();
+    void itsEdgeIsDrawnByNumbers_data();
+    void itsEdgeIsDrawnByNumbers();
 };
 
 void TestPopover::init()
@@ -521,6 +524,33 @@ void TestPopover::roundedCornersAreTransparent()
     QCOMPARE(image.pixelColor(0, 0).alpha(), 0);
     QCOMPARE(image.pixelColor(299, 349).alpha(), 0);
     QCOMPARE(image.pixelColor(150, 300), QColor(0x336699));
+}
+
+void TestPopover::itsEdgeIsDrawnByNumbers_data()
+{
+    QTest::addColumn<Popover::Surface>("surface");
+    QTest::addColumn<int>("radius");
+    QTest::newRow("square") << Popover::Surface::Square << 0;
+    QTest::newRow("rounded") << Popover::Surface::Rounded << 10;
+}
+
+void TestPopover::itsEdgeIsDrawnByNumbers()
+{
+    QFETCH(Popover::Surface, surface);
+    QFETCH(int, radius);
+    Popover popover(new Content(200), Popover::Kind::Managed, surface);
+    popover.resize(300, 350);
+    QImage drawn(popover.size(), QImage::Format_ARGB32_Premultiplied);
+    drawn.fill(Qt::transparent);
+    auto expected = drawn;
+    popover.render(&drawn, {}, {}, QWidget::RenderFlags());
+    QPainter painter(&expected);
+    painter.setRenderHint(QPainter::Antialiasing, radius > 0);
+    painter.setPen(QPen(style::divider(popover.palette()), 1));
+    painter.setBrush(popover.palette().color(QPalette::Window));
+    painter.drawRoundedRect(QRectF(0.5, 0.5, 299, 349), radius, radius);
+    painter.end();
+    QCOMPARE(drawn, expected);
 }
 
 VELQUARIN_WINDOW_TEST(TestPopover)

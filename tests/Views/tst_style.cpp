@@ -191,6 +191,62 @@ private Q_SLOTS:
         QCOMPARE(snapped.size(), QSizeF(14, 14));
     }
 
+    void aFocusRingIsDrawnByNumbers()
+    {
+        auto colors = palette(Qt::white, Qt::black);
+        colors.setColor(QPalette::All, QPalette::Highlight, QColor(0x3060c0));
+        auto drawn = canvas({60, 30});
+        auto expected = drawn;
+        QPainter painter(&drawn);
+        painter.setBrush(Qt::red);
+        style::paintFocusRing(painter, QRectF(2, 3, 50, 20), colors);
+        painter.end();
+        painter.begin(&expected);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QPen(QColor(0x3060c0), 1.5));
+        painter.drawRoundedRect(QRectF(2.75, 3.75, 48.5, 18.5), 4, 4);
+        painter.end();
+        QCOMPARE(drawn, expected);
+    }
+
+    void aFocusRingCanBeSeenWhateverTheHighlight()
+    {
+        auto colors = palette(Qt::white, Qt::black);
+        colors.setColor(QPalette::All, QPalette::Highlight, QColor(0xf0f0f0));
+        auto drawn = canvas({60, 30});
+        QPainter painter(&drawn);
+        style::paintFocusRing(painter, QRectF(0, 0, 60, 30), colors);
+        painter.end();
+        const auto contrast = style::contrast(drawn.pixelColor(30, 0), Qt::white);
+        QVERIFY2(contrast >= 3 && contrast < 3.3, qPrintable(QString::number(contrast)));
+    }
+
+    void anIconIsInTheColorOfItsMode_data()
+    {
+        QTest::addColumn<QIcon::Mode>("mode");
+        QTest::addColumn<QPalette::ColorGroup>("group");
+        QTest::newRow("normal") << QIcon::Normal << QPalette::Active;
+        QTest::newRow("disabled") << QIcon::Disabled << QPalette::Disabled;
+    }
+
+    void anIconIsInTheColorOfItsMode()
+    {
+        QFETCH(QIcon::Mode, mode);
+        QFETCH(QPalette::ColorGroup, group);
+        const auto color = QApplication::palette().color(group, QPalette::ButtonText);
+        auto expected = canvas({48, 48});
+        QPainter painter(&expected);
+        style::paintSymbol(painter, QStringLiteral("plus"), QRectF(0, 0, 48, 48), color);
+        painter.end();
+        auto painted = canvas({48, 48});
+        painter.begin(&painted);
+        const auto icon = style::symbolIcon(QStringLiteral("plus"));
+        icon.paint(&painter, QRect(0, 0, 48, 48), Qt::AlignCenter, mode);
+        painter.end();
+        QCOMPARE(painted, expected);
+        QCOMPARE(icon.pixmap({48, 48}, mode).toImage().convertToFormat(expected.format()), expected);
+    }
+
     void aSymbolIsPaintedInTheColorAskedFor()
     {
         auto image = canvas({48, 48});

@@ -4,8 +4,11 @@
 #include "Views/Settings/RowList.h"
 
 #include "support/Offscreen.h"
+#include "support/Picture.h"
 #include "support/TestProgram.h"
 #include "Views/Settings/ListRow.h"
+
+#include "SettingsWindow.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -168,6 +171,9 @@ private Q_SLOTS:
     void comingBackToTheWindowScrollsNothing();
     void keysWithControlAreNotForTheList_data();
     void keysWithControlAreNotForTheList();
+    void aRowIsDrawnByNumbers_data();
+    void aRowIsDrawnByNumbers();
+    void theListStandsOnAGroundWithRoundCorners();
 };
 
 void TestRowList::rowsStandInTheirOrder()
@@ -406,6 +412,47 @@ void TestRowList::keysWithControlAreNotForTheList()
     Window::press(Qt::Key_Down);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key(key), Qt::ControlModifier);
     QCOMPARE(Window::focused(), QStringLiteral("1"));
+}
+
+void TestRowList::aRowIsDrawnByNumbers_data()
+{
+    QTest::addColumn<bool>("isLast");
+    QTest::addColumn<bool>("isUnderPointer");
+    QTest::newRow("one of many") << false << false;
+    QTest::newRow("one of many, under the pointer") << false << true;
+    QTest::newRow("the last one") << true << false;
+    QTest::newRow("the last one, under the pointer") << true << true;
+}
+
+void TestRowList::aRowIsDrawnByNumbers()
+{
+    QFETCH(bool, isLast);
+    QFETCH(bool, isUnderPointer);
+    const FontOfPixels font(13);
+    ListRow row(nullptr);
+    row.resize(100, 40);
+    row.setLast(isLast);
+    row.setAttribute(Qt::WA_UnderMouse, isUnderPointer);
+    const auto expected = drawnOn(row, [&](QPainter &painter) {
+        if (!isLast)
+            painter.fillRect(QRect(10, 39, 80, 1), style::divider(row.palette()));
+        painter.setBrush(style::hoveredGround(row.palette()));
+        if (isUnderPointer)
+            painter.drawRoundedRect(QRect(3, 3, 94, 33), 5, 5);
+    });
+    QCOMPARE(pictureOf(row, 1), expected);
+}
+
+void TestRowList::theListStandsOnAGroundWithRoundCorners()
+{
+    const FontOfPixels font(13);
+    const Window window(0);
+    auto &list = *window.list;
+    const auto expected = drawnOn(list, [&list](QPainter &painter) {
+        painter.setBrush(style::groupGround(list.palette()));
+        painter.drawRoundedRect(QRectF(list.rect()), 8, 8);
+    });
+    QCOMPARE(pictureOf(list, 1), expected);
 }
 
 VELQUARIN_WINDOW_TEST(TestRowList)

@@ -68,6 +68,8 @@ private Q_SLOTS:
     void theTabsStandOverALine();
     void theSelectedTabStandsOut();
     void everyTabHasItsSymbol();
+    void aTabIsDrawnByNumbers_data();
+    void aTabIsDrawnByNumbers();
     void itOpensWithTheFirstTabWhateverWasShownLast();
     void nothingHasTheFocusAtFirst();
     void escapeClosesIt();
@@ -169,6 +171,48 @@ void TestSettingsView::everyTabHasItsSymbol()
         QVERIFY(!isPlain(expected));
         QCOMPARE(picture.copy(place), expected);
     }
+}
+
+void TestSettingsView::aTabIsDrawnByNumbers_data()
+{
+    QTest::addColumn<bool>("isUnderPointer");
+    QTest::addColumn<int>("pointed");
+    QTest::newRow("with the pointer elsewhere") << false << 1;
+    QTest::newRow("with the pointer on the other tab") << true << 1;
+    QTest::newRow("with the pointer on the selected tab") << true << 0;
+}
+
+void TestSettingsView::aTabIsDrawnByNumbers()
+{
+    QFETCH(bool, isUnderPointer);
+    QFETCH(int, pointed);
+    const FontOfPixels font(13);
+    TabStrip strip;
+    for (const auto *const title : {"One", "Two"})
+        strip.addTab(QLatin1String(title), QStringLiteral("gear"));
+    strip.resize(strip.sizeHint());
+    strip.setAttribute(Qt::WA_UnderMouse, isUnderPointer);
+    QCursor::setPos(strip.mapToGlobal(strip.tabRect(pointed).center()));
+    QCOMPARE(strip.tabRect(1).x(), 88);
+    const auto letters = strip.height() - 5 - 21 - 2 - 5;
+    const auto symbol = style::symbolSize(QStringLiteral("gear"), 15);
+    const auto expected = drawnOn(strip, [&](QPainter &painter) {
+        painter.setFont(style::font(style::TypeStyle::Subheadline));
+        for (int tab = 0; tab < 2; ++tab) {
+            const auto x = 88 * tab;
+            const bool isPointed = isUnderPointer && tab == pointed;
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(tab == 0 ? style::selectedGround(strip.palette()) : style::hoveredGround(strip.palette()));
+            if (tab == 0 || isPointed)
+                painter.drawRoundedRect(QRect(x + 1, 1, 86, strip.height() - 2), 6, 6);
+            const auto ink = style::ink(strip.palette(), tab == 0 ? style::Ink::Primary : style::Ink::Secondary);
+            style::paintSymbol(painter, QStringLiteral("gear"),
+                               QRectF(QPoint(x + (88 - symbol.width()) / 2, 5), symbol), ink);
+            painter.setPen(ink);
+            painter.drawText(QRect(x, 28, 88, letters), Qt::AlignHCenter | Qt::AlignTop, strip.tabText(tab));
+        }
+    });
+    QCOMPARE(pictureOf(strip, 1), expected);
 }
 
 void TestSettingsView::itOpensWithTheFirstTabWhateverWasShownLast()
