@@ -73,7 +73,6 @@ void Text::allowCutting(Qt::TextElideMode where)
 {
     m_cutAt = where;
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
-    updateGeometry();
 }
 
 QSize Text::sizeHint() const

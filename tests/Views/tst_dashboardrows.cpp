@@ -94,9 +94,7 @@ private Q_SLOTS:
     {
         failOnAnyWarningOfOurs();
         QApplication::setPalette(lightPalette());
-        auto font = QApplication::font();
-        font.setPixelSize(13);
-        QApplication::setFont(font);
+        setFontHeight(13);
         m_viewer.shown.clear();
     }
 
@@ -297,21 +295,25 @@ private Q_SLOTS:
     void aLongNumberIsAsLargeAsItsSquareAllows_data()
     {
         QTest::addColumn<qint64>("count");
-        for (const qint64 count : {999LL, 1000LL, 12'345LL, 1'234'567LL, 9'000'000'000'000'000'000LL})
+        for (qint64 count = 1; count < 100'000'000'000'000'000; count *= 10)
             QTest::addRow("%lld", count) << count;
     }
 
     void aLongNumberIsAsLargeAsItsSquareAllows()
     {
         QFETCH(qint64, count);
-        DayColumn column;
-        column.setDay(commitDay("2026-11-20T00:00:00Z", count), m_texts, m_calendar, now);
-        column.resize(column.sizeHint());
-        auto font = paintedTexts(column).last().font;
-        const auto width = [&font, count] { return QFontMetrics(font).horizontalAdvance(QString::number(count)); };
-        QVERIFY(width() <= 32 - 5 || font.pixelSize() == 1);
-        font.setPixelSize(font.pixelSize() + 1);
-        QVERIFY(font.pixelSize() > 10 || width() > 32 - 5);
+        for (const int height : {4, 13, 17, 26, 39}) {
+            setFontHeight(height);
+            DayColumn column;
+            column.setDay(commitDay("2026-11-20T00:00:00Z", count), m_texts, m_calendar, now);
+            column.resize(column.sizeHint());
+            auto font = paintedTexts(column).last().font;
+            const auto width = [&font, count] { return QFontMetrics(font).horizontalAdvance(QString::number(count)); };
+            const auto room = style::points(32) - style::points(5);
+            QVERIFY(width() <= room || font.pixelSize() == 1);
+            font.setPixelSize(font.pixelSize() + 1);
+            QVERIFY(font.pixelSize() > style::points(10) || width() > room);
+        }
     }
 
     void aNumberOfAnyLengthStaysInItsSquare()
@@ -365,28 +367,35 @@ private Q_SLOTS:
 
     void dividersAreOfOneWidthWhereverTheyStand_data()
     {
+        QTest::addColumn<Qt::Orientation>("orientation");
         QTest::addColumn<double>("scale");
         QTest::addColumn<int>("pixels");
-        QTest::newRow("1x") << 1.0 << 1;
-        QTest::newRow("1.25x") << 1.25 << 1;
-        QTest::newRow("1.5x") << 1.5 << 1;
-        QTest::newRow("2x") << 2.0 << 2;
+        for (const auto orientation : {Qt::Horizontal, Qt::Vertical}) {
+            for (const double scale : {1.0, 1.25, 1.5, 2.0})
+                QTest::addRow("%s at %g", orientation == Qt::Horizontal ? "across" : "upright", scale)
+                    << orientation << scale << (scale == 2 ? 2 : 1);
+        }
     }
 
     void dividersAreOfOneWidthWhereverTheyStand()
     {
         QFETCH(double, scale);
         QFETCH(int, pixels);
+        QFETCH(Qt::Orientation, orientation);
         QWidget sheet;
-        sheet.resize(8, 40);
-        for (const auto y : {3, 10, 18, 25, 33})
-            (new Divider(Qt::Horizontal, &sheet))->setGeometry(0, y, 8, 1);
+        sheet.resize(40, 40);
+        const bool isAcross = orientation == Qt::Horizontal;
+        for (const auto place : {3, 10, 18, 25, 33})
+            (new Divider(orientation, &sheet))->setGeometry(isAcross ? QRect(0, place, 40, 1) : QRect(place, 0, 1, 40));
         const auto picture = pictureAt(sheet, scale);
         const auto ground = sheet.palette().color(QPalette::Window);
+        const auto line = style::divider(sheet.palette());
         QList<int> widths;
         int width = 0;
-        for (int y = 0; y < picture.height(); ++y) {
-            const bool isLine = picture.pixelColor(4, y) != ground;
+        for (int step = 0; step < picture.height(); ++step) {
+            const auto color = isAcross ? picture.pixelColor(4, step) : picture.pixelColor(step, 4);
+            QVERIFY(color == ground || color == line);
+            const bool isLine = color == line;
             width += isLine ? 1 : 0;
             if (!isLine && width > 0)
                 widths.append(std::exchange(width, 0));
@@ -810,6 +819,13 @@ private:
     private:
         bool &m_isAsked;
     };
+
+    static void setFontHeight(int pixels)
+    {
+        auto font = QApplication::font();
+        font.setPixelSize(pixels);
+        QApplication::setFont(font);
+    }
 
     static Text *textNamed(const QWidget &parent, const QString &text)
     {

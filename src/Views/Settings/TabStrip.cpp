@@ -32,12 +32,9 @@ TabStrip::TabStrip(QWidget *parent)
     : QTabBar(parent)
 {
     QAccessible::installFactory(makeTabStripAccessible);
-    setDrawBase(false);
     setExpanding(false);
     setUsesScrollButtons(false);
-    setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
 void TabStrip::addTab(const QString &title, const QString &symbol)

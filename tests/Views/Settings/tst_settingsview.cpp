@@ -70,6 +70,9 @@ private Q_SLOTS:
     void everyTabHasItsSymbol();
     void aTabIsDrawnByNumbers_data();
     void aTabIsDrawnByNumbers();
+    void aClickTurnsTheTabsAndLeavesTheFocusWhereItIs();
+    void aTabShowsThatThePointerIsOnIt();
+    void theTabsAreNeverSqueezed();
     void itOpensWithTheFirstTabWhateverWasShownLast();
     void nothingHasTheFocusAtFirst();
     void escapeClosesIt();
@@ -213,6 +216,49 @@ void TestSettingsView::aTabIsDrawnByNumbers()
         }
     });
     QCOMPARE(pictureOf(strip, 1), expected);
+}
+
+void TestSettingsView::aClickTurnsTheTabsAndLeavesTheFocusWhereItIs()
+{
+    SettingsWindow window;
+    window.open();
+    auto *const strip = window.view->findChild<TabStrip *>();
+    QTest::mouseClick(strip, Qt::LeftButton, {}, strip->tabRect(SettingsWindow::General).center());
+    SettingsWindow::settle();
+    QVERIFY(window.says(QStringLiteral("1.0.0")));
+    QCOMPARE(QApplication::focusWidget(), window.view.get());
+}
+
+void TestSettingsView::aTabShowsThatThePointerIsOnIt()
+{
+    SettingsWindow window;
+    window.open();
+    const auto *const strip = window.view->findChild<TabStrip *>();
+    const auto moveTo = [&](QPoint place) { QTest::mouseMove(window.view->windowHandle(), place); };
+    const auto placeOf = [&](int tab) { return strip->mapTo(window.view.get(), strip->tabRect(tab).center()); };
+    moveTo(QPoint(2, 200));
+    SettingsWindow::settle();
+    PaintCounter paints;
+    for (const auto place : {placeOf(1), placeOf(2), QPoint(2, 200)}) {
+        paints.forget();
+        moveTo(place);
+        QTRY_VERIFY(paints.of(strip) > 0);
+    }
+}
+
+void TestSettingsView::theTabsAreNeverSqueezed()
+{
+    const FontOfPixels font(13);
+    QWidget window;
+    TabStrip strip(&window);
+    for (const auto *const title : {"One", "Two", "Three"})
+        strip.addTab(QLatin1String(title), QStringLiteral("gear"));
+    QCOMPARE(strip.minimumSizeHint().width(), 3 * 88);
+    strip.resize(100, strip.sizeHint().height());
+    window.show();
+    QCOMPARE(strip.tabRect(2).width(), 88);
+    for (const auto *const child : strip.findChildren<QWidget *>())
+        QVERIFY(!child->isVisible());
 }
 
 void TestSettingsView::itOpensWithTheFirstTabWhateverWasShownLast()
