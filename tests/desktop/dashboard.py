@@ -10,7 +10,7 @@ import preferences
 from item import PanelPlace, StatusItem
 from program import Program
 from repositories import Repository
-from waiting import wait_until
+from waiting import act_until, wait_until
 
 WINDOW = "Velquarin"
 SETTINGS = "Settings"
@@ -78,8 +78,7 @@ class Dashboard:
         return self.reader.window(WINDOW)
 
     def open(self):
-        self.click_item()
-        return self.reader.wait_for_window(WINDOW)
+        return act_until(self.click_item, self.window, f"the window {WINDOW!r}", state=self.reader.texts)
 
     def close(self):
         """Closes whatever of the program is open, by the key that does it."""
@@ -87,9 +86,13 @@ class Dashboard:
             if self.reader.window(name):
                 self.press_key("Escape")
                 self.reader.wait_without_window(name)
+        self._wait_for_the_pointer()
 
     def wait_until_closed(self):
         self.reader.wait_without_window(WINDOW)
+        self._wait_for_the_pointer()
+
+    def _wait_for_the_pointer(self):
         wait_until(self.desktop.windows.nobody_holds_the_pointer, "the pointer is free")
 
     def wait_for(self, name):

@@ -6,7 +6,7 @@ import case
 import panel
 from desktop import WATCHER, Desktop
 from item import tallest
-from waiting import wait_until
+from waiting import act_until, wait_until
 from wayland import NestedWaylandDesktop
 
 
@@ -56,9 +56,8 @@ class Host:
     def opened(self, desktop, act):
         """The rectangle of the menu or the dashboard that comes when act() is called, once it holds something."""
         before = desktop.windows.shown()
-        act()
-        return wait_until(lambda: tallest(desktop.windows.shown() - before), "something opens",
-                          state=desktop.windows.unmanaged)
+        return act_until(act, lambda: tallest(desktop.windows.shown() - before), "something opens",
+                         state=desktop.windows.unmanaged)
 
     def closed(self, desktop, act):
         """Returns when what is open has gone, after act() was called."""
@@ -207,8 +206,7 @@ class OnSway(Host):
     # that counts does, so it has only closed when all looks as it did before.
     def opened(self, desktop, act):
         self._before = desktop.screen.settled(self._below_the_panel(desktop))
-        act()
-        return wait_until(lambda: tallest(filter(None, [self._what_is_open(desktop)])), "something opens")
+        return act_until(act, lambda: tallest(filter(None, [self._what_is_open(desktop)])), "something opens")
 
     def closed(self, desktop, act):
         act()

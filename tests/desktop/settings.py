@@ -6,7 +6,7 @@ import accessibility
 from item import PanelPlace, StatusItem
 from program import Program
 from screen import Rectangle
-from waiting import wait_until
+from waiting import act_until, wait_until
 
 WINDOW = "Settings"
 DASHBOARD = "Velquarin"
@@ -52,8 +52,8 @@ class Session:
         self.screen.click(*self._place.centre, 1)
 
     def open_dashboard(self):
-        self.click_item()
-        return self.reader.wait_for_window(DASHBOARD)
+        return act_until(self.click_item, lambda: self.reader.window(DASHBOARD), f"the window {DASHBOARD!r}",
+                         state=self.reader.texts)
 
     def close_dashboard(self):
         self.screen.press("Escape")

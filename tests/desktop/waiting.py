@@ -23,6 +23,19 @@ def pause(seconds=PAUSE_SECONDS):
         GLib.source_remove(timer)
 
 
+def act_until(act, condition, what, state=None, patience=15.0):
+    """The first true answer of condition() after act(), which is done again where nothing has come of it for a while: a
+    panel that is busy with itself lets a click pass, and its user clicks again."""
+    end = time.monotonic() + 2 * LIMIT_SECONDS
+    while time.monotonic() < end:
+        act()
+        try:
+            return wait_until(condition, what, patience)
+        except TimeoutError:
+            print(f"once more: {what}")
+    return wait_until(condition, what, state=state)
+
+
 def wait_until(condition, what, seconds=LIMIT_SECONDS, state=None):
     """The first true answer of condition(). TimeoutError when none comes in time: it names what was waited for, and
     tells what state() finds instead."""
