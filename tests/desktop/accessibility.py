@@ -205,14 +205,17 @@ class Reader:
         programs = filter(self._is_program, self._objects.children((_REGISTRY, _ROOT)))
         return [(place, self._objects.name(place)) for program in programs for place in self._objects.children(program)]
 
-    # What goes away while it is looked at is not there.
+    # Where something goes away while it is looked at, only another look tells whether it was the window.
     def shown_windows(self, name=None):
         """The windows on the screen, or those of a name."""
+        return wait_until(lambda: self._look_at_windows(name), "a look in which nothing goes away")[0]
+
+    def _look_at_windows(self, name):
         try:
             places = [place for place, its_name in self._windows() if name in (None, its_name)]
-            return [window for window in Node.look(self._objects, places) if "showing" in window.states]
+            return [[window for window in Node.look(self._objects, places) if "showing" in window.states]]
         except GLib.Error:
-            return []
+            return None
 
     def window(self, name):
         """The window of that name, or None."""
