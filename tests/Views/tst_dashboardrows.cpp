@@ -26,6 +26,8 @@
 #include <QTest>
 #include <QVBoxLayout>
 
+#include <functional>
+
 using namespace velquarin;
 using namespace velquarin::test;
 using style::Accent;
@@ -83,6 +85,23 @@ bool isNearly(const QColor &left, const QColor &right)
     return qAbs(left.red() - right.red()) <= 2 && qAbs(left.green() - right.green()) <= 2 &&
            qAbs(left.blue() - right.blue()) <= 2;
 }
+
+// A window with one of each that does not paint what it need not.
+struct Shown : QWidget
+{
+    Text text{textLook(style::TypeStyle::Body, Ink::Primary), this};
+    SymbolView symbol{QStringLiteral("flame"), 16, Ink::Primary, this};
+    DayColumn column{this};
+
+    Shown()
+    {
+        resize(100, 100);
+        for (auto *const widget : findChildren<QWidget *>())
+            widget->setGeometry(0, 0, 60, 60);
+    }
+};
+
+using Change = std::function<QWidget *(Shown &)>;
 
 }  // namespace
 
@@ -784,6 +803,113 @@ private Q_SLOTS:
         text->setText(QStringLiteral("9"));
         QTRY_COMPARE(paints.of(text), 1);
         QVERIFY(!isAsked);
+    }
+
+    void whatIsShownOtherwiseIsPaintedOnce_data()
+    {
+        QTest::addColumn<Change>("change");
+        const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
+        row("another text", [](Shown &shown) {
+            shown.text.setText(QStringLiteral("9"));
+            return &shown.text;
+        });
+        row("a text of another colour", [](Shown &shown) {
+            shown.text.setTone(Ink::Secondary);
+            return &shown.text;
+        });
+        row("another symbol", [](Shown &shown) {
+            shown.symbol.setName(QStringLiteral("gear"));
+            return &shown.symbol;
+        });
+        row("a symbol of another colour", [](Shown &shown) {
+            shown.symbol.setTone(Ink::Secondary);
+            return &shown.symbol;
+        });
+        row("a symbol that is filled", [](Shown &shown) {
+            shown.symbol.setFill(Accent::Blue);
+            return &shown.symbol;
+        });
+        row("a day a little further on", [](Shown &shown) {
+            shown.column.setOffset(0.5);
+            return &shown.column;
+        });
+    }
+
+    void whatIsShownOtherwiseIsPaintedOnce()
+    {
+        QFETCH(Change, change);
+        Shown shown;
+        shown.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&shown));
+        QCoreApplication::processEvents();
+        PaintCounter paints;
+        const auto *const widget = change(shown);
+        QTRY_COMPARE(paints.of(widget), 1);
+        QCOMPARE(change(shown), widget);
+        QCoreApplication::processEvents();
+        QCOMPARE(paints.of(widget), 1);
+    }
+
+    void aSymbolThatIsFilledOrNoMoreIsPaintedAgain()
+    {
+        Shown shown;
+        shown.symbol.setFill(Accent::Red);
+        shown.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&shown));
+        QCoreApplication::processEvents();
+        PaintCounter paints;
+        shown.symbol.setTone(Accent::Red);
+        QTRY_COMPARE(paints.of(&shown.symbol), 1);
+        QCOMPARE(shown.symbol.color(), style::accentText(shown.palette(), Accent::Red));
+        for (const auto accent : {Accent::Red, Accent::Blue}) {
+            paints.forget();
+            shown.symbol.setFill(accent);
+            QTRY_COMPARE(paints.of(&shown.symbol), 1);
+            QCOMPARE(shown.symbol.color(), style::accent(shown.palette(), accent));
+        }
+    }
+
+    void aTextInAnotherPlaceIsPaintedAgain()
+    {
+        Shown shown;
+        shown.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&shown));
+        QCoreApplication::processEvents();
+        PaintCounter paints;
+        shown.text.setAlignment(Qt::AlignHCenter);
+        QTRY_COMPARE(paints.of(&shown.text), 1);
+    }
+
+    void aDayIsPaintedAgainWhereItReadsOtherwise_data()
+    {
+        QTest::addColumn<QByteArray>("day");
+        QTest::addColumn<qint64>("count");
+        QTest::addColumn<QByteArray>("today");
+        QTest::addColumn<int>("paintings");
+        const auto row = [](const char *name, const char *day, qint64 count, const char *today, int paintings) {
+            QTest::newRow(name) << QByteArray(day) << count << QByteArray(today) << paintings;
+        };
+        row("nothing new", "2026-11-20T00:00:00Z", 3, "2026-11-20T12:00:00Z", 0);
+        row("a week later", "2026-11-27T00:00:00Z", 3, "2026-11-27T12:00:00Z", 0);
+        row("another weekday", "2026-11-21T00:00:00Z", 3, "2026-11-21T12:00:00Z", 1);
+        row("another count", "2026-11-20T00:00:00Z", 4, "2026-11-20T12:00:00Z", 1);
+        row("a day that is over", "2026-11-20T00:00:00Z", 3, "2026-11-21T12:00:00Z", 1);
+    }
+
+    void aDayIsPaintedAgainWhereItReadsOtherwise()
+    {
+        QFETCH(QByteArray, day);
+        QFETCH(qint64, count);
+        QFETCH(QByteArray, today);
+        Shown shown;
+        shown.column.setDay(commitDay("2026-11-20T00:00:00Z", 3), m_texts, m_calendar, now);
+        shown.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&shown));
+        QCoreApplication::processEvents();
+        PaintCounter paints;
+        shown.column.setDay(commitDay(day.constData(), count), m_texts, m_calendar, instant(today.constData()));
+        QCoreApplication::processEvents();
+        QTEST(paints.of(&shown.column), "paintings");
     }
 
     void theSameTextIsNotPaintedAgain()

@@ -109,6 +109,7 @@ private Q_SLOTS:
     void aGrabbingOneNeedsNoActivationToken();
     void itsSurfaceIsTheWindowsColourWithAHairline();
     void roundedCornersAreTransparent();
+    void noPressIsHandedOnWhenItCloses();
     void itsEdgeIsDrawnByNumbers_data();
     void itsEdgeIsDrawnByNumbers();
 };
@@ -524,6 +525,13 @@ void TestPopover::roundedCornersAreTransparent()
     QCOMPARE(image.pixelColor(0, 0).alpha(), 0);
     QCOMPARE(image.pixelColor(299, 349).alpha(), 0);
     QCOMPARE(image.pixelColor(150, 300), QColor(0x336699));
+}
+
+// Only the toolkit of an X11 desktop would do so.
+void TestPopover::noPressIsHandedOnWhenItCloses()
+{
+    const Popover popover(new Content(200));
+    QVERIFY(popover.testAttribute(Qt::WA_NoMouseReplay));
 }
 
 void TestPopover::itsEdgeIsDrawnByNumbers_data()
