@@ -26,6 +26,8 @@
 #include <QTest>
 #include <QToolTip>
 
+#include <cmath>
+
 using namespace velquarin;
 using namespace velquarin::test;
 
@@ -141,6 +143,7 @@ private Q_SLOTS:
     void otherKeysAreLeftToOthers();
     void theKeysStayOnTheirDayWhenTheGridMovesOn();
     void theSquareThatTheKeysReachedIsMarked();
+    void squaresAndTheMarkAreDrawnByNumbers();
     void onlyTheKeyboardBringsTheFocus();
     void aScrollAreaKeepsTheCurrentSquareInSight();
     void fromRightToLeftTheOldestWeekIsAtTheRight();
@@ -148,6 +151,8 @@ private Q_SLOTS:
     void aScreenReaderFindsTheSquareUnderAPoint();
     void aScreenReaderSeesWhereTheKeysAre();
     void squaresOutOfRangeAreInvisibleToAScreenReader();
+    void aSquareHoldsNothingAndSaysWhereItIs();
+    void aSquareOutOfSightSaysSo();
     void aYearWithoutAGridIsEmpty();
 };
 
@@ -506,6 +511,38 @@ void TestYearHeatmapView::theSquareThatTheKeysReachedIsMarked()
     QCOMPARE(edgeColor(), style::ink(light(), style::Ink::Primary));
 }
 
+void TestYearHeatmapView::squaresAndTheMarkAreDrawnByNumbers()
+{
+    YearHeatmapView view;
+    view.setPalette(light());
+    show(view, history({{0, 20}, {7, 3}}));
+    open(view);
+    view.setFocus(Qt::TabFocusReason);
+    const auto pixels = view.devicePixelRatioF();
+    const auto width = std::max(std::round(pixels), 1.0);
+    auto drawn = view.grab().toImage();
+    drawn.setDevicePixelRatio(1);
+    auto expected = drawn;
+    expected.fill(light().color(QPalette::Window));
+    QPainter painter(&expected);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    for (int cell = firstDay; cell <= today; ++cell) {
+        auto color =
+            style::accent(light(), cell < today && cell != today - 7 ? style::Accent::Grey : style::Accent::Green);
+        color.setAlphaF(cell == today ? 0.9F : cell == today - 7 ? 0.5F : 0.15F);
+        painter.setBrush(color);
+        painter.drawRoundedRect(shapesOf(view).cell(cell), 2 * pixels, 2 * pixels);
+    }
+    painter.setPen(QPen(style::ink(light(), style::Ink::Primary), width));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(shapesOf(view).cell(today)).adjusted(width / 2, width / 2, -width / 2, -width / 2),
+                            2 * pixels - width / 2, 2 * pixels - width / 2);
+    painter.end();
+    const QRect grid(0, shapesOf(view).cell(0).top(), drawn.width(), drawn.height());
+    QCOMPARE(drawn.copy(grid), expected.copy(grid));
+}
+
 void TestYearHeatmapView::onlyTheKeyboardBringsTheFocus()
 {
     QCOMPARE(YearHeatmapView().focusPolicy(), Qt::TabFocus);
@@ -612,6 +649,51 @@ void TestYearHeatmapView::squaresOutOfRangeAreInvisibleToAScreenReader()
     QVERIFY(list->child(today + 1)->state().invisible);
     QVERIFY(!list->child(today)->state().invisible);
     QVERIFY(list->child(today)->state().focusable);
+}
+
+void TestYearHeatmapView::aSquareHoldsNothingAndSaysWhereItIs()
+{
+    YearHeatmapView view;
+    show(view, {});
+    open(view);
+    auto *list = QAccessible::queryAccessibleInterface(&view);
+    for (auto *const part : {list->child(today), list->child(371)}) {
+        QCOMPARE(part->childCount(), 0);
+        QCOMPARE(part->child(0), nullptr);
+        QCOMPARE(part->childAt(part->rect().center().x(), part->rect().center().y()), nullptr);
+        QCOMPARE(part->indexOfChild(list), -1);
+        QCOMPARE(part->object(), nullptr);
+        QCOMPARE(part->window(), view.windowHandle());
+        QCOMPARE(part->text(QAccessible::Description), QString());
+        QVERIFY(part->state().readOnly);
+        QVERIFY(!part->state().invalid && !part->state().invisible && !part->state().offscreen);
+        QCOMPARE(bool(part->state().focusable), part == list->child(today));
+    }
+    QCOMPARE(list->indexOfChild(list), -1);
+    const auto calendar = calendarIn("Pacific/Apia");
+    const QList<QAccessibleInterface *> parts{list->child(0), list->child(383)};
+    view.setContents({}, calendar, instant("2012-12-27T12:00:00Z"), DateTexts("en_US", calendar));
+    for (const auto *const part : parts) {
+        QVERIFY(!part->isValid() && part->state().invalid);
+        QCOMPARE(part->text(QAccessible::Name), QString());
+        QCOMPARE(part->rect(), QRect());
+    }
+}
+
+void TestYearHeatmapView::aSquareOutOfSightSaysSo()
+{
+    QWidget window;
+    YearHeatmapView view(&window);
+    show(view, {});
+    view.resize(view.sizeHint());
+    window.resize(view.width() / 2, view.height());
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    auto *list = QAccessible::queryAccessibleInterface(&view);
+    QVERIFY(list->child(today)->state().offscreen);
+    QVERIFY(!list->child(firstDay)->state().offscreen);
+    window.hide();
+    QVERIFY(list->child(firstDay)->state().invisible);
 }
 
 void TestYearHeatmapView::aYearWithoutAGridIsEmpty()

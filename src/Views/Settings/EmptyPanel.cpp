@@ -24,7 +24,6 @@ EmptyPanel::EmptyPanel(const Words &words, QWidget *parent)
     : QWidget(parent)
     , m_button(makeButton(words.action, {}, this))
 {
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->setSpacing(style::points(style::defaultSpacing));

@@ -3,7 +3,6 @@
 
 #include "Views/Settings/FormSection.h"
 
-#include "Views/Divider.h"
 #include "Views/Settings/Switch.h"
 #include "Views/Settings/TintedGround.h"
 #include "Views/Style.h"
@@ -32,40 +31,29 @@ FormSection::FormSection(const QString &title, QWidget *parent)
     column->setSpacing(style::points(gapBelowTitle));
     column->addWidget(m_title);
     column->addWidget(m_group);
-    auto *const rows = new QVBoxLayout(m_group);
-    rows->setContentsMargins({});
-    rows->setSpacing(0);
 }
 
-QBoxLayout *FormSection::beginRow(int outset)
+QBoxLayout *FormSection::makeRow(int outset)
 {
-    auto *const rows = static_cast<QBoxLayout *>(m_group->layout());
-    const auto padding = style::points(rowPadding);
-    if (rows->count() > 0) {
-        auto *const line = new QHBoxLayout;
-        line->setContentsMargins(padding, 0, padding, 0);
-        line->addWidget(new Divider(Qt::Horizontal, m_group));
-        rows->addLayout(line);
-    }
-    auto *const row = new QHBoxLayout;
-    row->setContentsMargins(padding - outset, 0, padding - outset, 0);
+    const auto padding = style::points(rowPadding) - outset;
+    auto *const row = new QHBoxLayout(m_group);
+    row->setContentsMargins(padding, 0, padding, 0);
     row->setSpacing(style::points(style::defaultSpacing));
     row->addStrut(style::points(rowHeight));
-    rows->addLayout(row);
     return row;
 }
 
-void FormSection::addRow(Switch *control)
+void FormSection::setRow(Switch *control)
 {
-    beginRow(Switch::outset())->addWidget(control, 1, Qt::AlignVCenter);
+    makeRow(Switch::outset())->addWidget(control);
 }
 
-void FormSection::addRow(QWidget *leading, QWidget *trailing)
+void FormSection::setRow(QWidget *leading, QWidget *trailing)
 {
-    auto *const row = beginRow();
-    row->addWidget(leading, 0, Qt::AlignVCenter);
+    auto *const row = makeRow();
+    row->addWidget(leading);
     row->addStretch();
-    row->addWidget(trailing, 0, Qt::AlignVCenter);
+    row->addWidget(trailing);
 }
 
 }  // namespace velquarin

@@ -11,20 +11,20 @@ namespace velquarin {
 class Switch;
 class Text;
 
-//! A titled group of settings on a quietly tinted ground.
+//! A setting below a title, on a quietly tinted ground. Its row is set once.
 class FormSection : public QWidget
 {
     Q_OBJECT
 public:
     explicit FormSection(const QString &title, QWidget *parent = nullptr);
 
-    void addRow(Switch *control);
+    void setRow(Switch *control);
 
-    //! Adds a row with something at either edge.
-    void addRow(QWidget *leading, QWidget *trailing);
+    //! A row with something at either edge.
+    void setRow(QWidget *leading, QWidget *trailing);
 
 private:
-    QBoxLayout *beginRow(int outset = 0);
+    QBoxLayout *makeRow(int outset = 0);
 
     Text *m_title;
     QWidget *m_group;

@@ -91,7 +91,7 @@ QWidget *GeneralTab::makeStartup(QWidget *form)
 {
     auto *const section = new FormSection(tr("Startup"), form);
     m_launch = new Switch(tr("&Launch at login"), Switch::Size::Regular, section);
-    section->addRow(m_launch);
+    section->setRow(m_launch);
     return section;
 }
 
@@ -99,7 +99,7 @@ QWidget *GeneralTab::makeDisplay(QWidget *form)
 {
     auto *const section = new FormSection(tr("Display"), form);
     m_count = new Switch(tr("&Show streak count in menu bar"), Switch::Size::Regular, section);
-    section->addRow(m_count);
+    section->setRow(m_count);
     return section;
 }
 
@@ -108,7 +108,7 @@ QWidget *GeneralTab::makeNotifications(QWidget *form)
     auto *const section = new FormSection(tr("Notifications"), form);
     m_reminder = new Switch(tr("Re&mind me if streak is at risk"), Switch::Size::Regular, section);
     m_reminder->setToolTip(tr("Get notified in the evening if you haven't committed today"));
-    section->addRow(m_reminder);
+    section->setRow(m_reminder);
     return section;
 }
 
@@ -122,14 +122,14 @@ QWidget *GeneralTab::makeRefresh(QWidget *form)
     for (const auto &period : refreshPeriods)
         m_period->addItem(tr(period.label), period.seconds);
     label->setBuddy(m_period);
-    section->addRow(label, m_period);
+    section->setRow(label, m_period);
     return section;
 }
 
 QWidget *GeneralTab::makeAbout(QWidget *form)
 {
     auto *const section = new FormSection(tr("About"), form);
-    section->addRow(
+    section->setRow(
         makeText(textLook(style::TypeStyle::Body, style::Ink::Primary), tr("Version"), section),
         makeText(textLook(style::TypeStyle::Body, style::Ink::Secondary), QStringLiteral("1.0.0"), section));
     return section;

@@ -25,7 +25,6 @@ Switch::Switch(const QString &label, Size size, QWidget *parent)
     , m_size(size)
 {
     setFocusPolicy(Qt::TabFocus);
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     m_knob.setStartValue(0.0);
     m_knob.setEndValue(0.0);
     connect(&m_knob, &QVariantAnimation::valueChanged, this, qOverload<>(&QWidget::update));

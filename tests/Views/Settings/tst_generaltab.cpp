@@ -16,6 +16,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QFontInfo>
+#include <QLabel>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -67,10 +68,12 @@ private Q_SLOTS:
     void whatIsWrittenHasItsSizeAndColour_data();
     void whatIsWrittenHasItsSizeAndColour();
     void theSectionsKeepTheirDistances();
+    void whatStandsInASectionFillsItsRow();
     void aSwitchHasItsKnobWhereItsValueIs();
     void aSwitchTakesTheRoomOfItsLabelAndItsTrack();
     void aSwitchIsDrawnByNumbers_data();
     void aSwitchIsDrawnByNumbers();
+    void aSwitchWithTheFocusHasARing();
     void aGroupHasRoundCorners();
     void nothingIsOutOfReachWithALargeFont();
     void withADesktopsFontNothingScrolls_data();
@@ -297,6 +300,28 @@ void TestGeneralTab::theSectionsKeepTheirDistances()
     QCOMPARE(window.placeOf(sections.last()).right() - number.right(), 10);
 }
 
+void TestGeneralTab::whatStandsInASectionFillsItsRow()
+{
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    const auto width = window.view->width();
+    for (const auto &name : {startAtLogin, showCount, remind}) {
+        const auto *const control = window.control<Switch>(name);
+        const auto place = window.placeOf(control);
+        const auto group = window.placeOf(control->parentWidget());
+        QCOMPARE(place.left(), 16 + 10 - 4);
+        QCOMPARE(place.right(), width - 1 - 16 - 10 + 4);
+        QCOMPARE(place.height(), control->sizeHint().height());
+        QCOMPARE(place.top() - group.top(), (group.height() - place.height()) / 2);
+    }
+    const auto label = window.placeOf(window.control<QLabel>(period));
+    const auto choice = window.placeOf(picker(window));
+    QCOMPARE(label.left(), 16 + 10);
+    QCOMPARE(choice.right(), width - 1 - 16 - 10);
+    QVERIFY(qAbs(label.center().y() - choice.center().y()) <= 1);
+}
+
 void TestGeneralTab::aSwitchHasItsKnobWhereItsValueIs()
 {
     const FontOfPixels font(13);
@@ -362,6 +387,23 @@ void TestGeneralTab::aSwitchIsDrawnByNumbers()
         painter.setFont(style::font(letters));
         painter.drawText(QRect(4, 0, 50, 49), Qt::AlignLeft | Qt::AlignVCenter, QStringLiteral("On"));
     });
+    QCOMPARE(pictureOf(control, 1), expected);
+}
+
+void TestGeneralTab::aSwitchWithTheFocusHasARing()
+{
+    const FontOfPixels font(13);
+    Switch control(QStringLiteral("On"), Switch::Size::Regular, nullptr);
+    control.resize(100, 49);
+    control.show();
+    control.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&control));
+    control.clearFocus();
+    auto expected = pictureOf(control, 1);
+    QPainter painter(&expected);
+    style::paintFocusRing(painter, QRectF(0, 0, 100, 49), control.palette());
+    painter.end();
+    control.setFocus();
     QCOMPARE(pictureOf(control, 1), expected);
 }
 

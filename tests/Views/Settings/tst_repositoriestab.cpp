@@ -831,6 +831,19 @@ void TestRepositoriesTab::withoutRepositoriesASymbolStandsOverTheWords()
     QVERIFY(symbol != nullptr && symbol->isVisible());
     QCOMPARE(title->y() - symbol->geometry().bottom() - 1, 8);
     QCOMPARE(symbol->size(), style::symbolSize(QStringLiteral("folder.badge.plus"), 34));
+    const auto *const explanation = panel->findChildren<Text *>().last();
+    const auto *const button = panel->findChild<QPushButton *>();
+    QCOMPARE(explanation->y() - title->geometry().bottom() - 1, 8);
+    QCOMPARE(button->y() - explanation->geometry().bottom() - 1, 8 + 4);
+    QVERIFY(qAbs(symbol->y() + button->geometry().bottom() - panel->rect().bottom()) <= 1);
+    for (const auto *const part : {static_cast<const QWidget *>(symbol), static_cast<const QWidget *>(title),
+                                   static_cast<const QWidget *>(explanation), static_cast<const QWidget *>(button)}) {
+        QCOMPARE(part->size(), part->sizeHint());
+        QVERIFY(qAbs(part->x() + part->geometry().right() - panel->rect().right()) <= 1);
+    }
+    QCOMPARE(panel->minimumSizeHint(), QSize(explanation->width(), button->geometry().bottom() + 1 - symbol->y()));
+    QCOMPARE(window.placeOf(panel).left(), 16);
+    QCOMPARE(window.placeOf(panel).right(), window.view->width() - 1 - 16);
     const auto color = style::ink(panel->palette(), style::Ink::Secondary);
     const auto expected = pictureOfSymbol(QStringLiteral("folder.badge.plus"), symbol->rect(), color, *symbol);
     QVERIFY(!isPlain(expected));

@@ -70,6 +70,7 @@ private Q_SLOTS:
     void everyTabHasItsSymbol();
     void aTabIsDrawnByNumbers_data();
     void aTabIsDrawnByNumbers();
+    void theSelectedTabHasARingWhileTheStripHasTheFocus();
     void aClickTurnsTheTabsAndLeavesTheFocusWhereItIs();
     void aTabShowsThatThePointerIsOnIt();
     void theTabsAreNeverSqueezed();
@@ -216,6 +217,25 @@ void TestSettingsView::aTabIsDrawnByNumbers()
         }
     });
     QCOMPARE(pictureOf(strip, 1), expected);
+}
+
+void TestSettingsView::theSelectedTabHasARingWhileTheStripHasTheFocus()
+{
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    auto *const strip = window.view->findChild<TabStrip *>();
+    const auto before = pictureOf(*strip, 1);
+    strip->setFocus();
+    const auto height = strip->height();
+    const auto ring = drawnOn(*strip, [&](QPainter &painter) {
+        painter.drawImage(0, 0, before);
+        style::paintFocusRing(painter, strip->tabRect(SettingsWindow::AutoDiscover).adjusted(1, 1, -1, -1),
+                              strip->palette());
+    });
+    // The letters are painted over it, which counts where they touch it.
+    for (const auto &part : {QRect(0, 0, strip->width(), 4), QRect(0, height - 4, strip->width(), 4)})
+        QCOMPARE(pictureOf(*strip, 1).copy(part), ring.copy(part));
 }
 
 void TestSettingsView::aClickTurnsTheTabsAndLeavesTheFocusWhereItIs()
