@@ -8,7 +8,6 @@
 #include "support/WhatIsShown.h"
 #include "Views/Popover.h"
 #include "Views/Text.h"
-#include "Views/YearSection.h"
 
 #include <QApplication>
 #include <QScrollArea>
@@ -37,11 +36,12 @@ private Q_SLOTS:
     // The first, since what it looks for holds for the whole process from then on.
     void thePopoverNeedsNobodyToAskForIt()
     {
-        Popover popover(new YearSection);
+        Popover popover(new QWidget);
         const auto areas = popover.findChildren<QScrollArea *>();
-        QCOMPARE(areas.size(), 2);
-        for (auto *const area : areas)
-            QCOMPARE(accessible(*area)->child(accessible(*area)->childCount()), nullptr);
+        QCOMPARE(areas.size(), 1);
+        // The toolkit itself counts what is to be seen just now.
+        const auto parts = areas.first()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+        QCOMPARE(accessible(*areas.first())->childCount(), parts.size());
     }
 
     void askedForAChildThatIsNotThereItHasNone_data()

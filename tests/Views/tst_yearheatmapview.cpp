@@ -119,6 +119,7 @@ class TestYearHeatmapView : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
+    void theYearIsReadWhole();
     void itIsAsLargeAsItsPicture();
     void todaysColumnIsToScrollTo();
     void squaresHaveTheColourOfTheirCount_data();
@@ -167,6 +168,15 @@ void TestYearHeatmapView::init()
 void TestYearHeatmapView::cleanup()
 {
     QToolTip::hideText();
+}
+
+// The first, since what it looks for holds for the whole process from then on.
+void TestYearHeatmapView::theYearIsReadWhole()
+{
+    YearSection section;
+    auto *const area = section.findChild<QScrollArea *>();
+    const auto parts = area->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
+    QCOMPARE(QAccessible::queryAccessibleInterface(area)->childCount(), parts.size());
 }
 
 void TestYearHeatmapView::itIsAsLargeAsItsPicture()
