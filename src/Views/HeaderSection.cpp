@@ -52,7 +52,7 @@ HeaderSection::HeaderSection(QWidget *parent)
     row->setSpacing(points(16));
     row->addLayout(makeStreakColumn());
     row->addWidget(line, 0, Qt::AlignVCenter);
-    row->addLayout(makeStatistics(), 1);
+    row->addLayout(makeStatistics());
     setFigures({});
 }
 

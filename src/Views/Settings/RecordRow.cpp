@@ -34,7 +34,7 @@ RecordRow::RecordRow(QWidget *parent)
     m_row->setSpacing(style::points(style::defaultSpacing));
     m_row->addSpacing(PlainButton::outset());
     m_row->addWidget(m_isEnabled);
-    m_row->addWidget(m_texts, 1);
+    m_row->addWidget(m_texts);
     addControl(m_isEnabled);
     forwardEnabling();
 }

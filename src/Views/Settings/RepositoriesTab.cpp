@@ -70,8 +70,8 @@ void RepositoriesTab::addList()
     m_list = new RowList([this](QWidget *parent) { return makeRow(parent); }, fillRow, this);
     m_list->setTitle(tr("Tracked Repositories"));
     auto *const column = static_cast<QBoxLayout *>(layout());
-    column->addWidget(m_empty, 1);
-    column->addWidget(m_list, 1);
+    column->addWidget(m_empty);
+    column->addWidget(m_list);
 }
 
 void RepositoriesTab::addButtons()

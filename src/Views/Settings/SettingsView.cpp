@@ -67,7 +67,7 @@ void SettingsView::build()
     column->addWidget(m_strip, 0, Qt::AlignHCenter);
     column->addSpacing(style::points(paddingOfTabs));
     column->addWidget(new Divider(Qt::Horizontal, this));
-    column->addWidget(m_pages, 1);
+    column->addWidget(m_pages);
 
     addTab(tr("&Repositories"), QStringLiteral("folder"),
            new RepositoriesTab(m_world.settings, *m_repositoryActions, m_pages));

@@ -96,8 +96,8 @@ void WatchedFoldersTab::addList()
     m_list = new RowList([this](QWidget *parent) { return makeRow(parent); }, fillRow, this);
     m_list->setTitle(tr("Watched Folders"));
     auto *const column = static_cast<QBoxLayout *>(layout());
-    column->addWidget(m_empty, 1);
-    column->addWidget(m_list, 1);
+    column->addWidget(m_empty);
+    column->addWidget(m_list);
 }
 
 void WatchedFoldersTab::addButtons()
