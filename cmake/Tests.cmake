@@ -10,6 +10,7 @@ function(add_test_program name)
     target_compile_definitions(${name} PRIVATE VELQUARIN_TEST_FONTS="${TEST_FONTS}")
     target_link_libraries(${name} PRIVATE ${arg_LINK} velquarin::TestSupport velquarin::QtTest velquarin_flags)
     share_headers(${name} ${arg_HEADERS})
+    add_dependencies(${name} ends_together)
 endfunction()
 
 # add_module_test(engine_tests tst_streak LABEL pure [SOURCES more.cpp] [DEFINITIONS FOLDER="..."] [TIMEOUT 300])

@@ -32,7 +32,7 @@ void Divider::paintEvent(QPaintEvent * /*event*/)
 QRectF Divider::lineIn(const QPainter &painter) const
 {
     const auto ratio = painter.deviceTransform().m11();
-    const auto width = std::floor(ratio) / ratio;
+    const auto width = std::max(std::floor(ratio), 1.0) / ratio;
     QRectF line(rect());
     if (m_orientation == Qt::Horizontal)
         line.setHeight(width);

@@ -250,7 +250,7 @@ void TestGitFaults::aGitThatNeverEndsHoldsNobodyUpAndGoesAtOnceWhenTheServiceEnd
     QVERIFY(world.manager->isRefreshing());
     const auto group = readFile(world.folder.filePath(QStringLiteral("hangs"))).trimmed().toInt();
     QVERIFY(group > 1);
-    QVERIFY2(world.git->stop(waitLimit), sightOfChildren());
+    QVERIFY2(world.git->stop(atOnce), sightOfChildren());
     QTRY_VERIFY2_WITH_TIMEOUT(kill(-group, 0) != 0, "its group still lives", waitLimitMs);
 }
 

@@ -404,7 +404,7 @@ void TestHostile::whereGitCannotButHangTheServiceEndsAtOnce()
                               "nobody reads the fifo: " + sightOfChildren(), 60'000);
     QVERIFY(!hanging.isFinished());
     // The other end is still open and silent: git cannot have ended by itself.
-    QVERIFY2(service.git.stop(waitLimit), sightOfChildren());
+    QVERIFY2(service.git.stop(atOnce), sightOfChildren());
     QVERIFY2(childrenOfThisProgram().isEmpty(), sightOfChildren());
     close(end);
 }

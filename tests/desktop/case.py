@@ -3,6 +3,7 @@
 """What the test files share: the way they start, and the clock of their user."""
 
 import datetime
+import os
 import pathlib
 import shutil
 import signal
@@ -28,6 +29,9 @@ NEEDED = {
     "xfconf": "/usr/share/dbus-1/services/org.xfce.Xfconf.service",
     "xvfb": "Xvfb",
 }
+
+# Whether the long check asks for all of what every run does a part of.
+IS_WHOLE = os.environ.get("VELQUARIN_WHOLE") == "1"
 
 # Ends a test that hangs while it can still clean up after itself; ctest's own limit is later.
 LIMIT_SECONDS = 280

@@ -9,10 +9,13 @@ import uuid
 
 import processes
 from keeper import carrying
-from waiting import wait_until
+from waiting import LIMIT_SECONDS, wait_until
 
 MARK = "VELQUARIN_TEST_PROGRAM"
 BUS_NAME = "io.velquarin.Velquarin"
+
+# Any machine does in that time what shall be done at once, and no library gives up so soon.
+AT_ONCE = 20.0
 
 
 class Program:
@@ -69,9 +72,9 @@ class Program:
         self._process.kill()
         self._process.wait()
 
-    def wait_for_end(self):
+    def wait_for_end(self, seconds=LIMIT_SECONDS):
         """The exit status."""
-        wait_until(lambda: not self.is_running(), "the program ends")
+        wait_until(lambda: not self.is_running(), "the program ends", seconds)
         return self._process.returncode
 
     def end(self):

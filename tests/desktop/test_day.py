@@ -15,7 +15,7 @@ from repositories import Alternation
 from usage import own_kilobytes, wait_for_quiet
 
 # A day has 288 refreshes; a part of it is what every run of the tests can spare.
-REFRESHES = int(os.environ.get("VELQUARIN_REFRESHES", "30"))
+REFRESHES = int(os.environ.get("VELQUARIN_REFRESHES", "288" if case.IS_WHOLE else "40"))
 FIRST = max(REFRESHES // 6, 15)
 GROWTH_KILOBYTES = 256
 

@@ -13,7 +13,7 @@ import preferences
 from dashboard import WINDOW
 from desktop import Desktop
 from item import PanelPlace, StatusItem, click_first_entry, click_last_entry, open_menu
-from program import Program
+from program import AT_ONCE, Program
 from repositories import Repository
 from waiting import wait_until
 
@@ -91,7 +91,7 @@ class Disks(unittest.TestCase):
             desktop.screen.press("Escape")
             reader.wait_without_window(WINDOW)
             program.terminate()
-            self.assertEqual(program.wait_for_end(), 0)
+            self.assertEqual(program.wait_for_end(AT_ONCE), 0)
             disk.end()
             wait_until(lambda: not program.children(), "nothing that the program started is left")
         self.run_on(fault)
@@ -102,7 +102,7 @@ class Disks(unittest.TestCase):
             click_first_entry(desktop.screen, open_menu(desktop, in_panel))
             StatusItem(desktop).wait_for_label("")
             click_last_entry(desktop.screen, open_menu(desktop, in_panel))
-            self.assertEqual(program.wait_for_end(), 0)
+            self.assertEqual(program.wait_for_end(AT_ONCE), 0)
             self.assertEqual((program.output(), program.errors()), ("", ""))
         self.run_on(fault)
 

@@ -16,7 +16,10 @@ class Midnight(unittest.TestCase):
     def test_midnight_takes_the_reminder_back_in_every_server(self):
         for kind in (Dunst, XfceNotifyd):
             with self.subTest(kind.__name__), evening(self.id(), kind) as user:
-                user.program.sleep(SECONDS_TO_MIDNIGHT)
+                user.program.sleep(SECONDS_TO_MIDNIGHT - 3600)
+                user.wait_until_heard()
+                self.assertTrue(user.server.place())
+                user.program.sleep(3600)
                 user.wait_without_reminder()
 
 

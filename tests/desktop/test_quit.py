@@ -10,7 +10,7 @@ import case
 import preferences
 from desktop import Desktop
 from item import PanelPlace, StatusItem, click_last_entry, open_menu
-from program import Program
+from program import AT_ONCE, Program
 from repositories import HangingRepository, Repository, tracked_days_ago
 from waiting import wait_until
 
@@ -28,7 +28,7 @@ def many_repositories(desktop, now, count=80):
 class Quit(unittest.TestCase):
 
     def assert_ended_whole(self, program):
-        self.assertEqual(program.wait_for_end(), 0)
+        self.assertEqual(program.wait_for_end(AT_ONCE), 0)
         self.assert_nothing_left(program)
 
     def assert_nothing_left(self, program):

@@ -3,7 +3,6 @@
 """There is one program a session, however often it is started."""
 
 import contextlib
-import itertools
 import unittest
 
 from gi.repository import GLib
@@ -16,7 +15,7 @@ from item import PanelPlace, StatusItem, click_last_entry, open_menu
 from program import BUS_NAME, Program
 from repositories import tracked_days_ago
 from startup import StartupMessages
-from waiting import act_until, wait_until
+from waiting import wait_until
 
 APPLICATION = ("/io/velquarin/Velquarin", "org.freedesktop.Application")
 DASHBOARD = "Velquarin"
@@ -149,11 +148,9 @@ class SecondStart(unittest.TestCase):
             self.assertEqual(Program(desktop).wait_for_end(), 0)
             self.assertTrue(first.is_running())
             desktop.start_bus()
-            # A streak that grows makes the item look for a panel anew, and with it for the bus: for a moment, in which a
-            # busy machine may not answer.
-            days = itertools.count(2)
-            act_until(lambda: repository.commit_days_ago(case.now_in("UTC"), next(days)),
-                      lambda: desktop.bus.owner(BUS_NAME), f"{BUS_NAME} on the bus")
+            # A streak that grows makes the item look for a panel anew, and with it for the bus.
+            repository.commit_days_ago(case.now_in("UTC"), 2)
+            desktop.bus.wait_for(BUS_NAME)
             self.assertEqual(desktop.bus.process_of(BUS_NAME), first.pid)
             self.assertEqual(Program(desktop).wait_for_end(), 0)
             self.wait_for_dashboard(desktop)

@@ -5,7 +5,7 @@
 import pathlib
 import time
 
-from waiting import LIMIT_SECONDS, wait_until
+from waiting import wait_until
 
 
 def _number(text, name):
@@ -18,18 +18,18 @@ def wakings(pid):
     return {task.name: _number((task / "status").read_text(), "voluntary_ctxt_switches:") for task in tasks}
 
 
-def wait_for_quiet(pid, seconds=1.0):
-    """Returns when so many seconds have passed in sleep, without a waking of any thread. What is left to do after all
-    that a test has waited for may take long on a busy machine, so there are several attempts."""
-    attempts = []
+def wakings_within(pid, seconds):
+    """The threads that wake up while so many seconds pass, and how often each does."""
+    before = wakings(pid)
+    time.sleep(seconds)
+    return {name: count - before.get(name, 0) for name, count in wakings(pid).items() if count != before.get(name, 0)}
 
-    def sleeps():
-        before = wakings(pid)
-        time.sleep(seconds)
-        attempts.append({name: count - before.get(name, 0) for name, count in wakings(pid).items()})
-        return set(attempts[-1].values()) == {0}
-    wait_until(sleeps, f"the program sleeps for {seconds:g} s", max(LIMIT_SECONDS, 4 * seconds),
-               state=lambda: f"wakings by thread: {attempts}")
+
+def wait_for_quiet(pid):
+    """Returns when a second has passed without a waking of any thread: what is left to do after all that a test has
+    waited for may take long on a busy machine."""
+    wait_until(lambda: not wakings_within(pid, 1.0), "the program sleeps for a second",
+               state=lambda: f"wakings by thread: {wakings_within(pid, 1.0)}")
 
 
 def main_thread_seconds(pid):

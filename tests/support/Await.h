@@ -26,6 +26,9 @@ struct Place
 constexpr int waitLimitMs = 90'000;
 constexpr std::chrono::milliseconds waitLimit(waitLimitMs);
 
+//! Any machine does in that time what shall be done at once, and no library gives up so soon.
+constexpr std::chrono::seconds atOnce(20);
+
 //! Runs the event loop until it is so. What never becomes so ends the test, which then says where it waited and what
 //! the programs do that it started.
 template <typename Condition>

@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QFileInfo>
+#include <QProcessEnvironment>
 
 #include <cstdio>
 #include <map>
@@ -28,20 +29,32 @@ int listTests()
     return 2;
 }
 
-// By hand a test shall run as it does under ctest: nothing of the desktop that it happens to be started on counts.
+// By hand a test shall run as it does under ctest: nothing of the desktop that it happens to be started on counts. The
+// few tests that want another platform or scale say so in variables of our own.
 void pinWhatTheToolkitReads()
 {
-    const auto pin = [](const char *variable, const char *value) {
-        if (!qEnvironmentVariableIsSet(variable))
-            qputenv(variable, value);
+    const auto ours = [](const char *variable, const char *otherwise) {
+        const auto value = qgetenv(variable);
+        return value.isEmpty() ? QByteArray(otherwise) : value;
     };
-    pin("QT_QPA_PLATFORM", "offscreen");
-    pin("QT_SCALE_FACTOR", "1");
+    qputenv("QT_QPA_PLATFORM", ours("VELQUARIN_TEST_PLATFORM", "offscreen"));
+    qputenv("QT_SCALE_FACTOR", ours("VELQUARIN_TEST_SCALE", "1"));
     qputenv("QT_FONT_DPI", "96");
     qputenv("QT_STYLE_OVERRIDE", "Fusion");
     qputenv("FONTCONFIG_FILE", VELQUARIN_TEST_FONTS);
-    for (const char *variable : {"QT_QPA_PLATFORMTHEME", "QT_SCREEN_SCALE_FACTORS", "QT_SCALE_FACTOR_ROUNDING_POLICY"})
+    for (const char *variable : {"QT_QPA_PLATFORMTHEME", "QT_SCREEN_SCALE_FACTORS", "QT_SCALE_FACTOR_ROUNDING_POLICY",
+                                 "QT_ENABLE_HIGHDPI_SCALING", "QT_LOGGING_RULES", "QT_PLUGIN_PATH"})
         qunsetenv(variable);
+}
+
+// A hook of git that runs the tests would else have them work in the repository that it is called for.
+void forgetOtherRepositories()
+{
+    const auto names = QProcessEnvironment::systemEnvironment().keys();
+    for (const auto &name : names) {
+        if (name.startsWith(QLatin1String("GIT_")))
+            qunsetenv(name.toLocal8Bit().constData());
+    }
 }
 
 }  // namespace
@@ -60,6 +73,7 @@ int main(int argc, char **argv)
     if (test == knownTests().end())
         return listTests();
     pinWhatTheToolkitReads();
+    forgetOtherRepositories();
     argv[1] = argv[0];
     return test->second(argc - 1, argv + 1);
 }

@@ -2,8 +2,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "support/Await.h"
+
 #include <QCoreApplication>
 #include <QTest>
+
+// Qt Test gives up after five seconds, which a busy machine may take.
+#undef QTRY_VERIFY
+#undef QTRY_VERIFY2
+#undef QTRY_COMPARE
+#define QTRY_VERIFY(expression) QTRY_VERIFY_WITH_TIMEOUT((expression), velquarin::test::waitLimitMs)
+#define QTRY_VERIFY2(expression, message)                                                                              \
+    QTRY_VERIFY2_WITH_TIMEOUT((expression), (message), velquarin::test::waitLimitMs)
+#define QTRY_COMPARE(actual, expected) QTRY_COMPARE_WITH_TIMEOUT((actual), (expected), velquarin::test::waitLimitMs)
 
 namespace velquarin::test {
 

@@ -44,22 +44,27 @@ static int wait_for(pid_t test, const sigset_t *signals)
     }
 }
 
-static void kill_children(void)
+/* Whether there was somebody to be killed. */
+static int kill_children(void)
 {
     char path[64];
     snprintf(path, sizeof path, "/proc/self/task/%d/children", (int)getpid());
     FILE *const children = fopen(path, "r");
-    if (children == NULL)
-        return;
-    for (int child = 0; fscanf(children, "%d", &child) == 1;)
+    int killed = 0;
+    if (children == NULL) {
+        perror(path);
+        return 0;
+    }
+    for (int child = 0; fscanf(children, "%d", &child) == 1; ++killed)
         kill(child, SIGKILL);
     fclose(children);
+    return killed > 0;
 }
 
 /* The children of one that ends become ours: again until there are none. */
 static void end_the_rest(void)
 {
-    for (kill_children(); waitpid(-1, NULL, 0) > 0; kill_children()) {
+    while (kill_children() && waitpid(-1, NULL, 0) > 0) {
     }
 }
 
