@@ -3,6 +3,8 @@
 
 #include "Platform/Calendar.h"
 
+#include "Platform/UniversalTime.h"
+
 #include <QDateTime>
 
 #include <algorithm>
@@ -23,7 +25,7 @@ const QDate epoch(1970, 1, 1);
 
 QDateTime utc(Instant moment)
 {
-    return QDateTime::fromMSecsSinceEpoch(moment.time_since_epoch().count(), Qt::UTC);
+    return QDateTime::fromMSecsSinceEpoch(moment.time_since_epoch().count(), universalTime);
 }
 
 // What clocks in Greenwich read at midnight of that date.

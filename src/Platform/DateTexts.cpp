@@ -3,6 +3,8 @@
 
 #include "Platform/DateTexts.h"
 
+#include "Platform/UniversalTime.h"
+
 #include <unicode/measfmt.h>
 #include <unicode/measunit.h>
 #include <unicode/measure.h>
@@ -174,7 +176,7 @@ icu::Locale gregorian(const QByteArray &name)
 UDate asInGreenwich(Instant moment, const Calendar &calendar)
 {
     const auto wall = wallTime(moment, calendar);
-    return static_cast<UDate>(QDateTime(wall.date, wall.time, Qt::UTC).toMSecsSinceEpoch());
+    return static_cast<UDate>(QDateTime(wall.date, wall.time, universalTime).toMSecsSinceEpoch());
 }
 
 QString formatted(const icu::DateFormat &format, UDate moment)

@@ -18,7 +18,7 @@ namespace {
 
 bool isListed(const QWindow &window, const QAccessibleInterface *root)
 {
-    if (!root || !root->object() || window.type() == Qt::Desktop)
+    if (!root || !root->object())
         return false;
     return window.type() != Qt::Popup || qobject_cast<Popover *>(root->object());
 }

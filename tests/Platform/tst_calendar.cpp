@@ -3,6 +3,7 @@
 
 #include "Platform/Calendar.h"
 
+#include "Platform/UniversalTime.h"
 #include "support/FakeClock.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"
@@ -19,7 +20,7 @@ QString utcText(std::optional<Instant> moment)
 {
     if (!moment)
         return QStringLiteral("none");
-    return QDateTime::fromMSecsSinceEpoch(moment->time_since_epoch().count(), Qt::UTC).toString(Qt::ISODate);
+    return QDateTime::fromMSecsSinceEpoch(moment->time_since_epoch().count(), universalTime).toString(Qt::ISODate);
 }
 
 QDate date(const QString &text)

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
+#include "Platform/UniversalTime.h"
 #include "Services/GitLog.h"
 #include "Target.h"
 
@@ -30,7 +31,8 @@ std::optional<Instant> momentOf(const QRegularExpressionMatch &match)
     if (!date.isValid() || !time.isValid() || hours > 23 || minutes > 59)
         return std::nullopt;
     const int offset = (hours * 60 + minutes) * 60 * (match.captured(4) == u'-' ? -1 : 1);
-    return Instant(std::chrono::milliseconds(QDateTime(date, time, Qt::UTC).addSecs(-offset).toMSecsSinceEpoch()));
+    return Instant(
+        std::chrono::milliseconds(QDateTime(date, time, universalTime).addSecs(-offset).toMSecsSinceEpoch()));
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include "Platform/Linux/System/ChildProcessRunner.h"
 #include "Platform/Linux/System/PosixFileTree.h"
 #include "Platform/Linux/System/ProgramConfinement.h"
+#include "Platform/UniversalTime.h"
 #include "Services/GitService.h"
 #include "support/Await.h"
 #include "support/FakeClock.h"
@@ -78,8 +79,9 @@ std::optional<Result> answerOf(QFuture<Result> future)
 
 inline QString isoText(std::optional<Instant> moment)
 {
-    return moment ? QDateTime::fromMSecsSinceEpoch(moment->time_since_epoch().count(), Qt::UTC).toString(Qt::ISODate)
-                  : QString();
+    return moment
+               ? QDateTime::fromMSecsSinceEpoch(moment->time_since_epoch().count(), universalTime).toString(Qt::ISODate)
+               : QString();
 }
 
 //! What a refresh asks of a repository; nothing where git hangs.

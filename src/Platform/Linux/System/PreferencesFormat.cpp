@@ -3,6 +3,8 @@
 
 #include "Platform/Linux/System/PreferencesFormat.h"
 
+#include "Platform/UniversalTime.h"
+
 #include <QDateTime>
 #include <QJsonDocument>
 
@@ -33,7 +35,7 @@ std::optional<QJsonValue> jsonOf(const QString &value)
 
 std::optional<QJsonValue> jsonOf(Instant value)
 {
-    const auto moment = QDateTime::fromMSecsSinceEpoch(value.time_since_epoch().count(), Qt::UTC);
+    const auto moment = QDateTime::fromMSecsSinceEpoch(value.time_since_epoch().count(), universalTime);
     if (moment.date().year() < 1 || moment.date().year() > 9999)
         return std::nullopt;
     return QJsonObject{{dateMember, moment.toString(Qt::ISODateWithMs)}};
