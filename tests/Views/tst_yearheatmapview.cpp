@@ -154,6 +154,7 @@ private Q_SLOTS:
     void squaresOutOfRangeAreInvisibleToAScreenReader();
     void aSquareHoldsNothingAndSaysWhereItIs();
     void aSquareOutOfSightSaysSo();
+    void noSquareOutlivesItsYearForAScreenReader();
     void aYearWithoutAGridIsEmpty();
 };
 
@@ -704,6 +705,16 @@ void TestYearHeatmapView::aSquareOutOfSightSaysSo()
     QVERIFY(!list->child(firstDay)->state().offscreen);
     window.hide();
     QVERIFY(list->child(firstDay)->state().invisible);
+}
+
+void TestYearHeatmapView::noSquareOutlivesItsYearForAScreenReader()
+{
+    auto view = std::make_unique<YearHeatmapView>();
+    show(*view, {});
+    const auto id = QAccessible::uniqueId(QAccessible::queryAccessibleInterface(view.get())->child(today));
+    QVERIFY(QAccessible::accessibleInterface(id) != nullptr);
+    view.reset();
+    QCOMPARE(QAccessible::accessibleInterface(id), nullptr);
 }
 
 void TestYearHeatmapView::aYearWithoutAGridIsEmpty()

@@ -20,7 +20,6 @@ ProgressLine::ProgressLine(double spacing, QWidget *parent)
     row->setSpacing(style::points(spacing));
     row->addWidget(new Spinner(this));
     row->addWidget(m_text);
-    row->addStretch();
 }
 
 void ProgressLine::setText(const QString &text)

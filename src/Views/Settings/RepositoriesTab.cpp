@@ -44,7 +44,7 @@ void RepositoriesTab::build()
     addButtons();
     m_progress = new ProgressLine(style::defaultSpacing, this);
     m_message = makeMessage(this);
-    column->addWidget(m_progress);
+    column->addWidget(m_progress, 0, Qt::AlignLeft);
     column->addWidget(m_message);
 }
 

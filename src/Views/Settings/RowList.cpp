@@ -39,7 +39,6 @@ RowList::RowList(std::function<ListRow *(QWidget *)> makeRow, std::function<void
 {
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
-    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     viewport()->setAutoFillBackground(false);
 }
 

@@ -106,7 +106,6 @@ void WatchedFoldersTab::addButtons()
     m_add = makeButton(tr("A&dd Folder"), QStringLiteral("plus"), this);
     m_progress = new ProgressLine(smallGap, this);
     m_progress->setText(tr("Scanning..."));
-    m_progress->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     m_scan = makeButton(tr("&Scan Now"), {}, this);
     row->addWidget(m_add);
     row->addStretch();
@@ -126,7 +125,6 @@ void WatchedFoldersTab::addDiscovered()
     column->addWidget(makeText(quiet(), tr("Recently discovered:"), m_discovered));
     for (qsizetype line = 0; line < discoveredShown; ++line) {
         m_discoveredLines.append(new Text(textLook(style::TypeStyle::Caption, style::Accent::Green), m_discovered));
-        m_discoveredLines.last()->allowCutting();
         column->addWidget(m_discoveredLines.last());
     }
     m_more = new Text(quiet(), m_discovered);

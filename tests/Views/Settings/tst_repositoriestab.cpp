@@ -10,6 +10,7 @@
 #include "Views/Settings/RepositoryRow.h"
 #include "Views/Settings/RowList.h"
 #include "Views/Settings/Spinner.h"
+#include "Views/Settings/TabParts.h"
 #include "Views/Style.h"
 #include "Views/SymbolView.h"
 #include "Views/Text.h"
@@ -126,6 +127,7 @@ private Q_SLOTS:
     void aNameWithALineBreakStaysOnItsLine();
     void aPathIsNeverTakenForMarkup_data();
     void aPathIsNeverTakenForMarkup();
+    void aMessageThatIsTooLongIsCut();
     void theMessageIsGoneWhenTheWindowOpensAgain();
     void aChosenPathIsTakenAsItIs_data();
     void aChosenPathIsTakenAsItIs();
@@ -375,6 +377,7 @@ void TestRepositoriesTab::besideTheWordAWheelTurns()
     const auto word = QStringLiteral("Scanning...");
     QTRY_VERIFY(window.control<Text>(word) != nullptr);
     QTRY_COMPARE(window.control<Text>(word)->x(), 11 + 8);
+    QTRY_COMPARE(window.placeOf(window.control<Text>(word)).left(), 16 + 11 + 8);
     const auto before = drawingBefore(window, word);
     QVERIFY(!isPlain(before));
     QTRY_VERIFY(drawingBefore(window, word) != before);
@@ -542,6 +545,18 @@ void TestRepositoriesTab::aPathIsNeverTakenForMarkup()
     Qt::mightBeRichText(tip) ? shown.setHtml(tip) : shown.setPlainText(tip);
     QToolTip::hideText();
     QCOMPARE(shown.toPlainText(), path);
+}
+
+void TestRepositoriesTab::aMessageThatIsTooLongIsCut()
+{
+    QWidget tab;
+    auto *const line = makeMessage(&tab);
+    QVERIFY(line->isHidden());
+    showLine(*line, QString(200, u'w'));
+    QVERIFY(!line->isHidden());
+    QCOMPARE(line->minimumSizeHint(), QSize(0, line->sizeHint().height()));
+    showLine(*line, {});
+    QVERIFY(line->isHidden());
 }
 
 void TestRepositoriesTab::theMessageIsGoneWhenTheWindowOpensAgain()

@@ -171,6 +171,9 @@ private Q_SLOTS:
     void comingBackToTheWindowScrollsNothing();
     void keysWithControlAreNotForTheList_data();
     void keysWithControlAreNotForTheList();
+    void aListThatNeverHadARowIsNoTabStop();
+    void itWantsThreeRowsAndNeedsOne();
+    void theScrollBarStepsByHalfARowAndByWhatIsInSight();
     void aRowIsDrawnByNumbers_data();
     void aRowIsDrawnByNumbers();
     void theListStandsOnAGroundWithRoundCorners();
@@ -412,6 +415,38 @@ void TestRowList::keysWithControlAreNotForTheList()
     Window::press(Qt::Key_Down);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key(key), Qt::ControlModifier);
     QCOMPARE(Window::focused(), QStringLiteral("1"));
+}
+
+void TestRowList::aListThatNeverHadARowIsNoTabStop()
+{
+    const Window window(0);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    QCOMPARE(Window::focused(), QStringLiteral("after"));
+    QCOMPARE(window.list->focusPolicy(), Qt::NoFocus);
+}
+
+void TestRowList::itWantsThreeRowsAndNeedsOne()
+{
+    const Window window(1);
+    QCOMPARE(window.list->sizeHint(), QSize(0, 3 * heightOfRow));
+    QCOMPARE(window.list->minimumSizeHint(), QSize(0, heightOfRow));
+}
+
+void TestRowList::theScrollBarStepsByHalfARowAndByWhatIsInSight()
+{
+    const Window window(50);
+    auto *const bar = window.list->verticalScrollBar();
+    const auto inSight = window.list->viewport()->height();
+    QCOMPARE(bar->minimum(), 0);
+    QCOMPARE(bar->maximum(), 50 * heightOfRow - inSight);
+    bar->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    QCOMPARE(window.scrolled(), heightOfRow / 2);
+    bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
+    QCOMPARE(window.scrolled(), heightOfRow / 2 + inSight);
+    const Window small(2);
+    QCOMPARE(small.list->verticalScrollBar()->maximum(), 0);
+    QVERIFY(!small.list->horizontalScrollBar()->isVisible());
 }
 
 void TestRowList::aRowIsDrawnByNumbers_data()

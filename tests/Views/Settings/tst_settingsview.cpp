@@ -92,6 +92,7 @@ private Q_SLOTS:
     void aScreenReaderFindsATabAsItIsShown();
     void aTabHoldsNothingAndSaysWhatCanBeDoneWithIt();
     void aTabThatIsGoneSaysSo();
+    void noTabOutlivesItsStripForAScreenReader();
     void theGapsOfATabGiveWayToItsParts_data();
     void theGapsOfATabGiveWayToItsParts();
     void aPickerIsLabelledOnce();
@@ -558,6 +559,16 @@ void TestSettingsView::aTabThatIsGoneSaysSo()
     QCOMPARE(tab->rect(), QRect());
     tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QCOMPARE(strip.currentIndex(), 0);
+}
+
+void TestSettingsView::noTabOutlivesItsStripForAScreenReader()
+{
+    auto strip = std::make_unique<TabStrip>();
+    strip->addTab(QStringLiteral("One"), QStringLiteral("gear"));
+    const auto id = QAccessible::uniqueId(QAccessible::queryAccessibleInterface(strip.get())->child(0));
+    QVERIFY(QAccessible::accessibleInterface(id) != nullptr);
+    strip.reset();
+    QCOMPARE(QAccessible::accessibleInterface(id), nullptr);
 }
 
 void TestSettingsView::theGapsOfATabGiveWayToItsParts_data()

@@ -109,6 +109,7 @@ private Q_SLOTS:
     void theLastRunIsToldByItsTimeAlone();
     void discoveredRepositoriesAreNamed_data();
     void discoveredRepositoriesAreNamed();
+    void aDiscoveredRepositoryWithALongNameIsCut();
     void theMessageIsGoneWhenTheWindowOpensAgain();
     void nothingIsCutOffWhenThereIsMostToSay_data();
     void nothingIsCutOffWhenThereIsMostToSay();
@@ -335,6 +336,7 @@ void TestWatchedFoldersTab::besideTheWordAWheelTurns()
     SettingsWindow::click(window.control<QPushButton>(scanNow));
     QTRY_VERIFY(window.control<Text>(scanning) != nullptr);
     QTRY_COMPARE(window.control<Text>(scanning)->x(), 11 + 4);
+    QTRY_COMPARE(window.placeOf(window.control<Text>(scanning)).right(), window.view->width() - 1 - 16);
     const auto before = drawingBefore(window, scanning);
     QVERIFY(!isPlain(before));
     QTRY_VERIFY(drawingBefore(window, scanning) != before);
@@ -577,6 +579,21 @@ void TestWatchedFoldersTab::discoveredRepositoriesAreNamed()
         expected.append(more);
     QCOMPARE(linesFrom(window, heading), expected);
     QCOMPARE(window.control<Text>(expected.at(1))->tone(), style::Tone(style::Accent::Green));
+}
+
+void TestWatchedFoldersTab::aDiscoveredRepositoryWithALongNameIsCut()
+{
+    const FontOfPixels font(13);
+    const QTemporaryDir folder;
+    const QString name(200, u'w');
+    QDir(folder.path()).mkpath(name + QStringLiteral("/.git"));
+    SettingsWindow window;
+    window.open(SettingsWindow::AutoDiscover);
+    choose(window, folder.path());
+    const auto line = QStringLiteral("+ ") + name;
+    QTRY_VERIFY(window.control<Text>(line) != nullptr);
+    QTRY_COMPARE(window.placeOf(window.control<Text>(line)).right(), window.view->width() - 1 - 16);
+    QVERIFY(paintedWords(*window.control<Text>(line)).first().endsWith(QChar(0x2026)));
 }
 
 void TestWatchedFoldersTab::theMessageIsGoneWhenTheWindowOpensAgain()
