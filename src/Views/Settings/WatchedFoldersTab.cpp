@@ -125,6 +125,7 @@ void WatchedFoldersTab::addDiscovered()
     column->addWidget(makeText(quiet(), tr("Recently discovered:"), m_discovered));
     for (qsizetype line = 0; line < discoveredShown; ++line) {
         m_discoveredLines.append(new Text(textLook(style::TypeStyle::Caption, style::Accent::Green), m_discovered));
+        m_discoveredLines.last()->allowCutting();
         column->addWidget(m_discoveredLines.last());
     }
     m_more = new Text(quiet(), m_discovered);
