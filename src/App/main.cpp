@@ -28,6 +28,8 @@ int main(int argc, char **argv)
     QApplication::setApplicationVersion(QStringLiteral(VELQUARIN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("io.velquarin.Velquarin"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // A desktop's own dialogs count their jobs in the toolkit, and the last one to finish would end the program.
+    QApplication::setQuitLockEnabled(false);
 
     return velquarin::VelquarinApp(std::move(launchTokens)).run();
 }

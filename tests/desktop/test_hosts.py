@@ -10,6 +10,8 @@ from desktop import Desktop
 from item import PanelPlace, StatusItem, click_last_entry, open_menu
 from program import BUS_NAME, Program
 from repositories import tracked_days_ago
+from waiting import wait_until
+from watcher import Watcher
 
 
 class Hosts(unittest.TestCase):
@@ -35,6 +37,34 @@ class Hosts(unittest.TestCase):
             program = Program(desktop)
             click_last_entry(desktop.screen, open_menu(desktop, place.find()))
             self.assertEqual(program.wait_for_end(), 0)
+
+    def test_while_nobody_shows_what_a_watcher_collects_the_icon_is_in_the_old_tray(self):
+        with Desktop(self.id()) as desktop:
+            preferences.write(desktop.config, [])
+            desktop.start_old_tray()
+            place = PanelPlace(desktop.screen)
+            watcher = Watcher(desktop.bus)
+            program = Program(desktop)
+            place.find()
+            for _ in range(2):
+                watcher.host_comes()
+                wait_until(lambda: not place.now(), "the tray is empty")
+                watcher.host_goes()
+                place.find()
+            self.assertEqual(len(watcher.items), 1)
+            self.assertEqual(program.end(), 0)
+
+    def test_the_icon_in_the_old_tray_explains_itself(self):
+        with Desktop(self.id(), bus=False) as desktop:
+            preferences.write(desktop.config, [])
+            desktop.start_old_tray()
+            place = PanelPlace(desktop.screen)
+            program = Program(desktop)
+            desktop.screen.point(*place.find().centre)
+            wait_until(desktop.windows.explanation, "a tooltip")
+            desktop.screen.point(*desktop.screen.corner)
+            wait_until(lambda: not desktop.windows.explanation(), "no tooltip")
+            self.assertEqual(program.end(), 0)
 
     def test_the_program_outlives_the_session_bus(self):
         with Desktop(self.id()) as desktop:

@@ -82,10 +82,19 @@ class Windows:
 
     def shown(self):
         """The rectangles of menus and dashboards on the screen; what only explains something is left out."""
+        return {place for window, place in self._seen() if not self._only_explains(window)}
+
+    def explanation(self):
+        """The rectangle of the tooltip on the screen, or None."""
+        return next((place for window, place in self._seen() if self._only_explains(window)), None)
+
+    def _seen(self):
+        return [(window, place) for window in self.root.query_tree().children if (place := self._place(window))
+                and place.right > 0 and place.bottom > 0]
+
+    def _only_explains(self, window):
         tooltip = self.display.get_atom("_NET_WM_WINDOW_TYPE_TOOLTIP")
-        return {place for window in self.root.query_tree().children if (place := self._place(window))
-                and place.right > 0 and place.bottom > 0
-                and tooltip not in (self._property(window, "_NET_WM_WINDOW_TYPE") or ())}
+        return tooltip in (self._property(window, "_NET_WM_WINDOW_TYPE") or ())
 
     @staticmethod
     def _place(window):

@@ -112,6 +112,12 @@ public:
         m_connection.send(QDBusMessage::createSignal(path(), name(), QStringLiteral("StatusNotifierHostRegistered")));
     }
 
+    //! One of those who show what is collected, of whom there may be more.
+    void tellThatOneWent()
+    {
+        m_connection.send(QDBusMessage::createSignal(path(), name(), QStringLiteral("StatusNotifierHostUnregistered")));
+    }
+
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
     {
         if (message.member() == QLatin1String("Get") && m_hasViewer) {

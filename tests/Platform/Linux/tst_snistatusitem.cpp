@@ -65,6 +65,7 @@ private Q_SLOTS:
     void aWatcherThatSomebodyShowsIsToldAtOnce();
     void aBarThatIsJustStartingIsToldWhenItLooks();
     void aWatcherThatNobodyShowsIsToldInTheEnd();
+    void whoShowsWhatIsCollectedComesAndGoes();
     void aBarOfAnotherWatcherDoesNotCount();
     void aWatcherThatComesLaterIsTold();
     void aWatcherThatRestartsIsToldAgain();
@@ -256,6 +257,30 @@ void TestSniStatusItem::aWatcherThatNobodyShowsIsToldInTheEnd()
     showWatcher();
     settle();
     QCOMPARE(m_watcher->announced.size(), 1);
+}
+
+void TestSniStatusItem::whoShowsWhatIsCollectedComesAndGoes()
+{
+    m_watcher->viewerGoes();
+    m_watcher->appear();
+    StatusNotifierWatch watch(m_bus->connection());
+    QSignalSpy appeared(&watch, &StatusNotifierWatch::appeared);
+    QSignalSpy shown(&watch, &StatusNotifierWatch::shownChanged);
+    QTRY_COMPARE(appeared.size(), 1);
+    QCOMPARE(appeared.first().at(1).toBool(), false);
+
+    m_watcher->viewerComes();
+    QTRY_COMPARE(shown.size(), 1);
+    QCOMPARE(shown.last().first().toBool(), true);
+    m_watcher->tellThatOneWent();
+    QTRY_COMPARE(m_watcher->questions, 2);
+    settle();
+    QCOMPARE(shown.size(), 1);
+    m_watcher->viewerGoes();
+    m_watcher->tellThatOneWent();
+    QTRY_COMPARE(shown.size(), 2);
+    QCOMPARE(shown.last().first().toBool(), false);
+    QCOMPARE(appeared.size(), 1);
 }
 
 void TestSniStatusItem::aBarOfAnotherWatcherDoesNotCount()

@@ -67,6 +67,7 @@ void LinuxStatusItem::followBus()
         return;
     m_watch = std::make_unique<StatusNotifierWatch>(connection);
     connect(m_watch.get(), &StatusNotifierWatch::appeared, this, &LinuxStatusItem::moveToBar);
+    connect(m_watch.get(), &StatusNotifierWatch::shownChanged, this, &LinuxStatusItem::beSeen);
     connect(m_watch.get(), &StatusNotifierWatch::absent, this, &LinuxStatusItem::moveToTray);
 }
 
@@ -76,53 +77,80 @@ void LinuxStatusItem::loseBus()
     moveToTray();
 }
 
-void LinuxStatusItem::moveToBar(const StatusHost &host)
+// A watcher that took the place of another has to be told of the item as well.
+void LinuxStatusItem::moveToBar(const StatusHost &host, bool isShown)
 {
-    m_place = Place::Bar;
     m_host = host;
-    showWhereItBelongs();
+    const bool stoodThere = m_bar != nullptr;
+    beSeen(isShown);
+    if (stoodThere)
+        m_bar->announce();
+}
+
+void LinuxStatusItem::beSeen(bool isShownInBar)
+{
+    moveTo(isShownInBar ? Place::Bar : Place::BarThatNobodyShows);
 }
 
 void LinuxStatusItem::moveToTray()
 {
-    m_place = Place::Tray;
+    moveTo(Place::Tray);
+}
+
+void LinuxStatusItem::moveTo(Place place)
+{
+    m_place = place;
     showWhereItBelongs();
 }
 
+// Whoever begins to show what the watcher collects finds the item there; until then the tray has it too.
 void LinuxStatusItem::showWhereItBelongs()
 {
     if (!m_appearance || m_place == Place::Unknown)
         return;
+    if (m_place == Place::Tray)
+        leaveBar();
+    else
+        standInBar();
     if (m_place == Place::Bar)
-        showInBar();
+        m_tray.reset();
     else
         showInTray();
 }
 
-// A watcher that took the place of another has to be told of the item as well.
-void LinuxStatusItem::showInBar()
+void LinuxStatusItem::standInBar()
 {
-    m_tray.reset();
-    if (!m_bar) {
-        m_barMenu = std::make_unique<DbusMenu>(m_bus.connection(), m_iconThemePath);
-        m_bar = std::make_unique<SniStatusItem>(m_bus.connection(), m_iconThemePath, m_host, *m_appearance);
-        connect(m_bar.get(), &SniStatusItem::activated, this, &StatusItem::activated);
-        connect(m_bar.get(), &SniStatusItem::menuRequested, this, &LinuxStatusItem::popUpMenu);
-    }
+    const bool isNew = !m_bar;
+    if (isNew)
+        makeBar();
     m_bar->setHost(m_host);
     updateBarMenu();
-    m_bar->announce();
+    if (isNew)
+        m_bar->announce();
+}
+
+void LinuxStatusItem::makeBar()
+{
+    m_barMenu = std::make_unique<DbusMenu>(m_bus.connection(), m_iconThemePath);
+    m_bar = std::make_unique<SniStatusItem>(m_bus.connection(), m_iconThemePath, m_host, *m_appearance);
+    connect(m_bar.get(), &SniStatusItem::activated, this, &StatusItem::activated);
+    connect(m_bar.get(), &SniStatusItem::menuRequested, this, &LinuxStatusItem::popUpMenu);
+}
+
+void LinuxStatusItem::leaveBar()
+{
+    m_bar.reset();
+    m_barMenu.reset();
 }
 
 void LinuxStatusItem::showInTray()
 {
-    m_bar.reset();
-    m_barMenu.reset();
     if (m_tray || !hasTraysOfTheOlderKind())
         return;
-    m_tray = std::make_unique<XEmbedStatusItem>(*m_appearance, m_entries);
+    m_tray = std::make_unique<XEmbedStatusItem>(*m_appearance);
     connect(m_tray.get(), &XEmbedStatusItem::activated, this,
             [this](QPoint position) { Q_EMIT activated(position, {}); });
+    connect(m_tray.get(), &XEmbedStatusItem::menuRequested, this, &LinuxStatusItem::popUpMenu);
 }
 
 // A lost bus is looked for at every refresh, whether or not there is something new to show.
@@ -146,8 +174,6 @@ void LinuxStatusItem::setMenu(const QList<MenuEntry> &entries)
 {
     m_entries = entries;
     updateBarMenu();
-    if (m_tray)
-        m_tray->setMenu(entries);
 }
 
 void LinuxStatusItem::updateBarMenu()

@@ -19,9 +19,9 @@ class SniStatusItem;
 class StatusNotifierWatch;
 class XEmbedStatusItem;
 
-//! The status item of this desktop: on the session bus while a status bar collects items there, else in the
-//! tray of the older kind. Nothing is shown before the first setAppearance(). Source:
-//! docs/decisions/0004-status-item.md
+//! The status item of this desktop: on the session bus while somebody collects items there, and in the tray of the older
+//! kind while nobody shows what is collected. Nothing is shown before the first setAppearance().
+//! Source: docs/decisions/0004-status-item.md
 class LinuxStatusItem : public StatusItem
 {
     Q_OBJECT
@@ -35,12 +35,18 @@ public:
     void popUpMenu(QPoint position) override;
 
 private:
+    enum class Place { Unknown, Bar, BarThatNobodyShows, Tray };
+
     void followBus();
     void loseBus();
-    void moveToBar(const StatusHost &host);
+    void moveToBar(const StatusHost &host, bool isShown);
     void moveToTray();
+    void moveTo(Place place);
+    void beSeen(bool isShownInBar);
     void showWhereItBelongs();
-    void showInBar();
+    void standInBar();
+    void makeBar();
+    void leaveBar();
     void showInTray();
     void updateBarMenu();
     void openFromMenu();
@@ -52,7 +58,6 @@ private:
     std::optional<StatusItemAppearance> m_appearance;
     QList<MenuEntry> m_entries;
 
-    enum class Place { Unknown, Bar, Tray };
     Place m_place = Place::Unknown;
     StatusHost m_host;
     std::unique_ptr<StatusNotifierWatch> m_watch;

@@ -3,28 +3,18 @@
 
 #include "Platform/Linux/Desktop/StartupNotification.h"
 
+#include "Platform/Linux/Desktop/X11Display.h"
+
 #include <QCoreApplication>
-#include <QGuiApplication>
 #include <QSysInfo>
 #include <QUuid>
 
 #include <algorithm>
-#include <array>
-#include <cstdlib>
-#include <memory>
-#include <xcb/xcb.h>
+#include <iterator>
 
 namespace velquarin {
 
 namespace {
-
-xcb_atom_t atom(xcb_connection_t *display, const QByteArray &name)
-{
-    const auto question = xcb_intern_atom(display, 0, quint16(name.size()), name.constData());
-    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
-        xcb_intern_atom_reply(display, question, nullptr), &std::free);
-    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
-}
 
 // A window that is never seen: the messages of one sender are told from another's by it.
 class Sender
@@ -69,9 +59,9 @@ void broadcast(xcb_connection_t *display, const QByteArray &message)
 {
     constexpr qsizetype partSize = 20;
     const auto text = message + '\0';
-    const auto more = atom(display, "_NET_STARTUP_INFO");
-    auto type = atom(display, "_NET_STARTUP_INFO_BEGIN");
-    const Sender sender(display, xcb_setup_roots_iterator(xcb_get_setup(display)).data->root);
+    const auto more = x11Atom(display, "_NET_STARTUP_INFO");
+    auto type = x11Atom(display, "_NET_STARTUP_INFO_BEGIN");
+    const Sender sender(display, x11Screen(display)->root);
     for (qsizetype sent = 0; sent < text.size(); sent += partSize) {
         sender.send(type, text.mid(sent, partSize));
         type = more;
@@ -103,9 +93,7 @@ QByteArray endOfStartup(const QString &startupId)
 
 void finishStartup(const QString &startupId)
 {
-    // The toolkit's platform without a screen has the interface and no display behind it.
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    auto *display = x11 ? x11->connection() : nullptr;
+    auto *display = x11Display();
     if (display && !startupId.isEmpty())
         broadcast(display, endOfStartup(startupId));
 }

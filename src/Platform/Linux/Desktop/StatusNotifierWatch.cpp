@@ -20,7 +20,7 @@ namespace {
 const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
 
-// Longer than any bar takes to start. Some may show items and never say that they do.
+// Longer than any bar takes to start.
 constexpr auto patienceForViewer = 2s;
 
 // An error's text would otherwise pass for the result.
@@ -43,9 +43,11 @@ StatusNotifierWatch::StatusNotifierWatch(QDBusConnection connection, QObject *pa
     // A signal that named its sender would make the connection ask the bus for him, and wait.
     m_connection.connect({}, watcherPath, watcherName, QStringLiteral("StatusNotifierHostRegistered"), this,
                          SLOT(viewerCame(QDBusMessage)));
+    m_connection.connect({}, watcherPath, watcherName, QStringLiteral("StatusNotifierHostUnregistered"), this,
+                         SLOT(viewerWent(QDBusMessage)));
     m_patience.setSingleShot(true);
     m_patience.setInterval(patienceForViewer);
-    connect(&m_patience, &QTimer::timeout, this, &StatusNotifierWatch::tell);
+    connect(&m_patience, &QTimer::timeout, this, [this] { tell(false); });
     askForOwner();
 }
 
@@ -72,7 +74,7 @@ void StatusNotifierWatch::ownerChanged(const QString &owner)
 {
     ++m_generation;
     m_owner = owner;
-    m_isWaiting = false;
+    m_isShown.reset();
     m_patience.stop();
     if (owner.isEmpty())
         Q_EMIT absent();
@@ -94,7 +96,6 @@ void StatusNotifierWatch::askForProcess(const QString &owner)
 void StatusNotifierWatch::takeProcess(uint processId)
 {
     m_host = statusHostOfProcess(processId);
-    m_isWaiting = true;
     m_patience.start();
     askForViewer();
 }
@@ -108,24 +109,33 @@ void StatusNotifierWatch::askForViewer()
     auto *reply = new QDBusPendingCallWatcher(m_connection.asyncCall(call), this);
     connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, asked = m_generation] {
         reply->deleteLater();
-        const bool isMissing = !reply->isError() && !resultOf<QDBusVariant>(*reply).variant().toBool();
-        if (asked == m_generation && !isMissing)
-            tell();
+        const bool isShown = reply->isError() || resultOf<QDBusVariant>(*reply).variant().toBool();
+        if (asked == m_generation && (isShown || !m_patience.isActive()))
+            tell(isShown);
     });
 }
 
 void StatusNotifierWatch::viewerCame(const QDBusMessage &signal)
 {
     if (signal.service() == m_owner)
-        tell();
+        tell(true);
 }
 
-// Once for each watcher, whatever ended the wait.
-void StatusNotifierWatch::tell()
+// There may be others.
+void StatusNotifierWatch::viewerWent(const QDBusMessage &signal)
+{
+    if (signal.service() == m_owner)
+        askForViewer();
+}
+
+void StatusNotifierWatch::tell(bool isShown)
 {
     m_patience.stop();
-    if (std::exchange(m_isWaiting, false))
-        Q_EMIT appeared(m_host);
+    const auto told = std::exchange(m_isShown, isShown);
+    if (!told)
+        Q_EMIT appeared(m_host, isShown);
+    else if (told != isShown)
+        Q_EMIT shownChanged(isShown);
 }
 
 }  // namespace velquarin

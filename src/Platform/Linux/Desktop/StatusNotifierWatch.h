@@ -10,12 +10,14 @@
 #include <QObject>
 #include <QTimer>
 
+#include <optional>
+
 namespace velquarin {
 
-//! Follows whether a program is there that collects status items, and which one. Tells once where things stand
-//! at the start, then at every change; always later, through the event loop. Waits a while for somebody who shows what
-//! is collected: a bar that is just starting can miss an item that was there before it looked. Source:
-//! StatusNotifierWatcher, in the StatusNotifierItem specification
+//! Follows whether a program is there that collects status items, which one, and whether somebody shows them. Tells once
+//! where things stand at the start, then at every change; always later, through the event loop. Waits a while for
+//! somebody who shows what is collected: a bar that is just starting can miss an item that was there before it looked.
+//! Source: StatusNotifierWatcher, in the StatusNotifierItem specification
 class StatusNotifierWatch : public QObject
 {
     Q_OBJECT
@@ -23,8 +25,12 @@ public:
     explicit StatusNotifierWatch(QDBusConnection connection, QObject *parent = nullptr);
 
 Q_SIGNALS:
-    //! A watcher is there, for the first time or in place of another: items must be announced to it.
-    void appeared(const StatusHost &host);
+    //! A watcher is there, for the first time or in place of another: items must be announced to it. @p isShown tells
+    //! whether somebody shows what it collects; a watcher that cannot say is believed to have somebody.
+    void appeared(const StatusHost &host, bool isShown);
+
+    //! The first who shows what that watcher collects came, or the last one went.
+    void shownChanged(bool isShown);
 
     //! There is no watcher.
     void absent();
@@ -35,16 +41,17 @@ private:
     void askForProcess(const QString &owner);
     void takeProcess(uint processId);
     void askForViewer();
-    void tell();
+    void tell(bool isShown);
     Q_SLOT void viewerCame(const QDBusMessage &signal);
+    Q_SLOT void viewerWent(const QDBusMessage &signal);
     [[nodiscard]] QDBusMessage askBus(const QString &method, const QString &name) const;
 
     QDBusConnection m_connection;
     QDBusServiceWatcher m_names;
     QString m_owner;
     StatusHost m_host;
-    bool m_isWaiting = false;  // for somebody who shows what the watcher collects
-    QTimer m_patience;
+    std::optional<bool> m_isShown;  // what was told of this watcher
+    QTimer m_patience;              // with a watcher whose items nobody shows yet
     int m_generation = 0;  // an answer to a question that was asked before the last change is dropped
 };
 

@@ -4,25 +4,18 @@
 #include "Platform/Linux/Desktop/XEmbedStatusItem.h"
 
 #include "Platform/Linux/Desktop/StatusIconPainter.h"
-#include "Platform/Linux/Desktop/StatusMenu.h"
 #include "Platform/Linux/Desktop/StatusWords.h"
 
+#include <QApplication>
 #include <QCursor>
+#include <QStyle>
+#include <QToolTip>
 
 namespace velquarin {
 
 namespace {
 
-QIcon iconOf(const StatusItemAppearance &appearance)
-{
-    QIcon icon;
-    const auto images = squareIcons(appearance);
-    for (const auto &image : images)
-        icon.addPixmap(QPixmap::fromImage(image));
-    return icon;
-}
-
-QString toolTipOf(const StatusItemAppearance &appearance)
+QString explanationOf(const StatusItemAppearance &appearance)
 {
     const auto words = statusWords(appearance);
     return words.detail.isEmpty() ? words.headline : words.headline + u'\n' + words.detail;
@@ -30,35 +23,49 @@ QString toolTipOf(const StatusItemAppearance &appearance)
 
 }  // namespace
 
-XEmbedStatusItem::XEmbedStatusItem(const StatusItemAppearance &appearance, const QList<MenuEntry> &entries,
-                                   QObject *parent)
+XEmbedStatusItem::XEmbedStatusItem(const StatusItemAppearance &appearance, QObject *parent)
     : QObject(parent)
 {
-    connect(&m_icon, &QSystemTrayIcon::activated, this, &XEmbedStatusItem::react);
+    connect(&m_window, &TrayWindow::clicked, this, &XEmbedStatusItem::react);
+    connect(&m_window, &TrayWindow::pointedAt, this, &XEmbedStatusItem::waitToExplain);
+    m_rest.setSingleShot(true);
+    connect(&m_rest, &QTimer::timeout, this, &XEmbedStatusItem::explain);
     setAppearance(appearance);
-    setMenu(entries);
-    m_icon.setContextMenu(&m_menu);
-    m_icon.show();
+}
+
+XEmbedStatusItem::~XEmbedStatusItem()
+{
+    waitToExplain(false);
 }
 
 void XEmbedStatusItem::setAppearance(const StatusItemAppearance &appearance)
 {
-    m_icon.setIcon(iconOf(appearance));
-    m_icon.setToolTip(toolTipOf(appearance));
+    m_window.setPictures(squareIcons(appearance));
+    m_explanation = explanationOf(appearance);
 }
 
-void XEmbedStatusItem::setMenu(const QList<MenuEntry> &entries)
+void XEmbedStatusItem::react(Qt::MouseButton button, QRect place)
 {
-    fillMenu(m_menu, entries);
+    waitToExplain(false);
+    if (button == Qt::RightButton)
+        Q_EMIT menuRequested(QCursor::pos());
+    else
+        Q_EMIT activated(place.center());
 }
 
-// The second press of a double click has a name of its own, but to the user it is one more click.
-void XEmbedStatusItem::react(QSystemTrayIcon::ActivationReason reason)
+void XEmbedStatusItem::waitToExplain(bool isPointedAt)
 {
-    if (reason == QSystemTrayIcon::Context || reason == QSystemTrayIcon::Unknown)
+    if (isPointedAt) {
+        m_rest.start(QApplication::style()->styleHint(QStyle::SH_ToolTip_WakeUpDelay));
         return;
-    const auto place = m_icon.geometry();
-    Q_EMIT activated(place.isValid() ? place.center() : QCursor::pos());
+    }
+    m_rest.stop();
+    QToolTip::hideText();
+}
+
+void XEmbedStatusItem::explain() const
+{
+    QToolTip::showText(QCursor::pos(), m_explanation);
 }
 
 }  // namespace velquarin

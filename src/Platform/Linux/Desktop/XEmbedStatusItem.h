@@ -2,34 +2,39 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Linux/Desktop/TrayWindow.h"
 #include "Platform/StatusItem.h"
 
-#include <QMenu>
-#include <QSystemTrayIcon>
+#include <QTimer>
 
 namespace velquarin {
 
-//! The item in a tray of the older kind, which shows small windows of other programs. It waits by itself for a
-//! tray that comes later. Source: System Tray Protocol Specification
+//! The item in a tray of the older kind, which shows small windows of other programs.
+//! Source: docs/decisions/0014-own-tray-window.md
 class XEmbedStatusItem : public QObject
 {
     Q_OBJECT
 public:
-    XEmbedStatusItem(const StatusItemAppearance &appearance, const QList<MenuEntry> &entries,
-                     QObject *parent = nullptr);
+    explicit XEmbedStatusItem(const StatusItemAppearance &appearance, QObject *parent = nullptr);
+    ~XEmbedStatusItem() override;
 
     void setAppearance(const StatusItemAppearance &appearance);
-    void setMenu(const QList<MenuEntry> &entries);
 
 Q_SIGNALS:
     //! A left or middle click; @p position is the middle of the icon.
     void activated(QPoint position);
 
-private:
-    void react(QSystemTrayIcon::ActivationReason reason);
+    //! A right click where the pointer is.
+    void menuRequested(QPoint position);
 
-    QMenu m_menu;
-    QSystemTrayIcon m_icon;
+private:
+    void react(Qt::MouseButton button, QRect place);
+    void waitToExplain(bool isPointedAt);
+    void explain() const;
+
+    TrayWindow m_window;
+    QString m_explanation;
+    QTimer m_rest;  // how long the pointer has to rest before something is explained
 };
 
 }  // namespace velquarin

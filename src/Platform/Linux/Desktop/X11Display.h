@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QImage>
+#include <QPoint>
+
+#include <cstdlib>
+#include <memory>
+#include <xcb/xcb.h>
+
+namespace velquarin {
+
+//! The toolkit's own connection to the X server; null where the program shows itself on another kind of display.
+[[nodiscard]] xcb_connection_t *x11Display();
+
+//! The screen that everything is on.
+[[nodiscard]] xcb_screen_t *x11Screen(xcb_connection_t *display);
+
+//! The server's number for a name. Blocks for the answer; XCB_ATOM_NONE where there is none.
+[[nodiscard]] xcb_atom_t x11Atom(xcb_connection_t *display, const QByteArray &name);
+
+//! An answer of the X server, which the caller has to free.
+template <typename Reply>
+[[nodiscard]] std::unique_ptr<Reply, decltype(&std::free)> x11Owned(Reply *reply)
+{
+    return {reply, &std::free};
+}
+
+//! Draws a picture over what a window shows. Shape: @p image is so small that the server takes it at once, which each
+//! does up to 256 by 256 pixels. Source: X Rendering Extension
+void x11PaintOver(xcb_connection_t *display, xcb_window_t window, xcb_visualid_t visual, const QImage &image,
+                  QPoint at);
+
+}  // namespace velquarin
