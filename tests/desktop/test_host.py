@@ -84,8 +84,10 @@ class User:
     def commit(self, *days):
         self.repository.commit_days_ago(self._now, *days)
 
+    # A panel that has just started may still move its items about.
     def click(self, button):
-        self.desktop.screen.click(*self.item.find().place.centre, button)
+        look = wait_until(self.item.find, "the item")
+        self.desktop.screen.click(*look.place.centre, button)
 
     def open(self, button):
         """The rectangle of what a click opens."""

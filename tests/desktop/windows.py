@@ -7,7 +7,7 @@ import time
 from functools import cached_property
 
 from Xlib import X, Xutil, display, protocol
-from Xlib.error import BadWindow
+from Xlib.error import BadDrawable, BadWindow
 from Xlib.ext import xtest
 
 from drawing import Drawings
@@ -100,7 +100,7 @@ class Windows:
     def _place(window):
         try:
             state, place = window.get_attributes(), window.get_geometry()
-        except BadWindow:
+        except (BadWindow, BadDrawable):  # gone between the two questions
             return None
         if not state.override_redirect or state.map_state != X.IsViewable:
             return None
