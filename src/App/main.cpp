@@ -5,6 +5,7 @@
 #include "Platform/Linux/System/LaunchTokens.h"
 #include "Platform/Linux/System/StandardDescriptors.h"
 #include "Platform/Linux/System/TerminationSignals.h"
+#include "Platform/Linux/System/ZoneVariable.h"
 #include "Views/AccessibleApplication.h"
 
 #include <QApplication>
@@ -21,6 +22,7 @@ int main(int argc, char **argv)
     // A session that is saved at log-out starts again what was registered with it, whatever "Launch at login" says.
     qunsetenv("SESSION_MANAGER");
 
+    velquarin::dropUnknownZone();
     auto launchTokens = velquarin::takeLaunchTokens();
     velquarin::installAccessibleApplication();
     const QApplication application(argc, argv);

@@ -60,6 +60,19 @@ private:
     bool m_hasMetUnreadable = false;
 };
 
+// Records are told apart by their ids, which nobody minds who copies one in the file by hand.
+template <typename Record>
+QList<Record> withDifferentIds(QList<Record> records)
+{
+    QSet<QUuid> taken;
+    for (auto &record : records) {
+        if (taken.contains(record.id))
+            record.id = QUuid::createUuid();
+        taken.insert(record.id);
+    }
+    return records;
+}
+
 template <typename Record>
 bool holdsPath(const QList<Record> &records, const QString &path)
 {
@@ -88,8 +101,8 @@ AppSettings::AppSettings(PreferencesStore &store, QObject *parent)
 bool AppSettings::load()
 {
     Reader reader(m_store);
-    m_trackedRepositories = reader.list(repositoriesKey, &decodeTrackedRepositories);
-    m_watchedFolders = reader.list(watchedFoldersKey, &decodeWatchedFolders);
+    m_trackedRepositories = withDifferentIds(reader.list(repositoriesKey, &decodeTrackedRepositories));
+    m_watchedFolders = withDifferentIds(reader.list(watchedFoldersKey, &decodeWatchedFolders));
     m_autoDiscoveryEnabled = reader.value<bool>(autoDiscoveryEnabledKey).value_or(true);
     const auto interval = reader.value<double>(refreshIntervalKey).value_or(0.0);
     m_refreshInterval = interval > 0.0 ? interval : defaultRefreshInterval;

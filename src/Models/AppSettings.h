@@ -39,7 +39,8 @@ class AppSettings : public QObject
                    setLastAutoDiscoveryScan NOTIFY lastAutoDiscoveryScanWillChange)
 public:
     //! Loads what @p store holds, which must outlive this, and saves it once, so that the store is complete
-    //! from then on. Where a stored value could not be read, the store puts a copy aside first.
+    //! from then on. Where a stored value could not be read, the store puts a copy aside first. Of records that share
+    //! an id only the first keeps it.
     explicit AppSettings(PreferencesStore &store, QObject *parent = nullptr);
 
     //! In the order in which they were added.

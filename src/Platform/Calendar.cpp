@@ -6,8 +6,10 @@
 #include "Platform/UniversalTime.h"
 
 #include <QDateTime>
+#include <QTimeZone>
 
 #include <algorithm>
+#include <utility>
 
 namespace velquarin {
 
@@ -34,16 +36,37 @@ Instant midnightInUtc(QDate date)
     return Instant(day * epoch.daysTo(date));
 }
 
+class ToolkitZone : public Zone
+{
+public:
+    explicit ToolkitZone(QTimeZone zone)
+        : m_zone(std::move(zone))
+    {
+    }
+    [[nodiscard]] std::chrono::seconds offsetAt(Instant moment) const override
+    {
+        return std::chrono::seconds(m_zone.offsetFromUtc(utc(moment)));
+    }
+
+private:
+    QTimeZone m_zone;
+};
+
 }  // namespace
 
+Calendar::Calendar(std::shared_ptr<const Zone> zone)
+    : m_zone(std::move(zone))
+{
+}
+
 Calendar::Calendar(const QTimeZone &zone)
-    : m_zone(zone)
+    : Calendar(std::make_shared<ToolkitZone>(zone))
 {
 }
 
 milliseconds Calendar::offsetAt(Instant moment) const
 {
-    return std::chrono::seconds(m_zone.offsetFromUtc(utc(moment)));
+    return m_zone->offsetAt(moment);
 }
 
 QDate Calendar::dateOf(Instant moment) const
@@ -69,19 +92,19 @@ std::optional<Instant> Calendar::startOf(QDate date) const
         if (offsetAt(candidate) == offset)
             return candidate;
     }
-    return endOfGapOver(wallMidnight, date);
+    return endOfGapOver(date);
 }
 
 // Midnight was skipped: the day starts where the clocks went on, if that is still the same day.
-std::optional<Instant> Calendar::endOfGapOver(Instant wallTime, QDate date) const
+std::optional<Instant> Calendar::endOfGapOver(QDate date) const
 {
-    const auto transitions = m_zone.transitions(utc(wallTime - 2 * day), utc(wallTime + 2 * day));
-    for (const auto &transition : transitions) {
-        const Instant moment(milliseconds(transition.atUtc.toMSecsSinceEpoch()));
-        if (dateOf(moment) == date && dateOf(moment - 1ms) < date)
-            return moment;
+    auto before = midnightInUtc(date) - 2 * day;
+    auto after = before + 4 * day;
+    while (after - before > 1ms) {
+        const auto middle = before + (after - before) / 2;
+        (dateOf(middle) < date ? before : after) = middle;
     }
-    return std::nullopt;
+    return dateOf(after) == date ? std::optional(after) : std::nullopt;
 }
 
 Instant Calendar::startOfDay(Instant moment) const

@@ -6,11 +6,26 @@
 
 #include <QDate>
 #include <QTime>
-#include <QTimeZone>
 
+#include <chrono>
+#include <memory>
 #include <optional>
 
+class QTimeZone;
+
 namespace velquarin {
+
+//! How far ahead of Greenwich the clocks of a place are. Safe to ask from any thread.
+class Zone
+{
+public:
+    Zone() = default;
+    Zone(const Zone &) = delete;
+    Zone &operator=(const Zone &) = delete;
+    virtual ~Zone() = default;
+
+    [[nodiscard]] virtual std::chrono::seconds offsetAt(Instant moment) const = 0;
+};
 
 //! The Gregorian calendar in one time zone: turns instants into days and back.
 //!
@@ -21,9 +36,8 @@ namespace velquarin {
 class Calendar
 {
 public:
+    explicit Calendar(std::shared_ptr<const Zone> zone);
     explicit Calendar(const QTimeZone &zone);
-
-    [[nodiscard]] const QTimeZone &zone() const { return m_zone; }
 
     //! The calendar date and the wall-clock time that people here read at @p moment.
     [[nodiscard]] QDate dateOf(Instant moment) const;
@@ -44,14 +58,15 @@ public:
     //! Whether both moments lie on one calendar day, whatever the time of day.
     [[nodiscard]] bool isSameDay(Instant left, Instant right) const;
 
+    //! Whether both are made of the same zone, not only of one that agrees with it.
     friend bool operator==(const Calendar &, const Calendar &) = default;
 
 private:
     [[nodiscard]] std::chrono::milliseconds offsetAt(Instant moment) const;
-    [[nodiscard]] std::optional<Instant> endOfGapOver(Instant wallTime, QDate date) const;
+    [[nodiscard]] std::optional<Instant> endOfGapOver(QDate date) const;
     [[nodiscard]] Instant atTimeOfDay(QDate date, std::chrono::milliseconds sinceMidnight) const;
 
-    QTimeZone m_zone;
+    std::shared_ptr<const Zone> m_zone;
 };
 
 }  // namespace velquarin

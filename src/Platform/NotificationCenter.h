@@ -40,7 +40,7 @@ struct NotificationRequest
     friend bool operator==(const NotificationRequest &, const NotificationRequest &) = default;
 };
 
-//! The notification service refused or is not there; what() says so in UTF-8.
+//! The notification service failed or is not there; what() says so in UTF-8. A refusal is no error.
 class NotificationError : public std::runtime_error
 {
     using std::runtime_error::runtime_error;
@@ -56,7 +56,7 @@ public:
     //! Whether notifications would be shown now. Never fails.
     [[nodiscard]] virtual QFuture<AuthorizationStatus> authorizationStatus() = 0;
 
-    //! Asks for leave to notify. Errors: NotificationError where nobody is there to ask.
+    //! Asks for leave to notify; false where it is refused. Errors: NotificationError where nobody is there to ask.
     [[nodiscard]] virtual QFuture<bool> requestAuthorization() = 0;
 
     //! Replaces all categories.

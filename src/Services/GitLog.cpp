@@ -5,6 +5,8 @@
 
 #include "Services/DayStarts.h"
 
+#include <QTimeZone>
+
 #include <charconv>
 #include <cstring>
 

@@ -17,9 +17,10 @@ namespace {
 
 const QString git = QStringLiteral("/usr/bin/git");
 
+// Those that git allows in no name.
 bool isControl(QChar character)
 {
-    return character.category() == QChar::Other_Control;
+    return character < QChar(0x20) || character == QChar(0x7f);
 }
 
 // A name that git would take for an option, or for a question to its reflog, is none, nor is one with control

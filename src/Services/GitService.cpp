@@ -57,7 +57,8 @@ bool GitService::stop(std::chrono::milliseconds patience)
     // First, or the thread could begin the next operation, whose git does not start any more, and give that for an answer.
     m_worker.close();
     m_runner.stop();
-    return m_worker.stop(patience);
+    const bool hasCountingEnded = m_counting.stop(patience);
+    return m_worker.stop(patience) && hasCountingEnded;
 }
 
 }  // namespace velquarin

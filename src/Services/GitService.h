@@ -55,26 +55,26 @@ public:
     //! The working trees in a folder and at most @p maxDepth - 1 levels below it; never an error.
     [[nodiscard]] QFuture<QStringList> scanForRepositories(const QString &in, qint64 maxDepth);
 
-    //! Does @p work on git's thread, after everything that was asked before. To count what git told can take longer than
-    //! a window may stand still: the days of a stranger's history are as many and as odd as the stranger likes.
+    //! Does @p work on a second thread, one after another. To count what git told can take longer than a window may stand
+    //! still: the days of a stranger's history are as many and as odd as the stranger likes. No search holds it up.
     template <typename Work>
     [[nodiscard]] auto count(Work work)
     {
-        return m_worker.run(std::move(work));
+        return m_counting.run(std::move(work));
     }
 
     //! The same, where nobody waits for the end.
     template <typename Work>
     void countMeanwhile(Work work)
     {
-        static_cast<void>(m_worker.run([work = std::move(work)] {
+        static_cast<void>(m_counting.run([work = std::move(work)] {
             work();
             return true;
         }));
     }
 
-    //! Kills a running git and ends the thread. Returns whether it ended within @p patience; a file system that hangs
-    //! can hold it longer.
+    //! Kills a running git and ends both threads. Returns whether each ended within @p patience; a file system that hangs
+    //! can hold the first longer.
     bool stop(std::chrono::milliseconds patience);
 
 private:
@@ -83,6 +83,7 @@ private:
     GitQueries m_queries;
     std::atomic<bool> m_isStopped = false;
     SerialWorker m_worker;
+    SerialWorker m_counting;
 };
 
 }  // namespace velquarin

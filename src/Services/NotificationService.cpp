@@ -106,7 +106,7 @@ QCoro::Task<> NotificationService::sendStreakRiskNotification(qint64 currentStre
     const QPointer<NotificationService> self(this);
     const auto postedAt = m_clock.now();
     const auto request = reminderRequest(currentStreak, postedAt);
-    QString failure = QStringLiteral("the notification service refused it");
+    QString failure;
     bool isAccepted = false;
     try {
         isAccepted = co_await m_center.add(request);
@@ -117,7 +117,7 @@ QCoro::Task<> NotificationService::sendStreakRiskNotification(qint64 currentStre
         co_return;
     if (isAccepted)
         keepSent(request.identifier, postedAt);
-    else
+    else if (!failure.isEmpty())
         reportNotSent(failure);
 }
 

@@ -34,6 +34,13 @@ std::string joined(const std::string &folder, std::string_view name)
     return folder + (folder.ends_with('/') ? "" : "/") + std::string(name);
 }
 
+// A folder on the way from the start, which is one too, to what is looked at.
+struct Step
+{
+    std::string path;
+    std::optional<FolderIdentity> folder;  // once somebody has asked
+};
+
 // What one reading of a folder tells.
 struct FolderContents
 {
@@ -60,8 +67,10 @@ public:
             m_found.append(QString::fromStdString(path));
             return;
         }
+        m_way.push_back({path, std::nullopt});
         for (const auto &entry : contents.candidates)
             scanEntry(joined(path, entry.name), entry.kind, currentDepth + 1);
+        m_way.pop_back();
     }
 
     [[nodiscard]] QStringList found() const { return m_found; }
@@ -69,8 +78,27 @@ public:
 private:
     void scanEntry(const std::string &path, EntryKind kind, qint64 depth)
     {
-        if (depth < m_maxDepth && (kind == EntryKind::Directory || m_files.isDirectory(path)))
-            scanDirectory(path, depth);
+        if (depth >= m_maxDepth)
+            return;
+        if (kind == EntryKind::Directory && m_linksOnTheWay == 0)
+            return scanDirectory(path, depth);
+        const auto folder = m_files.folderAt(path);
+        if (!folder || isOnTheWay(*folder))
+            return;
+        const int links = kind == EntryKind::Directory ? 0 : 1;
+        m_linksOnTheWay += links;
+        scanDirectory(path, depth);
+        m_linksOnTheWay -= links;
+    }
+
+    // Only links lead back, so without one nobody asks.
+    bool isOnTheWay(FolderIdentity folder)
+    {
+        return std::ranges::any_of(m_way, [&](Step &step) {
+            if (!step.folder)
+                step.folder = m_files.folderAt(step.path);
+            return step.folder == folder;
+        });
     }
 
     [[nodiscard]] FolderContents read(const std::string &path) const
@@ -92,6 +120,8 @@ private:
     const FileTree &m_files;
     qint64 m_maxDepth;
     const std::atomic<bool> &m_isCancelled;
+    std::vector<Step> m_way;
+    int m_linksOnTheWay = 0;
     QStringList m_found;
 };
 

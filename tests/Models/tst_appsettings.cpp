@@ -98,6 +98,7 @@ private Q_SLOTS:
     void anyIntervalAboveZeroIsKept();
     void aSwitchStoredAsAStringLoadsAsTrue_data();
     void aSwitchStoredAsAStringLoadsAsTrue();
+    void recordsThatShareAnIdAreRemovedOneByOne();
     void malformedListsLoadEmptyAndAreOverwritten_data();
     void malformedListsLoadEmptyAndAreOverwritten();
     void aValueOfTheWrongTypeReadsAsItsDefault_data();
@@ -248,6 +249,26 @@ void TestAppSettings::aSwitchStoredAsAStringLoadsAsTrue()
     const AppSettings settings(store);
     QCOMPARE(settings.property(key.toLatin1()), true);
     QCOMPARE(store.values.value(key), PreferenceValue(true));
+}
+
+void TestAppSettings::recordsThatShareAnIdAreRemovedOneByOne()
+{
+    auto repositories = twoRepositories;
+    repositories[1].id = repositories[0].id;
+    auto folders = twoFolders;
+    folders[1].id = folders[0].id;
+    MemoryPreferences store({{u"trackedRepositories"_s, *encodeTrackedRepositories(repositories)},
+                             {u"watchedFolders"_s, *encodeWatchedFolders(folders)}});
+    AppSettings settings(store);
+    QCOMPARE(settings.trackedRepositories().constFirst(), repositories[0]);
+    QCOMPARE(settings.trackedRepositories().constLast().path, repositories[1].path);
+    QVERIFY(settings.trackedRepositories().constLast().id != repositories[0].id);
+    settings.removeRepository(settings.trackedRepositories().constFirst());
+    QCOMPARE(settings.trackedRepositories().size(), 1);
+    QCOMPARE(settings.trackedRepositories().constFirst().path, repositories[1].path);
+    settings.removeWatchedFolder(settings.watchedFolders().constLast());
+    QCOMPARE(settings.watchedFolders(), QList<WatchedFolder>{folders[0]});
+    QVERIFY(!store.copyAside);
 }
 
 void TestAppSettings::malformedListsLoadEmptyAndAreOverwritten_data()

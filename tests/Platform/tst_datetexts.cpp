@@ -8,6 +8,7 @@
 #include "support/TestProgram.h"
 
 #include <QTest>
+#include <QTimeZone>
 
 using namespace velquarin;
 using namespace velquarin::test;

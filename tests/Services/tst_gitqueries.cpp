@@ -97,6 +97,22 @@ void TestGitQueries::theDefaultBranchIs_data()
     row("an option that appears once \"origin/\" is gone", "-origin/-output=x\n", "* main\n", "", "main", 2);
     row("a single dash is no branch", "origin/-\n", "", "  master\n", "master", 3);
     row("reflog syntax is no branch", "origin/x@{1}\n", "", "", "HEAD", 3);
+    row("a character that only terminals take for a command is usable",
+        "origin/a\xc2\x80\xc2\x9f"
+        "b\n",
+        "", "",
+        "a\xc2\x80\xc2\x9f"
+        "b",
+        1);
+    row("an end of line inside is no branch", "origin/a\nb\n", "", "", "HEAD", 3);
+    row("the first of the control characters is no branch",
+        "origin/a\x01"
+        "b\n",
+        "", "", "HEAD", 3);
+    row("the last of the control characters is no branch",
+        "origin/a\x7f"
+        "b\n",
+        "", "", "HEAD", 3);
     row("an at sign alone is usable", "origin/a@b\n", "", "", "a@b", 1);
     row("braces alone are usable", "origin/a{b}\n", "", "", "a{b}", 1);
 }

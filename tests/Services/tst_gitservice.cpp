@@ -13,6 +13,8 @@
 #include "support/TestProgram.h"
 
 #include <QDirIterator>
+#include <QScopeGuard>
+#include <QSemaphore>
 #include <QTest>
 #include <QTimer>
 
@@ -51,6 +53,20 @@ qint64 totalCommits(const DayCounts &history)
     return total;
 }
 
+// A disk that does not answer before it is let.
+class SlowTree : public PosixFileTree
+{
+public:
+    bool visit(const std::string &path, const Visitor &visitor) const override
+    {
+        isAsked.release();
+        mayAnswer.acquire();
+        return PosixFileTree::visit(path, visitor);
+    }
+    mutable QSemaphore isAsked;
+    mutable QSemaphore mayAnswer;
+};
+
 bool makeFifo(const QString &path)
 {
     return mkfifo(QFile::encodeName(path).constData(), 0600) == 0;
@@ -88,6 +104,7 @@ private Q_SLOTS:
     void foldersOfAnyNameAreRead();
     void aFolderNamedLikeTheBranchIsNoTrouble();
     void answersComeInTheOrderOfTheQuestions();
+    void countingDoesNotWaitForASearch();
     void theEventLoopGoesOnMeanwhile();
     void aHangingGitEndsWithTheService();
     void afterTheEndNothingStarts();
@@ -242,6 +259,22 @@ void TestGitService::aFolderNamedLikeTheBranchIsNoTrouble()
     repository.write(QStringLiteral("main/file"), "text");
     World world;
     QCOMPARE(totalCommits(weekOf(world, repository.path())), 1);
+}
+
+void TestGitService::countingDoesNotWaitForASearch()
+{
+    ChildProcessRunner runner;
+    const FakeClock clock;
+    const SlowTree files;
+    GitService git(runner, files, clock);
+    const QTemporaryDir folder;
+    const auto search = git.scanForRepositories(folder.path(), 5);
+    files.isAsked.acquire();
+    const QScopeGuard letItEnd([&] { files.mayAnswer.release(); });
+    const auto counted = git.count([] { return 3; });
+    QTRY_VERIFY_WITH_TIMEOUT(counted.isFinished(), int(std::chrono::milliseconds(atOnce).count()));
+    QCOMPARE(counted.result(), 3);
+    QVERIFY(!search.isFinished());
 }
 
 void TestGitService::answersComeInTheOrderOfTheQuestions()

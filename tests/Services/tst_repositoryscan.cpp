@@ -71,7 +71,10 @@ private Q_SLOTS:
     void aDanglingLinkNamedGitMarksNothing();
     void aLinkNamedGitToAFolderMarksARepository();
     void linksToFoldersAreFollowed();
-    void circlesOfLinksEndAtTheDepth();
+    void aLinkBackToAFolderOnTheWayIsNotEntered();
+    void linksToEachOtherEnd();
+    void aFolderThatHoldsTheStartIsSearchedWithoutTheStart();
+    void aFolderThatIsLinkedTwiceIsFoundTwice();
     void linksToFilesAndDanglingLinksAreSkipped();
     void aMissingStartFindsNothing();
     void aFileAsStartFindsNothing();
@@ -182,12 +185,42 @@ void TestRepositoryScan::linksToFoldersAreFollowed()
     QCOMPARE(tree.found(), QStringLiteral("link/repo other"));
 }
 
-void TestRepositoryScan::circlesOfLinksEndAtTheDepth()
+void TestRepositoryScan::aLinkBackToAFolderOnTheWayIsNotEntered()
 {
     const Tree tree;
-    tree.repository(QStringLiteral("repo"));
+    tree.repository(QStringLiteral("group/repo"));
     tree.link(tree.path(), QStringLiteral("loop"));
-    QCOMPARE(tree.found(3), QStringLiteral("loop/repo repo"));
+    tree.link(tree.path(), QStringLiteral("group/up"));
+    tree.link(QStringLiteral("."), QStringLiteral("group/same"));
+    QCOMPARE(tree.found(8), QStringLiteral("group/repo"));
+}
+
+void TestRepositoryScan::linksToEachOtherEnd()
+{
+    const Tree tree;
+    for (const auto &name : {"a", "b"})
+        tree.repository(QLatin1String(name) + QStringLiteral("/repo"));
+    tree.link(tree.path(QStringLiteral("b")), QStringLiteral("a/to b"));
+    tree.link(tree.path(QStringLiteral("a")), QStringLiteral("b/to a"));
+    QCOMPARE(tree.found(8), QStringLiteral("a/repo a/to b/repo b/repo b/to a/repo"));
+}
+
+// No link names the start again, but what lies behind one leads to it.
+void TestRepositoryScan::aFolderThatHoldsTheStartIsSearchedWithoutTheStart()
+{
+    const Tree tree;
+    tree.repository(QStringLiteral("start/repo"));
+    tree.repository(QStringLiteral("beside"));
+    tree.link(tree.path(), QStringLiteral("start/out"));
+    QCOMPARE(tree.found(8, QStringLiteral("start")), QStringLiteral("start/out/beside start/repo"));
+}
+
+void TestRepositoryScan::aFolderThatIsLinkedTwiceIsFoundTwice()
+{
+    const Tree tree;
+    tree.repository(QStringLiteral("group/repo"));
+    tree.link(tree.path(QStringLiteral("group")), QStringLiteral("again"));
+    QCOMPARE(tree.found(8), QStringLiteral("again/repo group/repo"));
 }
 
 void TestRepositoryScan::linksToFilesAndDanglingLinksAreSkipped()

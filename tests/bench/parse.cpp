@@ -10,6 +10,7 @@
 #include "Services/MergedHistory.h"
 
 #include <QElapsedTimer>
+#include <QTimeZone>
 
 #include <algorithm>
 #include <array>

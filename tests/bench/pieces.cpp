@@ -14,6 +14,7 @@
 
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 
 #include <chrono>
 

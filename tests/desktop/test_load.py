@@ -63,13 +63,14 @@ def make_folders(folder, count):
     return places[:count // width]
 
 
-def found_below(folder, depth=DEPTH):
+def found_below(folder, depth=DEPTH, way=()):
     """How many repositories there are to be found, one that can be reached in several ways as often."""
-    if depth == 0:
+    if depth == 0 or folder.resolve() in way:
         return 0
     if (folder / ".git").exists():
         return 1
-    return sum(found_below(entry, depth - 1) for entry in folder.iterdir() if entry.is_dir())
+    way = (*way, folder.resolve())
+    return sum(found_below(entry, depth - 1, way) for entry in folder.iterdir() if entry.is_dir())
 
 
 def copies(repository, places):

@@ -4,6 +4,8 @@
 
 #include "Platform/Calendar.h"
 
+#include <QTimeZone>
+
 #include <array>
 
 namespace velquarin::fuzz {

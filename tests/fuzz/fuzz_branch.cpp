@@ -26,7 +26,7 @@ QString branchFor(const QList<QByteArray> &answers)
 
 bool isControl(QChar character)
 {
-    return character.category() == QChar::Other_Control;
+    return character < QChar(0x20) || character == QChar(0x7f);
 }
 
 }  // namespace

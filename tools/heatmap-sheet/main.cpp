@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QPainter>
 #include <QRandomGenerator>
+#include <QTimeZone>
 #include <QVBoxLayout>
 
 #include <cstdio>

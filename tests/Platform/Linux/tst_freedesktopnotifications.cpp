@@ -145,6 +145,7 @@ private Q_SLOTS:
     void aServerThatCanBeStartedIsStartedAndCounts();
     void aServerThatDoesNotAnswerAsItShouldDenies_data();
     void aServerThatDoesNotAnswerAsItShouldDenies();
+    void aServerThatRefusesGivesNoLeaveAndIsNoError();
     void theReasonIsOneShortLine_data();
     void theReasonIsOneShortLine();
 
@@ -256,6 +257,16 @@ void TestFreedesktopNotifications::aServerThatDoesNotAnswerAsItShouldDenies()
     Desktop desktop(patienceWith(mood));
     QCOMPARE(valueOf(desktop.center->authorizationStatus()), AuthorizationStatus::Denied);
     QVERIFY(!failureOf(desktop.center->requestAuthorization()).isEmpty());
+}
+
+void TestFreedesktopNotifications::aServerThatRefusesGivesNoLeaveAndIsNoError()
+{
+    FakeNotificationServer server;
+    server.moods.insert(QStringLiteral("GetCapabilities"), Mood::Fails);
+    server.errorName = QStringLiteral("org.freedesktop.DBus.Error.AccessDenied");
+    Desktop desktop;
+    QCOMPARE(valueOf(desktop.center->authorizationStatus()), AuthorizationStatus::Denied);
+    QCOMPARE(valueOf(desktop.center->requestAuthorization()), false);
 }
 
 void TestFreedesktopNotifications::theReasonIsOneShortLine_data()

@@ -121,6 +121,10 @@ private Q_SLOTS:
     void whereThereWasNoFileThereIsNoCopy();
     void askingForACopyWritesNothingByItself();
     void whatSomebodyElseWroteMeanwhileIsPutAsideOnce();
+    void whatOnlySomebodyElseWroteStays();
+    void whatSomebodyElseTookAwayStaysAway();
+    void whatWeTookAwayIsNotBroughtBackByOthers();
+    void whatCouldNotBeWrittenIsStillOurs();
     void aFileThatSomebodyElseOnlyTouchedNeedsNoCopy();
 
     void aDamagedFileIsMovedAside_data();
@@ -531,6 +535,65 @@ void TestJsonPreferencesStore::whatSomebodyElseWroteMeanwhileIsPutAsideOnce()
     QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 5})"));
     QCOMPARE(error.lines().size(), 1);
     QVERIFY(error.lines().at(0).contains(copies.first()));
+}
+
+void TestJsonPreferencesStore::whatOnlySomebodyElseWroteStays()
+{
+    const PreferencesPlace place;
+    place.fill(R"({"text": "before"})");
+    const CapturedStandardError error;
+    JsonPreferencesStore store(place.path);
+    store.set(numberKey, 1.0);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    place.fill(R"({"number": 2, "text": "after", "new": true})");
+    store.set(numberKey, 3.0);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 3, "text": "after", "new": true})"));
+    QCOMPARE(store.value(u"text"_s), PreferenceValue(u"after"_s));
+    QCOMPARE(store.value(u"new"_s), PreferenceValue(true));
+}
+
+void TestJsonPreferencesStore::whatSomebodyElseTookAwayStaysAway()
+{
+    const PreferencesPlace place;
+    place.fill(R"({"text": "before"})");
+    const CapturedStandardError error;
+    JsonPreferencesStore store(place.path);
+    place.fill(R"({"number": 2})");
+    store.set(numberKey, 3.0);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 3})"));
+    QVERIFY(!store.value(u"text"_s));
+}
+
+void TestJsonPreferencesStore::whatWeTookAwayIsNotBroughtBackByOthers()
+{
+    const PreferencesPlace place;
+    place.fill(R"({"number": 1, "text": "before"})");
+    const CapturedStandardError error;
+    JsonPreferencesStore store(place.path);
+    place.fill(R"({"number": 2, "text": "after"})");
+    store.remove(numberKey);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QCOMPARE(objectIn(place.content()), objectIn(R"({"text": "after"})"));
+    QVERIFY(!store.value(numberKey));
+}
+
+void TestJsonPreferencesStore::whatCouldNotBeWrittenIsStillOurs()
+{
+    const PreferencesPlace place;
+    place.fill("{}");
+    const CapturedStandardError error;
+    JsonPreferencesStore store(place.path);
+    QVERIFY(QFile::remove(place.path));
+    QVERIFY(QDir().mkdir(place.path));
+    store.set(numberKey, 1.0);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QVERIFY(QDir().rmdir(place.path));
+    place.fill(R"({"number": 2, "text": "theirs"})");
+    store.set(u"switch"_s, true);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 1, "switch": true, "text": "theirs"})"));
 }
 
 void TestJsonPreferencesStore::aFileThatSomebodyElseOnlyTouchedNeedsNoCopy()

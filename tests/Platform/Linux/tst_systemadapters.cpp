@@ -5,10 +5,14 @@
 #include "Platform/Linux/System/StandardOutput.h"
 #include "Platform/Linux/System/SystemClock.h"
 #include "Platform/Linux/System/TerminationSignals.h"
+#include "Platform/Linux/System/ZoneVariable.h"
+#include "support/CapturedStandardError.h"
+#include "support/FakeClock.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"
 
 #include <QDateTime>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
@@ -20,6 +24,31 @@ using namespace velquarin::test;
 using namespace std::chrono_literals;
 
 namespace {
+
+// TZ holds this for as long as it lives.
+class ZoneInEnvironment
+{
+public:
+    explicit ZoneInEnvironment(const QByteArray &zone)
+        : m_wasSet(qEnvironmentVariableIsSet("TZ"))
+        , m_before(qgetenv("TZ"))
+    {
+        qputenv("TZ", zone);
+    }
+    ZoneInEnvironment(const ZoneInEnvironment &) = delete;
+    ZoneInEnvironment &operator=(const ZoneInEnvironment &) = delete;
+    ~ZoneInEnvironment() { m_wasSet ? qputenv("TZ", m_before) : qunsetenv("TZ"); }
+
+private:
+    bool m_wasSet;
+    QByteArray m_before;
+};
+
+QString localTime(Instant moment)
+{
+    const auto calendar = SystemClock().calendar();
+    return calendar.dateOf(moment).toString(Qt::ISODate) + calendar.timeOf(moment).toString(QStringLiteral(" HH:mm"));
+}
 
 // Standard output goes into a pipe for as long as this lives.
 class CapturedOutput
@@ -80,7 +109,12 @@ private Q_SLOTS:
     void aReaderThatDoesNotReadHoldsNobodyUp();
     void aSignalArrivesInTheMainLoop();
     void theClockIsTheSystems();
-    void theZoneFollowsTheEnvironment();
+    void theZoneIsWhatLibcMakesOfIt_data();
+    void theZoneIsWhatLibcMakesOfIt();
+    void aFileAnywhereGivesTheZone();
+    void aZoneThatNobodyKnowsIsTheSystems_data();
+    void aZoneThatNobodyKnowsIsTheSystems();
+    void aCalendarIsAnotherOnceTheZoneHasChanged();
 };
 
 void TestSystemAdapters::aRepeatingTimerTicksAgainAndAgain()
@@ -193,15 +227,78 @@ void TestSystemAdapters::theClockIsTheSystems()
     QVERIFY(now >= before && now <= QDateTime::currentMSecsSinceEpoch());
 }
 
-void TestSystemAdapters::theZoneFollowsTheEnvironment()
+void TestSystemAdapters::theZoneIsWhatLibcMakesOfIt_data()
 {
-    const auto before = qgetenv("TZ");
-    for (const auto &zone : {QByteArray("Asia/Kolkata"), QByteArray("America/Havana"), QByteArray("UTC")}) {
-        qputenv("TZ", zone);
-        QCOMPARE(SystemClock().calendar().zone().offsetFromUtc(QDateTime::fromSecsSinceEpoch(0)),
-                 QTimeZone(zone).offsetFromUtc(QDateTime::fromSecsSinceEpoch(0)));
-    }
-    before.isNull() ? qunsetenv("TZ") : qputenv("TZ", before);
+    QTest::addColumn<QByteArray>("zone");
+    QTest::addColumn<QString>("winter");
+    QTest::addColumn<QString>("summer");
+    const auto row = [](const char *name, const char *zone, const char *winter, const char *summer) {
+        QTest::newRow(name) << QByteArray(zone) << QString::fromLatin1(winter) << QString::fromLatin1(summer);
+    };
+    row("a name", "America/Havana", "2025-12-31 19:00", "2026-06-30 20:00");
+    row("a name after a colon", ":Europe/Berlin", "2026-01-01 01:00", "2026-07-01 02:00");
+    row("a path", "/usr/share/zoneinfo/Europe/Berlin", "2026-01-01 01:00", "2026-07-01 02:00");
+    row("a path after a colon", ":/usr/share/zoneinfo/Asia/Kolkata", "2026-01-01 05:30", "2026-07-01 05:30");
+    row("a rule without dates", "CET-1CEST", "2026-01-01 01:00", "2026-07-01 02:00");
+    row("a rule with dates", "XYZ3XYD,M9.5.0,M4.1.0", "2025-12-31 22:00", "2026-06-30 21:00");
+    row("a rule without summer time", "<+0545>-5:45", "2026-01-01 05:45", "2026-07-01 05:45");
+    row("nothing, which is Greenwich", "", "2026-01-01 00:00", "2026-07-01 00:00");
+}
+
+void TestSystemAdapters::theZoneIsWhatLibcMakesOfIt()
+{
+    QFETCH(QByteArray, zone);
+    const CapturedStandardError errors;
+    const ZoneInEnvironment environment(zone);
+    dropUnknownZone();
+    QTEST(localTime(instant("2026-01-01T00:00:00Z")), "winter");
+    QTEST(localTime(instant("2026-07-01T00:00:00Z")), "summer");
+    QCOMPARE(errors.lines(), QStringList());
+}
+
+void TestSystemAdapters::aFileAnywhereGivesTheZone()
+{
+    const QTemporaryDir folder;
+    const auto path = folder.filePath(QStringLiteral("localtime"));
+    QVERIFY(QFile::copy(QStringLiteral("/usr/share/zoneinfo/Asia/Kolkata"), path));
+    const ZoneInEnvironment environment(QFile::encodeName(path));
+    dropUnknownZone();
+    QCOMPARE(localTime(instant("2026-01-01T00:00:00Z")), QStringLiteral("2026-01-01 05:30"));
+}
+
+void TestSystemAdapters::aZoneThatNobodyKnowsIsTheSystems_data()
+{
+    QTest::addColumn<QByteArray>("zone");
+    const auto row = [](const char *name, const char *zone) { QTest::newRow(name) << QByteArray(zone); };
+    row("no such name", "Nowhere/Land");
+    row("a colon and no such name", ":Nowhere");
+    row("a folder of zones", "Europe");
+    row("another file", "/etc/passwd");
+    row("a device", "/dev/zero");
+    row("neither name nor rule", "12:34");
+    row("a rule with too short a name", "AB3");
+}
+
+void TestSystemAdapters::aZoneThatNobodyKnowsIsTheSystems()
+{
+    QFETCH(QByteArray, zone);
+    const CapturedStandardError errors;
+    const ZoneInEnvironment environment(zone);
+    dropUnknownZone();
+    QVERIFY(!qEnvironmentVariableIsSet("TZ"));
+    QCOMPARE(errors.lines(),
+             QStringList(QStringLiteral("velquarin: TZ is \"%1\", which is no time zone: the system's counts")
+                             .arg(QString::fromLatin1(zone))));
+}
+
+void TestSystemAdapters::aCalendarIsAnotherOnceTheZoneHasChanged()
+{
+    const SystemClock clock;
+    const ZoneInEnvironment havana("America/Havana");
+    const auto calendar = clock.calendar();
+    QCOMPARE(clock.calendar(), calendar);
+    const ZoneInEnvironment berlin("Europe/Berlin");
+    QVERIFY(clock.calendar() != calendar);
 }
 
 #include "tst_systemadapters.moc"

@@ -18,6 +18,17 @@ namespace {
 // Long enough to catch all values of one save and most of a burst, short enough to have any change on disk in time.
 constexpr auto patience = 20ms;
 
+// Ours under the keys that are ours to change, theirs under all others.
+QJsonObject merged(const QJsonObject &ours, QJsonObject theirs, const std::set<QString> &changedKeys)
+{
+    for (const auto &key : changedKeys) {
+        theirs.remove(key);
+        if (const auto member = ours.constFind(key); member != ours.constEnd())
+            theirs.insert(key, member.value());
+    }
+    return theirs;
+}
+
 }  // namespace
 
 QString defaultPreferencesPath()
@@ -67,6 +78,7 @@ void JsonPreferencesStore::put(const QString &key, Entry entry)
     {
         const std::lock_guard lock(m_mutex);
         m_entries.insert_or_assign(key, std::move(entry));
+        m_changed.insert(key);
     }
     m_isEverChanged = true;
     m_writer.request();
@@ -78,6 +90,7 @@ void JsonPreferencesStore::remove(const QString &key)
         const std::lock_guard lock(m_mutex);
         if (m_entries.erase(key) == 0)
             return;
+        m_changed.insert(key);
     }
     m_isEverChanged = true;
     m_writer.request();
@@ -103,16 +116,35 @@ void JsonPreferencesStore::writeNewest()
     std::unique_lock lock(m_mutex);
     const auto entries = m_entries;
     const auto earlier = m_encoded;
+    auto changed = std::exchange(m_changed, {});
     const bool isCopyWanted = std::exchange(m_isCopyWanted, false);
     lock.unlock();
 
-    const auto encoded = jsonOf(entries, earlier);
+    const auto theirs = changed.empty() ? std::nullopt : m_file.changeOfOthers();
+    auto encoded = jsonOf(entries, earlier);
+    if (theirs)
+        encoded = merged(encoded, *theirs, changed);
     if (isCopyWanted)
         m_file.keepCopyOfLoaded();
-    m_file.write(encodePreferences(encoded));
+    const bool isWritten = m_file.write(encodePreferences(encoded));
 
     lock.lock();
     m_encoded = encoded;
+    if (theirs)
+        takeOver(encoded, changed);
+    if (!isWritten)
+        m_changed.merge(changed);
+}
+
+// What somebody else wrote is what we hold, but for what was set or removed here.
+void JsonPreferencesStore::takeOver(const QJsonObject &written, const std::set<QString> &writtenKeys)
+{
+    const auto isOurs = [&](const QString &key) { return writtenKeys.contains(key) || m_changed.contains(key); };
+    std::erase_if(m_entries, [&](const auto &entry) { return !isOurs(entry.first); });
+    for (auto member = written.constBegin(); member != written.constEnd(); ++member) {
+        if (!isOurs(member.key()))
+            m_entries.emplace(member.key(), QJsonValue(member.value()));
+    }
 }
 
 std::optional<PreferenceValue> JsonPreferencesStore::preferenceOf(const Entry &entry, const QJsonValue &earlier)

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <map>
 #include <mutex>
+#include <set>
 #include <variant>
 
 namespace velquarin {
@@ -19,7 +20,9 @@ namespace velquarin {
 [[nodiscard]] QString defaultPreferencesPath();
 
 //! The preferences as one JSON file, which is read when the store is made and written on a thread that sleeps
-//! otherwise. One store a file at a time: a second one would take the first one's temporary for a left-over.
+//! otherwise. What somebody else, a second session of the user for instance, has written under keys that were not set or
+//! removed here since is taken over at the next write. One store a file at a time in one session: a second one would take
+//! the first one's temporary for a left-over.
 //! Source: docs/decisions/0002-preferences-file.md
 class JsonPreferencesStore final : public PreferencesStore
 {
@@ -55,10 +58,12 @@ private:
     [[nodiscard]] static QJsonObject jsonOf(const Entries &entries, const QJsonObject &earlier);
     void put(const QString &key, Entry entry);
     void writeNewest();
+    void takeOver(const QJsonObject &written, const std::set<QString> &writtenKeys);
 
     mutable std::mutex m_mutex;
     Entries m_entries;             // guarded by m_mutex
     QJsonObject m_encoded;         // guarded by m_mutex: the values as the writer last put them together
+    std::set<QString> m_changed;   // guarded by m_mutex: the keys that were set or removed since they were last written
     bool m_isCopyWanted = false;   // guarded by m_mutex
     bool m_isEverChanged = false;  // main thread only
     PreferencesFile m_file;        // the writer's, once the constructor is done

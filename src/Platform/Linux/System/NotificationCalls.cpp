@@ -49,6 +49,19 @@ QString plainReason(const QDBusMessage &error)
     throw NotificationError(reason.toStdString());
 }
 
+bool isRefusal(const QDBusMessage &reply)
+{
+    return QDBusError(reply).type() == QDBusError::AccessDenied;
+}
+
+void throwUnlessItIs(const QDBusMessage &reply, const QString &signature)
+{
+    if (reply.type() != QDBusMessage::ReplyMessage)
+        fail(plainReason(reply));
+    if (reply.signature() != signature)
+        fail(QStringLiteral("The notification service gave an answer that makes no sense"));
+}
+
 }  // namespace
 
 QDBusMessage notificationCall(const QString &member)
@@ -60,10 +73,7 @@ QCoro::Task<QDBusMessage> answerTo(QDBusMessage call, QDBusConnection connection
                                    QString signature)
 {
     auto reply = co_await replyTo(call, connection, timeout);
-    if (reply.type() != QDBusMessage::ReplyMessage)
-        fail(plainReason(reply));
-    if (reply.signature() != signature)
-        fail(QStringLiteral("The notification service gave an answer that makes no sense"));
+    throwUnlessItIs(reply, signature);
     co_return reply;
 }
 
@@ -91,7 +101,10 @@ QCoro::Task<AuthorizationStatus> askNotificationStatus(QDBusConnection connectio
 QCoro::Task<bool> askLeaveToNotify(QDBusConnection connection, std::chrono::milliseconds timeout)
 {
     const auto question = notificationCall(capabilitiesQuestion);
-    co_await answerTo(question, connection, timeout, capabilitiesSignature);
+    const auto reply = co_await replyTo(question, connection, timeout);
+    if (isRefusal(reply))
+        co_return false;
+    throwUnlessItIs(reply, capabilitiesSignature);
     co_return true;
 }
 

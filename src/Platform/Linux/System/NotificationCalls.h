@@ -30,7 +30,7 @@ namespace velquarin {
 [[nodiscard]] QCoro::Task<AuthorizationStatus> askNotificationStatus(QDBusConnection connection,
                                                                      std::chrono::milliseconds timeout);
 
-//! True when a server answers; the bus starts one where none is there. Errors: NotificationError.
+//! True when a server answers, false when it refuses; the bus starts one where none is there. Errors: NotificationError.
 [[nodiscard]] QCoro::Task<bool> askLeaveToNotify(QDBusConnection connection, std::chrono::milliseconds timeout);
 
 }  // namespace velquarin

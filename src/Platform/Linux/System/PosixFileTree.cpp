@@ -49,10 +49,12 @@ bool PosixFileTree::exists(const std::string &path) const
     return isPath(path) && stat(path.c_str(), &status) == 0;
 }
 
-bool PosixFileTree::isDirectory(const std::string &path) const
+std::optional<FolderIdentity> PosixFileTree::folderAt(const std::string &path) const
 {
     struct stat status = {};
-    return isPath(path) && stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    if (!isPath(path) || stat(path.c_str(), &status) != 0 || !S_ISDIR(status.st_mode))
+        return std::nullopt;
+    return FolderIdentity{status.st_dev, status.st_ino};
 }
 
 bool PosixFileTree::visit(const std::string &path, const Visitor &visitor) const

@@ -11,7 +11,7 @@ class PosixFileTree : public FileTree
 {
 public:
     [[nodiscard]] bool exists(const std::string &path) const override;
-    [[nodiscard]] bool isDirectory(const std::string &path) const override;
+    [[nodiscard]] std::optional<FolderIdentity> folderAt(const std::string &path) const override;
     bool visit(const std::string &path, const Visitor &visitor) const override;
 };
 

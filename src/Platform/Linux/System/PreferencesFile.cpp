@@ -84,10 +84,24 @@ void PreferencesFile::keepCopyOfLoaded()
     m_isCopyDue = !m_isCopyMade && !m_loaded.isEmpty();
 }
 
-void PreferencesFile::write(const QByteArray &content)
+std::optional<QJsonObject> PreferencesFile::changeOfOthers()
+{
+    m_ofOthers.clear();
+    QFile file;
+    const auto target = followLinks(m_path);
+    if (m_isGivenUp || target.kind != FileKind::Regular || !openForReading(file, target.path))
+        return std::nullopt;
+    const auto present = file.readAll();
+    if (present.isEmpty() || present == m_written.value_or(m_loaded))
+        return std::nullopt;
+    m_ofOthers = present;
+    return decodePreferences(present);
+}
+
+bool PreferencesFile::write(const QByteArray &content)
 {
     if (m_isGivenUp || m_written == content)
-        return;
+        return !m_isGivenUp;
     const auto failure = replace(content);
     if (!failure)
         m_written = content;
@@ -95,6 +109,7 @@ void PreferencesFile::write(const QByteArray &content)
         printErrorLine(m_path + QStringLiteral(" cannot be written, so changes last only until the program ends: ") +
                        *failure);
     m_hasFailed = failure.has_value();
+    return !m_hasFailed;
 }
 
 // Links are followed anew each time: people move their dotfiles while the program runs.
@@ -128,13 +143,9 @@ std::optional<QString> PreferencesFile::putCopyAside(const QString &path)
 // Once is enough: two sessions of one user change each other's settings every few minutes.
 std::optional<QString> PreferencesFile::keepChangeOfOthers(const QString &path)
 {
-    QFile file;
-    if (m_isChangeKept || !openForReading(file, path))
+    if (m_isChangeKept || m_ofOthers.isEmpty())
         return std::nullopt;
-    const auto present = file.readAll();
-    if (present.isEmpty() || present == m_written.value_or(m_loaded))
-        return std::nullopt;
-    const auto aside = copyAside(path, present, QStringLiteral("replaced"));
+    const auto aside = copyAside(path, m_ofOthers, QStringLiteral("replaced"));
     if (!aside.failure.isEmpty())
         return aside.failure;
     m_isChangeKept = true;

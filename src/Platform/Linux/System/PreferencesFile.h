@@ -24,10 +24,14 @@ public:
     //! Puts a copy of what load() read aside before the next write, once; until that has worked none is made.
     void keepCopyOfLoaded();
 
-    //! Makes the file hold @p content, unless that is what was last written. Where somebody else has changed the file
-    //! meanwhile, a copy of theirs is put aside first, the first time. A failure is told once, and anew only after a
-    //! success; the next call tries again.
-    void write(const QByteArray &content);
+    //! What the file holds, where somebody else has changed it since it was last read or written; nothing where nobody
+    //! has, or where it cannot be understood.
+    [[nodiscard]] std::optional<QJsonObject> changeOfOthers();
+
+    //! Makes the file hold @p content, unless that is what was last written. What changeOfOthers() met is put aside
+    //! first, the first time. A failure is told once, and anew only after a success; the next call tries again.
+    //! Returns whether the file holds it now.
+    bool write(const QByteArray &content);
 
 private:
     [[nodiscard]] QJsonObject read(const QString &path);
@@ -39,6 +43,7 @@ private:
 
     QString m_path;
     QByteArray m_loaded;
+    QByteArray m_ofOthers;
     std::optional<QByteArray> m_written;
     bool m_isGivenUp = false;
     bool m_isCopyDue = false;

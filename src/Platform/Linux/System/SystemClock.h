@@ -4,15 +4,32 @@
 
 #include "Platform/Clock.h"
 
+#include <QByteArray>
+
+#include <memory>
+#include <mutex>
+#include <sys/types.h>
+#include <tuple>
+
 namespace velquarin {
 
-//! The system's clock, and the zone that TZ or /etc/localtime name at the moment of asking.
-//! Source: clock_gettime(2), localtime(5)
+//! The system's clock, and the zone that TZ or /etc/localtime name at the moment of asking: whatever libc makes of them,
+//! as every other program does, git too. An older calendar follows the zone of now.
+//! Source: clock_gettime(2), tzset(3), localtime(5)
 class SystemClock : public Clock
 {
 public:
     [[nodiscard]] Instant now() const override;
     [[nodiscard]] Calendar calendar() const override;
+
+private:
+    //! What libc reads a zone from: the variable's text, or the system's file with its device, number and time.
+    using ZoneSource = std::tuple<QByteArray, dev_t, ino_t, time_t>;
+    [[nodiscard]] static ZoneSource currentSource();
+
+    mutable std::mutex m_mutex;
+    mutable ZoneSource m_source;                 // guarded by m_mutex
+    mutable std::shared_ptr<const Zone> m_zone;  // guarded by m_mutex
 };
 
 }  // namespace velquarin
