@@ -6,7 +6,6 @@
 #include "App/Shared.h"
 #include "App/StatusItemPlan.h"
 #include "App/StreakObserver.h"
-#include "App/YieldingFileViewer.h"
 #include "Platform/StatusItem.h"
 #include "Views/MenuBarView.h"
 #include "Views/Popover.h"
@@ -54,14 +53,11 @@ Popover &AppDelegate::popover()
     return *m_popover;
 }
 
-// The dashboard goes before another window comes: while it is open on X11 it takes every click and every key, and the
-// other window's with them.
 void AppDelegate::setupPopover()
 {
     const auto &platform = m_shared.platform();
-    m_fileViewer = std::make_unique<YieldingFileViewer>(platform.fileViewer, [this] { m_popover->hide(); });
-    m_popover = std::make_unique<Popover>(
-        new MenuBarView(*m_streakManager, platform.clock, platform.timers, *m_fileViewer, [this] { openSettings(); }));
+    m_popover = std::make_unique<Popover>(new MenuBarView(*m_streakManager, platform.clock, platform.timers,
+                                                          platform.fileViewer, [this] { openSettings(); }));
     // Once the click that asked for it is over: a menu that opens within it would close with it.
     connect(m_popover.get(), &Popover::menuRequested, m_statusItem.get(), &StatusItem::popUpMenu, Qt::QueuedConnection);
 }
@@ -96,7 +92,7 @@ void AppDelegate::openDashboard(const QString &activationToken)
         popover().open(activationToken);
 }
 
-// Settings that were put away come back.
+// Settings that were put away come back. The dashboard goes first, which would take their clicks and keys on X11.
 void AppDelegate::openSettings()
 {
     if (m_popover)

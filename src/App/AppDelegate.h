@@ -18,7 +18,6 @@ class SettingsView;
 class Shared;
 class StatusItem;
 class StreakObserver;
-class YieldingFileViewer;
 struct SettingsWorld;
 
 //! Holds the program together while it runs: the status item, the streak and what the user asks for. Main thread only.
@@ -64,7 +63,6 @@ private:
     Desktop m_desktop;
     std::unique_ptr<StreakManager> m_streakManager;
     std::unique_ptr<StatusItem> m_statusItem;
-    std::unique_ptr<YieldingFileViewer> m_fileViewer;
     std::unique_ptr<Popover> m_popover;
     std::unique_ptr<SettingsView> m_settings;
     std::unique_ptr<StreakObserver> m_streakObserver;
