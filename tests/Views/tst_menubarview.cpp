@@ -526,7 +526,7 @@ private Q_SLOTS:
         const auto outset = PlainButton::outset();
         QCOMPARE(world.named("updated").x(), 16);
         QCOMPARE(footer.rect().right() - settings.right(), 16 - outset);
-        QCOMPARE(settings.left() - refresh.right() - 1, 0);
+        QCOMPARE(settings.left() + outset - (refresh.right() - outset) - 1, 8);
         QCOMPARE(settings.top(), 8 - outset);
         QCOMPARE(footer.rect().bottom() - settings.bottom(), 8 - outset);
         // 1.4 times the caption's 10 points, and the room around it that can be hit as well.
@@ -548,7 +548,7 @@ private Q_SLOTS:
         QCOMPARE(strip.y() - title.bottom() - 1, 8);
         QCOMPARE(week.rect().bottom() - strip.geometry().bottom(), 16);
         QCOMPARE(chevron.mapTo(&week, chevron.rect().topRight()).x(), week.width() - 1 - 16);
-        QCOMPARE(chevron.x() - textNamed(world, "Show Year").geometry().right() - 1, 4);
+        QCOMPARE(chevron.x() - textNamed(world, "Show Year").geometry().right() - 1, 8);
         QCOMPARE(chevron.color(), style::accentText(week.palette(), Accent::Blue));
     }
 
@@ -564,6 +564,9 @@ private Q_SLOTS:
         const auto area = world.named("yearScrollArea").geometry();
         const auto commits = world.named("yearCommits").geometry();
         const auto bullet = textNamed(world, "•").geometry();
+        const auto &chevron = *world.named("back").findChild<SymbolView *>();
+        QCOMPARE(chevron.mapTo(&year, QPoint()).x(), 16);
+        QCOMPARE(textNamed(world, "Back").x() - chevron.geometry().right() - 1, 8);
         QCOMPARE(heading.mapTo(&year, QPoint()).y(), 16);
         QCOMPARE(area.top() - heading.mapTo(&year, heading.rect().bottomLeft()).y() - 1, 8);
         QCOMPARE(area.left(), 16);
