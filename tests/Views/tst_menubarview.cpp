@@ -28,6 +28,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <semaphore>
 
@@ -1062,6 +1063,45 @@ private Q_SLOTS:
         world.settle();
         QCOMPARE(bar->value(), 7);
         QVERIFY(world.named("year").isVisible());
+    }
+
+    void aWheelMovesTheYearSideways_data()
+    {
+        QTest::addColumn<Qt::LayoutDirection>("direction");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::addColumn<QPoint>("turn");
+        QTest::addColumn<int>("expected");
+        const auto row = [](const char *name, Qt::LayoutDirection direction, Qt::KeyboardModifiers modifiers,
+                            QPoint turn,
+                            int expected) { QTest::newRow(name) << direction << modifiers << turn << expected; };
+        row("up, to the days before", Qt::LeftToRight, {}, {0, 120}, 100 - 36);
+        row("down, to the days after", Qt::LeftToRight, {}, {0, -120}, 100 + 36);
+        row("up with Shift", Qt::LeftToRight, Qt::ShiftModifier, {0, 120}, 100 - 36);
+        row("down with Shift", Qt::LeftToRight, Qt::ShiftModifier, {0, -120}, 100 + 36);
+        row("sideways", Qt::LeftToRight, {}, {-120, 0}, 100 + 36);
+        row("a little askew", Qt::LeftToRight, {}, {10, -120}, 100 + 36);
+        row("down, written from the right", Qt::RightToLeft, {}, {0, -120}, 100 + 36);
+    }
+
+    void aWheelMovesTheYearSideways()
+    {
+        QFETCH(Qt::LayoutDirection, direction);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        QFETCH(QPoint, turn);
+        World world;
+        world.engine.refresh();
+        world.engine.manager.setShowYearView(true);
+        auto &view = world.show();
+        view.setLayoutDirection(direction);
+        world.settle();
+        QTRY_VERIFY(isTodayInSight(world));
+        const auto &area = world.named<QScrollArea>("yearScrollArea");
+        area.horizontalScrollBar()->setValue(100);
+        const QPointF middle = area.viewport()->rect().center();
+        QWheelEvent event(middle, area.viewport()->mapToGlobal(middle), {}, turn, Qt::NoButton, modifiers,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(area.viewport(), &event);
+        QTEST(area.horizontalScrollBar()->value(), "expected");
     }
 
     void writtenFromTheRightTheYearBringsTodayIntoSightToo()
