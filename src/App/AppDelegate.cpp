@@ -3,6 +3,7 @@
 
 #include "App/AppDelegate.h"
 
+#include "App/HangObserver.h"
 #include "App/Shared.h"
 #include "App/StatusItemPlan.h"
 #include "App/StreakObserver.h"
@@ -30,6 +31,7 @@ void AppDelegate::applicationDidFinishLaunching()
 {
     setupMenuBar();
     setupStreakObserver();
+    setupHangObserver();
     m_streakManager->refresh();
 }
 
@@ -67,6 +69,15 @@ void AppDelegate::setupStreakObserver()
     m_streakObserver = std::make_unique<StreakObserver>(
         *m_streakManager, m_shared.platform().timers, [this](qint64 streak, bool isRefreshing, bool hasCommittedToday) {
             updateMenuBarDisplay(streak, isRefreshing, hasCommittedToday);
+        });
+}
+
+// Nothing else is shown anew before the refresh goes on.
+void AppDelegate::setupHangObserver()
+{
+    m_hangObserver = std::make_unique<HangObserver>(
+        *m_streakManager, m_shared.platform().timers, [this](const std::optional<QString> &path) {
+            m_statusItem->setAppearance(path ? waitingAppearance(*path) : syncingAppearance());
         });
 }
 

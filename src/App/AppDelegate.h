@@ -13,6 +13,7 @@
 
 namespace velquarin {
 
+class HangObserver;
 class Popover;
 class SettingsView;
 class Shared;
@@ -52,6 +53,7 @@ private:
     [[nodiscard]] Popover &popover();
     void setupPopover();
     void setupStreakObserver();
+    void setupHangObserver();
     void updateMenuBarDisplay(qint64 streak, bool isRefreshing, bool hasCommittedToday);
     void handleClick(QPoint position, const QString &activationToken);
     void togglePopover(QPoint position, const QString &activationToken);
@@ -66,6 +68,7 @@ private:
     std::unique_ptr<Popover> m_popover;
     std::unique_ptr<SettingsView> m_settings;
     std::unique_ptr<StreakObserver> m_streakObserver;
+    std::unique_ptr<HangObserver> m_hangObserver;
 };
 
 }  // namespace velquarin
