@@ -17,6 +17,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QIcon>
 #include <QLocale>
 #include <QProcessEnvironment>
 
@@ -70,6 +71,8 @@ int VelquarinApp::run()
 
     const auto translation = translationFor(QLocale().uiLanguages(), dataFolder(QStringLiteral("translations")));
     speak(translation.get());
+    // Title bars and switchers on X11 need not look for the desktop file.
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/symbols/io.velquarin.Velquarin.svg")));
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);
     const InputTime inputTime;
