@@ -60,8 +60,8 @@ void AppDelegate::setupPopover()
     const auto &platform = m_shared.platform();
     m_popover = std::make_unique<Popover>(new MenuBarView(*m_streakManager, platform.clock, platform.timers,
                                                           platform.fileViewer, [this] { openSettings(); }));
-    // Once the click that asked for it is over: a menu that opens within it would close with it.
-    connect(m_popover.get(), &Popover::menuRequested, m_statusItem.get(), &StatusItem::popUpMenu, Qt::QueuedConnection);
+    // Once the click itself is over: a second one within it would be lost.
+    connect(m_popover.get(), &Popover::rightClickKept, this, m_desktop.repeatRightClick, Qt::QueuedConnection);
 }
 
 void AppDelegate::setupStreakObserver()

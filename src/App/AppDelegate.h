@@ -31,6 +31,7 @@ public:
     {
         std::function<std::unique_ptr<StatusItem>()> makeStatusItem;
         std::function<void()> terminate;
+        std::function<void()> repeatRightClick;
     };
 
     AppDelegate(Shared &shared, Desktop desktop);
