@@ -69,6 +69,10 @@
         <source>Committed today</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Waiting for git in %1</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>YearHeatmapView</name>

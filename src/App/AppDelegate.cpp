@@ -3,10 +3,10 @@
 
 #include "App/AppDelegate.h"
 
+#include "App/HangObserver.h"
 #include "App/Shared.h"
 #include "App/StatusItemPlan.h"
 #include "App/StreakObserver.h"
-#include "App/YieldingFileViewer.h"
 #include "Platform/StatusItem.h"
 #include "Views/MenuBarView.h"
 #include "Views/Popover.h"
@@ -31,6 +31,7 @@ void AppDelegate::applicationDidFinishLaunching()
 {
     setupMenuBar();
     setupStreakObserver();
+    setupHangObserver();
     m_streakManager->refresh();
 }
 
@@ -54,16 +55,13 @@ Popover &AppDelegate::popover()
     return *m_popover;
 }
 
-// The dashboard goes before another window comes: while it is open on X11 it takes every click and every key, and the
-// other window's with them.
 void AppDelegate::setupPopover()
 {
     const auto &platform = m_shared.platform();
-    m_fileViewer = std::make_unique<YieldingFileViewer>(platform.fileViewer, [this] { m_popover->hide(); });
-    m_popover = std::make_unique<Popover>(
-        new MenuBarView(*m_streakManager, platform.clock, platform.timers, *m_fileViewer, [this] { openSettings(); }));
-    // Once the click that asked for it is over: a menu that opens within it would close with it.
-    connect(m_popover.get(), &Popover::menuRequested, m_statusItem.get(), &StatusItem::popUpMenu, Qt::QueuedConnection);
+    m_popover = std::make_unique<Popover>(new MenuBarView(*m_streakManager, platform.clock, platform.timers,
+                                                          platform.fileViewer, [this] { openSettings(); }));
+    // Once the click itself is over: a second one within it would be lost.
+    connect(m_popover.get(), &Popover::rightClickKept, this, m_desktop.repeatRightClick, Qt::QueuedConnection);
 }
 
 void AppDelegate::setupStreakObserver()
@@ -71,6 +69,15 @@ void AppDelegate::setupStreakObserver()
     m_streakObserver = std::make_unique<StreakObserver>(
         *m_streakManager, m_shared.platform().timers, [this](qint64 streak, bool isRefreshing, bool hasCommittedToday) {
             updateMenuBarDisplay(streak, isRefreshing, hasCommittedToday);
+        });
+}
+
+// Nothing else is shown anew before the refresh goes on.
+void AppDelegate::setupHangObserver()
+{
+    m_hangObserver = std::make_unique<HangObserver>(
+        *m_streakManager, m_shared.platform().timers, [this](const std::optional<QString> &path) {
+            m_statusItem->setAppearance(path ? waitingAppearance(*path) : syncingAppearance());
         });
 }
 
@@ -96,7 +103,7 @@ void AppDelegate::openDashboard(const QString &activationToken)
         popover().open(activationToken);
 }
 
-// Settings that were put away come back.
+// Settings that were put away come back. The dashboard goes first, which would take their clicks and keys on X11.
 void AppDelegate::openSettings()
 {
     if (m_popover)

@@ -13,12 +13,12 @@
 
 namespace velquarin {
 
+class HangObserver;
 class Popover;
 class SettingsView;
 class Shared;
 class StatusItem;
 class StreakObserver;
-class YieldingFileViewer;
 struct SettingsWorld;
 
 //! Holds the program together while it runs: the status item, the streak and what the user asks for. Main thread only.
@@ -31,6 +31,7 @@ public:
     {
         std::function<std::unique_ptr<StatusItem>()> makeStatusItem;
         std::function<void()> terminate;
+        std::function<void()> repeatRightClick;
     };
 
     AppDelegate(Shared &shared, Desktop desktop);
@@ -53,6 +54,7 @@ private:
     [[nodiscard]] Popover &popover();
     void setupPopover();
     void setupStreakObserver();
+    void setupHangObserver();
     void updateMenuBarDisplay(qint64 streak, bool isRefreshing, bool hasCommittedToday);
     void handleClick(QPoint position, const QString &activationToken);
     void togglePopover(QPoint position, const QString &activationToken);
@@ -64,10 +66,10 @@ private:
     Desktop m_desktop;
     std::unique_ptr<StreakManager> m_streakManager;
     std::unique_ptr<StatusItem> m_statusItem;
-    std::unique_ptr<YieldingFileViewer> m_fileViewer;
     std::unique_ptr<Popover> m_popover;
     std::unique_ptr<SettingsView> m_settings;
     std::unique_ptr<StreakObserver> m_streakObserver;
+    std::unique_ptr<HangObserver> m_hangObserver;
 };
 
 }  // namespace velquarin

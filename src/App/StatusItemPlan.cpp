@@ -26,6 +26,13 @@ StatusItemAppearance syncingAppearance()
     return {QStringLiteral("arrow.triangle.2.circlepath"), true, Words::tr("Syncing"), {}};
 }
 
+StatusItemAppearance waitingAppearance(const QString &path)
+{
+    auto appearance = syncingAppearance();
+    appearance.accessibilityDescription = Words::tr("Waiting for git in %1").arg(path);
+    return appearance;
+}
+
 StatusItemAppearance statusItemAppearance(qint64 streak, bool isRefreshing, bool hasCommittedToday)
 {
     if (isRefreshing)

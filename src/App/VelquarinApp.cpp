@@ -10,6 +10,7 @@
 #include "Platform/Linux/Desktop/FolderDialog.h"
 #include "Platform/Linux/Desktop/InputTime.h"
 #include "Platform/Linux/Desktop/LinuxStatusItem.h"
+#include "Platform/Linux/Desktop/RepeatedClick.h"
 #include "Platform/Linux/Desktop/StartupNotification.h"
 #include "Platform/Linux/System/SingleInstance.h"
 #include "Platform/Linux/System/TerminationSignals.h"
@@ -17,6 +18,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QIcon>
 #include <QLocale>
 #include <QProcessEnvironment>
 
@@ -70,6 +72,8 @@ int VelquarinApp::run()
 
     const auto translation = translationFor(QLocale().uiLanguages(), dataFolder(QStringLiteral("translations")));
     speak(translation.get());
+    // Title bars and switchers on X11 need not look for the desktop file.
+    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/symbols/io.velquarin.Velquarin.svg")));
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);
     const InputTime inputTime;
@@ -82,7 +86,7 @@ int VelquarinApp::run()
                    folderChooser});
     AppDelegate delegate(
         shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, dataFolder(QStringLiteral("icons"))); },
-                 [] { QCoreApplication::quit(); }});
+                 [] { QCoreApplication::quit(); }, &repeatRightClick});
     QObject::connect(&instance, &SingleInstance::showRequested, &delegate, openingFor(delegate));
     QObject::connect(&notifications, &NotificationCenter::openRequested, &delegate, openingFor(delegate));
     const TerminationSignals signals([] { QCoreApplication::quit(); });

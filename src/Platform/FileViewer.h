@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
+
 class QString;
 
 namespace velquarin {
@@ -16,8 +18,9 @@ public:
     virtual ~FileViewer() = default;
 
     //! Opens a window on the folder at @p path; returns at once. A folder that is not there does nothing.
-    //! @p activationToken lets the window take the focus; it may be empty.
-    virtual void reveal(const QString &path, const QString &activationToken) = 0;
+    //! @p makeWay is called once the folder is known to be there and before the window comes, which may be when whoever
+    //! asked is gone.
+    virtual void reveal(const QString &path, const std::function<void()> &makeWay) = 0;
 };
 
 }  // namespace velquarin

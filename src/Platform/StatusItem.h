@@ -44,9 +44,6 @@ public:
     //! begins with one more entry and a separator, and the entry asks for the dashboard.
     virtual void setMenu(const QList<MenuEntry> &entries) = 0;
 
-    //! Opens the menu as a window of our own near @p position.
-    virtual void popUpMenu(QPoint position) = 0;
-
 Q_SIGNALS:
     //! A left or middle click. @p position is where the host says it happened, in pixels of the screen,
     //! though not every host tells the truth. @p activationToken lets a window take the focus; it may be

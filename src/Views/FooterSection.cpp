@@ -4,6 +4,7 @@
 #include "Views/FooterSection.h"
 
 #include "Views/IconButton.h"
+#include "Views/OutsetItem.h"
 #include "Views/Text.h"
 
 #include <QHBoxLayout>
@@ -29,17 +30,14 @@ FooterSection::FooterSection(QWidget *parent)
     connect(m_refresh, &QAbstractButton::clicked, this, &FooterSection::refreshRequested);
     connect(m_settings, &QAbstractButton::clicked, this, &FooterSection::settingsRequested);
 
-    // The buttons' rectangles reach into the padding and the gap: larger to hit, and no farther apart to look at.
-    const auto outset = PlainButton::outset();
     auto *const row = new QHBoxLayout(this);
-    const auto besides = points(style::defaultPadding) - outset;
-    row->setContentsMargins(besides, points(8) - outset, besides, points(8) - outset);
-    row->setSpacing(0);
-    row->addSpacing(outset);
+    const auto padding = points(style::defaultPadding);
+    row->setContentsMargins(padding, points(8), padding, points(8));
+    row->setSpacing(points(style::defaultSpacing));
     row->addWidget(m_updated);
     row->addStretch();
-    row->addWidget(m_refresh);
-    row->addWidget(m_settings);
+    row->addItem(new OutsetItem(m_refresh, PlainButton::outset()));
+    row->addItem(new OutsetItem(m_settings, PlainButton::outset()));
 }
 
 void FooterSection::setElapsed(const QString &elapsed)

@@ -19,7 +19,7 @@ PlainButton::PlainButton(QWidget *parent)
 
 int PlainButton::outset()
 {
-    return style::points(5);
+    return style::points(style::defaultSpacing) / 2;
 }
 
 QSize PlainButton::sizeHint() const

@@ -17,7 +17,8 @@ class PlainButton : public QAbstractButton
 public:
     explicit PlainButton(QWidget *parent = nullptr);
 
-    //! How far the rectangle reaches beyond the content on either side, so that the ring does not touch the text.
+    //! How far the rectangle reaches beyond the content on either side, so that the ring does not touch the text: two
+    //! that stand at the default spacing share it, and none paints over the other.
     [[nodiscard]] static int outset();
 
     [[nodiscard]] QSize sizeHint() const override;

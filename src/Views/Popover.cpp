@@ -262,22 +262,15 @@ void Popover::mousePressEvent(QMouseEvent *event)
     m_isPressedElsewhere = !rect().contains(event->position().toPoint());
 }
 
-// The popover takes every click while it is open, so no host hears of one with the right button on the item: its menu
-// opens from here.
+// The popover takes every click while it is open, so no host hears of one with the right button on the item, whose
+// menu it was meant for. Only the host knows how far the item reaches.
 void Popover::mouseReleaseEvent(QMouseEvent *event)
 {
     if (!m_isPressedElsewhere || event->buttons() != Qt::NoButton)
         return;
     hide();
-    const auto position = event->globalPosition().toPoint();
-    if (event->button() == Qt::RightButton && isOnItem(position))
-        Q_EMIT menuRequested(position);
-}
-
-bool Popover::isOnItem(QPoint position) const
-{
-    const auto reach = style::points(itemExtent) / 2;
-    return m_click && QRect(*m_click, QSize(1, 1)).adjusted(-reach, -reach, reach, reach).contains(position);
+    if (event->button() == Qt::RightButton && knowsPointer())
+        Q_EMIT rightClickKept();
 }
 
 void Popover::paintEvent(QPaintEvent * /*event*/)

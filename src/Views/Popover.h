@@ -57,8 +57,8 @@ Q_SIGNALS:
     void shown();
     void hidden();
 
-    //! A right click on the item closed the popover, which kept the click from the item: its menu is due.
-    void menuRequested(QPoint position);
+    //! A right click beside the popover closed it, which kept the click from what lies there: the item or something else.
+    void rightClickKept();
 
 protected:
     bool event(QEvent *event) override;
@@ -80,7 +80,6 @@ private:
     [[nodiscard]] int contentHeight() const;
     [[nodiscard]] PopoverWish wish() const;
     [[nodiscard]] bool wasJustDeactivated() const;
-    [[nodiscard]] bool isOnItem(QPoint position) const;
 
     Kind m_kind;
     Surface m_surface;

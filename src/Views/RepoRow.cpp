@@ -11,6 +11,7 @@
 
 #include <QHBoxLayout>
 #include <QMouseEvent>
+#include <QPointer>
 
 namespace velquarin {
 
@@ -82,11 +83,17 @@ void RepoRow::mouseMoveEvent(QMouseEvent *event)
         event->ignore();
 }
 
-// The press of a screen reader takes a moment, in which the row may become another repository's.
+// The press of a screen reader takes a moment, in which the row may become another repository's. The dashboard goes
+// before another window comes: while it is open on X11 it takes every click and every key, and the other window's with
+// them.
 void RepoRow::showFolder()
 {
+    const auto makeWay = [dashboard = QPointer(window())] {
+        if (dashboard)
+            dashboard->hide();
+    };
     if (isPressStillMeant())
-        m_viewer.reveal(m_path, {});
+        m_viewer.reveal(m_path, makeWay);
 }
 
 void RepoRow::setHovering(bool isHovering)

@@ -14,7 +14,7 @@ class SymbolView;
 class Text;
 
 //! One repository: its name, and what it got today or when it last got something. Pressing it shows its folder in
-//! @p viewer, which must outlive it.
+//! @p viewer, which must outlive it, and closes the window that the row is in once the folder is found.
 class RepoRow : public PlainButton
 {
     Q_OBJECT

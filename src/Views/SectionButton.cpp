@@ -19,7 +19,6 @@ SectionButton::SectionButton(Direction direction, const QString &title, const QS
     // Who goes from control to control comes past the heading.
     setAccessibleDescription(title);
     auto *const row = makeRow(verticalPadding());
-    row->setSpacing(style::points(4));
     if (direction == Direction::Forward) {
         row->addWidget(makeHeading(title));
         row->addStretch();

@@ -15,6 +15,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include <utility>
 
@@ -25,16 +26,37 @@ using style::points;
 
 namespace {
 
+// A wheel that turns up and down moves it to and fro: there is nothing else to move.
+class SidewaysScrollArea : public QScrollArea
+{
+public:
+    using QScrollArea::QScrollArea;
+
+protected:
+    // With Shift the toolkit would turn by pages, of which the year has not even two.
+    void wheelEvent(QWheelEvent *event) override
+    {
+        const auto angle = event->angleDelta();
+        const QPoint sideways(qAbs(angle.x()) > qAbs(angle.y()) ? angle.x() : angle.y(), 0);
+        QWheelEvent turn(event->position(), event->globalPosition(), {}, sideways, event->buttons(),
+                         event->modifiers() & ~Qt::KeyboardModifiers(Qt::ShiftModifier), event->phase(),
+                         event->inverted());
+        QCoreApplication::sendEvent(horizontalScrollBar(), &turn);
+        event->setAccepted(turn.isAccepted());
+    }
+};
+
 // The dashboard's own ground shows through, and Tab goes past it to what it holds.
 QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
 {
     readScrollAreasWhole();
-    auto *const area = new QScrollArea(parent);
+    auto *const area = new SidewaysScrollArea(parent);
     area->setObjectName(QStringLiteral("yearScrollArea"));
     area->setFrameShape(QFrame::NoFrame);
     area->setFocusPolicy(Qt::NoFocus);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->horizontalScrollBar()->setSingleStep(points(12));
     // Scroll bars of some desktops leave less of this height than the days need.
     area->setMinimumHeight(points(100));
     area->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

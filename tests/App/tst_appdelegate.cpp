@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "App/AppDelegate.h"
+#include "App/HangObserver.h"
 #include "App/Shared.h"
 #include "App/StatusItemPlan.h"
 #include "App/StreakObserver.h"
@@ -17,6 +18,7 @@
 #include "Views/RepoRow.h"
 
 #include <QApplication>
+#include <QSemaphore>
 #include <QTest>
 
 using namespace velquarin;
@@ -28,10 +30,20 @@ namespace {
 // The application around faked adapters.
 struct World
 {
+    World()
+        : World(nullptr)
+    {
+    }
+    explicit World(Timers &others)
+        : World(&others)
+    {
+    }
+
     FakeProcessRunner processes;
     PosixFileTree files;
     FakeClock clock{instant("2026-11-20T12:00:00Z")};
-    BootTimeTimers timers;
+    BootTimeTimers bootTimers;
+    Timers &timers;
     RecordingOutput output;
     MemoryPreferences preferences;
     RecordingNotificationCenter center;
@@ -41,13 +53,14 @@ struct World
     Shared shared{{processes, files, clock, timers, output, preferences, center, viewer, loginItem, chooser}};
     RecordingStatusItem *item = nullptr;
     int terminations = 0;
+    int repeatedClicks = 0;
     AppDelegate delegate{shared,
                          {[this] {
                               auto made = std::make_unique<RecordingStatusItem>();
                               item = made.get();
                               return made;
                           },
-                          [this] { ++terminations; }}};
+                          [this] { ++terminations; }, [this] { ++repeatedClicks; }}};
 
     void trackOneWithACommitToday()
     {
@@ -66,6 +79,12 @@ struct World
         const auto found = std::ranges::find(entries, text, &MenuEntry::text);
         QVERIFY(found != entries.end());
         found->action();
+    }
+
+private:
+    explicit World(Timers *others)
+        : timers(others != nullptr ? *others : bootTimers)
+    {
     }
 };
 
@@ -115,6 +134,9 @@ private Q_SLOTS:
     void theItemFollowsTheStreakOnceItIsQuiet();
     void everyChangeStartsTheQuietAnew();
     void aBurstOfChangesIsSeenOnce();
+    void aRepositoryThatGitHangsOnIsNamedAfterHalfAMinute();
+    void eachRepositoryHasHalfAMinuteOfItsOwn();
+    void theItemSaysWhichRepositoryGitHangsOn();
     void aStreakOfNoughtShowsTheFlameAlone();
     void theCountIsShownWhateverItsSettingSays();
     void theCountStaysWhenItsSettingChanges();
@@ -125,10 +147,10 @@ private Q_SLOTS:
     void theMenuOpensTheDashboardAndNeverClosesIt();
     void aSecondStartOpensTheDashboardAndLeavesItOpen();
     void theGearClosesTheDashboardAndOpensTheSettings();
-    void aRepositoryOpensInTheFileManagerAndTheDashboardMakesWay();
+    void theDashboardMakesWayOnceTheFolderOfARepositoryIsFound();
     void theGearBringsSettingsBackThatWerePutAway();
     void theGearBringsSettingsBeforeOtherWindows();
-    void aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu();
+    void aRightClickThatTheDashboardKeptIsRepeatedOnceItIsGone();
     void theServicesAreMadeOnce();
     void theLoginItemIsReadWhenSomebodyFirstAsksForIt();
 };
@@ -221,6 +243,68 @@ void TestAppDelegate::aBurstOfChangesIsSeenOnce()
     QCOMPARE(deliveries, QStringList{QStringLiteral("flame.fill orange \" 2\" 'Velquarin'")});
 }
 
+void TestAppDelegate::aRepositoryThatGitHangsOnIsNamedAfterHalfAMinute()
+{
+    Engine engine;
+    FakeTimers timers;
+    QStringList deliveries;
+    const HangObserver observer(engine.manager, timers, [&](const std::optional<QString> &path) {
+        deliveries << path.value_or(QStringLiteral("over"));
+    });
+    QVERIFY(timers.live().empty());
+    Q_EMIT engine.manager.repositoryBeingReadWillChange(QStringLiteral("/repos/one"));
+    QCOMPARE(timers.live().size(), std::size_t(1));
+    QCOMPARE(timers.live().front().interval.count(), 30.0);
+    timers.fire(0);
+    QCOMPARE(deliveries, QStringList{QStringLiteral("/repos/one")});
+    QVERIFY(timers.live().empty());
+    Q_EMIT engine.manager.repositoryBeingReadWillChange(std::nullopt);
+    QCOMPARE(deliveries, (QStringList{QStringLiteral("/repos/one"), QStringLiteral("over")}));
+    QVERIFY(timers.live().empty());
+}
+
+void TestAppDelegate::eachRepositoryHasHalfAMinuteOfItsOwn()
+{
+    Engine engine;
+    FakeTimers timers;
+    int deliveries = 0;
+    const HangObserver observer(engine.manager, timers, [&](const auto &) { ++deliveries; });
+    Q_EMIT engine.manager.repositoryBeingReadWillChange(QStringLiteral("/repos/one"));
+    const auto first = timers.live().front().number;
+    Q_EMIT engine.manager.repositoryBeingReadWillChange(QStringLiteral("/repos/two"));
+    QCOMPARE(timers.live().size(), std::size_t(1));
+    QVERIFY(timers.live().front().number > first);
+    Q_EMIT engine.manager.repositoryBeingReadWillChange(std::nullopt);
+    QVERIFY(timers.live().empty());
+    QCOMPARE(deliveries, 0);
+}
+
+void TestAppDelegate::theItemSaysWhichRepositoryGitHangsOn()
+{
+    FakeTimers timers;
+    World world(timers);
+    world.trackOneWithACommitToday();
+    QSemaphore hang;
+    world.processes.answerWith(QStringLiteral("rev-parse --git-dir"), [&hang] {
+        hang.acquire();
+        return QByteArray();
+    });
+    world.delegate.applicationDidFinishLaunching();
+    const auto intervals = [&timers] {
+        QList<double> found;
+        for (const auto &timer : timers.live())
+            found << timer.interval.count();
+        return found;
+    };
+    QVERIFY(intervals().contains(30.0));
+    timers.fire(std::size_t(intervals().indexOf(30.0)));
+    QCOMPARE(world.item->appearances().constLast(), waitingAppearance(QStringLiteral("/repos/one")));
+    hang.release();
+    QTRY_VERIFY(!world.delegate.streakManager().isRefreshing());
+    QCOMPARE(world.item->appearances().constLast(), syncingAppearance());
+    QVERIFY(!intervals().contains(30.0));
+}
+
 void TestAppDelegate::aStreakOfNoughtShowsTheFlameAlone()
 {
     World world;
@@ -294,7 +378,6 @@ void TestAppDelegate::aClickOpensTheDashboardAndASecondOneClosesIt()
     QVERIFY(windowTitled(QStringLiteral("Velquarin")));
     Q_EMIT world.item->activated(QPoint(3, 4), {});
     QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
-    QVERIFY(world.item->popUps().isEmpty());
 }
 
 void TestAppDelegate::theMenuOpensTheDashboardAndNeverClosesIt()
@@ -333,8 +416,9 @@ void TestAppDelegate::theGearClosesTheDashboardAndOpensTheSettings()
     QVERIFY(!windowTitled(QStringLiteral("Settings")));
 }
 
-// On X11 the dashboard takes every click and every key while it is open: the file manager's would not get any.
-void TestAppDelegate::aRepositoryOpensInTheFileManagerAndTheDashboardMakesWay()
+// On X11 the dashboard takes every click and every key while it is open: the file manager's would not get any. A folder
+// that is gone is never found, and nothing moves.
+void TestAppDelegate::theDashboardMakesWayOnceTheFolderOfARepositoryIsFound()
 {
     World world;
     world.trackOneWithACommitToday();
@@ -347,6 +431,8 @@ void TestAppDelegate::aRepositoryOpensInTheFileManagerAndTheDashboardMakesWay()
     QTRY_VERIFY(row->isVisible());
     QTest::mouseClick(row, Qt::LeftButton);
     QCOMPARE(world.viewer.shown, QStringList{QStringLiteral("/repos/one")});
+    QCOMPARE(windowTitled(QStringLiteral("Velquarin")), dashboard);
+    world.viewer.findFolder();
     QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
 }
 
@@ -379,15 +465,17 @@ void TestAppDelegate::theGearBringsSettingsBeforeOtherWindows()
     QTRY_VERIFY(settings->isActiveWindow());
 }
 
-void TestAppDelegate::aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu()
+void TestAppDelegate::aRightClickThatTheDashboardKeptIsRepeatedOnceItIsGone()
 {
     World world;
     world.delegate.applicationDidFinishLaunching();
     world.delegate.openDashboard({});
     auto *popover = qobject_cast<Popover *>(windowTitled(QStringLiteral("Velquarin")));
     QVERIFY(popover);
-    Q_EMIT popover->menuRequested(QPoint(5, 6));
-    QTRY_COMPARE(world.item->popUps(), QList{QPoint(5, 6)});
+    popover->hide();
+    Q_EMIT popover->rightClickKept();
+    QCOMPARE(world.repeatedClicks, 0);
+    QTRY_COMPARE(world.repeatedClicks, 1);
 }
 
 void TestAppDelegate::theServicesAreMadeOnce()

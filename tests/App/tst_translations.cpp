@@ -220,6 +220,9 @@ void TestTranslations::nothingAroundTheItemIsLeftInEnglish()
             }
         }
     }
+    const auto waiting = waitingAppearance(QStringLiteral("/src/a"));
+    QVERIFY(waiting.accessibilityDescription.contains(opening));
+    QCOMPARE(statusWords(waiting).detail, waiting.accessibilityDescription);
     QVERIFY(withOpenEntry({}, {}).first().text.contains(opening));
 }
 

@@ -28,6 +28,7 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWheelEvent>
 
 #include <semaphore>
 
@@ -526,7 +527,7 @@ private Q_SLOTS:
         const auto outset = PlainButton::outset();
         QCOMPARE(world.named("updated").x(), 16);
         QCOMPARE(footer.rect().right() - settings.right(), 16 - outset);
-        QCOMPARE(settings.left() - refresh.right() - 1, 0);
+        QCOMPARE(settings.left() + outset - (refresh.right() - outset) - 1, 8);
         QCOMPARE(settings.top(), 8 - outset);
         QCOMPARE(footer.rect().bottom() - settings.bottom(), 8 - outset);
         // 1.4 times the caption's 10 points, and the room around it that can be hit as well.
@@ -548,7 +549,7 @@ private Q_SLOTS:
         QCOMPARE(strip.y() - title.bottom() - 1, 8);
         QCOMPARE(week.rect().bottom() - strip.geometry().bottom(), 16);
         QCOMPARE(chevron.mapTo(&week, chevron.rect().topRight()).x(), week.width() - 1 - 16);
-        QCOMPARE(chevron.x() - textNamed(world, "Show Year").geometry().right() - 1, 4);
+        QCOMPARE(chevron.x() - textNamed(world, "Show Year").geometry().right() - 1, 8);
         QCOMPARE(chevron.color(), style::accentText(week.palette(), Accent::Blue));
     }
 
@@ -564,6 +565,9 @@ private Q_SLOTS:
         const auto area = world.named("yearScrollArea").geometry();
         const auto commits = world.named("yearCommits").geometry();
         const auto bullet = textNamed(world, "•").geometry();
+        const auto &chevron = *world.named("back").findChild<SymbolView *>();
+        QCOMPARE(chevron.mapTo(&year, QPoint()).x(), 16);
+        QCOMPARE(textNamed(world, "Back").x() - chevron.geometry().right() - 1, 8);
         QCOMPARE(heading.mapTo(&year, QPoint()).y(), 16);
         QCOMPARE(area.top() - heading.mapTo(&year, heading.rect().bottomLeft()).y() - 1, 8);
         QCOMPARE(area.left(), 16);
@@ -1059,6 +1063,45 @@ private Q_SLOTS:
         world.settle();
         QCOMPARE(bar->value(), 7);
         QVERIFY(world.named("year").isVisible());
+    }
+
+    void aWheelMovesTheYearSideways_data()
+    {
+        QTest::addColumn<Qt::LayoutDirection>("direction");
+        QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+        QTest::addColumn<QPoint>("turn");
+        QTest::addColumn<int>("expected");
+        const auto row = [](const char *name, Qt::LayoutDirection direction, Qt::KeyboardModifiers modifiers,
+                            QPoint turn,
+                            int expected) { QTest::newRow(name) << direction << modifiers << turn << expected; };
+        row("up, to the days before", Qt::LeftToRight, {}, {0, 120}, 100 - 36);
+        row("down, to the days after", Qt::LeftToRight, {}, {0, -120}, 100 + 36);
+        row("up with Shift", Qt::LeftToRight, Qt::ShiftModifier, {0, 120}, 100 - 36);
+        row("down with Shift", Qt::LeftToRight, Qt::ShiftModifier, {0, -120}, 100 + 36);
+        row("sideways", Qt::LeftToRight, {}, {-120, 0}, 100 + 36);
+        row("a little askew", Qt::LeftToRight, {}, {10, -120}, 100 + 36);
+        row("down, written from the right", Qt::RightToLeft, {}, {0, -120}, 100 + 36);
+    }
+
+    void aWheelMovesTheYearSideways()
+    {
+        QFETCH(Qt::LayoutDirection, direction);
+        QFETCH(Qt::KeyboardModifiers, modifiers);
+        QFETCH(QPoint, turn);
+        World world;
+        world.engine.refresh();
+        world.engine.manager.setShowYearView(true);
+        auto &view = world.show();
+        view.setLayoutDirection(direction);
+        world.settle();
+        QTRY_VERIFY(isTodayInSight(world));
+        const auto &area = world.named<QScrollArea>("yearScrollArea");
+        area.horizontalScrollBar()->setValue(100);
+        const QPointF middle = area.viewport()->rect().center();
+        QWheelEvent event(middle, area.viewport()->mapToGlobal(middle), {}, turn, Qt::NoButton, modifiers,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(area.viewport(), &event);
+        QTEST(area.horizontalScrollBar()->value(), "expected");
     }
 
     void writtenFromTheRightTheYearBringsTodayIntoSightToo()

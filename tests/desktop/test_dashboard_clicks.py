@@ -7,18 +7,25 @@ import unittest
 import case
 from dashboard import WINDOW, Dashboard
 from desktop import Desktop
-from item import click_first_entry
+from item import click_first_entry, tallest
+from program import Program
 from waiting import wait_until
 
 
 class Clicks(unittest.TestCase):
 
-    def wait_for_menu(self, dashboard):
-        """The rectangle of the program's menu, once it stands there instead of the dashboard."""
-        def menu():
-            places = [place for title, place in dashboard.desktop.windows.unmanaged() if title == WINDOW]
-            return places[0] if len(places) == 1 and not dashboard.window() else None
-        return wait_until(menu, "the menu", state=dashboard.desktop.windows.unmanaged)
+    def menu_after_right_click(self, dashboard, point):
+        """The rectangle of the panel's menu, once it stands there instead of the dashboard."""
+        windows = dashboard.desktop.windows
+        before = windows.shown()
+        dashboard.desktop.screen.click(*point, 3)
+        dashboard.reader.wait_without_window(WINDOW)
+        return wait_until(lambda: tallest(windows.shown() - before), "the menu", state=windows.unmanaged)
+
+    def close_menu(self, dashboard, menu):
+        dashboard.press_key("Escape")
+        wait_until(lambda: menu not in dashboard.desktop.windows.shown(), "the menu goes")
+        wait_until(dashboard.desktop.windows.nobody_holds_the_pointer, "the pointer is free")
 
     def assert_toggles(self, dashboard):
         dashboard.open()
@@ -27,19 +34,26 @@ class Clicks(unittest.TestCase):
 
     def a_right_click_shows_the_menu_in_place_of_the_dashboard(self, dashboard):
         desktop = dashboard.desktop
-        dashboard.open()
-        dashboard.click_item(button=3)
-        self.wait_for_menu(dashboard)
-        dashboard.press_key("Escape")
-        wait_until(lambda: WINDOW not in dict(desktop.windows.unmanaged()), "the menu goes")
-        self.assert_toggles(dashboard)
+        item = dashboard.rectangle
+        for point in (item.centre, (item.left + 1, item.centre[1]), (item.right - 2, item.centre[1])):
+            dashboard.open()
+            self.close_menu(dashboard, self.menu_after_right_click(dashboard, point))
+            self.assert_toggles(dashboard)
 
         dashboard.open()
         dashboard.repositories["busy"].commit_days_ago(dashboard.now.now, 3, 4)
-        dashboard.click_item(button=3)
-        click_first_entry(desktop.screen, self.wait_for_menu(dashboard))
+        click_first_entry(desktop.screen, self.menu_after_right_click(dashboard, item.centre))
         dashboard.item.wait_for_label(" 6")
         self.assert_toggles(dashboard)
+
+    def test_a_right_click_shows_the_menu_of_a_dashboard_that_opened_elsewhere(self):
+        with Desktop(self.id(), panel_plugins=("systray", "separator")) as desktop:
+            dashboard = Dashboard(desktop)
+            self.assertEqual(Program(desktop).wait_for_end(), 0)
+            place = dashboard.reader.wait_for_window(WINDOW).place
+            self.assertGreater(place[0], dashboard.rectangle.right)
+            self.close_menu(dashboard, self.menu_after_right_click(dashboard, dashboard.rectangle.centre))
+            self.assertEqual(dashboard.program.end(), 0)
 
     def test_clicks_on_the_item(self):
         with Desktop(self.id()) as desktop:

@@ -62,6 +62,18 @@ class Windows:
         corner, size = self.root.translate_coords(window, 0, 0), window.get_geometry()
         return Rectangle.of(corner.x, corner.y, size.width, size.height)
 
+    def icons(self, title):
+        """The pictures of the window of that title, by their width: rows of numbers 0xAARRGGBB."""
+        numbers = [*(self._property(self.root, "_NET_CLIENT_LIST") or []),
+                   *(window.id for window in self.root.query_tree().children)]
+        window = next(self._window(number) for number in numbers if self.title(number) == title)
+        data, icons = list(self._property(window, "_NET_WM_ICON") or []), {}
+        while data:
+            (width, height), data = data[:2], data[2:]
+            icons[width] = [data[row * width:(row + 1) * width] for row in range(height)]
+            data = data[width * height:]
+        return icons
+
     def active(self):
         """The title of the window that has the keyboard, or an empty text."""
         numbers = self._property(self.root, "_NET_ACTIVE_WINDOW")

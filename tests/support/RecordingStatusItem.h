@@ -15,16 +15,13 @@ public:
 
     void setAppearance(const StatusItemAppearance &appearance) override { m_appearances << appearance; }
     void setMenu(const QList<MenuEntry> &entries) override { m_entries = entries; }
-    void popUpMenu(QPoint position) override { m_popUps << position; }
 
     [[nodiscard]] const QList<StatusItemAppearance> &appearances() const { return m_appearances; }
     [[nodiscard]] const QList<MenuEntry> &entries() const { return m_entries; }
-    [[nodiscard]] const QList<QPoint> &popUps() const { return m_popUps; }
 
 private:
     QList<StatusItemAppearance> m_appearances;
     QList<MenuEntry> m_entries;
-    QList<QPoint> m_popUps;
 };
 
 }  // namespace velquarin::test

@@ -15,7 +15,6 @@ namespace velquarin {
 namespace {
 
 constexpr double gapBehindName = 4;
-constexpr double gapBelowName = 1;
 
 }  // namespace
 
@@ -30,7 +29,7 @@ RecordTexts::RecordTexts(QWidget *parent)
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins({});
-    column->setSpacing(style::points(gapBelowName));
+    column->setSpacing(style::points(style::defaultSpacing));
     m_firstLine->setSpacing(style::points(gapBehindName));
     m_firstLine->addWidget(m_name);
     m_firstLine->addStretch();

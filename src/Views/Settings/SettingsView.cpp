@@ -6,6 +6,7 @@
 #include "Views/AccessibleScrollArea.h"
 #include "Views/AccessibleWindow.h"
 #include "Views/Divider.h"
+#include "Views/MnemonicStyle.h"
 #include "Views/Settings/GeneralTab.h"
 #include "Views/Settings/RepositoriesTab.h"
 #include "Views/Settings/RepositoryActions.h"
@@ -41,6 +42,7 @@ SettingsView::SettingsView(const SettingsWorld &world, QWidget *parent)
 {
     readAsWindow();
     readScrollAreasWhole();
+    MnemonicStyle::install();
     setObjectName(QStringLiteral("settings"));
     setWindowTitle(tr("Settings"));
     setAccessibleName(tr("Settings"));
@@ -138,6 +140,8 @@ void SettingsView::changeEvent(QEvent *event)
     const bool isOtherFont = event->type() == QEvent::FontChange && QApplication::font() != m_builtFor;
     if (isOtherFont)
         QMetaObject::invokeMethod(this, &SettingsView::rebuild, Qt::QueuedConnection);
+    if (event->type() == QEvent::StyleChange)
+        QMetaObject::invokeMethod(this, &MnemonicStyle::install, Qt::QueuedConnection);
 }
 
 }  // namespace velquarin

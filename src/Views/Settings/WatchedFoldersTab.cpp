@@ -9,6 +9,7 @@
 #include "Platform/PathNames.h"
 #include "Platform/PluralForm.h"
 #include "Services/StreakManager.h"
+#include "Views/OutsetItem.h"
 #include "Views/Settings/EmptyPanel.h"
 #include "Views/Settings/ProgressLine.h"
 #include "Views/Settings/RowList.h"
@@ -77,7 +78,7 @@ void WatchedFoldersTab::addHeader()
     row->addWidget(makeText(textLook(style::TypeStyle::Headline, style::Ink::Primary), tr("Watched Folders"), this));
     row->addStretch();
     m_isAutomatic = new Switch(tr("Auto-discover re&pos"), Switch::Size::Small, this);
-    row->addWidget(m_isAutomatic);
+    row->addItem(new OutsetItem(m_isAutomatic, Switch::outset()));
     connect(m_isAutomatic, &Switch::toggled, this, [this](bool isOn) {
         if (isOn != m_settings.autoDiscoveryEnabled())
             m_settings.setAutoDiscoveryEnabled(isOn);

@@ -97,19 +97,28 @@ private Q_SLOTS:
         QCOMPARE(m_opened, QList<QUrl>());
     }
 
-    void withoutATokenOneIsMadeForTheUsersClick()
+    void whoeverStandsInTheWayIsToldBeforeTheWindowComes()
     {
         SecondConnection desktop("desktop");
         FakeFileManager manager(*desktop);
-        FileManagerViewer viewer(*m_bus, [] { return QStringLiteral("velquarin_TIME42"); });
-        viewer.reveal(m_folder.path(), {});
-        viewer.reveal(m_folder.path(), QStringLiteral("token-7"));
-        QTRY_COMPARE(manager.calls.size(), 2);
-        QStringList tokens;
-        for (const auto &call : manager.calls)
-            tokens.append(call.arguments().at(1).toString());
-        tokens.sort();
-        QCOMPARE(tokens, QStringList({QStringLiteral("token-7"), QStringLiteral("velquarin_TIME42")}));
+        QStringList order;
+        FileManagerViewer viewer(*m_bus);
+        viewer.reveal(m_folder.path(), [&] { order << QStringLiteral("way, %1 calls").arg(manager.calls.size()); });
+        QCOMPARE(order, QStringList());
+        QTRY_COMPARE(manager.calls.size(), 1);
+        QCOMPARE(order, QStringList{QStringLiteral("way, 0 calls")});
+    }
+
+    void aFolderThatIsGoneMovesNobody()
+    {
+        SecondConnection desktop("desktop");
+        FakeFileManager manager(*desktop);
+        int ways = 0;
+        FileManagerViewer viewer(*m_bus);
+        viewer.reveal(m_folder.filePath(QStringLiteral("gone")), [&ways] { ++ways; });
+        viewer.reveal(m_folder.path(), [&ways] { ways += 10; });
+        QTRY_COMPARE(manager.calls.size(), 1);
+        QCOMPARE(ways, 10);
     }
 
     // Afterwards nobody knows any more when the user clicked.
@@ -118,7 +127,7 @@ private Q_SLOTS:
         SecondConnection desktop("desktop");
         FakeFileManager manager(*desktop);
         auto token = QStringLiteral("at the click");
-        FileManagerViewer(*m_bus, [&token] { return token; }).reveal(m_folder.path(), {});
+        FileManagerViewer(*m_bus, [&token] { return token; }).reveal(m_folder.path(), [] {});
         token = QStringLiteral("later");
         QTRY_COMPARE(manager.calls.size(), 1);
         QCOMPARE(manager.calls.constFirst().arguments().at(1).toString(), QStringLiteral("at the click"));
@@ -204,7 +213,7 @@ private Q_SLOTS:
 private:
     void reveal(const QString &path, const QString &activationToken)
     {
-        FileManagerViewer(*m_bus).reveal(path, activationToken);
+        FileManagerViewer(*m_bus, [activationToken] { return activationToken; }).reveal(path, [] {});
     }
 
     PrivateBus m_privateBus;

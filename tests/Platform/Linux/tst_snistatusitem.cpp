@@ -81,6 +81,7 @@ private Q_SLOTS:
     void withoutATitleThereIsNoLabelAtAll();
     void aHostThatBreaksOnLabelsGetsNone();
     void theToolTipSaysItInWords();
+    void theToolTipHoldsNoMarkup();
     void aSinglePropertyCanBeRead();
     void aPropertyThatIsNotThereAnswersWithAnError();
     void noPropertyCanBeSet();
@@ -455,6 +456,16 @@ void TestSniStatusItem::theToolTipSaysItInWords()
     showWatcher();
     const auto toolTip = qdbus_cast<SniToolTip>(properties().value(QStringLiteral("ToolTip")));
     QCOMPARE(toolTip, (SniToolTip{{}, {}, QStringLiteral("12-day streak"), QStringLiteral("No commit today yet")}));
+}
+
+void TestSniStatusItem::theToolTipHoldsNoMarkup()
+{
+    const StatusItemAppearance hanging{
+        QStringLiteral("arrow.triangle.2.circlepath"), true, QStringLiteral("Waiting for git in /src/<b>&co"), {}};
+    const auto properties = sniProperties(hanging, {}, {});
+    const auto toolTip = qvariant_cast<SniToolTip>(properties.value(QStringLiteral("ToolTip")));
+    QCOMPARE(toolTip.text, QStringLiteral("Waiting for git in /src/&lt;b&gt;&amp;co"));
+    QCOMPARE(properties.value(QStringLiteral("IconAccessibleDesc")).toString(), hanging.accessibilityDescription);
 }
 
 void TestSniStatusItem::aSinglePropertyCanBeRead()

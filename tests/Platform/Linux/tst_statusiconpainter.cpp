@@ -299,6 +299,8 @@ void TestStatusIconPainter::wordsTellWhatThePictureShows_data()
         QTest::newRow(name) << appearance << QString::fromLatin1(headline) << QString::fromLatin1(detail);
     };
     row("syncing", syncing(), "Syncing", "");
+    row("a git that hangs", {syncing().symbolName, true, QStringLiteral("Waiting for git in /src/a"), {}}, "Syncing",
+        "Waiting for git in /src/a");
     row("a streak that waits", waiting(" 12"), "12-day streak", "No commit today yet");
     row("a streak that goes on", committed(" 13"), "13-day streak", "Committed today");
     row("no streak", waiting(), "No streak yet", "No commit today yet");

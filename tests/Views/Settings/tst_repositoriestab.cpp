@@ -631,7 +631,7 @@ void TestRepositoriesTab::aRowKeepsItsDistances()
     QCOMPARE(box.left() - place.left(), 10);
     QCOMPARE(name.left() - box.right() - 1, 8);
     QCOMPARE(badge.left() - name.right() - 1, 4);
-    QCOMPARE(path.topLeft(), QPoint(name.left(), std::max(name.bottom(), badge.bottom()) + 1 + 1));
+    QCOMPARE(path.topLeft(), QPoint(name.left(), std::max(name.bottom(), badge.bottom()) + 1 + 8));
     QCOMPARE(place.right() - bin.right(), 10 - PlainButton::outset());
     const auto texts = path.bottom() + 1 - std::min(name.top(), badge.top());
     QCOMPARE(row->sizeHint().height(), std::max({texts, box.height(), bin.height()}) + 2 * 4 + 1);

@@ -373,15 +373,17 @@ void TestWatchedFoldersTab::theTabKeepsItsDistances()
     window.engine.settings.addWatchedFolder(QStringLiteral("/src"), 5);
     window.open(SettingsWindow::AutoDiscover);
     const auto whole = window.placeOf(window.view->findChild<QWidget *>(QStringLiteral("watchedFoldersTab")));
-    const auto master = window.placeOf(window.control<Switch>(automatic));
+    const auto outset = Switch::outset();
+    const auto master =
+        window.placeOf(window.control<Switch>(automatic)).marginsRemoved({outset, outset, outset, outset});
     const auto explanation = window.placeOf(
         window.control<Text>(QStringLiteral("Automatically find and track git repositories in these folders")));
     const auto button = window.placeOf(window.control<QPushButton>(addFolder));
-    const auto *const title = window.control<Text>(QStringLiteral("Watched Folders"));
-    QCOMPARE(window.placeOf(title).left() - whole.left(), 16);
-    QCOMPARE(master.top() - whole.top(), 16);
+    const auto title = window.placeOf(window.control<Text>(QStringLiteral("Watched Folders")));
+    QCOMPARE(title.topLeft() - whole.topLeft(), QPoint(16, 16));
+    QVERIFY(qAbs(master.center().y() - title.center().y()) <= 1);
     QCOMPARE(whole.right() - master.right(), 16);
-    QCOMPARE(explanation.top() - master.bottom() - 1, 16);
+    QCOMPARE(explanation.top() - title.bottom() - 1, 16);
     QCOMPARE(explanation.left() - whole.left(), 16);
     QCOMPARE(whole.bottom() - button.bottom(), 16);
     QCOMPARE(whole.right() - window.placeOf(window.control<QPushButton>(scanNow)).right(), 16);

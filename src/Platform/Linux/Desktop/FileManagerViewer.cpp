@@ -43,11 +43,13 @@ QDBusMessage showFolders(const QUrl &folder, const QString &activationToken)
 }
 
 // Touches no object of ours after a wait: whoever asked may be gone by then.
-QCoro::Task<> revealFolder(QDBusConnection connection, QString path, QString activationToken)
+QCoro::Task<> revealFolder(QDBusConnection connection, QString path, QString activationToken,
+                           std::function<void()> makeWay)
 {
     const auto answer = isFolder(path);
     if (!co_await answer)
         co_return;
+    makeWay();
     const auto folder = QUrl::fromLocalFile(path);
     const auto call = showFolders(folder, activationToken);
     const auto reply = co_await replyTo(call, connection, patience);
@@ -57,10 +59,9 @@ QCoro::Task<> revealFolder(QDBusConnection connection, QString path, QString act
 
 }  // namespace
 
-void FileManagerViewer::reveal(const QString &path, const QString &activationToken)
+void FileManagerViewer::reveal(const QString &path, const std::function<void()> &makeWay)
 {
-    const auto token = activationToken.isEmpty() ? m_newToken() : activationToken;
-    revealFolder(m_bus.connection(), path, token);
+    revealFolder(m_bus.connection(), path, m_newToken(), makeWay);
 }
 
 }  // namespace velquarin

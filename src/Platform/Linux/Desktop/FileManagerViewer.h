@@ -20,7 +20,7 @@ class FileManagerViewer : public FileViewer
 {
 public:
     //! @p bus must outlive this. @p newToken makes an activation token for what the user does just now, an empty one
-    //! where there is none to be had; it is asked where the caller has none.
+    //! where there is none to be had.
     explicit FileManagerViewer(
         SessionBus &bus, std::function<QString()> newToken = [] { return QString(); })
         : m_bus(bus)
@@ -28,7 +28,7 @@ public:
     {
     }
 
-    void reveal(const QString &path, const QString &activationToken) override;
+    void reveal(const QString &path, const std::function<void()> &makeWay) override;
 
 private:
     SessionBus &m_bus;

@@ -32,7 +32,6 @@ public:
 
     void setAppearance(const StatusItemAppearance &appearance) override;
     void setMenu(const QList<MenuEntry> &entries) override;
-    void popUpMenu(QPoint position) override;
 
 private:
     enum class Place { Unknown, Bar, BarThatNobodyShows, Tray };
@@ -50,6 +49,7 @@ private:
     void showInTray();
     void updateBarMenu();
     void openFromMenu();
+    void popUpMenu(QPoint position);
     void popUpAt(QPoint position);
     void toggleMenuWindow();
 

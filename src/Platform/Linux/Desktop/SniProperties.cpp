@@ -44,10 +44,11 @@ QList<SniPixmap> iconPixmap(const StatusItemAppearance &appearance, const Status
                      host.wantsMultiplied ? AlphaUse::Multiplied : AlphaUse::Apart);
 }
 
+// The text of a tip is markup, and a folder may be called anything.
 SniToolTip toolTip(const StatusItemAppearance &appearance)
 {
     const auto words = statusWords(appearance);
-    return {{}, {}, words.headline, words.detail};
+    return {{}, {}, words.headline, words.detail.toHtmlEscaped()};
 }
 
 }  // namespace

@@ -14,6 +14,13 @@ QString words(const char *text)
     return QCoreApplication::translate("StatusItem", text);
 }
 
+// The description says the same until there is more to say.
+StatusWords syncingWords(const QString &description)
+{
+    const auto headline = words(QT_TRANSLATE_NOOP("StatusItem", "Syncing"));
+    return {headline, description == headline ? QString() : description};
+}
+
 }  // namespace
 
 bool isSyncing(const StatusItemAppearance &appearance)
@@ -24,7 +31,7 @@ bool isSyncing(const StatusItemAppearance &appearance)
 StatusWords statusWords(const StatusItemAppearance &appearance)
 {
     if (isSyncing(appearance))
-        return {words(QT_TRANSLATE_NOOP("StatusItem", "Syncing")), {}};
+        return syncingWords(appearance.accessibilityDescription);
     const auto count = appearance.title.trimmed();
     auto headline = count.isEmpty() ? words(QT_TRANSLATE_NOOP("StatusItem", "No streak yet"))
                                     : words(QT_TRANSLATE_NOOP("StatusItem", "%1-day streak")).arg(count);

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "App/HangObserver.h"
+
+#include "Services/StreakManager.h"
+
+#include <chrono>
+#include <utility>
+
+namespace velquarin {
+
+using namespace std::chrono_literals;
+
+HangObserver::HangObserver(const StreakManager &manager, Timers &timers, Deliver deliver)
+    : m_timers(timers)
+    , m_deliver(std::move(deliver))
+{
+    connect(&manager, &StreakManager::repositoryBeingReadWillChange, this, &HangObserver::watch);
+}
+
+void HangObserver::watch(const std::optional<QString> &path)
+{
+    m_patience.reset();
+    if (std::exchange(m_isDelivered, false))
+        m_deliver(std::nullopt);
+    if (!path)
+        return;
+    m_patience = m_timers.after(30s, [this, path] {
+        m_isDelivered = true;
+        m_deliver(path);
+    });
+}
+
+}  // namespace velquarin

@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace velquarin {
+
+//! Clicks with the right button where the pointer is, as the user has just done while a window of ours kept every click
+//! for itself: what lies there gets it after all. Does nothing elsewhere than on X11, and where the server lets nobody do
+//! so. Source: X Test Extension Protocol 2.2, "XTestFakeInput"
+void repeatRightClick();
+
+}  // namespace velquarin
