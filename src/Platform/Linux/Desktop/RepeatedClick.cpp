@@ -4,6 +4,7 @@
 #include "Platform/Linux/Desktop/RepeatedClick.h"
 
 #include <QGuiApplication>
+#include <QMouseEvent>
 
 #include <array>
 #include <sys/uio.h>
@@ -44,6 +45,43 @@ void send(xcb_connection_t *display, xcb_extension_t *extension, quint8 type)
     xcb_send_request(display, 0, &parts[2], &request);
 }
 
+// Where our own icon in a tray gets the click, the toolkit has seen two presses at one place and makes a double click of
+// them, which opens no menu.
+class PlainPress : public QObject
+{
+public:
+    PlainPress()
+        : QObject(QCoreApplication::instance())
+    {
+        parent()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        const bool isDouble = event->type() == QEvent::MouseButtonDblClick;
+        if (!isDouble && event->type() != QEvent::MouseButtonPress)
+            return false;
+        const auto &press = static_cast<const QMouseEvent &>(*event);
+        // The press before a double click says that it is one, and goes nowhere.
+        if (press.flags().testFlag(Qt::MouseEventCreatedDoubleClick))
+            return false;
+        parent()->removeEventFilter(this);
+        deleteLater();
+        if (isDouble)
+            sendPress(watched, press);
+        return isDouble;
+    }
+
+private:
+    static void sendPress(QObject *window, const QMouseEvent &press)
+    {
+        QMouseEvent plain(QEvent::MouseButtonPress, press.position(), press.scenePosition(), press.globalPosition(),
+                          press.button(), press.buttons(), press.modifiers());
+        plain.setTimestamp(press.timestamp());
+        QCoreApplication::sendEvent(window, &plain);
+    }
+};
+
 }  // namespace
 
 void repeatRightClick()
@@ -57,6 +95,7 @@ void repeatRightClick()
     const auto *found = xcb_get_extension_data(display, &extension);
     if (found == nullptr || found->present == 0)
         return;
+    new PlainPress;
     send(display, &extension, XCB_BUTTON_PRESS);
     send(display, &extension, XCB_BUTTON_RELEASE);
     xcb_flush(display);
