@@ -9,7 +9,7 @@ import case
 import hosts
 import panel
 import wayland
-from item import PanelPlace, StatusItem, click_first_entry, click_last_entry
+from item import PanelPlace, StatusItem, click_first_entry, click_last_entry, tallest
 from look import GREY, ORANGE, Look
 from program import BUS_NAME, Program
 from repositories import Hold, tracked_days_ago
@@ -150,6 +150,16 @@ class OnHost(unittest.TestCase):
             self.assertEqual(StatusItem(user.desktop).entries(), ["Refresh", None, "Quit Velquarin"])
         for button in (1, 2):
             self.toggle(user, button)
+        if user.desktop.lets_programs_place_windows:
+            self.exchange_the_dashboard_for_the_menu(user)
+
+    def exchange_the_dashboard_for_the_menu(self, user):
+        windows = user.desktop.windows
+        before, dashboard = windows.shown(), user.open(1)
+        user.click(3)
+        wait_until(lambda: dashboard not in windows.shown() and tallest(windows.shown() - before), "the menu alone",
+                   state=windows.unmanaged)
+        HOST.closed(user.desktop, lambda: user.desktop.screen.press("Escape"))
 
     def toggle(self, user, button):
         place = user.open(button)
