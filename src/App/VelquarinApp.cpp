@@ -6,6 +6,7 @@
 #include "App/AppDelegate.h"
 #include "App/Shared.h"
 #include "App/Translations.h"
+#include "Platform/Linux/Desktop/DesktopColors.h"
 #include "Platform/Linux/Desktop/FileManagerViewer.h"
 #include "Platform/Linux/Desktop/FolderDialog.h"
 #include "Platform/Linux/Desktop/InputTime.h"
@@ -70,6 +71,7 @@ int VelquarinApp::run()
 
     const auto translation = translationFor(QLocale().uiLanguages(), dataFolder(QStringLiteral("translations")));
     speak(translation.get());
+    const DesktopColors colors(m_bus);
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);
     const InputTime inputTime;
