@@ -63,6 +63,7 @@ void AppDelegate::setupPopover()
     m_popover = std::make_unique<Popover>(
         new MenuBarView(*m_streakManager, platform.clock, platform.timers, *m_fileViewer, [this] { openSettings(); }));
     // Once the click that asked for it is over: a menu that opens within it would close with it.
+    connect(m_statusItem.get(), &StatusItem::menuOpened, m_popover.get(), &Popover::hide);
     connect(m_popover.get(), &Popover::menuRequested, m_statusItem.get(), &StatusItem::popUpMenu, Qt::QueuedConnection);
 }
 

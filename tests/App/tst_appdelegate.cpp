@@ -129,6 +129,7 @@ private Q_SLOTS:
     void theGearBringsSettingsBackThatWerePutAway();
     void theGearBringsSettingsBeforeOtherWindows();
     void aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu();
+    void theDashboardClosesWhenTheBarOpensTheMenu();
     void theServicesAreMadeOnce();
     void theLoginItemIsReadWhenSomebodyFirstAsksForIt();
 };
@@ -388,6 +389,18 @@ void TestAppDelegate::aRightClickOnTheItemOfAnOpenDashboardOpensTheMenu()
     QVERIFY(popover);
     Q_EMIT popover->menuRequested(QPoint(5, 6));
     QTRY_COMPARE(world.item->popUps(), QList{QPoint(5, 6)});
+}
+
+void TestAppDelegate::theDashboardClosesWhenTheBarOpensTheMenu()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    Q_EMIT world.item->menuOpened();
+    QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
+    world.delegate.openDashboard({});
+    QVERIFY(windowTitled(QStringLiteral("Velquarin")));
+    Q_EMIT world.item->menuOpened();
+    QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
 }
 
 void TestAppDelegate::theServicesAreMadeOnce()

@@ -148,6 +148,16 @@ class OnHost(unittest.TestCase):
             self.assertEqual(StatusItem(user.desktop).entries(), ["Refresh", None, "Quit Velquarin"])
         for button in (1, 2):
             self.toggle(user, button)
+        if isinstance(HOST, hosts.Waybar):
+            self.leave_the_dashboard_for_the_menu(user)
+
+    # The bar never takes the keyboard: nothing but its menu tells that the dashboard is done with.
+    def leave_the_dashboard_for_the_menu(self, user):
+        user.open(1)
+        user.desktop.wait_for_window("Velquarin")
+        user.click(3)
+        user.desktop.wait_without_window("Velquarin")
+        HOST.closed(user.desktop, lambda: user.desktop.screen.click(*user.desktop.screen.corner, 1))
 
     def toggle(self, user, button):
         place = user.open(button)

@@ -105,6 +105,7 @@ void LinuxStatusItem::showInBar()
     m_tray.reset();
     if (!m_bar) {
         m_barMenu = std::make_unique<DbusMenu>(m_bus.connection(), m_iconThemePath);
+        connect(m_barMenu.get(), &DbusMenu::opened, this, &StatusItem::menuOpened);
         m_bar = std::make_unique<SniStatusItem>(m_bus.connection(), m_iconThemePath, m_host, *m_appearance);
         connect(m_bar.get(), &SniStatusItem::activated, this, &StatusItem::activated);
         connect(m_bar.get(), &SniStatusItem::menuRequested, this, &LinuxStatusItem::popUpMenu);
