@@ -5,6 +5,7 @@
 
 #include "Platform/Linux/Desktop/DbusMenu.h"
 #include "Platform/Linux/Desktop/MenuWindow.h"
+#include "Platform/Linux/Desktop/PanelGround.h"
 #include "Platform/Linux/Desktop/SniStatusItem.h"
 #include "Platform/Linux/Desktop/StatusMenu.h"
 #include "Platform/Linux/Desktop/StatusNotifierWatch.h"
@@ -177,6 +178,7 @@ void LinuxStatusItem::popUpAt(QPoint position)
     if (!m_popUp)
         m_popUp = std::make_unique<QMenu>();
     fillMenu(*m_popUp, m_entries);
+    matchPanel(*m_popUp, position);
     m_popUp->popup(position);
 }
 

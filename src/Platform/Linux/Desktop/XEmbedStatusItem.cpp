@@ -3,6 +3,7 @@
 
 #include "Platform/Linux/Desktop/XEmbedStatusItem.h"
 
+#include "Platform/Linux/Desktop/PanelGround.h"
 #include "Platform/Linux/Desktop/StatusIconPainter.h"
 #include "Platform/Linux/Desktop/StatusMenu.h"
 #include "Platform/Linux/Desktop/StatusWords.h"
@@ -37,6 +38,7 @@ XEmbedStatusItem::XEmbedStatusItem(const StatusItemAppearance &appearance, const
     connect(&m_icon, &QSystemTrayIcon::activated, this, &XEmbedStatusItem::react);
     setAppearance(appearance);
     setMenu(entries);
+    connect(&m_menu, &QMenu::aboutToShow, this, [this] { matchPanel(m_menu, QCursor::pos()); });
     m_icon.setContextMenu(&m_menu);
     m_icon.show();
 }
