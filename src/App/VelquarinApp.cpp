@@ -6,6 +6,7 @@
 #include "App/AppDelegate.h"
 #include "App/Shared.h"
 #include "App/Translations.h"
+#include "Platform/Linux/Desktop/DesktopColors.h"
 #include "Platform/Linux/Desktop/FileManagerViewer.h"
 #include "Platform/Linux/Desktop/FolderDialog.h"
 #include "Platform/Linux/Desktop/InputTime.h"
@@ -74,6 +75,7 @@ int VelquarinApp::run()
     speak(translation.get());
     // Title bars and switchers on X11 need not look for the desktop file.
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/symbols/io.velquarin.Velquarin.svg")));
+    const DesktopColors colors(m_bus);
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);
     const InputTime inputTime;

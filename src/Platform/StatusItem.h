@@ -50,6 +50,9 @@ Q_SIGNALS:
     //! empty.
     void activated(QPoint position, const QString &activationToken);
 
+    //! The status bar has opened the menu.
+    void menuOpened();
+
     //! The entry of a menu that opens, and never closes.
     void openRequested(QPoint position, const QString &activationToken);
 };

@@ -176,9 +176,23 @@ void Popover::openAt(QPoint click, const QString &activationToken)
         leaveFocusNowhere();
     fit();
     const OfferedToken offered(m_kind == Kind::Managed ? activationToken : QString());
+    catchClicks();
     show();
     raise();
     activateWindow();
+}
+
+// X11 does not hear of clicks over the windows of others there, nor of the focus that they take. So a window of ours that
+// nobody sees lies below the popover, and wherever the click comes, it comes to us.
+void Popover::catchClicks()
+{
+    if (m_kind != Kind::Grabbing || knowsPointer() || m_clickCatcher)
+        return;
+    m_clickCatcher = std::make_unique<QWidget>(nullptr, Qt::ToolTip | Qt::FramelessWindowHint);
+    m_clickCatcher->setAttribute(Qt::WA_TranslucentBackground);
+    m_clickCatcher->setAttribute(Qt::WA_ShowWithoutActivating);
+    m_clickCatcher->setGeometry(QGuiApplication::primaryScreen()->virtualGeometry());
+    m_clickCatcher->show();
 }
 
 // The toolkit would give the focus to what had it last time, or to the first thing that takes it.
@@ -299,6 +313,7 @@ void Popover::showEvent(QShowEvent *event)
 void Popover::hideEvent(QHideEvent *event)
 {
     QWidget::hideEvent(event);
+    m_clickCatcher.reset();
     if (!event->spontaneous())
         Q_EMIT hidden();
 }

@@ -8,6 +8,7 @@
 #include <QPoint>
 #include <QWidget>
 
+#include <memory>
 #include <optional>
 
 class QScrollArea;
@@ -79,6 +80,7 @@ private:
     void leaveFocusNowhere();
     [[nodiscard]] int contentHeight() const;
     [[nodiscard]] PopoverWish wish() const;
+    void catchClicks();
     [[nodiscard]] bool wasJustDeactivated() const;
 
     Kind m_kind;
@@ -87,6 +89,7 @@ private:
     std::optional<QPoint> m_click;
     bool m_isPressedElsewhere = false;
     QElapsedTimer m_sinceDeactivation;
+    std::unique_ptr<QWidget> m_clickCatcher;
 };
 
 }  // namespace velquarin

@@ -151,6 +151,7 @@ private Q_SLOTS:
     void theGearBringsSettingsBackThatWerePutAway();
     void theGearBringsSettingsBeforeOtherWindows();
     void aRightClickThatTheDashboardKeptIsRepeatedOnceItIsGone();
+    void theDashboardClosesWhenTheBarOpensTheMenu();
     void theServicesAreMadeOnce();
     void theLoginItemIsReadWhenSomebodyFirstAsksForIt();
 };
@@ -476,6 +477,18 @@ void TestAppDelegate::aRightClickThatTheDashboardKeptIsRepeatedOnceItIsGone()
     Q_EMIT popover->rightClickKept();
     QCOMPARE(world.repeatedClicks, 0);
     QTRY_COMPARE(world.repeatedClicks, 1);
+}
+
+void TestAppDelegate::theDashboardClosesWhenTheBarOpensTheMenu()
+{
+    World world;
+    world.delegate.applicationDidFinishLaunching();
+    Q_EMIT world.item->menuOpened();
+    QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
+    world.delegate.openDashboard({});
+    QVERIFY(windowTitled(QStringLiteral("Velquarin")));
+    Q_EMIT world.item->menuOpened();
+    QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
 }
 
 void TestAppDelegate::theServicesAreMadeOnce()

@@ -78,6 +78,7 @@ private Q_SLOTS:
     void itOpensAtTheItemAndClosesWithTheNextClick();
     void whereTheHostIsWrongThePointerIsRight();
     void wherePartOfTheScreenIsNotX11TheHostIsRight();
+    void wherePartOfTheScreenIsNotX11EveryClickComesToUs();
     void anotherClickOnTheItemOpensItAtTheSamePlace();
     void withoutAClickItOpensWhereItWas();
     void withoutAnyClickItOpensNearThePanel();
@@ -152,6 +153,32 @@ void TestPopover::wherePartOfTheScreenIsNotX11TheHostIsRight()
     QCursor::setPos(700, 700);
     popover.toggle(item, {});
     QCOMPARE(popover.geometry(), besideItem);
+}
+
+void TestPopover::wherePartOfTheScreenIsNotX11EveryClickComesToUs()
+{
+    const auto windows = [] {
+        QList<QRect> places;
+        const auto all = QApplication::topLevelWidgets();
+        for (const auto *window : all) {
+            if (window->isVisible())
+                places << window->geometry();
+        }
+        return places;
+    };
+    const auto screen = QGuiApplication::primaryScreen()->virtualGeometry();
+    Popover popover(new Content(200), Popover::Kind::Grabbing);
+    popover.toggle(item, {});
+    QVERIFY(!windows().contains(screen));
+    popover.toggle(item, {});
+    qputenv("WAYLAND_DISPLAY", "wayland-1");
+    popover.toggle(item, {});
+    QVERIFY(windows().contains(screen));
+    popover.toggle(item, {});
+    QCOMPARE(windows(), QList<QRect>());
+    Popover managed(new Content(200), Popover::Kind::Managed);
+    managed.toggle(item, {});
+    QVERIFY(!windows().contains(screen));
 }
 
 void TestPopover::anotherClickOnTheItemOpensItAtTheSamePlace()

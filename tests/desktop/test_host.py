@@ -152,6 +152,8 @@ class OnHost(unittest.TestCase):
             self.toggle(user, button)
         if user.desktop.lets_programs_place_windows:
             self.exchange_the_dashboard_for_the_menu(user)
+        if isinstance(HOST, hosts.Waybar):
+            self.leave_the_dashboard_for_the_menu(user)
 
     def exchange_the_dashboard_for_the_menu(self, user):
         windows = user.desktop.windows
@@ -160,6 +162,14 @@ class OnHost(unittest.TestCase):
         wait_until(lambda: dashboard not in windows.shown() and tallest(windows.shown() - before), "the menu alone",
                    state=windows.unmanaged)
         HOST.closed(user.desktop, lambda: user.desktop.screen.press("Escape"))
+
+    # The bar never takes the keyboard: nothing but its menu tells that the dashboard is done with.
+    def leave_the_dashboard_for_the_menu(self, user):
+        user.open(1)
+        user.desktop.wait_for_window("Velquarin")
+        user.click(3)
+        user.desktop.wait_without_window("Velquarin")
+        HOST.closed(user.desktop, lambda: user.desktop.screen.click(*user.desktop.screen.corner, 1))
 
     def toggle(self, user, button):
         place = user.open(button)

@@ -59,12 +59,16 @@ public:
     std::chrono::milliseconds time{2000};     //!< that it takes in that mood
     bool holdsBack = false;                   //!< as while the user is not to be disturbed
     std::function<void(uint id)> afterReply;  //!< runs when the reply to Notify is on its way
+    std::function<void()> whenAskedWhatItCan;
 
     [[nodiscard]] bool isInhibited() const { return holdsBack; }
     [[nodiscard]] const QStringList &asked() const { return m_asked; }
     [[nodiscard]] const QList<NotifyCall> &notified() const { return m_notified; }
     [[nodiscard]] const QList<uint> &closed() const { return m_closed; }
     [[nodiscard]] uint lastId() const { return m_lastId; }
+
+    //! As a server whose place another takes: it lives on for those who know it.
+    void giveUpName() { m_connection.unregisterService(interface()); }
 
     void invoke(uint id, const QString &action, Audience audience = Audience::Caller)
     {
@@ -79,6 +83,8 @@ public:
 public Q_SLOTS:
     QStringList GetCapabilities()
     {
+        if (whenAskedWhatItCan)
+            whenAskedWhatItCan();
         if (takes(QStringLiteral("GetCapabilities")) && isSlowIn(QStringLiteral("GetCapabilities")))
             answerLater(capabilities);
         return capabilities;

@@ -49,6 +49,9 @@ private Q_SLOTS:
     void aClickRunsTheAction();
     void aGroupOfClicksRunsEachAction();
     void otherEventsRunNothing();
+    void thatTheHostOpensTheMenuIsHeard_data();
+    void thatTheHostOpensTheMenuIsHeard();
+    void thatTheHostIsAboutToShowTheMenuIsHeard();
     void unknownItemsAnswerWithErrors_data();
     void unknownItemsAnswerWithErrors();
     void unknownItemsInAGroupAreReported();
@@ -239,6 +242,46 @@ void TestDbusMenu::otherEventsRunNothing()
     ask("Event", {root.children.at(2).id, QStringLiteral("clicked"), data, 0U});
     QTRY_COMPARE(m_quit, 1);
     QCOMPARE(m_refreshed, 0);
+}
+
+void TestDbusMenu::thatTheHostOpensTheMenuIsHeard_data()
+{
+    QTest::addColumn<QByteArray>("method");
+    QTest::newRow("by an event") << QByteArray("Event");
+    QTest::newRow("by a group of events") << QByteArray("EventGroup");
+}
+
+void TestDbusMenu::thatTheHostOpensTheMenuIsHeard()
+{
+    QFETCH(QByteArray, method);
+    const QSignalSpy heard(m_menu.get(), &DbusMenu::opened);
+    const auto tell = [&](int id, const QString &kind) {
+        const DbusMenuEvent event{id, kind, QDBusVariant(0), 0};
+        if (method == QByteArray("Event"))
+            ask("Event", {event.id, event.kind, QVariant::fromValue(event.data), event.timestamp});
+        else
+            ask("EventGroup", {QVariant::fromValue(QList<DbusMenuEvent>{event})});
+    };
+    const auto first = layout().children.at(0).id;
+    tell(0, QStringLiteral("closed"));
+    tell(0, QStringLiteral("clicked"));
+    tell(first, QStringLiteral("opened"));
+    QCOMPARE(heard.size(), 0);
+    tell(0, QStringLiteral("opened"));
+    QCOMPARE(heard.size(), 1);
+}
+
+void TestDbusMenu::thatTheHostIsAboutToShowTheMenuIsHeard()
+{
+    const QSignalSpy heard(m_menu.get(), &DbusMenu::opened);
+    const auto first = layout().children.at(0).id;
+    ask("AboutToShow", {first});
+    ask("AboutToShowGroup", {ids({first})});
+    QCOMPARE(heard.size(), 0);
+    ask("AboutToShow", {0});
+    QCOMPARE(heard.size(), 1);
+    ask("AboutToShowGroup", {ids({0, first})});
+    QCOMPARE(heard.size(), 2);
 }
 
 void TestDbusMenu::unknownItemsAnswerWithErrors_data()

@@ -191,6 +191,7 @@ private Q_SLOTS:
 
     void aRestartedServerIsAskedAnewAndItsNumbersForgotten();
     void aServerThatEndsWithoutAnAnswerIsAnError();
+    void whoAnsweredTheQuestionsShowsTheReminderThoughAnotherCame();
     void aNewBusIsServedLikeTheFirst();
     void onlyWhileANotificationIsOpenTheBusIsListenedTo();
     void anAnswerThatComesTooLateForAnybodyDoesNothing();
@@ -786,6 +787,24 @@ void TestFreedesktopNotifications::aServerThatEndsWithoutAnAnswerIsAnError()
     QTRY_COMPARE(server->notified().size(), 1);
     server.reset();
     QCOMPARE(failureOf(added), QStringLiteral("The notification service does not answer"));
+}
+
+// As when one desktop's shell takes the place of another, in the middle of our asking.
+void TestFreedesktopNotifications::whoAnsweredTheQuestionsShowsTheReminderThoughAnotherCame()
+{
+    FakeNotificationServer first;
+    std::unique_ptr<FakeNotificationServer> second;
+    first.whenAskedWhatItCan = [&] {
+        first.giveUpName();
+        second = std::make_unique<FakeNotificationServer>();
+    };
+    Desktop desktop;
+    QCOMPARE(desktop.add(), QString());
+    QCOMPARE(first.notified().size(), 1);
+    QCOMPARE(second->notified().size(), 0);
+    first.invoke(first.lastId(), openKey);
+    QTRY_COMPARE(desktop.opened.size(), 1);
+    QTRY_COMPARE(first.closed(), QList<uint>{first.lastId()});
 }
 
 void TestFreedesktopNotifications::aNewBusIsServedLikeTheFirst()

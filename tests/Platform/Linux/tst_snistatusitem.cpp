@@ -87,6 +87,7 @@ private Q_SLOTS:
     void noPropertyCanBeSet();
     void aNewTitleIsSignalledWithItsText();
     void aTitleThatEndsIsSignalledEmptyAndInvalidated();
+    void aHostThatShowsLabelsIsToldOfItOnceItHasReadTheItem();
     void anEqualAppearanceSignalsNothing();
     void onlyWhatChangedIsSignalled();
     void aChangeOfHostChangesTheMode();
@@ -523,6 +524,27 @@ void TestSniStatusItem::aTitleThatEndsIsSignalledEmptyAndInvalidated()
     QCOMPARE(recorder->argumentsOf("XAyatanaNewLabel"), (QVariantList{QString(), QString()}));
     const auto invalidated = recorder->argumentsOf("PropertiesChanged").at(2).toStringList();
     QCOMPARE(invalidated, (QStringList{QStringLiteral("XAyatanaLabel"), QStringLiteral("XAyatanaLabelGuide")}));
+}
+
+// GNOME's extension leaves a label out that was there before it looked, as after the lock screen.
+void TestSniStatusItem::aHostThatShowsLabelsIsToldOfItOnceItHasReadTheItem()
+{
+    const ProcessName name("gnome-shell");
+    makeItem(waiting);
+    for (int time = 0; time < 2; ++time) {
+        showWatcher();
+        const auto recorder = record();
+        QCOMPARE(recorder->names(), QStringList());
+        QCOMPARE(properties().value(QStringLiteral("XAyatanaLabel")).toString(), QStringLiteral(" 12"));
+        QTRY_COMPARE(recorder->names(),
+                     (QStringList{QStringLiteral("XAyatanaNewLabel"), QStringLiteral("PropertiesChanged")}));
+        QCOMPARE(recorder->argumentsOf("XAyatanaNewLabel"),
+                 (QVariantList{QStringLiteral(" 12"), QStringLiteral(" 12")}));
+        const auto changed = qdbus_cast<QVariantMap>(recorder->argumentsOf("PropertiesChanged").at(1));
+        QCOMPARE(changed.value(QStringLiteral("XAyatanaLabel")).toString(), QStringLiteral(" 12"));
+        m_watcher->disappear();
+        QTRY_VERIFY(properties().isEmpty());
+    }
 }
 
 void TestSniStatusItem::anEqualAppearanceSignalsNothing()

@@ -237,6 +237,8 @@ QDBusMessage DbusMenu::eventGroup(const QDBusMessage &call)
 // have its answer before that.
 void DbusMenu::react(const DbusMenuEvent &event)
 {
+    if (event.kind == QLatin1String("opened") && event.id == rootId)
+        Q_EMIT opened();
     if (event.kind != QLatin1String("clicked") || event.id == rootId)
         return;
     if (const auto &action = m_entries.at(event.id - m_firstId).action)
@@ -246,12 +248,16 @@ void DbusMenu::react(const DbusMenuEvent &event)
 QDBusMessage DbusMenu::aboutToShow(const QDBusMessage &call)
 {
     const auto id = call.arguments().at(0).toInt();
+    if (id == rootId)
+        Q_EMIT opened();
     return itemProperties(id) ? call.createReply(false) : noSuchItem(call, id);
 }
 
 QDBusMessage DbusMenu::aboutToShowGroup(const QDBusMessage &call)
 {
     const auto ids = qdbus_cast<QList<int>>(call.arguments().at(0));
+    if (ids.contains(rootId))
+        Q_EMIT opened();
     QList<int> unknown;
     std::copy_if(ids.begin(), ids.end(), std::back_inserter(unknown), [&](int id) { return !itemProperties(id); });
     if (!ids.isEmpty() && unknown.size() == ids.size())

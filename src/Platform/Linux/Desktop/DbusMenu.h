@@ -32,6 +32,10 @@ public:
     [[nodiscard]] QString introspect(const QString &path) const override;
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
 
+Q_SIGNALS:
+    //! The host shows the menu to the user, or is about to: some say only the one, some only the other.
+    void opened();
+
 private:
     using Handler = QDBusMessage (DbusMenu::*)(const QDBusMessage &);
     struct Method;

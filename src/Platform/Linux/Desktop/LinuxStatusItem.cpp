@@ -5,6 +5,7 @@
 
 #include "Platform/Linux/Desktop/DbusMenu.h"
 #include "Platform/Linux/Desktop/MenuWindow.h"
+#include "Platform/Linux/Desktop/PanelGround.h"
 #include "Platform/Linux/Desktop/SniStatusItem.h"
 #include "Platform/Linux/Desktop/StatusMenu.h"
 #include "Platform/Linux/Desktop/StatusNotifierWatch.h"
@@ -132,6 +133,7 @@ void LinuxStatusItem::standInBar()
 void LinuxStatusItem::makeBar()
 {
     m_barMenu = std::make_unique<DbusMenu>(m_bus.connection(), m_iconThemePath);
+    connect(m_barMenu.get(), &DbusMenu::opened, this, &StatusItem::menuOpened);
     m_bar = std::make_unique<SniStatusItem>(m_bus.connection(), m_iconThemePath, m_host, *m_appearance);
     connect(m_bar.get(), &SniStatusItem::activated, this, &StatusItem::activated);
     connect(m_bar.get(), &SniStatusItem::menuRequested, this, &LinuxStatusItem::popUpMenu);
@@ -202,6 +204,7 @@ void LinuxStatusItem::popUpAt(QPoint position)
     if (!m_popUp)
         m_popUp = std::make_unique<QMenu>();
     fillMenu(*m_popUp, m_entries);
+    matchPanel(*m_popUp, position);
     m_popUp->popup(position);
 }
 

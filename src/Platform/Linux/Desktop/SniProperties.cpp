@@ -115,6 +115,13 @@ QVariantMap sniProperties(const StatusItemAppearance &appearance, const StatusHo
     return properties;
 }
 
+QVariantMap withoutLabel(QVariantMap properties)
+{
+    properties.remove(label);
+    properties.remove(labelGuide);
+    return properties;
+}
+
 QList<SniSignal> sniSignals(const QVariantMap &before, const QVariantMap &after)
 {
     const auto changed = changedNames(before, after);

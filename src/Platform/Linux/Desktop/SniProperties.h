@@ -44,6 +44,9 @@ void registerSniTypes();
 [[nodiscard]] QVariantMap sniProperties(const StatusItemAppearance &appearance, const StatusHost &host,
                                         const QString &iconThemePath);
 
+//! What a host that has not heard of the label knows of the item.
+[[nodiscard]] QVariantMap withoutLabel(QVariantMap properties);
+
 //! A signal without its object.
 struct SniSignal
 {

@@ -10,14 +10,20 @@
 #include <QDBusPendingCall>
 #include <QHash>
 
+#include <chrono>
 #include <utility>
 
 namespace velquarin {
+
+using namespace std::chrono_literals;
 
 namespace {
 
 const QString itemInterface = QStringLiteral("org.kde.StatusNotifierItem");
 const QString watcherName = QStringLiteral("org.kde.StatusNotifierWatcher");
+
+// Longer than a host takes to make something of what it has read, and too short for anybody to miss the label.
+constexpr auto timeToTakeIn = 500ms;
 
 QPoint pointIn(const QVariantList &arguments)
 {
@@ -49,6 +55,12 @@ SniStatusItem::SniStatusItem(QDBusConnection connection, QString iconThemePath, 
     , m_appearance(std::move(appearance))
     , m_properties(sniProperties(m_appearance, m_host, m_iconThemePath))
 {
+    m_takingIn.setSingleShot(true);
+    m_takingIn.setInterval(timeToTakeIn);
+    connect(&m_takingIn, &QTimer::timeout, this, [this] {
+        m_isLabelDue = false;
+        tellChangesSince(withoutLabel(m_properties));
+    });
     registerSniTypes();
     m_connection.registerVirtualObject(objectPath(), this);
 }
@@ -81,7 +93,11 @@ void SniStatusItem::setHost(const StatusHost &host)
 
 void SniStatusItem::refresh()
 {
-    const auto before = std::exchange(m_properties, sniProperties(m_appearance, m_host, m_iconThemePath));
+    tellChangesSince(std::exchange(m_properties, sniProperties(m_appearance, m_host, m_iconThemePath)));
+}
+
+void SniStatusItem::tellChangesSince(const QVariantMap &before)
+{
     const auto news = sniSignals(before, m_properties);
     for (const auto &item : news) {
         auto signal = QDBusMessage::createSignal(objectPath(), itemInterface, item.name);
@@ -95,11 +111,19 @@ void SniStatusItem::refresh()
 // By the path: every watcher takes the sender of the call as the other half of the address.
 void SniStatusItem::announce()
 {
+    m_isLabelDue = m_host.display == CountDisplay::Label;
     auto call = QDBusMessage::createMethodCall(watcherName, QStringLiteral("/StatusNotifierWatcher"), watcherName,
                                                QStringLiteral("RegisterStatusNotifierItem"));
     call.setArguments({objectPath()});
     call.setAutoStartService(false);
     m_connection.asyncCall(call);
+}
+
+// Once for each announcement, else a host that reads all at every signal would never come to rest.
+void SniStatusItem::wasReadWhole()
+{
+    if (m_isLabelDue)
+        m_takingIn.start();
 }
 
 QString SniStatusItem::takeActivationToken()
@@ -109,8 +133,11 @@ QString SniStatusItem::takeActivationToken()
 
 bool SniStatusItem::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
 {
-    if (const auto reply = answerToPropertiesCall(message, itemInterface, m_properties))
+    if (const auto reply = answerToPropertiesCall(message, itemInterface, m_properties)) {
+        if (message.member() == QLatin1String("GetAll"))
+            wasReadWhole();
         return connection.send(*reply);
+    }
     if (message.interface() != itemInterface && !message.interface().isEmpty())
         return false;
     const auto reply = answer(message);

@@ -9,6 +9,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
+#include <QTimer>
 
 namespace velquarin {
 
@@ -30,7 +31,8 @@ public:
     void setAppearance(const StatusItemAppearance &appearance);
     void setHost(const StatusHost &host);
 
-    //! Asks the watcher that is there now to show the item.
+    //! Asks the watcher that is there now to show the item. A host that shows labels is told of the label once more after
+    //! it has read the item: GNOME's shows no label that was there before it looked.
     void announce();
 
     //! The token that the host gave for the next activation; given out once, may be empty.
@@ -51,6 +53,8 @@ private:
     void react(const QString &method, const QVariantList &arguments);
     void activate(QPoint position);
     void refresh();
+    void tellChangesSince(const QVariantMap &before);
+    void wasReadWhole();
 
     QDBusConnection m_connection;
     QString m_iconThemePath;
@@ -58,6 +62,8 @@ private:
     StatusItemAppearance m_appearance;
     QVariantMap m_properties;
     QString m_activationToken;
+    bool m_isLabelDue = false;  // to be told of once more, after the host has taken the item in
+    QTimer m_takingIn;
 };
 
 }  // namespace velquarin

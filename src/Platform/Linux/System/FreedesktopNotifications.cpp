@@ -118,28 +118,28 @@ QCoro::Task<bool> FreedesktopNotifications::show(NotificationRequest request)
     const auto reply = co_await notify(knownServer, request);
     if (!self)
         throw NotificationError("The program is ending");
-    keep(request, reply);
+    keep(request, knownServer.owner, reply.arguments().constFirst().toUInt());
     co_return true;
 }
 
+// Said to the connection that answered: the signals of what it shows come from there.
 QCoro::Task<QDBusMessage> FreedesktopNotifications::notify(const NotificationServer &knownServer,
                                                            const NotificationRequest &request)
 {
     listen();
     const auto replaced = sameKind(request);
     const auto replacesId = replaced == m_shown.end() ? 0U : replaced->id;
-    auto call = notificationCall(QStringLiteral("Notify"));
+    auto call = notificationCall(QStringLiteral("Notify"), knownServer.owner);
     call.setArguments(notifyArguments(knownServer, request, categoryOf(request), replacesId));
     return answerTo(call, m_bus.connection(), m_patience.forShowing, QStringLiteral("u"));
 }
 
-void FreedesktopNotifications::keep(const NotificationRequest &request, const QDBusMessage &reply)
+void FreedesktopNotifications::keep(const NotificationRequest &request, const QString &server, uint id)
 {
     const auto replaced = sameKind(request);
     if (replaced != m_shown.end())
         m_shown.erase(replaced);
-    m_shown.push_back(
-        {request.identifier, categoryOf(request), reply.service(), reply.arguments().constFirst().toUInt(), QString()});
+    m_shown.push_back({request.identifier, categoryOf(request), server, id, QString()});
     const bool wasWithdrawnMeanwhile = !m_underWay.contains(request.identifier);
     if (wasWithdrawnMeanwhile)
         close(std::prev(m_shown.end()));

@@ -68,7 +68,7 @@ private:
     [[nodiscard]] NotificationCategory categoryOf(const NotificationRequest &request) const;
     [[nodiscard]] Position sameKind(const NotificationRequest &request);
     [[nodiscard]] Position find(uint id, const QString &server);
-    void keep(const NotificationRequest &request, const QDBusMessage &reply);
+    void keep(const NotificationRequest &request, const QString &server, uint id);
     [[nodiscard]] static QDBusMessage closingOf(const Shown &shown);
     void close(Position shown);
 

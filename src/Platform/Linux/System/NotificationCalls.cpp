@@ -15,6 +15,7 @@ const QString serverName = QStringLiteral("org.freedesktop.Notifications");
 const QString serverPath = QStringLiteral("/org/freedesktop/Notifications");
 const QString capabilitiesQuestion = QStringLiteral("GetCapabilities");
 const QString nameSignature = QStringLiteral("ssss");
+const QString ownerSignature = QStringLiteral("s");
 const QString capabilitiesSignature = QStringLiteral("as");
 
 // The reason ends up in one line of output.
@@ -44,6 +45,15 @@ QString plainReason(const QDBusMessage &error)
     }
 }
 
+QDBusMessage ownerQuestion()
+{
+    const auto bus = QStringLiteral("org.freedesktop.DBus");
+    auto call = QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus,
+                                               QStringLiteral("GetNameOwner"));
+    call.setArguments({serverName});
+    return call;
+}
+
 [[noreturn]] void fail(const QString &reason)
 {
     throw NotificationError(reason.toStdString());
@@ -66,7 +76,12 @@ void throwUnlessItIs(const QDBusMessage &reply, const QString &signature)
 
 QDBusMessage notificationCall(const QString &member)
 {
-    return QDBusMessage::createMethodCall(serverName, serverPath, serverName, member);
+    return notificationCall(member, serverName);
+}
+
+QDBusMessage notificationCall(const QString &member, const QString &owner)
+{
+    return QDBusMessage::createMethodCall(owner, serverPath, serverName, member);
 }
 
 QCoro::Task<QDBusMessage> answerTo(QDBusMessage call, QDBusConnection connection, std::chrono::milliseconds timeout,
@@ -77,14 +92,18 @@ QCoro::Task<QDBusMessage> answerTo(QDBusMessage call, QDBusConnection connection
     co_return reply;
 }
 
+// The owner is asked for: newer versions of the toolkit leave the sender of a reply empty. The first question makes the bus
+// start a server where none is.
 QCoro::Task<NotificationServer> askNotificationServer(QDBusConnection connection, std::chrono::milliseconds timeout)
 {
     const auto nameQuestion = notificationCall(QStringLiteral("GetServerInformation"));
     const auto name = co_await answerTo(nameQuestion, connection, timeout, nameSignature);
-    const auto question = notificationCall(capabilitiesQuestion);
-    const auto capabilities = co_await answerTo(question, connection, timeout, capabilitiesSignature);
+    const auto owner = co_await answerTo(ownerQuestion(), connection, timeout, ownerSignature);
     NotificationServer server;
     server.name = name.arguments().constFirst().toString();
+    server.owner = owner.arguments().constFirst().toString();
+    const auto question = notificationCall(capabilitiesQuestion, server.owner);
+    const auto capabilities = co_await answerTo(question, connection, timeout, capabilitiesSignature);
     server.capabilities = capabilities.arguments().constFirst().toStringList();
     co_return server;
 }

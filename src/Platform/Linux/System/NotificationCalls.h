@@ -17,6 +17,9 @@ namespace velquarin {
 //! is there.
 [[nodiscard]] QDBusMessage notificationCall(const QString &member);
 
+//! The same, of the one server whose connection is @p owner: an error where it is gone.
+[[nodiscard]] QDBusMessage notificationCall(const QString &member, const QString &owner);
+
 //! The reply to @p call, which has the D-Bus signature @p signature.
 //! Errors: NotificationError, a plain sentence, for every other outcome.
 [[nodiscard]] QCoro::Task<QDBusMessage> answerTo(QDBusMessage call, QDBusConnection connection,

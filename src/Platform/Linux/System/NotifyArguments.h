@@ -9,9 +9,10 @@
 
 namespace velquarin {
 
-//! What a notification server says of itself.
+//! A notification server and what it says of itself.
 struct NotificationServer
 {
+    QString owner;  //!< unique name of its connection to the bus
     QString name;
     QStringList capabilities;
     friend bool operator==(const NotificationServer &, const NotificationServer &) = default;
