@@ -141,8 +141,9 @@ class Session:
 
 
 # The toolkit's folder dialog complains when it is read while its list is empty, and the toolkit itself where a key waits
-# long for the answer of a busy screen reader.
-OF_THE_TOOLKIT = ("QAccessibleTable::child:", "QSpiApplication::keyEventError")
+# long for the answer of a busy screen reader, or where one asks for what has just gone.
+OF_THE_TOOLKIT = ("QAccessibleTable::child:", "QSpiApplication::keyEventError",
+                  "qt.accessibility.atspi: Could not find accessible on path:")
 
 
 def _of_its_own(errors):
