@@ -27,6 +27,7 @@ class Hosts(unittest.TestCase):
                 desktop.end_panel()
             self.assertEqual(program.end(), 0)
 
+    @case.needs("trayer")
     def test_without_a_session_bus_the_icon_is_in_the_old_tray(self):
         with Desktop(self.id(), bus=False) as desktop:
             preferences.write(desktop.config, [])
@@ -36,6 +37,7 @@ class Hosts(unittest.TestCase):
             click_last_entry(desktop.screen, open_menu(desktop, place.find()))
             self.assertEqual(program.wait_for_end(), 0)
 
+    @case.needs("trayer")
     def test_the_program_outlives_the_session_bus(self):
         with Desktop(self.id()) as desktop:
             preferences.write(desktop.config, [])
@@ -47,9 +49,11 @@ class Hosts(unittest.TestCase):
             click_last_entry(desktop.screen, open_menu(desktop, in_tray))
             self.assertEqual(program.wait_for_end(), 0)
 
+    @case.needs("trayer")
     def test_the_item_comes_with_the_next_figure_when_the_session_bus_starts_late(self):
         self.assert_found_by_a_bus(lambda desktop: None, bus_comes_late=True)
 
+    @case.needs("trayer")
     def test_the_item_comes_with_the_next_figure_when_the_session_bus_has_restarted(self):
         self.assert_found_by_a_bus(Desktop.end_bus)
 
