@@ -60,6 +60,8 @@ constexpr std::array setWhenUnconfined{
     Setting{"core.askPass", "/bin/false"},
     Setting{"credential.helper", ""},
     Setting{"protocol.allow", "never"},
+    // Git asks for no protocol here.
+    Setting{"fetch.bundleURI", ""},
 };
 
 void removeGitVariables(QProcessEnvironment &environment)
@@ -92,8 +94,11 @@ QProcessEnvironment gitEnvironment(const QProcessEnvironment &inherited, bool is
         environment.insert(QLatin1String(variable.name), QLatin1String(variable.value));
     int count = 0;
     appendSettings(environment, count, alwaysSet);
-    if (!isConfined)
+    if (!isConfined) {
         appendSettings(environment, count, setWhenUnconfined);
+        // Git writes a signature to a file before it has it checked.
+        environment.insert(QStringLiteral("TMPDIR"), QStringLiteral("/no-temporary-folder"));
+    }
     return environment;
 }
 

@@ -7,6 +7,8 @@
 #include "support/Strict.h"
 #include "support/TestProgram.h"
 
+#include <unicode/uversion.h>
+
 #include <QTest>
 #include <QTimeZone>
 
@@ -117,7 +119,9 @@ void TestDateTexts::everyTextFollowsTheLocale_data()
          "۲ دقیقه،\u200f"
          " ۱۳ ثانیه"});
     row("Japanese", "ja_JP.UTF-8", {"月", "3月", "2025/03/03", "21:41", "2 日前", "2 分 13 秒"});
-    row("Thai", "th_TH", {"จ.", "มี.ค.", "3 มี.ค. 2025", "21:41", "2 วันที่แล้ว", "2 นาที 13 วิ"});
+    // From this version on its abbreviated weekdays are whole.
+    const char *const monday = U_ICU_VERSION_MAJOR_NUM < 78 ? "จ." : "จันทร์";
+    row("Thai", "th_TH", {monday, "มี.ค.", "3 มี.ค. 2025", "21:41", "2 วันที่แล้ว", "2 นาที 13 วิ"});
     row("English of America", "en_US.UTF-8", {"Mon", "Mar", "Mar 3, 2025", "9:41 PM", "2 days ago", "2 min, 13 sec"});
     row("no language", "C", {"Mon", "Mar", "Mar 3, 2025", "9:41 PM", "2 days ago", "2 min, 13 sec"});
 }
@@ -234,6 +238,8 @@ void TestDateTexts::aDayIsCalledByItsOwnDate_data()
 void TestDateTexts::aDayIsCalledByItsOwnDate()
 {
     QFETCH(QByteArray, zone);
+    if (!QTimeZone(zone).isValid())
+        QSKIP("This system does not know the zone.");
     const auto calendar = calendarIn(zone.constData());
     const DateTexts texts("en_US", calendar);
     for (const auto date : {QDate(2026, 7, 1), QDate(2026, 12, 1)}) {

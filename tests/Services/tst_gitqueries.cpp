@@ -318,7 +318,7 @@ void TestGitQueries::theBlockOfSettingsIsShorterWhenConfined()
         return world.runner.requests().constFirst().environment.value(QStringLiteral("GIT_CONFIG_COUNT")).toInt();
     };
     QCOMPARE(settingsCount(true), 7);
-    QCOMPARE(settingsCount(false), 22);
+    QCOMPARE(settingsCount(false), 23);
 }
 
 VELQUARIN_TEST(TestGitQueries)

@@ -288,7 +288,7 @@ void TestGitService::answersComeInTheOrderOfTheQuestions()
     });
     const auto second =
         world.git.isGitRepository(repository.path()).then(&context, [&](bool) { order << QStringLiteral("second"); });
-    QTRY_COMPARE_WITH_TIMEOUT(order, (QStringList{QStringLiteral("first"), QStringLiteral("second")}), waitLimitMs);
+    QTRY_COMPARE(order, (QStringList{QStringLiteral("first"), QStringLiteral("second")}));
 }
 
 void TestGitService::theEventLoopGoesOnMeanwhile()
@@ -301,7 +301,7 @@ void TestGitService::theEventLoopGoesOnMeanwhile()
     connect(&timer, &QTimer::timeout, this, [&ticks] { ++ticks; });
     timer.start(1ms);
     const auto hanging = world.git.getDefaultBranch(repository.path());
-    QTRY_VERIFY2_WITH_TIMEOUT(ticks >= 50, "the event loop stands still", waitLimitMs);
+    QTRY_VERIFY2(ticks >= 50, "the event loop stands still");
     QVERIFY(!hanging.isFinished());
 }
 
@@ -313,8 +313,8 @@ void TestGitService::aHangingGitEndsWithTheService()
     World world;
     const auto hanging = world.git.getLastCommitDate(repository.path());
     const auto waiting = world.git.getDefaultBranch(repository.path());
-    QTRY_VERIFY2_WITH_TIMEOUT(hasReader(repository.file(QStringLiteral(".git/HEAD"))),
-                              "nobody reads the fifo: " + sightOfChildren(), waitLimitMs);
+    QTRY_VERIFY2(hasReader(repository.file(QStringLiteral(".git/HEAD"))),
+                 "nobody reads the fifo: " + sightOfChildren());
     QVERIFY2(world.git.stop(60s), sightOfChildren());
     QVERIFY_EXCEPTION_THROWN(await(waiting), WorkerStopped);
 }

@@ -83,8 +83,8 @@ void TestGitSettings::noSettingByItselfRunsAProgram()
     if (isSigned)
         repository.addSignedCommit("PGP SIGNATURE");
     else
-        repository.promise("main~1", QStringLiteral("/"));
-    repository.configure("[log]\nshowSignature = true");
+        repository.promise("main", QStringLiteral("/"));
+    repository.configure("[log]\nshowSignature = true\n[hook \"origin\"]\nevent = reference-transaction");
     const auto settings = allSettings(repository);
     const auto configuration = readFile(repository.file(QStringLiteral(".git/config")));
     QVERIFY(settings.contains(dangerous));

@@ -23,6 +23,8 @@ _LABELLED_BY = 2
 # Source: AtspiStateType, the number of each bit
 _STATES = {"checked": 4, "enabled": 8, "focusable": 11, "focused": 12, "selected": 23, "sensitive": 24, "showing": 25,
            "visible": 30}
+# What newer versions of the toolkit call it, and what older ones do.
+_OLDER_ROLES = {"button": "push button"}
 
 
 def start(desktop):
@@ -108,7 +110,8 @@ class Node:
 
     def __init__(self, objects, place, looks):
         self._objects, self._place = objects, place
-        (self.role,), (self.name,), (words,), (self._places,) = looks
+        (role,), (self.name,), (words,), (self._places,) = looks
+        self.role = _OLDER_ROLES.get(role, role)
         self.states = _state_names(words)
         self.children = []
 

@@ -23,7 +23,6 @@ NEEDED = {
     "openbox": "openbox",
     "python3-xlib": "/usr/lib/python3/dist-packages/Xlib/display.py",
     "thunar": "thunar",
-    "trayer": "trayer",
     "util-linux": "setpriv",
     "xfce4-panel": "xfce4-panel",
     "xfconf": "/usr/share/dbus-1/services/org.xfce.Xfconf.service",
@@ -51,10 +50,17 @@ def now_in(zone):
     return datetime.datetime.now(zoneinfo.ZoneInfo(zone))
 
 
+def _is_there(sign):
+    return pathlib.Path(sign).exists() if sign.startswith("/") else shutil.which(sign)
+
+
 def _missing(needed):
-    def is_there(sign):
-        return pathlib.Path(sign).exists() if sign.startswith("/") else shutil.which(sign)
-    return [package for package, sign in needed.items() if not is_there(sign)]
+    return [package for package, sign in needed.items() if not _is_there(sign)]
+
+
+def needs(package, sign=None):
+    """For a test that alone needs a Debian package, which not every suite has."""
+    return unittest.skipUnless(_is_there(sign or package), f"this Debian package is not installed: {package}")
 
 
 def stop_without(needed):

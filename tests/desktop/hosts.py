@@ -165,7 +165,7 @@ class OldTray(Host):
 
 
 class Trayer(OldTray):
-    needed = {"trayer": case.NEEDED["trayer"]}
+    needed = {"trayer": "trayer"}
 
     def command(self, desktop):
         return ("trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel", "--width", "100",

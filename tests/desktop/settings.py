@@ -141,8 +141,12 @@ class Session:
 
 
 # The toolkit's folder dialog complains when it is read while its list is empty, and the toolkit itself where a key waits
-# long for the answer of a busy screen reader.
-OF_THE_TOOLKIT = ("QAccessibleTable::child:", "QSpiApplication::keyEventError")
+# long for the answer of a busy screen reader, where one asks for what has just gone, or where nobody has generated the
+# language of the session.
+OF_THE_TOOLKIT = ("QAccessibleTable::child:", "QSpiApplication::keyEventError",
+                  "qt.accessibility.atspi: Could not find accessible on path:",
+                  'Detected locale "C"', "Qt depends on a UTF-8 locale", "If this causes problems, reconfigure your locale",
+                  "for more information.")
 
 
 def _of_its_own(errors):

@@ -29,6 +29,7 @@ class Hosts(unittest.TestCase):
                 desktop.end_panel()
             self.assertEqual(program.end(), 0)
 
+    @case.needs("trayer")
     def test_without_a_session_bus_the_icon_is_in_the_old_tray(self):
         with Desktop(self.id(), bus=False) as desktop:
             preferences.write(desktop.config, [])
@@ -38,6 +39,7 @@ class Hosts(unittest.TestCase):
             click_last_entry(desktop.screen, open_menu(desktop, place.find()))
             self.assertEqual(program.wait_for_end(), 0)
 
+    @case.needs("trayer")
     def test_while_nobody_shows_what_a_watcher_collects_the_icon_is_in_the_old_tray(self):
         with Desktop(self.id()) as desktop:
             preferences.write(desktop.config, [])
@@ -54,6 +56,7 @@ class Hosts(unittest.TestCase):
             self.assertEqual(len(watcher.items), 1)
             self.assertEqual(program.end(), 0)
 
+    @case.needs("trayer")
     def test_the_icon_in_the_old_tray_explains_itself(self):
         with Desktop(self.id(), bus=False) as desktop:
             preferences.write(desktop.config, [])
@@ -66,6 +69,7 @@ class Hosts(unittest.TestCase):
             wait_until(lambda: not desktop.windows.explanation(), "no tooltip")
             self.assertEqual(program.end(), 0)
 
+    @case.needs("trayer")
     def test_the_program_outlives_the_session_bus(self):
         with Desktop(self.id()) as desktop:
             preferences.write(desktop.config, [])
@@ -77,9 +81,11 @@ class Hosts(unittest.TestCase):
             click_last_entry(desktop.screen, open_menu(desktop, in_tray))
             self.assertEqual(program.wait_for_end(), 0)
 
+    @case.needs("trayer")
     def test_the_item_comes_with_the_next_figure_when_the_session_bus_starts_late(self):
         self.assert_found_by_a_bus(lambda desktop: None, bus_comes_late=True)
 
+    @case.needs("trayer")
     def test_the_item_comes_with_the_next_figure_when_the_session_bus_has_restarted(self):
         self.assert_found_by_a_bus(Desktop.end_bus)
 

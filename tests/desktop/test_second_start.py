@@ -112,6 +112,7 @@ class SecondStart(unittest.TestCase):
             self.wait_for_dashboard(desktop)
             self.assertEqual(first.end(), 0)
 
+    @case.needs("trayer")
     def test_without_a_session_bus_the_second_ends_and_the_first_stays(self):
         with Desktop(self.id(), bus=False) as desktop, self.launchers(desktop) as launchers:
             preferences.write(desktop.config, [])
@@ -127,6 +128,7 @@ class SecondStart(unittest.TestCase):
             click_last_entry(desktop.screen, open_menu(desktop, in_tray))
             self.assertEqual(first.wait_for_end(), 0)
 
+    @case.needs("trayer")
     def test_a_program_that_was_killed_keeps_nobody_from_starting(self):
         with Desktop(self.id(), bus=False) as desktop:
             preferences.write(desktop.config, [])

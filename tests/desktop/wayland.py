@@ -93,8 +93,9 @@ class WaylandDesktop(Desktop):
     def _start_compositor(self, **environment):
         settings = self.config / "sway"
         settings.write_text(self._settings)
+        # The same font as on X11: the toolkit's own for Wayland has another size in every version.
         self.environment.update(
-            WLR_RENDERER="pixman", XDG_SESSION_TYPE="wayland", XDG_CURRENT_DESKTOP="sway",
+            WLR_RENDERER="pixman", XDG_SESSION_TYPE="wayland", XDG_CURRENT_DESKTOP="sway", QT_QPA_PLATFORMTHEME="gnome",
             SWAYSOCK=str(self.folder / "runtime" / "sway.sock"), **environment)
         self.start("sway", "sway", "--config", str(settings))
         self.environment["WAYLAND_DISPLAY"] = wait_until(self._display, "the compositor")

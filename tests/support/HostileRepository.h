@@ -112,6 +112,13 @@ public:
                   (url.isEmpty() ? QByteArray() : "\nurl = " + url.toUtf8()));
     }
 
+    //! Keeps the references in tables from now on, as newer versions of git can; some of them do not bring logs along.
+    void moveReferencesToTables() const
+    {
+        QDir(file(QStringLiteral(".git/logs"))).removeRecursively();
+        git("refs migrate --ref-format=reftable");
+    }
+
     //! A second repository that holds all that this one holds now; gives its path.
     QString makeSource() const
     {

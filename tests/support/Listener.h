@@ -7,6 +7,7 @@
 
 #include <arpa/inet.h>
 #include <atomic>
+#include <cerrno>
 #include <functional>
 #include <netinet/in.h>
 #include <poll.h>
@@ -54,14 +55,30 @@ public:
         return poll(&waiting, 1, 0) > 0;
     }
 
+protected:
+    //! What the system call gives once no child that ends meanwhile interrupts it.
+    template <typename Call>
+    static auto uninterrupted(Call call)
+    {
+        auto result = call();
+        while (result < 0 && errno == EINTR)
+            result = call();
+        return result;
+    }
+
 private:
     // Whoever called learns nothing before the call is noted.
     void answerAll()
     {
-        for (int call = -1; (call = accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC)) >= 0; close(call)) {
+        for (int call = -1; (call = nextCall()) >= 0; close(call)) {
             m_wasCalled = true;
             m_answer(call);
         }
+    }
+
+    int nextCall() const
+    {
+        return uninterrupted([this] { return accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC); });
     }
 
     std::function<void(int call)> m_answer;
@@ -87,7 +104,7 @@ private:
         const QByteArray refusal = "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"x\"\r\n"
                                    "Content-Length: 0\r\nConnection: close\r\n\r\n";
         char request[4096];
-        if (recv(call, request, sizeof request, 0) > 0)
+        if (uninterrupted([&] { return recv(call, request, sizeof request, 0); }) > 0)
             send(call, refusal.constData(), size_t(refusal.size()), MSG_NOSIGNAL);
     }
 };

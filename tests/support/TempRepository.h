@@ -28,6 +28,10 @@ public:
         // No examples of hooks in each repository, and no waiting for the disk.
         set("GIT_TEMPLATE_DIR", {});
         set("GIT_TEST_FSYNC", QStringLiteral("0"));
+        // No tidying up in the background, beside what is tried.
+        set("GIT_CONFIG_COUNT", QStringLiteral("1"));
+        set("GIT_CONFIG_KEY_0", QStringLiteral("maintenance.auto"));
+        set("GIT_CONFIG_VALUE_0", QStringLiteral("false"));
         set("GIT_AUTHOR_NAME", QStringLiteral("A Developer"));
         set("GIT_AUTHOR_EMAIL", QStringLiteral("developer@example.org"));
         set("GIT_COMMITTER_NAME", QStringLiteral("A Developer"));

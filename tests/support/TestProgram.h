@@ -11,10 +11,15 @@
 #undef QTRY_VERIFY
 #undef QTRY_VERIFY2
 #undef QTRY_COMPARE
-#define QTRY_VERIFY(expression) QTRY_VERIFY_WITH_TIMEOUT((expression), velquarin::test::waitLimitMs)
-#define QTRY_VERIFY2(expression, message)                                                                              \
-    QTRY_VERIFY2_WITH_TIMEOUT((expression), (message), velquarin::test::waitLimitMs)
-#define QTRY_COMPARE(actual, expected) QTRY_COMPARE_WITH_TIMEOUT((actual), (expected), velquarin::test::waitLimitMs)
+#define VELQUARIN_TRY(expression, verdict)                                                                             \
+    do {                                                                                                               \
+        [[maybe_unused]] const bool hasCome =                                                                          \
+            QTest::qWaitFor([&] { return bool(expression); }, velquarin::test::waitLimitMs);                           \
+        verdict;                                                                                                       \
+    } while (false)
+#define QTRY_VERIFY(expression) VELQUARIN_TRY((expression), QVERIFY(expression))
+#define QTRY_VERIFY2(expression, message) VELQUARIN_TRY((expression), QVERIFY2((expression), (message)))
+#define QTRY_COMPARE(actual, expected) VELQUARIN_TRY((actual) == (expected), QCOMPARE((actual), (expected)))
 
 namespace velquarin::test {
 

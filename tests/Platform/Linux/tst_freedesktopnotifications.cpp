@@ -687,7 +687,7 @@ void TestFreedesktopNotifications::aSlowServerHoldsNothingUp()
     clock.start();
     const auto added = desktop.center->add(riskRequest());
     QVERIFY(!added.isFinished());
-    QTRY_VERIFY_WITH_TIMEOUT(added.isFinished(), 60'000);
+    QTRY_VERIFY(added.isFinished());
     QVERIFY2(clock.elapsed() >= 4000, qPrintable(QString::number(clock.elapsed())));
     QCOMPARE(failureOf(added), QString());
     server.invoke(server.lastId(), openKey);

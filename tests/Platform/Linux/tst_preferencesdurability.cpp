@@ -602,7 +602,7 @@ void TestPreferencesDurability::aKillLeavesTheOldOrTheNewFile()
         // Not to wait for anything: the kill shall come at any moment of a save.
         std::this_thread::sleep_for(std::chrono::microseconds(1000 + random.bounded(10'000)));
         if (round == rounds - 1)
-            QTRY_VERIFY2_WITH_TIMEOUT(QFileInfo::exists(place.path), test::sightOfChildren(), timeoutMs);
+            QTRY_VERIFY2(QFileInfo::exists(place.path), test::sightOfChildren());
         child.killHard();
         if (!QFileInfo::exists(place.path))
             continue;

@@ -6,6 +6,7 @@
 
 #include <QList>
 #include <QString>
+#include <QVersionNumber>
 
 #include <functional>
 
@@ -32,7 +33,23 @@ struct Attack
     std::function<void(HostileRepository &)> prepare;
     Figures figures = {};                  //!< what the program shows all the same
     const char *beyondSettings = nullptr;  //!< why none of git's settings stops it; nothing where they do
+    QVersionNumber since = {};             //!< the first version of git that knows what is carried
+    QVersionNumber until = {};             //!< the first one that it harms no more, in which git itself was mended
 };
+
+//! The attack, from that version of git on.
+[[nodiscard]] inline Attack since(QVersionNumber version, Attack attack)
+{
+    attack.since = std::move(version);
+    return attack;
+}
+
+//! The attack, which that version of git and later ones withstand by themselves.
+[[nodiscard]] inline Attack until(QVersionNumber version, Attack attack)
+{
+    attack.until = std::move(version);
+    return attack;
+}
 
 //! The same attacks, none of which a setting stops, and why.
 [[nodiscard]] inline QList<Attack> beyondSettings(const char *reason, QList<Attack> attacks)

@@ -72,6 +72,21 @@ void beABareRepository(HostileRepository &repository)
     }
 }
 
+// To sort them git asks that program of each.
+void sortBranchesBySignature(HostileRepository &repository)
+{
+    repository.addSignedCommit("PGP SIGNATURE");
+    repository.git("branch other main~1");
+    repository.configure("[branch]\nsort = signature:grade\n[gpg]\nprogram = PROGRAM");
+}
+
+// They are fetched before what is missing, whatever protocols are allowed.
+void promiseWithBundles(HostileRepository &repository)
+{
+    repository.promise("main", QStringLiteral("/"));
+    repository.configure("[fetch]\nbundleURI = http://" + repository.listen().toUtf8() + "/x");
+}
+
 std::function<void(HostileRepository &)> setting(const char *text)
 {
     return [=](HostileRepository &repository) { repository.configure(text); };
@@ -99,6 +114,11 @@ QList<Attack> configurationAttacks()
         {"a program named in a common folder elsewhere", ProgramRuns, hideInCommonFolder, withSignedCommit},
         {"a program named behind a .git file", ProgramRuns, hideBehindGitFile, withSignedCommit},
         {"a program named in a bare repository", ProgramRuns, beABareRepository, withSignedCommit},
+        since({2, 42}, {"branches sorted by their signatures", ProgramRuns, sortBranchesBySignature, withSignedCommit}),
+        since({2, 40}, {"a missing commit, and bundles at an address",
+                        NetworkIsReached,
+                        promiseWithBundles,
+                        {.week = 0, .twoYears = 0, .last = {}}}),
         {"output in UTF-16", OutputChanges, setting("[i18n]\nlogOutputEncoding = UTF-16")},
         {"colours everywhere", OutputChanges, setting("[color]\nui = always")},
         {"colours in the list of branches", OutputChanges, setting("[color]\nbranch = always")},
@@ -111,12 +131,20 @@ QList<Attack> idleThreats()
     return {
         {"aliases named like the commands", ProgramRuns,
          setting("[alias]\nlog = !PROGRAM\nbranch = !PROGRAM\nsymbolic-ref = !PROGRAM\nrev-parse = !PROGRAM")},
+        {"aliases of the new kind", ProgramRuns,
+         setting("[alias \"log\"]\ncommand = !PROGRAM\n[alias \"branch\"]\ncommand = !PROGRAM")},
         {"pagers", ProgramRuns, setting("[core]\npager = PROGRAM\n[pager]\nlog = PROGRAM\nbranch = PROGRAM")},
         {"hooks", ProgramRuns,
          [](HostileRepository &repository) {
              for (const char *name : {"reference-transaction", "post-index-change", "post-checkout", "pre-auto-gc"})
                  repository.makeProgram(repository.file(QStringLiteral(".git/hooks/") + QLatin1String(name)));
          }},
+        {"hooks among the settings", ProgramRuns,
+         setting("[hook \"any\"]\ncommand = PROGRAM\nevent = reference-transaction\nevent = post-index-change\n"
+                 "event = post-checkout\nevent = pre-auto-gc")},
+        {"files beside locks", FileChanges, setting("[core]\nlockfilePid = true")},
+        {"attributes from a missing tree", ProgramRuns,
+         setting("[attr]\ntree = 1111111111111111111111111111111111111111")},
         {"a file system monitor", ProgramRuns, setting("[core]\nfsmonitor = PROGRAM")},
         {"a command that lists the refs of alternates", ProgramRuns, setting("[core]\nalternateRefsCommand = PROGRAM")},
         {"an external diff and an editor", ProgramRuns,

@@ -26,6 +26,14 @@ std::function<void(HostileRepository &)> decoyIn(const char *variable, const cha
     };
 }
 
+// The objects are those of the repository itself.
+void otherReferences(HostileRepository &repository)
+{
+    repository.git("clone --quiet . ../other");
+    repository.git("-C ../other update-ref refs/heads/main main~1");
+    repository.inherit("GIT_REFERENCE_BACKEND", QStringLiteral("files://") + repository.inRoot("other/.git"));
+}
+
 std::function<void(HostileRepository &)> traceBy(const char *variable)
 {
     return [=](HostileRepository &repository) { repository.inherit(variable, repository.victim()); };
@@ -58,7 +66,7 @@ void inheritUserSettings(HostileRepository &repository)
 
 void inheritOtherCommands(HostileRepository &repository)
 {
-    repository.promise("main~1", QStringLiteral("/"));
+    repository.promise("main", QStringLiteral("/"));
     repository.makeProgram(repository.inRoot("git"));
     repository.inherit("GIT_EXEC_PATH", repository.root());
 }
@@ -95,6 +103,7 @@ QList<Attack> environmentAttacks()
                    {"GIT_COMMON_DIR from a hook", OutputChanges, decoyIn("GIT_COMMON_DIR", "/.git")},
                    {"GIT_OBJECT_DIRECTORY from a hook", OutputChanges,
                     decoyIn("GIT_OBJECT_DIRECTORY", "/.git/objects")},
+                   since({2, 54}, {"GIT_REFERENCE_BACKEND from a hook", OutputChanges, otherReferences}),
                    {"GIT_TRACE with a file", FileChanges, traceBy("GIT_TRACE")},
                    {"GIT_TRACE_SETUP with a file", FileChanges, traceBy("GIT_TRACE_SETUP")},
                    {"GIT_TRACE2_EVENT with a file", FileChanges, traceBy("GIT_TRACE2_EVENT")},

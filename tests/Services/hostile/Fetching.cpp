@@ -14,15 +14,21 @@ const Figures nothingAtAll{QStringLiteral("HEAD"), 0, 0, {}};
 std::function<void(HostileRepository &)> promised(const char *url, const char *settings)
 {
     return [=](HostileRepository &repository) {
-        repository.promise("main~1", QString::fromLatin1(url).replace(QLatin1String("PROGRAM"), repository.program()));
+        repository.promise("main", QString::fromLatin1(url).replace(QLatin1String("PROGRAM"), repository.program()));
         repository.configure(settings);
     };
+}
+
+void promiseFurtherDown(HostileRepository &repository)
+{
+    repository.promise("main~1", QStringLiteral("/"));
+    repository.configure("[remote \"origin\"]\nuploadpack = PROGRAM");
 }
 
 // Git puts the name behind "git-remote-", so that it becomes a path out of a folder of that name in the work tree.
 void promiseByHelperInTheWorkTree(HostileRepository &repository)
 {
-    repository.promise("main~1", QStringLiteral("anywhere"));
+    repository.promise("main", QStringLiteral("anywhere"));
     repository.configure("[remote \"origin\"]\nvcs = x/../helper");
     QDir().mkpath(repository.file(QStringLiteral("git-remote-x")));
     repository.makeProgram(repository.file(QStringLiteral("helper")));
@@ -30,7 +36,7 @@ void promiseByHelperInTheWorkTree(HostileRepository &repository)
 
 void promiseInAnOldRemotesFile(HostileRepository &repository)
 {
-    repository.promise("main~1", {});
+    repository.promise("main", {});
     repository.configure("[protocol \"ext\"]\nallow = always");
     repository.write(QStringLiteral(".git/remotes/origin"), "URL: ext::" + repository.program().toUtf8() + " x\n");
 }
@@ -38,7 +44,7 @@ void promiseInAnOldRemotesFile(HostileRepository &repository)
 // The name comes first in the words of the fetch, which then asks "origin".
 void promiseByARemoteThatIsAnOption(HostileRepository &repository)
 {
-    repository.promise("main~1", QStringLiteral("/"));
+    repository.promise("main", QStringLiteral("/"));
     repository.configure("[extensions]\npartialClone = --upload-pack=PROGRAM");
 }
 
@@ -59,21 +65,40 @@ void nameAMissingMailmap(HostileRepository &repository)
 }
 
 // The second repository delivers what is missing, so that everything that git does after a fetch is done, too: with two
-// loose objects in the folder that it counts, it tidies up.
+// loose objects in the folder that it counts (what they hold puts them there), it tidies up.
 void promiseAndDeliver(HostileRepository &repository)
 {
     repository.git("read-tree main");
     const auto source = repository.makeSource();
-    repository.promise("main~1", source);
-    repository.configure("[gc]\nauto = 1\nautoDetach = false");
-    for (const char digit : {'1', '2'})
-        repository.write(QStringLiteral(".git/objects/17/") + QString(38, QLatin1Char(digit)), {});
+    repository.promise("main", source);
+    repository.configure("[gc]\nauto = 1\nautoDetach = false\n[maintenance]\nstrategy = gc");
+    for (const char *text : {"263\n", "410\n"})
+        repository.git("hash-object -w --stdin", text);
 }
 
 void runAHookAfterTheFetch(HostileRepository &repository)
 {
     promiseAndDeliver(repository);
     repository.makeProgram(repository.file(QStringLiteral(".git/hooks/pre-auto-gc")));
+}
+
+std::function<void(HostileRepository &)> hookAmongTheSettings(const char *event)
+{
+    return [=](HostileRepository &repository) {
+        promiseAndDeliver(repository);
+        repository.configure(QByteArray("[hook \"any\"]\ncommand = PROGRAM\nevent = ") + event);
+    };
+}
+
+// It is asked where packs are made into one, and what is in none of them goes.
+void askForRecentObjectsAfterTheFetch(HostileRepository &repository)
+{
+    promiseAndDeliver(repository);
+    for (const char *branch : {"one", "two"})
+        repository.git("-c fastimport.unpackLimit=1 fast-import --quiet",
+                       QByteArray("commit refs/heads/") + branch +
+                           "\ncommitter A <a@example.org> 1709632800 +0000\ndata 1\nx\n");
+    repository.configure("[gc]\nautoPackLimit = 1\npruneExpire = now\nrecentObjectsHook = PROGRAM");
 }
 
 void askAMonitorAfterTheFetch(HostileRepository &repository)
@@ -99,7 +124,7 @@ std::function<void(HostileRepository &)> promisedBehindPassword(const char *sett
         repository.drop("GIT_ASKPASS");
         repository.inherit("GIT_TERMINAL_PROMPT", QStringLiteral("0"));
         const auto address = repository.listenBehindPassword();
-        repository.promise("main~1", QStringLiteral("http://%1/x").arg(address));
+        repository.promise("main", QStringLiteral("http://%1/x").arg(address));
         repository.configure(settings);
     };
 }
@@ -107,7 +132,7 @@ std::function<void(HostileRepository &)> promisedBehindPassword(const char *sett
 std::function<void(HostileRepository &)> promisedOverNetwork(const char *scheme)
 {
     return [=](HostileRepository &repository) {
-        repository.promise("main~1", QLatin1String(scheme) + repository.listen() + QStringLiteral("/x"));
+        repository.promise("main", QLatin1String(scheme) + repository.listen() + QStringLiteral("/x"));
     };
 }
 
@@ -120,6 +145,8 @@ QList<Attack> fetchAttacks()
     return {
         {"a missing commit, and a program that would send it", ProgramRuns,
          promised("/", "[remote \"origin\"]\nuploadpack = PROGRAM"), nothingBehindMain},
+        until({2, 40}, {"a missing commit further down, and a program that would send it", ProgramRuns,
+                        promiseFurtherDown, nothingBehindMain}),
         {"a missing commit, and a remote that is a command", ProgramRuns,
          promised("ext::PROGRAM %S", "[protocol \"ext\"]\nallow = always"), nothingBehindMain, narrower},
         {"a missing commit, and an address that is replaced by a command", ProgramRuns,
@@ -143,6 +170,12 @@ QList<Attack> fetchAttacks()
         {"a missing commit, and a server that speaks http", NetworkIsReached, promisedOverNetwork("http://"),
          nothingBehindMain},
         {"a missing commit that arrives, and a hook", ProgramRuns, runAHookAfterTheFetch, nothingBehindMain},
+        since({2, 54}, {"a missing commit that arrives, and a hook among the settings", ProgramRuns,
+                        hookAmongTheSettings("pre-auto-gc"), nothingBehindMain}),
+        since({2, 54}, {"a missing commit that arrives, and a hook that hears of references", ProgramRuns,
+                        hookAmongTheSettings("reference-transaction"), nothingBehindMain}),
+        since({2, 42}, {"a missing commit that arrives, and a hook that names recent objects", ProgramRuns,
+                        askForRecentObjectsAfterTheFetch, nothingBehindMain}),
         {"a missing commit that arrives, and a file system monitor", ProgramRuns, askAMonitorAfterTheFetch,
          nothingBehindMain},
         {"a missing commit that arrives, and a command that lists the refs of alternates", ProgramRuns,

@@ -55,6 +55,12 @@ void addOutputBehindAnotherName(HostileRepository &repository)
                      "ref: refs/remotes/origin/--output=" + repository.victim().toUtf8() + '\n');
 }
 
+void addOutputInATable(HostileRepository &repository)
+{
+    addOutputBranch(repository);
+    repository.moveReferencesToTables();
+}
+
 void addReflogQuestion(HostileRepository &repository)
 {
     repository.git("commit --quiet --allow-empty --message=x --date=2024-03-01T00:00:00Z");
@@ -98,6 +104,7 @@ QList<Attack> referenceAttacks()
                               {"a dash that appears once blanks are gone", FileChanges, addOutputBehindABlank},
                               {"a symbolic link in place of the remote's head", FileChanges, addOutputAsLink},
                               {"an option behind a second name", FileChanges, addOutputBehindAnotherName},
+                              since({2, 46}, {"an option in a table of references", FileChanges, addOutputInATable}),
                               {"an option that reads standard input", Hangs, option(QStringLiteral("--stdin"))},
                               {"an option that shows patches, and a text conversion",
                                ProgramRuns,
