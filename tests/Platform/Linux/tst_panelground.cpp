@@ -4,13 +4,13 @@
 #include "Platform/Linux/Desktop/PanelGround.h"
 
 #include "Platform/Linux/Desktop/DarkPalette.h"
-#include "Platform/Linux/Desktop/LinuxStatusItem.h"
-#include "Platform/Linux/System/SessionBus.h"
 #include "support/Offscreen.h"
 #include "support/TestProgram.h"
 
-#include <QApplication>
+#include <QGuiApplication>
+#include <QMenu>
 #include <QScreen>
+#include <QWidget>
 
 using namespace velquarin;
 
@@ -38,11 +38,6 @@ public:
     [[nodiscard]] QPoint click() const { return geometry().center(); }
 };
 
-const QMenu *openMenu()
-{
-    return qobject_cast<QMenu *>(QApplication::activePopupWidget());
-}
-
 }  // namespace
 
 class TestPanelGround : public QObject
@@ -53,8 +48,6 @@ private Q_SLOTS:
     void theStripLiesAlongTheNearestEdge_data();
     void theStripLiesAlongTheNearestEdge();
     void mostOfAPictureDecides();
-    void ourMenuIsAsDarkAsThePanel_data();
-    void ourMenuIsAsDarkAsThePanel();
     void whereTheScreenCannotBeSeenTheDesktopsPaletteHolds();
     void aMenuThatWasDarkFollowsAPanelThatIsLightNow();
 };
@@ -88,28 +81,6 @@ void TestPanelGround::mostOfAPictureDecides()
     picture.setPixelColor(5, 0, darkPanel);
     QVERIFY(isMostlyDark(picture));
     QVERIFY(!isMostlyDark(QImage()));
-}
-
-void TestPanelGround::ourMenuIsAsDarkAsThePanel_data()
-{
-    QTest::addColumn<QColor>("color");
-    QTest::addColumn<bool>("expected");
-    QTest::newRow("a dark panel") << darkPanel << true;
-    QTest::newRow("a light panel") << lightPanel << false;
-}
-
-void TestPanelGround::ourMenuIsAsDarkAsThePanel()
-{
-    QFETCH(QColor, color);
-    QFETCH(bool, expected);
-    Panel panel(color);
-    SessionBus bus;
-    LinuxStatusItem item(bus, QStringLiteral("/our/icons"));
-    item.setMenu({{QStringLiteral("Refresh"), {}, [] {}}});
-    QVERIFY(QTest::qWaitForWindowExposed(&panel));
-    item.popUpMenu(panel.click());
-    QVERIFY(openMenu());
-    QCOMPARE(isDark(openMenu()->palette()), expected);
 }
 
 void TestPanelGround::whereTheScreenCannotBeSeenTheDesktopsPaletteHolds()

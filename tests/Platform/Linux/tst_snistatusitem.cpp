@@ -3,6 +3,7 @@
 
 #include "Platform/Linux/Desktop/SniStatusItem.h"
 
+#include "Platform/Linux/Desktop/DarkPalette.h"
 #include "Platform/Linux/Desktop/DbusMenuLayout.h"
 #include "Platform/Linux/Desktop/LinuxStatusItem.h"
 #include "Platform/Linux/Desktop/StatusNotifierWatch.h"
@@ -14,6 +15,7 @@
 #include <QApplication>
 #include <QDBusConnectionInterface>
 #include <QMenu>
+#include <QScreen>
 
 #include <memory>
 
@@ -95,6 +97,8 @@ private Q_SLOTS:
     void aClickActivates();
     void anActivationTokenIsUsedOnce();
     void aRightClickOpensOurMenuWhereTheHostDrawsNone();
+    void ourMenuIsAsDarkAsThePanel_data();
+    void ourMenuIsAsDarkAsThePanel();
     void scrollingDoesNothing();
     void wrongCallsAnswerWithErrors();
     void theMenuHasThreeEntries();
@@ -638,6 +642,33 @@ void TestSniStatusItem::aRightClickOpensOurMenuWhereTheHostDrawsNone()
     opened->actions().at(0)->trigger();
     QCOMPARE(m_refreshed, 1);
     opened->close();
+}
+
+void TestSniStatusItem::ourMenuIsAsDarkAsThePanel_data()
+{
+    QTest::addColumn<QColor>("color");
+    QTest::addColumn<bool>("expected");
+    QTest::newRow("a dark panel") << QColor(53, 53, 53) << true;
+    QTest::newRow("a light panel") << QColor(246, 245, 244) << false;
+}
+
+void TestSniStatusItem::ourMenuIsAsDarkAsThePanel()
+{
+    QFETCH(QColor, color);
+    QFETCH(bool, expected);
+    QWidget panel(nullptr, Qt::FramelessWindowHint);
+    panel.setPalette(color);
+    panel.setGeometry(0, 0, QGuiApplication::primaryScreen()->geometry().width(), 30);
+    panel.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&panel));
+    makeItem();
+    showWatcher();
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
+    QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+    ask(itemInterface, "ContextMenu", {300, 15});
+    QTRY_VERIFY(QApplication::activePopupWidget());
+    QCOMPARE(isDark(QApplication::activePopupWidget()->palette()), expected);
+    QApplication::activePopupWidget()->close();
 }
 
 void TestSniStatusItem::scrollingDoesNothing()
