@@ -45,7 +45,7 @@ class Host:
 
     def end(self, desktop):
         desktop.end("host")
-        wait_until(lambda: not self.is_ready(desktop), "the host has gone")
+        wait_until(lambda: not self.is_ready(desktop) and panel.is_empty(desktop.screen), "the host has gone")
 
     def command(self, desktop):
         raise NotImplementedError

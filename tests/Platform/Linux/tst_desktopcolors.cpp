@@ -146,7 +146,7 @@ void TestDesktopColors::whatTheUserChangesIsFollowedAtOnce()
         QTRY_VERIFY(isDark(window.palette()));
         portal.become(noPreference);
         QTRY_COMPARE(QApplication::palette(), m_ofDesktop);
-        QVERIFY(!isDark(window.palette()));
+        QTRY_VERIFY(!isDark(window.palette()));
     }
 }
 

@@ -52,7 +52,7 @@ private:
     StatusHost m_host;
     std::optional<bool> m_isShown;  // what was told of this watcher
     QTimer m_patience;              // with a watcher whose items nobody shows yet
-    int m_generation = 0;  // an answer to a question that was asked before the last change is dropped
+    int m_generation = 0;           // an answer to a question that was asked before the last change is dropped
 };
 
 }  // namespace velquarin
