@@ -8,6 +8,7 @@
 #include "Views/AccessibleApplication.h"
 
 #include <QApplication>
+#include <QLoggingCategory>
 
 #include <csignal>
 #include <utility>
@@ -20,6 +21,9 @@ int main(int argc, char **argv)
 
     // A session that is saved at log-out starts again what was registered with it, whatever "Launch at login" says.
     qunsetenv("SESSION_MANAGER");
+
+    // From Qt 6.10 on the toolkit complains here where the desktop has no portal, which nothing of ours asks for.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.services.warning=false"));
 
     auto launchTokens = velquarin::takeLaunchTokens();
     velquarin::installAccessibleApplication();
