@@ -9,6 +9,7 @@
 #include "Views/AccessibleApplication.h"
 
 #include <QApplication>
+#include <QLoggingCategory>
 
 #include <csignal>
 #include <utility>
@@ -23,6 +24,10 @@ int main(int argc, char **argv)
     qunsetenv("SESSION_MANAGER");
 
     velquarin::dropUnknownZone();
+
+    // From Qt 6.10 on the toolkit complains here where the desktop has no portal, which we do without.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.services.warning=false"));
+
     auto launchTokens = velquarin::takeLaunchTokens();
     velquarin::installAccessibleApplication();
     const QApplication application(argc, argv);

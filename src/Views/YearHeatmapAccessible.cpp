@@ -16,7 +16,7 @@ class Part : public QAccessibleInterface
 {
 public:
     Part(YearHeatmapView *view, int index)
-        : m_view(view)
+        : m_widget(view)
         , m_index(index)
     {
     }
@@ -25,13 +25,13 @@ public:
 
     [[nodiscard]] bool isValid() const override
     {
-        return m_view && m_index < m_view->cells() + m_view->labels().size();
+        return view() && m_index < view()->cells() + view()->labels().size();
     }
     [[nodiscard]] QObject *object() const override { return nullptr; }
-    [[nodiscard]] QWindow *window() const override { return m_view ? m_view->window()->windowHandle() : nullptr; }
+    [[nodiscard]] QWindow *window() const override { return view() ? view()->window()->windowHandle() : nullptr; }
     [[nodiscard]] QAccessibleInterface *parent() const override
     {
-        return QAccessible::queryAccessibleInterface(m_view);
+        return QAccessible::queryAccessibleInterface(view());
     }
     [[nodiscard]] QAccessibleInterface *child(int /*index*/) const override { return nullptr; }
     [[nodiscard]] int childCount() const override { return 0; }
@@ -43,7 +43,7 @@ public:
     {
         if (kind != QAccessible::Name || !isValid())
             return {};
-        return isCell() ? m_view->textOf(m_index) : m_view->labels().at(m_index - m_view->cells());
+        return isCell() ? view()->textOf(m_index) : view()->labels().at(m_index - view()->cells());
     }
 
     [[nodiscard]] QRect rect() const override
@@ -51,7 +51,7 @@ public:
         if (!isValid())
             return {};
         const auto place = placeInView();
-        return {m_view->mapToGlobal(place.topLeft()), place.size()};
+        return {view()->mapToGlobal(place.topLeft()), place.size()};
     }
 
     [[nodiscard]] QAccessible::Role role() const override
@@ -66,22 +66,24 @@ public:
         if (state.invalid)
             return state;
         state.readOnly = true;
-        state.invisible = !m_view->isVisible() || text(QAccessible::Name).isEmpty();
-        state.offscreen = !m_view->visibleRegion().intersects(placeInView());
+        state.invisible = !view()->isVisible() || text(QAccessible::Name).isEmpty();
+        state.offscreen = !view()->visibleRegion().intersects(placeInView());
         state.focusable = isCell() && !state.invisible;
-        state.focused = isCell() && m_view->hasFocus() && m_view->currentCell() == m_index;
+        state.focused = isCell() && view()->hasFocus() && view()->currentCell() == m_index;
         return state;
     }
 
 private:
-    [[nodiscard]] bool isCell() const { return m_view && m_index < m_view->cells(); }
+    // None either while it is being taken apart, when it is of its own class no more.
+    [[nodiscard]] YearHeatmapView *view() const { return qobject_cast<YearHeatmapView *>(m_widget.data()); }
+    [[nodiscard]] bool isCell() const { return view() && m_index < view()->cells(); }
 
     [[nodiscard]] QRect placeInView() const
     {
-        return isCell() ? m_view->rectangleOf(m_index) : m_view->rectangleOfLabel(m_index - m_view->cells());
+        return isCell() ? view()->rectangleOf(m_index) : view()->rectangleOfLabel(m_index - view()->cells());
     }
 
-    QPointer<YearHeatmapView> m_view;
+    QPointer<QWidget> m_widget;
     int m_index;
 };
 

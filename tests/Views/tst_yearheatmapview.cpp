@@ -27,6 +27,7 @@
 #include <QToolTip>
 
 #include <cmath>
+#include <optional>
 
 using namespace velquarin;
 using namespace velquarin::test;
@@ -155,6 +156,7 @@ private Q_SLOTS:
     void aSquareHoldsNothingAndSaysWhereItIs();
     void aSquareOutOfSightSaysSo();
     void noSquareOutlivesItsYearForAScreenReader();
+    void aSquareIsNoneWhileItsYearIsTakenApart();
     void aYearWithoutAGridIsEmpty();
 };
 
@@ -715,6 +717,19 @@ void TestYearHeatmapView::noSquareOutlivesItsYearForAScreenReader()
     QVERIFY(QAccessible::accessibleInterface(id) != nullptr);
     view.reset();
     QCOMPARE(QAccessible::accessibleInterface(id), nullptr);
+}
+
+// Whoever keeps the squares for screen readers may ask them once more before they go.
+void TestYearHeatmapView::aSquareIsNoneWhileItsYearIsTakenApart()
+{
+    auto view = std::make_unique<YearHeatmapView>();
+    show(*view, {});
+    QAccessibleInterface *square = nullptr;
+    std::optional<bool> wasValid;
+    connect(view.get(), &QObject::destroyed, this, [&] { wasValid = square->isValid(); });
+    square = QAccessible::queryAccessibleInterface(view.get())->child(today);
+    view.reset();
+    QCOMPARE(wasValid, false);
 }
 
 void TestYearHeatmapView::aYearWithoutAGridIsEmpty()

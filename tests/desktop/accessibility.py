@@ -31,9 +31,16 @@ def start(desktop):
     """Turns accessibility on for the session; programs that start from now on take part."""
     desktop.start("accessibility", LAUNCHER, "--launch-immediately")
     desktop.bus.wait_for(BUS)
-    for name in ("IsEnabled", "ScreenReaderEnabled"):
+    for name in _switches(desktop):
         arguments = GLib.Variant("(ssv)", ("org.a11y.Status", name, GLib.Variant("b", True)))
         desktop.bus.call(BUS, "/org/a11y/bus", "org.freedesktop.DBus.Properties", "Set", arguments)
+
+
+# Newer versions know no screen reader apart from all else.
+def _switches(desktop):
+    known, = desktop.bus.call(BUS, "/org/a11y/bus", "org.freedesktop.DBus.Properties", "GetAll",
+                              GLib.Variant("(s)", ("org.a11y.Status",)))
+    return [name for name in ("IsEnabled", "ScreenReaderEnabled") if name in known]
 
 
 class _Objects:

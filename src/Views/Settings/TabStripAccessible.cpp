@@ -17,19 +17,19 @@ class Tab : public QAccessibleInterface, public QAccessibleActionInterface
 {
 public:
     Tab(TabStrip *strip, int index)
-        : m_strip(strip)
+        : m_widget(strip)
         , m_index(index)
     {
     }
 
     [[nodiscard]] int index() const { return m_index; }
 
-    [[nodiscard]] bool isValid() const override { return m_strip && m_index < m_strip->count(); }
+    [[nodiscard]] bool isValid() const override { return strip() && m_index < strip()->count(); }
     [[nodiscard]] QObject *object() const override { return nullptr; }
-    [[nodiscard]] QWindow *window() const override { return m_strip ? m_strip->window()->windowHandle() : nullptr; }
+    [[nodiscard]] QWindow *window() const override { return strip() ? strip()->window()->windowHandle() : nullptr; }
     [[nodiscard]] QAccessibleInterface *parent() const override
     {
-        return QAccessible::queryAccessibleInterface(m_strip);
+        return QAccessible::queryAccessibleInterface(strip());
     }
     [[nodiscard]] QAccessibleInterface *child(int /*index*/) const override { return nullptr; }
     [[nodiscard]] int childCount() const override { return 0; }
@@ -42,7 +42,7 @@ public:
     {
         if (!isValid())
             return {};
-        const auto title = m_strip->tabText(m_index);
+        const auto title = strip()->tabText(m_index);
         if (kind == QAccessible::Accelerator)
             return QKeySequence::mnemonic(title).toString(QKeySequence::NativeText);
         return kind == QAccessible::Name ? QString(title).remove(u'&') : QString();
@@ -52,8 +52,8 @@ public:
     {
         if (!isValid())
             return {};
-        const auto place = m_strip->tabRect(m_index);
-        return {m_strip->mapToGlobal(place.topLeft()), place.size()};
+        const auto place = strip()->tabRect(m_index);
+        return {strip()->mapToGlobal(place.topLeft()), place.size()};
     }
 
     [[nodiscard]] QAccessible::State state() const override
@@ -62,11 +62,11 @@ public:
         state.invalid = !isValid();
         if (state.invalid)
             return state;
-        state.invisible = !m_strip->isVisible();
+        state.invisible = !strip()->isVisible();
         state.selectable = true;
-        state.selected = m_index == m_strip->currentIndex();
+        state.selected = m_index == strip()->currentIndex();
         state.focusable = true;
-        state.focused = state.selected && m_strip->hasFocus();
+        state.focused = state.selected && strip()->hasFocus();
         return state;
     }
 
@@ -78,12 +78,15 @@ public:
     void doAction(const QString &name) override
     {
         if (isValid() && name == pressAction())
-            m_strip->setCurrentIndex(m_index);
+            strip()->setCurrentIndex(m_index);
     }
     [[nodiscard]] QStringList keyBindingsForAction(const QString & /*name*/) const override { return {}; }
 
 private:
-    QPointer<TabStrip> m_strip;
+    // None either while it is being taken apart, when it is of its own class no more.
+    [[nodiscard]] TabStrip *strip() const { return qobject_cast<TabStrip *>(m_widget.data()); }
+
+    QPointer<QWidget> m_widget;
     int m_index;
 };
 

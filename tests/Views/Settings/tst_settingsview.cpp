@@ -24,6 +24,7 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <optional>
 
 using namespace velquarin;
 using namespace velquarin::test;
@@ -93,6 +94,7 @@ private Q_SLOTS:
     void aTabHoldsNothingAndSaysWhatCanBeDoneWithIt();
     void aTabThatIsGoneSaysSo();
     void noTabOutlivesItsStripForAScreenReader();
+    void aTabIsNoneWhileItsStripIsTakenApart();
     void theGapsOfATabGiveWayToItsParts_data();
     void theGapsOfATabGiveWayToItsParts();
     void aPickerIsLabelledOnce();
@@ -569,6 +571,19 @@ void TestSettingsView::noTabOutlivesItsStripForAScreenReader()
     QVERIFY(QAccessible::accessibleInterface(id) != nullptr);
     strip.reset();
     QCOMPARE(QAccessible::accessibleInterface(id), nullptr);
+}
+
+// Whoever keeps the tabs for screen readers may ask them once more before they go.
+void TestSettingsView::aTabIsNoneWhileItsStripIsTakenApart()
+{
+    auto strip = std::make_unique<TabStrip>();
+    strip->addTab(QStringLiteral("One"), QStringLiteral("gear"));
+    QAccessibleInterface *tab = nullptr;
+    std::optional<bool> wasValid;
+    connect(strip.get(), &QObject::destroyed, this, [&] { wasValid = tab->isValid(); });
+    tab = QAccessible::queryAccessibleInterface(strip.get())->child(0);
+    strip.reset();
+    QCOMPARE(wasValid, false);
 }
 
 void TestSettingsView::theGapsOfATabGiveWayToItsParts_data()
