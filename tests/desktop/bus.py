@@ -47,7 +47,7 @@ class Bus:
         (self._folder / "services" / file).symlink_to(f"/usr/share/dbus-1/services/{file}")
 
     def start_service(self, name):
-        """Starts one that is allowed, as a session does at login."""
+        """Starts one that it was allowed to start."""
         self._ask("StartServiceByName", name, 0, types="(su)")
 
     def offer(self, name, service):
