@@ -2,6 +2,8 @@
 # SPDX-License-Identifier: MIT
 """The program's item in the panel: what it says on the bus, and its menu under a real pointer."""
 
+import itertools
+
 from gi.repository import Gio, GLib
 
 import panel
@@ -132,8 +134,21 @@ def tallest(places):
 
 
 def click_first_entry(screen, menu):
-    screen.click(menu.centre[0], menu.top + HALF_A_LINE, 1)
+    _click_entry(screen, menu, menu.top + HALF_A_LINE)
 
 
 def click_last_entry(screen, menu):
-    screen.click(menu.centre[0], menu.bottom - HALF_A_LINE, 1)
+    _click_entry(screen, menu, menu.bottom - HALF_A_LINE)
+
+
+# Some menus take a click for the one that opened them, until the pointer has moved about in them as a hand does.
+def _click_entry(screen, menu, height):
+    before = screen.picture(menu)
+    steps = itertools.cycle((menu.centre[0], menu.centre[0] + 1))
+
+    def lights_up():
+        screen.point(next(steps), height)
+        return screen.picture(menu) != before
+
+    wait_until(lights_up, "an entry lights up")
+    screen.click(menu.centre[0], height, 1)
