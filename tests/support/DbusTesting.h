@@ -120,6 +120,10 @@ public:
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
     {
+        if (!isReady) {
+            ++refusals;
+            return false;
+        }
         if (message.member() == QLatin1String("Get") && m_hasViewer) {
             ++questions;
             return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(*m_hasViewer))));
@@ -131,7 +135,9 @@ public:
     }
 
     QStringList announced;
-    int questions = 0;  //!< how often it was asked for a viewer
+    int questions = 0;    //!< how often it was asked for a viewer
+    bool isReady = true;  //!< some have their name before they answer to it
+    int refusals = 0;     //!< how often it was asked something before it was ready
 
 private:
     static QString name() { return QStringLiteral("org.kde.StatusNotifierWatcher"); }

@@ -70,6 +70,7 @@ private Q_SLOTS:
     void whoShowsWhatIsCollectedComesAndGoes();
     void aBarOfAnotherWatcherDoesNotCount();
     void aWatcherThatComesLaterIsTold();
+    void aWatcherThatDoesNotAnswerYetIsToldWhenItDoes();
     void aWatcherThatRestartsIsToldAgain();
     void aWatcherThatReplacesAnotherIsTold();
     void theItemLeavesTheBusWithTheWatcher();
@@ -310,6 +311,21 @@ void TestSniStatusItem::aWatcherThatComesLaterIsTold()
     QVERIFY(properties().isEmpty());
     showWatcher();
     QCOMPARE(m_watcher->announced, QStringList{address() + itemPath});
+}
+
+// Budgie's takes its name first and offers its object afterwards.
+void TestSniStatusItem::aWatcherThatDoesNotAnswerYetIsToldWhenItDoes()
+{
+    m_watcher->isReady = false;
+    makeItem();
+    m_watcher->appear();
+    QTRY_COMPARE(m_watcher->refusals, 2);  // whether somebody shows what it collects, and the announcement
+    m_watcher->isReady = true;
+    m_watcher->viewerComes();
+    QTRY_COMPARE(m_watcher->announced, QStringList{address() + itemPath});
+    m_watcher->viewerComes();
+    settle();
+    QCOMPARE(m_watcher->announced.size(), 1);
 }
 
 void TestSniStatusItem::aWatcherThatRestartsIsToldAgain()

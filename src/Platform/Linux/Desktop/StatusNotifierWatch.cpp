@@ -109,16 +109,23 @@ void StatusNotifierWatch::askForViewer()
     auto *reply = new QDBusPendingCallWatcher(m_connection.asyncCall(call), this);
     connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, asked = m_generation] {
         reply->deleteLater();
-        const bool isShown = reply->isError() || resultOf<QDBusVariant>(*reply).variant().toBool();
-        if (asked == m_generation && (isShown || !m_patience.isActive()))
+        if (asked != m_generation)
+            return;
+        m_answers = !reply->isError();
+        const bool isShown = !m_answers || resultOf<QDBusVariant>(*reply).variant().toBool();
+        if (isShown || !m_patience.isActive())
             tell(isShown);
     });
 }
 
+// Some watchers have their name before they answer to it: what they were told until then is lost.
 void StatusNotifierWatch::viewerCame(const QDBusMessage &signal)
 {
-    if (signal.service() == m_owner)
-        tell(true);
+    if (signal.service() != m_owner)
+        return;
+    if (!std::exchange(m_answers, true))
+        m_isShown.reset();
+    tell(true);
 }
 
 // There may be others.

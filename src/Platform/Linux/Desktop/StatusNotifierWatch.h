@@ -25,8 +25,8 @@ public:
     explicit StatusNotifierWatch(QDBusConnection connection, QObject *parent = nullptr);
 
 Q_SIGNALS:
-    //! A watcher is there, for the first time or in place of another: items must be announced to it. @p isShown tells
-    //! whether somebody shows what it collects; a watcher that cannot say is believed to have somebody.
+    //! A watcher is there, for the first time or in place of another, or is ready at last: items must be announced to
+    //! it. @p isShown tells whether somebody shows what it collects; one that cannot say is believed to have somebody.
     void appeared(const StatusHost &host, bool isShown);
 
     //! The first who shows what that watcher collects came, or the last one went.
@@ -51,6 +51,7 @@ private:
     QString m_owner;
     StatusHost m_host;
     std::optional<bool> m_isShown;  // what was told of this watcher
+    bool m_answers = true;          // whether the watcher could say who shows what it collects
     QTimer m_patience;              // with a watcher whose items nobody shows yet
     int m_generation = 0;           // an answer to a question that was asked before the last change is dropped
 };
