@@ -633,8 +633,10 @@ void TestSniStatusItem::aRightClickOpensOurMenuWhereTheHostDrawsNone()
     // What every pop-up meets on a platform without windows.
     QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
     QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+    QSignalSpy opens(m_item.get(), &StatusItem::menuOpened);
     ask(itemInterface, "ContextMenu", {300, 200});
     QTRY_VERIFY(QApplication::activePopupWidget());
+    QCOMPARE(opens.size(), 1);
     auto *opened = qobject_cast<QMenu *>(QApplication::activePopupWidget());
     QVERIFY(opened);
     QCOMPARE(opened->pos(), QPoint(300, 200));
