@@ -113,6 +113,7 @@ private Q_SLOTS:
     void theZoneIsWhatLibcMakesOfIt_data();
     void theZoneIsWhatLibcMakesOfIt();
     void aFileAnywhereGivesTheZone();
+    void aFolderOfZonesThatIsNamedByNothingIsTheUsualOne();
     void aZoneThatNobodyKnowsIsTheSystems_data();
     void aZoneThatNobodyKnowsIsTheSystems();
     void aCalendarIsAnotherOnceTheZoneHasChanged();
@@ -270,6 +271,17 @@ void TestSystemAdapters::aFileAnywhereGivesTheZone()
     const ZoneInEnvironment environment(QFile::encodeName(path));
     dropUnknownZone();
     QCOMPARE(localTime(instant("2026-01-01T00:00:00Z")), QStringLiteral("2026-01-01 05:30"));
+}
+
+void TestSystemAdapters::aFolderOfZonesThatIsNamedByNothingIsTheUsualOne()
+{
+    const CapturedStandardError errors;
+    const ZoneInEnvironment environment("Asia/Kolkata");
+    qputenv("TZDIR", "");
+    dropUnknownZone();
+    qunsetenv("TZDIR");
+    QCOMPARE(localTime(instant("2026-01-01T00:00:00Z")), QStringLiteral("2026-01-01 05:30"));
+    QCOMPARE(errors.lines(), QStringList());
 }
 
 void TestSystemAdapters::aZoneThatNobodyKnowsIsTheSystems_data()
