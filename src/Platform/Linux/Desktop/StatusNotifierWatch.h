@@ -53,7 +53,7 @@ private:
     bool m_hasViewer = false;          // who said so before that
     std::optional<bool> m_isShown;     // what was told of this watcher
     QTimer m_patience;                 // with a watcher whose items nobody shows yet
-    int m_generation = 0;           // an answer to a question that was asked before the last change is dropped
+    int m_generation = 0;              // an answer to a question that was asked before the last change is dropped
 };
 
 }  // namespace velquarin
