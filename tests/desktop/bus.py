@@ -46,6 +46,10 @@ class Bus:
         file = f"{name}.service"
         (self._folder / "services" / file).symlink_to(f"/usr/share/dbus-1/services/{file}")
 
+    def start_service(self, name):
+        """Starts one that it was allowed to start."""
+        self._ask("StartServiceByName", name, 0, types="(su)")
+
     def offer(self, name, service):
         """Makes one more service known that the bus starts by itself. Comes before start()."""
         (self._folder / "services" / f"{name}.service").write_text(service)
@@ -99,9 +103,9 @@ class Bus:
     def process_of(self, name):
         return self._ask("GetConnectionUnixProcessID", name)
 
-    def _ask(self, method, name):
-        arguments = GLib.Variant("(s)", (name,))
-        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method, arguments)[0]
+    def _ask(self, method, *arguments, types="(s)"):
+        return self.call("org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
+                         GLib.Variant(types, arguments))[0]
 
     def wait_for(self, name):
         wait_until(lambda: self.owner(name), f"{name} on the bus")

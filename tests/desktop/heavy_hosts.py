@@ -8,6 +8,9 @@ from hosts import Host, Mate, OldTray, write_keyfile
 
 PYTHON = "/usr/bin/python3"
 
+DBUSMOCK = "/usr/lib/python3/dist-packages/dbusmock"
+STOOD_IN_FOR = {"logind": "org.freedesktop.login1", "upower": "org.freedesktop.UPower"}
+
 
 class BareDesktop(Desktop):
     """One whose host brings its own window manager."""
@@ -21,6 +24,7 @@ def stand_in(desktop, *templates):
     desktop.environment["DBUS_SYSTEM_BUS_ADDRESS"] = desktop.bus.address
     for template in templates:
         desktop.start(template, PYTHON, "-m", "dbusmock", "--system", "--template", template)
+        desktop.bus.wait_for(STOOD_IN_FOR[template])
 
 
 GNOME_SETTINGS = """[org/gnome/shell]
@@ -28,7 +32,8 @@ enabled-extensions=['ubuntu-appindicators@ubuntu.com', 'appindicatorsupport@rgcj
 disable-user-extensions=false
 welcome-dialog-last-shown-version='99'
 favorite-apps=@as []
-
+"""
+PLAIN_BACKGROUND = """
 [org/gnome/desktop/background]
 picture-options='none'
 primary-color='#31465c'
@@ -36,23 +41,37 @@ primary-color='#31465c'
 
 
 class Gnome(Host):
-    needed = {"gnome-shell": "gnome-shell", "python3-dbusmock": "/usr/lib/python3/dist-packages/dbusmock",
+    needed = {"gnome-shell": "gnome-shell", "python3-dbusmock": DBUSMOCK,
               "gnome-shell-extension-appindicator": "/usr/share/doc/gnome-shell-extension-appindicator"}
     environment = {"XDG_CURRENT_DESKTOP": "GNOME", "GSETTINGS_BACKEND": "keyfile", "LIBGL_ALWAYS_SOFTWARE": "1",
                    "XDG_SESSION_DESKTOP": "gnome"}
     desktop = BareDesktop
 
     def write_settings(self, desktop):
-        write_keyfile(desktop, GNOME_SETTINGS)
+        write_keyfile(desktop, GNOME_SETTINGS + PLAIN_BACKGROUND)
 
-    def start(self, desktop):
+    def surround(self, desktop):
         stand_in(desktop, "logind", "upower")
-        desktop.bus.wait_for("org.freedesktop.login1")
-        desktop.bus.wait_for("org.freedesktop.UPower")
-        super().start(desktop)
 
     def command(self, desktop):
         return "gnome-shell", "--x11"
+
+
+class NestedGnomeDesktop(BareDesktop):
+    """The compositor is a window that covers the screen."""
+    lets_programs_place_windows = False
+
+
+class GnomeOnWayland(Gnome):
+    desktop = NestedGnomeDesktop
+    environment = {**Gnome.environment, "XDG_SESSION_TYPE": "wayland", "MUTTER_DEBUG_DUMMY_MODE_SPECS": "1280x800"}
+
+    def surround(self, desktop):
+        super().surround(desktop)
+        desktop.environment["WAYLAND_DISPLAY"] = "wayland-0"
+
+    def command(self, desktop):
+        return "gnome-shell", "--nested", "--wayland", "--wayland-display=wayland-0"
 
 
 class Plasma(Host):
@@ -74,22 +93,53 @@ class Plasma(Host):
 
 
 class Cinnamon(Host):
-    needed = {"cinnamon": "cinnamon", "xapp-sn-watcher": "/usr/libexec/xapps/sn-watcher/xapp-sn-watcher"}
+    needed = {"cinnamon": "cinnamon", "python3-dbusmock": DBUSMOCK,
+              "xapp-sn-watcher": "/usr/share/dbus-1/services/org.x.StatusNotifierWatcher.service"}
+    services = ("org.x.StatusNotifierWatcher",)
     environment = {"XDG_CURRENT_DESKTOP": "X-Cinnamon", "GSETTINGS_BACKEND": "keyfile", "LIBGL_ALWAYS_SOFTWARE": "1"}
     desktop = BareDesktop
     is_wide = True
 
-    def start(self, desktop):
+    def surround(self, desktop):
         stand_in(desktop, "logind", "upower")
-        desktop.bus.wait_for("org.freedesktop.login1")
-        desktop.start("watcher", self.needed["xapp-sn-watcher"])
-        super().start(desktop)
+        desktop.bus.start_service("org.x.StatusNotifierWatcher")
 
     def command(self, desktop):
         return "cinnamon",
 
 
-class Indicators(Mate):
+class BesideWatcher(Host):
+    """One that shows what another program collects, which stays when it ends."""
+
+    def end(self, desktop):
+        desktop.end("host")
+
+
+class Budgie(BesideWatcher):
+    """The one of Debian 12 has a tray of the older kind, newer ones take items from the bus."""
+    needed = {"budgie-core": "budgie-panel", "python3-dbusmock": DBUSMOCK}
+    environment = {"XDG_CURRENT_DESKTOP": "Budgie:GNOME", "GSETTINGS_BACKEND": "keyfile",
+                   "LIBGL_ALWAYS_SOFTWARE": "1"}
+    desktop = BareDesktop
+    is_on_bus = False
+
+    def is_ready(self, desktop):
+        return super().is_ready(desktop) or desktop.windows.has_tray()
+
+    def write_settings(self, desktop):
+        write_keyfile(desktop, PLAIN_BACKGROUND)
+
+    def surround(self, desktop):
+        stand_in(desktop, "logind", "upower")
+        desktop.start("wm", "budgie-wm")
+        desktop.wait_for_window_manager()
+        desktop.start("daemon", "budgie-daemon")
+
+    def command(self, desktop):
+        return "budgie-panel",
+
+
+class Indicators(BesideWatcher, Mate):
     """The Ayatana indicators, in the panel of MATE."""
     needed = {**Mate.needed, "mate-indicator-applet": "/usr/lib/mate-indicator-applet/mate-indicator-applet",
               "ayatana-indicator-application":
@@ -98,9 +148,8 @@ class Indicators(Mate):
     applet = "IndicatorAppletFactory::IndicatorApplet"
     background = "#d6d6d6"
 
-    def start(self, desktop):
+    def surround(self, desktop):
         desktop.start("indicators", self.needed["ayatana-indicator-application"])
-        super().start(desktop)
 
 
 I3_SETTINGS = """# i3 config file (v4)
@@ -126,4 +175,5 @@ class I3bar(OldTray):
         return "i3", "-c", str(desktop.config / "i3")
 
 
-BY_NAME = {"gnome": Gnome, "plasma": Plasma, "cinnamon": Cinnamon, "indicators": Indicators, "i3bar": I3bar}
+BY_NAME = {"gnome": Gnome, "gnome-wayland": GnomeOnWayland, "plasma": Plasma, "cinnamon": Cinnamon, "budgie": Budgie,
+           "indicators": Indicators, "i3bar": I3bar}

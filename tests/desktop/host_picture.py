@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Velquarin developers
 # SPDX-License-Identifier: MIT
-"""Two pictures of the item on a real host: host_picture.py HOST [late], for tools/host-picture; without one it names
-them. With "late" the host starts after the program."""
+"""Two pictures of the item on a real host: host_picture.py HOST [late|again], for tools/host-picture; without one it
+names them. With "late" the host starts after the program, with "again" it is ended and started once more."""
 
 import os
 import pathlib
@@ -28,7 +28,8 @@ HOSTS = {**hosts.BY_NAME, **heavy_hosts.BY_NAME}
 BASE = ("dbus-daemon", "fonts-dejavu-core", "git", "imagemagick", "openbox", "python3-xlib", "util-linux", "xvfb")
 
 # What stands around the item belongs to the picture.
-MARGIN = 60
+MARGIN_LEFT = 24
+MARGIN_RIGHT = 60
 THICKEST_PANEL = 48
 
 
@@ -38,9 +39,8 @@ def _crop(picture, place, output):
 
 
 def _around(screen, flame):
-    left = max(0, min(flame.left, screen.width - 2 * MARGIN) - MARGIN)
-    return Rectangle(left, max(0, flame.top - 8), min(screen.width, flame.right + MARGIN),
-                     min(screen.height, flame.bottom + 8))
+    return Rectangle(max(0, flame.left - MARGIN_LEFT), max(0, flame.top - 8),
+                     min(screen.width, flame.right + MARGIN_RIGHT), min(screen.height, flame.bottom + 8))
 
 
 # Not every host names its items in the same way.
@@ -62,6 +62,7 @@ def _flame(desktop, before):
 
 def _start_both(host, desktop, is_late):
     """The program, and the upper and the lower edge of the screen without it."""
+    host.surround(desktop)
     if not is_late:
         host.start(desktop)
     screen = desktop.screen
@@ -74,15 +75,24 @@ def _start_both(host, desktop, is_late):
     return program, before
 
 
-def take(host, folder, is_late):
+def _wait_for_flame(host, desktop, before):
+    if host.is_on_bus:
+        desktop.bus.wait_for(BUS_NAME)
+        wait_until(lambda: "12" in _tooltip(desktop), "the streak in the tooltip")
+    return wait_until(lambda: _flame(desktop, before), "an orange flame")
+
+
+def take(host, folder, way):
     """Leaves screen.png and item.png in the folder."""
     with host.open("host-picture", width=1280, height=800) as desktop:
         tracked_days_ago(desktop, case.now_in("UTC"), *range(12))
-        program, before = _start_both(host, desktop, is_late)
-        if host.is_on_bus:
-            desktop.bus.wait_for(BUS_NAME)
-            wait_until(lambda: "12" in _tooltip(desktop), "the streak in the tooltip")
-        flame = wait_until(lambda: _flame(desktop, before), "an orange flame")
+        program, before = _start_both(host, desktop, way == "late")
+        flame = _wait_for_flame(host, desktop, before)
+        if way == "again":
+            host.end(desktop)
+            wait_until(lambda: not _flame(desktop, before), "no flame")
+            host.start(desktop)
+            flame = _wait_for_flame(host, desktop, before)
         desktop.screen.save(folder / "screen.png")
         _crop(folder / "screen.png", _around(desktop.screen, flame), folder / "item.png")
         program.end()
@@ -96,7 +106,7 @@ def main(arguments):
     case.stop_without({**{package: case.NEEDED[package] for package in BASE}, **host.needed})
     if issubclass(host.desktop, wayland.WaylandDesktop):
         wayland.as_ordinary_user()
-    take(host, pathlib.Path(os.environ["VELQUARIN_DESKTOP_FAILURES"]), arguments[1:] == ["late"])
+    take(host, pathlib.Path(os.environ["VELQUARIN_DESKTOP_FAILURES"]), "".join(arguments[1:]))
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
 # SPDX-FileCopyrightText: 2026 The Velquarin developers
 # SPDX-License-Identifier: MIT
-"""The real programs that show status items, each along the upper edge of a desktop that it can live on."""
+"""The real programs that show status items, each along an edge of a desktop that it can live on."""
 
 import case
 import panel
@@ -37,11 +37,14 @@ class Host:
     def write_settings(self, desktop):
         pass
 
+    def surround(self, desktop):
+        """Starts what is there before the host and stays when it goes."""
+
     def start(self, desktop):
         """Returns when it can be seen."""
-        without = panel.picture(desktop.screen)
+        without = panel.pictures(desktop.screen)
         desktop.start("host", *self.command(desktop))
-        wait_until(lambda: self.is_ready(desktop) and panel.picture(desktop.screen) != without, "the host")
+        wait_until(lambda: self.is_ready(desktop) and panel.pictures(desktop.screen) != without, "the host")
 
     def end(self, desktop):
         desktop.end("host")

@@ -54,6 +54,12 @@ def picture(screen):
     return screen.picture(Rectangle(screen.width - NARROWEST, 0, screen.width, HEIGHT))
 
 
+def pictures(screen):
+    """The same, and what there is at the right end of the lower edge."""
+    lower = Rectangle(screen.width - NARROWEST, screen.height - HEIGHT, screen.width, screen.height)
+    return picture(screen), screen.picture(lower)
+
+
 def is_empty(screen):
     """Whether nothing is to be seen there but one colour."""
     return len(set(picture(screen).pixels())) == 1
