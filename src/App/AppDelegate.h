@@ -31,7 +31,7 @@ public:
     {
         std::function<std::unique_ptr<StatusItem>()> makeStatusItem;
         std::function<void()> terminate;
-        std::function<void()> repeatRightClick;
+        std::function<void(QPoint position)> repeatRightClick;
     };
 
     AppDelegate(Shared &shared, Desktop desktop);

@@ -50,7 +50,7 @@ Q_SIGNALS:
     //! empty.
     void activated(QPoint position, const QString &activationToken);
 
-    //! The status bar has opened the menu.
+    //! The status bar has opened the menu, or ours is about to open.
     void menuOpened();
 
     //! The entry of a menu that opens, and never closes.

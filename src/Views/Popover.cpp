@@ -7,8 +7,8 @@
 #include "Views/AccessibleWindow.h"
 #include "Views/Style.h"
 
+#include <QApplication>
 #include <QCursor>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -171,7 +171,7 @@ void Popover::open(const QString &activationToken)
 void Popover::openAt(QPoint click, const QString &activationToken)
 {
     m_click = click;
-    m_isPressedElsewhere = false;
+    m_pressedElsewhere.reset();
     if (!isVisible())
         leaveFocusNowhere();
     fit();
@@ -273,18 +273,22 @@ void Popover::keyPressEvent(QKeyEvent *event)
 // release alone, which is a click to many a host, and open the popover again.
 void Popover::mousePressEvent(QMouseEvent *event)
 {
-    m_isPressedElsewhere = !rect().contains(event->position().toPoint());
+    m_pressedElsewhere.reset();
+    if (!rect().contains(event->position().toPoint()))
+        m_pressedElsewhere = event->globalPosition().toPoint();
 }
 
 // The popover takes every click while it is open, so no host hears of one with the right button on the item, whose
-// menu it was meant for. Only the host knows how far the item reaches.
+// menu it was meant for. Only the host knows how far the item reaches. A button that is let go elsewhere is no click.
 void Popover::mouseReleaseEvent(QMouseEvent *event)
 {
-    if (!m_isPressedElsewhere || event->buttons() != Qt::NoButton)
+    if (!m_pressedElsewhere || event->buttons() != Qt::NoButton)
         return;
     hide();
-    if (event->button() == Qt::RightButton && knowsPointer())
-        Q_EMIT rightClickKept();
+    const auto position = event->globalPosition().toPoint();
+    const bool isClick = (position - *m_pressedElsewhere).manhattanLength() < QApplication::startDragDistance();
+    if (event->button() == Qt::RightButton && isClick && knowsPointer())
+        Q_EMIT rightClickKept(position);
 }
 
 void Popover::paintEvent(QPaintEvent * /*event*/)

@@ -59,7 +59,7 @@ Q_SIGNALS:
     void hidden();
 
     //! A right click beside the popover closed it, which kept the click from what lies there: the item or something else.
-    void rightClickKept();
+    void rightClickKept(QPoint position);
 
 protected:
     bool event(QEvent *event) override;
@@ -87,7 +87,7 @@ private:
     Surface m_surface;
     QScrollArea *m_scrollArea = nullptr;
     std::optional<QPoint> m_click;
-    bool m_isPressedElsewhere = false;
+    std::optional<QPoint> m_pressedElsewhere;
     QElapsedTimer m_sinceDeactivation;
     std::unique_ptr<QWidget> m_clickCatcher;
 };

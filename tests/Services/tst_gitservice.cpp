@@ -272,7 +272,7 @@ void TestGitService::countingDoesNotWaitForASearch()
     files.isAsked.acquire();
     const QScopeGuard letItEnd([&] { files.mayAnswer.release(); });
     const auto counted = git.count([] { return 3; });
-    QTRY_VERIFY_WITH_TIMEOUT(counted.isFinished(), int(std::chrono::milliseconds(atOnce).count()));
+    QTRY_VERIFY(counted.isFinished());
     QCOMPARE(counted.result(), 3);
     QVERIFY(!search.isFinished());
 }

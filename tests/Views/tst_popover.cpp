@@ -87,6 +87,7 @@ private Q_SLOTS:
     void aClickElsewhereClosesItWhenTheButtonIsUp();
     void aRightClickBesideItIsNotKept_data();
     void aRightClickBesideItIsNotKept();
+    void aRightButtonThatIsLetGoElsewhereIsNoClick();
     void aClickInsideLeavesItOpen();
     void theReleaseOfTheClickThatOpenedItLeavesItOpen();
     void closedInAnyWayItKeepsItsWindow_data();
@@ -269,8 +270,9 @@ void TestPopover::aRightClickBesideItIsNotKept()
         qputenv("WAYLAND_DISPLAY", waylandDisplay);
     Popover popover(new Content(200), Popover::Kind::Grabbing);
     int repeated = 0;
-    connect(&popover, &Popover::rightClickKept, this, [&] {
+    connect(&popover, &Popover::rightClickKept, this, [&](QPoint at) {
         QVERIFY(!popover.isShown());
+        QCOMPARE(at, position);
         ++repeated;
     });
     popover.toggle(item, {});
@@ -279,6 +281,18 @@ void TestPopover::aRightClickBesideItIsNotKept()
     QCOMPARE(repeated, 0);
     send(popover, QEvent::MouseButtonRelease, position, button);
     QTEST(repeated, "repeated");
+}
+
+void TestPopover::aRightButtonThatIsLetGoElsewhereIsNoClick()
+{
+    Popover popover(new Content(200), Popover::Kind::Grabbing);
+    const QSignalSpy kept(&popover, &Popover::rightClickKept);
+    popover.toggle(item, {});
+    QVERIFY(QTest::qWaitForWindowExposed(&popover));
+    send(popover, QEvent::MouseButtonPress, item, Qt::RightButton);
+    send(popover, QEvent::MouseButtonRelease, item + QPoint(QApplication::startDragDistance(), 0), Qt::RightButton);
+    QVERIFY(!popover.isShown());
+    QCOMPARE(kept.size(), 0);
 }
 
 void TestPopover::aClickInsideLeavesItOpen()

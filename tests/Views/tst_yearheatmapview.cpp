@@ -724,10 +724,13 @@ void TestYearHeatmapView::aSquareIsNoneWhileItsYearIsTakenApart()
 {
     auto view = std::make_unique<YearHeatmapView>();
     show(*view, {});
-    QAccessibleInterface *square = nullptr;
+    QAccessible::Id id = 0;
     std::optional<bool> wasValid;
-    connect(view.get(), &QObject::destroyed, this, [&] { wasValid = square->isValid(); });
-    square = QAccessible::queryAccessibleInterface(view.get())->child(today);
+    connect(view.get(), &QObject::destroyed, this, [&] {
+        const auto *square = QAccessible::accessibleInterface(id);
+        wasValid = square && square->isValid();
+    });
+    id = QAccessible::uniqueId(QAccessible::queryAccessibleInterface(view.get())->child(today));
     view.reset();
     QCOMPARE(wasValid, false);
 }

@@ -57,6 +57,20 @@ class Hosts(unittest.TestCase):
             self.assertEqual(program.end(), 0)
 
     @case.needs("trayer")
+    def test_an_icon_whose_window_the_old_tray_lost_comes_back(self):
+        with Desktop(self.id(), bus=False) as desktop:
+            preferences.write(desktop.config, [])
+            desktop.start_old_tray()
+            place = PanelPlace(desktop.screen)
+            program = Program(desktop)
+            place.find()
+            lost = desktop.windows.find("Velquarin")
+            lost.destroy()
+            wait_until(lambda: (found := desktop.windows.find("Velquarin")) and found.id != lost.id, "another window")
+            place.find()
+            self.assertEqual((program.end(), program.errors()), (0, ""))
+
+    @case.needs("trayer")
     def test_the_icon_in_the_old_tray_explains_itself(self):
         with Desktop(self.id(), bus=False) as desktop:
             preferences.write(desktop.config, [])

@@ -96,6 +96,18 @@ class Windows:
         """The rectangles of menus and dashboards on the screen; what only explains something is left out."""
         return {place for window, place in self._seen() if not self._only_explains(window)}
 
+    def find(self, name):
+        """The window of that plain old name, wherever it has been put; None where there is none."""
+        waiting = [self.root]
+        for window in waiting:
+            try:
+                if window.get_wm_name() == name:
+                    return window
+                waiting.extend(window.query_tree().children)
+            except (BadWindow, BadDrawable):  # gone between the two questions
+                pass
+        return None
+
     def explanation(self):
         """The rectangle of the tooltip on the screen, or None."""
         return next((place for window, place in self._seen() if self._only_explains(window)), None)

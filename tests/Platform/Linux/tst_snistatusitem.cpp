@@ -68,6 +68,7 @@ private Q_SLOTS:
     void aBarThatIsJustStartingIsToldWhenItLooks();
     void aWatcherThatNobodyShowsIsToldInTheEnd();
     void whoShowsWhatIsCollectedComesAndGoes();
+    void aBarThatShowsBeforeItsProcessIsKnownIsWaitedFor();
     void aBarOfAnotherWatcherDoesNotCount();
     void aWatcherThatComesLaterIsTold();
     void aWatcherThatDoesNotAnswerYetIsToldWhenItDoes();
@@ -288,6 +289,24 @@ void TestSniStatusItem::whoShowsWhatIsCollectedComesAndGoes()
     QTRY_COMPARE(shown.size(), 2);
     QCOMPARE(shown.last().first().toBool(), false);
     QCOMPARE(appeared.size(), 1);
+}
+
+// GNOME's takes its name and says that it shows in one breath.
+void TestSniStatusItem::aBarThatShowsBeforeItsProcessIsKnownIsWaitedFor()
+{
+    const ProcessName name("gnome-shell");
+    StatusNotifierWatch watch(m_bus->connection());
+    QList<CountDisplay> displays;
+    connect(&watch, &StatusNotifierWatch::appeared, this,
+            [&](const StatusHost &host) { displays.append(host.display); });
+    QSignalSpy absent(&watch, &StatusNotifierWatch::absent);
+    QTRY_COMPARE(absent.size(), 1);
+    m_watcher->appear();
+    m_watcher->viewerComes();
+    QTRY_COMPARE(displays, QList{CountDisplay::Label});
+    m_watcher->disappear();
+    QTRY_COMPARE(absent.size(), 2);
+    QCOMPARE(displays.size(), 1);
 }
 
 void TestSniStatusItem::aBarOfAnotherWatcherDoesNotCount()
@@ -649,8 +668,10 @@ void TestSniStatusItem::aRightClickOpensOurMenuWhereTheHostDrawsNone()
     // What every pop-up meets on a platform without windows.
     QTest::ignoreMessage(QtWarningMsg, "This plugin does not support raise()");
     QTest::ignoreMessage(QtWarningMsg, "This plugin does not support grabbing the keyboard");
+    QSignalSpy opens(m_item.get(), &StatusItem::menuOpened);
     ask(itemInterface, "ContextMenu", {300, 200});
     QTRY_VERIFY(QApplication::activePopupWidget());
+    QCOMPARE(opens.size(), 1);
     auto *opened = qobject_cast<QMenu *>(QApplication::activePopupWidget());
     QVERIFY(opened);
     QCOMPARE(opened->pos(), QPoint(300, 200));

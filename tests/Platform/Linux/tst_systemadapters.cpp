@@ -16,6 +16,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -112,6 +113,7 @@ private Q_SLOTS:
     void theZoneIsWhatLibcMakesOfIt_data();
     void theZoneIsWhatLibcMakesOfIt();
     void aFileAnywhereGivesTheZone();
+    void aFolderOfZonesThatIsNamedByNothingIsTheUsualOne();
     void aZoneThatNobodyKnowsIsTheSystems_data();
     void aZoneThatNobodyKnowsIsTheSystems();
     void aCalendarIsAnotherOnceTheZoneHasChanged();
@@ -222,9 +224,14 @@ void TestSystemAdapters::aSignalArrivesInTheMainLoop()
 
 void TestSystemAdapters::theClockIsTheSystems()
 {
-    const auto before = QDateTime::currentMSecsSinceEpoch();
+    // The toolkit's own idea of it rounds in newer versions.
+    const auto milliseconds = [] {
+        timespec time{};
+        return clock_gettime(CLOCK_REALTIME, &time) == 0 ? time.tv_sec * 1000LL + time.tv_nsec / 1'000'000 : -1;
+    };
+    const auto before = milliseconds();
     const auto now = SystemClock().now().time_since_epoch().count();
-    QVERIFY(now >= before && now <= QDateTime::currentMSecsSinceEpoch());
+    QVERIFY(now >= before && now <= milliseconds());
 }
 
 void TestSystemAdapters::theZoneIsWhatLibcMakesOfIt_data()
@@ -264,6 +271,17 @@ void TestSystemAdapters::aFileAnywhereGivesTheZone()
     const ZoneInEnvironment environment(QFile::encodeName(path));
     dropUnknownZone();
     QCOMPARE(localTime(instant("2026-01-01T00:00:00Z")), QStringLiteral("2026-01-01 05:30"));
+}
+
+void TestSystemAdapters::aFolderOfZonesThatIsNamedByNothingIsTheUsualOne()
+{
+    const CapturedStandardError errors;
+    const ZoneInEnvironment environment("Asia/Kolkata");
+    qputenv("TZDIR", "");
+    dropUnknownZone();
+    qunsetenv("TZDIR");
+    QCOMPARE(localTime(instant("2026-01-01T00:00:00Z")), QStringLiteral("2026-01-01 05:30"));
+    QCOMPARE(errors.lines(), QStringList());
 }
 
 void TestSystemAdapters::aZoneThatNobodyKnowsIsTheSystems_data()

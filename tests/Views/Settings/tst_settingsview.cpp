@@ -578,10 +578,13 @@ void TestSettingsView::aTabIsNoneWhileItsStripIsTakenApart()
 {
     auto strip = std::make_unique<TabStrip>();
     strip->addTab(QStringLiteral("One"), QStringLiteral("gear"));
-    QAccessibleInterface *tab = nullptr;
+    QAccessible::Id id = 0;
     std::optional<bool> wasValid;
-    connect(strip.get(), &QObject::destroyed, this, [&] { wasValid = tab->isValid(); });
-    tab = QAccessible::queryAccessibleInterface(strip.get())->child(0);
+    connect(strip.get(), &QObject::destroyed, this, [&] {
+        const auto *tab = QAccessible::accessibleInterface(id);
+        wasValid = tab && tab->isValid();
+    });
+    id = QAccessible::uniqueId(QAccessible::queryAccessibleInterface(strip.get())->child(0));
     strip.reset();
     QCOMPARE(wasValid, false);
 }

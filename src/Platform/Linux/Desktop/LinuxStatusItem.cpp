@@ -191,8 +191,10 @@ void LinuxStatusItem::openFromMenu()
     Q_EMIT openRequested(QCursor::pos(), m_bar ? m_bar->takeActivationToken() : QString());
 }
 
+// The dashboard goes first: two that keep every click would be in each other's way.
 void LinuxStatusItem::popUpMenu(QPoint position)
 {
+    Q_EMIT menuOpened();
     if (canPlaceMenus())
         popUpAt(believablePosition(position, QCursor::pos(), screenRectangles()));
     else

@@ -74,6 +74,8 @@ void StatusNotifierWatch::ownerChanged(const QString &owner)
 {
     ++m_generation;
     m_owner = owner;
+    m_host.reset();
+    m_hasViewer = false;
     m_isShown.reset();
     m_patience.stop();
     if (owner.isEmpty())
@@ -96,6 +98,10 @@ void StatusNotifierWatch::askForProcess(const QString &owner)
 void StatusNotifierWatch::takeProcess(uint processId)
 {
     m_host = statusHostOfProcess(processId);
+    if (m_hasViewer) {
+        tell(true);
+        return;
+    }
     m_patience.start();
     askForViewer();
 }
@@ -118,20 +124,23 @@ void StatusNotifierWatch::askForViewer()
     });
 }
 
-// Some watchers have their name before they answer to it: what they were told until then is lost.
+// GNOME's says so in the moment in which it takes its name, before we know that it is GNOME's.
+// Budgie's has its name before it answers to it: what it was told until then is lost.
 void StatusNotifierWatch::viewerCame(const QDBusMessage &signal)
 {
     if (signal.service() != m_owner)
         return;
+    m_hasViewer = true;
     if (!std::exchange(m_answers, true))
         m_isShown.reset();
-    tell(true);
+    if (m_host)
+        tell(true);
 }
 
 // There may be others.
 void StatusNotifierWatch::viewerWent(const QDBusMessage &signal)
 {
-    if (signal.service() == m_owner)
+    if (signal.service() == m_owner && m_isShown)
         askForViewer();
 }
 
@@ -140,7 +149,7 @@ void StatusNotifierWatch::tell(bool isShown)
     m_patience.stop();
     const auto told = std::exchange(m_isShown, isShown);
     if (!told)
-        Q_EMIT appeared(m_host, isShown);
+        Q_EMIT appeared(*m_host, isShown);
     else if (told != isShown)
         Q_EMIT shownChanged(isShown);
 }

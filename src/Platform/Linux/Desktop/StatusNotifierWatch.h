@@ -49,11 +49,12 @@ private:
     QDBusConnection m_connection;
     QDBusServiceWatcher m_names;
     QString m_owner;
-    StatusHost m_host;
-    std::optional<bool> m_isShown;  // what was told of this watcher
-    bool m_answers = true;          // whether the watcher could say who shows what it collects
-    QTimer m_patience;              // with a watcher whose items nobody shows yet
-    int m_generation = 0;           // an answer to a question that was asked before the last change is dropped
+    std::optional<StatusHost> m_host;  // once it is known
+    bool m_hasViewer = false;          // who said so before that
+    std::optional<bool> m_isShown;     // what was told of this watcher
+    bool m_answers = true;             // whether the watcher could say who shows what it collects
+    QTimer m_patience;                 // with a watcher whose items nobody shows yet
+    int m_generation = 0;              // an answer to a question that was asked before the last change is dropped
 };
 
 }  // namespace velquarin

@@ -58,7 +58,8 @@ TrayWindow::TrayWindow(QObject *parent)
     : QObject(parent)
     , m_display(x11Display())
     , m_screen(x11Screen(m_display))
-    , m_traySelection(x11Atom(m_display, "_NET_SYSTEM_TRAY_S0"))
+    , m_traySelection(x11Atom(m_display, "_NET_SYSTEM_TRAY_S" + QByteArray::number(x11ScreenNumber())))
+    , m_manager(x11Atom(m_display, "MANAGER"))
 {
     QCoreApplication::instance()->installNativeEventFilter(this);
     const auto question = xcb_get_window_attributes(m_display, m_screen->root);
@@ -139,6 +140,8 @@ void TrayWindow::makeWindow()
     const std::array values{ground, quint32{0}, events, m_colours};
     m_window = xcb_generate_id(m_display);
     m_size = sizeAtFirst;
+    m_isShown = false;
+    m_isPressed = false;
     xcb_create_window(m_display, depth, m_window, m_screen->root, 0, 0, quint16(m_size.width()),
                       quint16(m_size.height()), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, m_visual,
                       (hasAlpha ? XCB_CW_BACK_PIXEL : XCB_CW_BACK_PIXMAP) | XCB_CW_BORDER_PIXEL | XCB_CW_EVENT_MASK |
@@ -213,6 +216,8 @@ void TrayWindow::heed(const xcb_generic_event_t &event)
         return heedSize(reinterpret_cast<const xcb_configure_notify_event_t &>(event));
     case XCB_EXPOSE:
         return heedExposure(reinterpret_cast<const xcb_expose_event_t &>(event));
+    case XCB_BUTTON_PRESS:
+        return heedPress(reinterpret_cast<const xcb_button_press_event_t &>(event));
     case XCB_BUTTON_RELEASE:
         return heedRelease(reinterpret_cast<const xcb_button_release_event_t &>(event));
     case XCB_ENTER_NOTIFY:
@@ -226,19 +231,20 @@ void TrayWindow::heed(const xcb_generic_event_t &event)
 // A tray that begins tells everybody, by the name that it now owns.
 void TrayWindow::heedMessage(const xcb_client_message_event_t &message)
 {
-    if (message.window != m_screen->root || message.data.data32[1] != m_traySelection)
+    if (message.type != m_manager || message.data.data32[1] != m_traySelection || message.data.data32[2] == m_tray)
         return;
     undock();
     dock();
 }
 
+// A tray that is being rebuilt may take the window along and stay; one that refuses it is asked no second time.
 void TrayWindow::heedEnd(xcb_window_t window)
 {
     if (window == XCB_WINDOW_NONE || (window != m_tray && window != m_window))
         return;
-    const bool isTray = window == m_tray;
+    const bool isRefused = window == m_window && !m_isShown;
     undock();
-    if (isTray)
+    if (!isRefused)
         dock();
 }
 
@@ -251,18 +257,28 @@ void TrayWindow::heedSize(const xcb_configure_notify_event_t &event)
     paint();
 }
 
-void TrayWindow::heedExposure(const xcb_expose_event_t &event) const
+void TrayWindow::heedExposure(const xcb_expose_event_t &event)
 {
-    if (event.window == m_window && event.count == 0)
-        paint();
+    if (event.window != m_window || event.count != 0)
+        return;
+    m_isShown = true;
+    paint();
 }
 
-// What opens at a click takes the pointer, which belongs to the click until it is let go.
+void TrayWindow::heedPress(const xcb_button_press_event_t &event)
+{
+    if (event.event == m_window)
+        m_isPressed = true;
+}
+
+// What opens at a click takes the pointer, which belongs to the click until it is let go. A release alone ends what began
+// elsewhere.
 void TrayWindow::heedRelease(const xcb_button_release_event_t &event)
 {
+    if (event.event != m_window || !std::exchange(m_isPressed, false))
+        return;
     const auto button = buttonOf(event.detail);
-    const QRect window(QPoint(), m_size);
-    if (event.event != m_window || button == Qt::NoButton || !window.contains(event.event_x, event.event_y))
+    if (button == Qt::NoButton || !QRect(QPoint(), m_size).contains(event.event_x, event.event_y))
         return;
     const QPoint corner(event.root_x - event.event_x, event.root_y - event.event_y);
     Q_EMIT clicked(button, inToolkitPixels({corner, m_size}));

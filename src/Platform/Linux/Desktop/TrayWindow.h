@@ -39,7 +39,8 @@ private:
     void heedMessage(const xcb_client_message_event_t &message);
     void heedEnd(xcb_window_t window);
     void heedSize(const xcb_configure_notify_event_t &event);
-    void heedExposure(const xcb_expose_event_t &event) const;
+    void heedExposure(const xcb_expose_event_t &event);
+    void heedPress(const xcb_button_press_event_t &event);
     void heedRelease(const xcb_button_release_event_t &event);
     void heedPointer(const xcb_enter_notify_event_t &event);
 
@@ -55,11 +56,14 @@ private:
     xcb_connection_t *m_display;
     xcb_screen_t *m_screen;
     xcb_atom_t m_traySelection;
+    xcb_atom_t m_manager;
     xcb_window_t m_tray = XCB_WINDOW_NONE;
     xcb_window_t m_window = XCB_WINDOW_NONE;
     xcb_visualid_t m_visual = 0;
     xcb_colormap_t m_colours = XCB_COLORMAP_NONE;
     QSize m_size;
+    bool m_isShown = false;    // the tray has taken it
+    bool m_isPressed = false;  // a button, over it
     QList<QImage> m_pictures;
 };
 

@@ -69,9 +69,22 @@ xcb_connection_t *x11Display()
     return x11 ? x11->connection() : nullptr;
 }
 
+int x11ScreenNumber()
+{
+    char *host = nullptr;
+    int display = 0;
+    int screen = 0;
+    if (xcb_parse_display(nullptr, &host, &display, &screen) != 0)
+        std::free(host);
+    return screen;
+}
+
 xcb_screen_t *x11Screen(xcb_connection_t *display)
 {
-    return xcb_setup_roots_iterator(xcb_get_setup(display)).data;
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(display));
+    for (int number = x11ScreenNumber(); number > 0 && screens.rem > 1; --number)
+        xcb_screen_next(&screens);
+    return screens.data;
 }
 
 xcb_atom_t x11Atom(xcb_connection_t *display, const QByteArray &name)

@@ -15,7 +15,8 @@ namespace velquarin {
 //! The toolkit's own connection to the X server; null where the program shows itself on another kind of display.
 [[nodiscard]] xcb_connection_t *x11Display();
 
-//! The screen that everything is on.
+//! The screen that the program was started on. Source: X(7), "DISPLAY NAMES"
+[[nodiscard]] int x11ScreenNumber();
 [[nodiscard]] xcb_screen_t *x11Screen(xcb_connection_t *display);
 
 //! The server's number for a name. Blocks for the answer; XCB_ATOM_NONE where there is none.

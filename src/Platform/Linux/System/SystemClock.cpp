@@ -32,8 +32,8 @@ Instant SystemClock::now() const
 Calendar SystemClock::calendar() const
 {
     const std::lock_guard lock(m_mutex);
-    tzset();
     const auto source = currentSource();
+    tzset();
     if (!m_zone || source != m_source)
         m_zone = std::make_shared<SystemZone>();
     m_source = source;

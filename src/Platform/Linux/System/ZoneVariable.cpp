@@ -18,7 +18,8 @@ constexpr qint64 mostBytes = 1 << 20;
 
 bool isZoneFile(const QString &name)
 {
-    const auto folder = qEnvironmentVariable("TZDIR", QStringLiteral("/usr/share/zoneinfo"));
+    const auto given = qEnvironmentVariable("TZDIR");
+    const auto folder = given.isEmpty() ? QStringLiteral("/usr/share/zoneinfo") : given;
     const auto content = readRegularFile(name.startsWith(u'/') ? name : joinPath(folder, name), mostBytes);
     return content && content->startsWith("TZif");
 }
