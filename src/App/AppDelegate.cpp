@@ -60,6 +60,7 @@ void AppDelegate::setupPopover()
     const auto &platform = m_shared.platform();
     m_popover = std::make_unique<Popover>(new MenuBarView(*m_streakManager, platform.clock, platform.timers,
                                                           platform.fileViewer, [this] { openSettings(); }));
+    m_popover->standAtEdgesBy(m_desktop.anchorWindow);
     connect(m_statusItem.get(), &StatusItem::menuOpened, m_popover.get(), &Popover::hide);
     // Once the click itself is over: a second one within it would be lost.
     connect(m_popover.get(), &Popover::rightClickKept, this, m_desktop.repeatRightClick, Qt::QueuedConnection);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/WindowAnchor.h"
 #include "Services/StreakManager.h"
 
 #include <QObject>
@@ -32,6 +33,7 @@ public:
         std::function<std::unique_ptr<StatusItem>()> makeStatusItem;
         std::function<void()> terminate;
         std::function<void(QPoint position)> repeatRightClick;
+        AnchorWindow anchorWindow = {};
     };
 
     AppDelegate(Shared &shared, Desktop desktop);

@@ -10,6 +10,7 @@
 #include "Platform/Linux/Desktop/FileManagerViewer.h"
 #include "Platform/Linux/Desktop/FolderDialog.h"
 #include "Platform/Linux/Desktop/InputTime.h"
+#include "Platform/Linux/Desktop/LayerShell.h"
 #include "Platform/Linux/Desktop/LinuxStatusItem.h"
 #include "Platform/Linux/Desktop/RepeatedClick.h"
 #include "Platform/Linux/Desktop/StartupNotification.h"
@@ -88,7 +89,7 @@ int VelquarinApp::run()
                    folderChooser});
     AppDelegate delegate(
         shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, dataFolder(QStringLiteral("icons"))); },
-                 [] { QCoreApplication::quit(); }, &repeatRightClick});
+                 [] { QCoreApplication::quit(); }, &repeatRightClick, layerShellAnchoring()});
     QObject::connect(&instance, &SingleInstance::showRequested, &delegate, openingFor(delegate));
     QObject::connect(&notifications, &NotificationCenter::openRequested, &delegate, openingFor(delegate));
     const TerminationSignals signals([] { QCoreApplication::quit(); });

@@ -16,8 +16,10 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include <chrono>
+#include <utility>
 
 namespace velquarin {
 
@@ -28,7 +30,10 @@ namespace {
 constexpr double contentWidth = 300;
 constexpr double leastHeight = 350;
 constexpr double itemExtent = 24;
+constexpr double unseenPanel = 64;
 constexpr double gap = 4;
+// Panels that float are drawn a little beyond what they reserve.
+constexpr double gapToUnseenPanel = 8;
 constexpr double cornerRadius = 10;
 
 // A press on the item takes the activation away, and the click is reported at its release.
@@ -41,6 +46,12 @@ QList<ScreenArea> screenAreas()
     for (const auto *screen : screens)
         areas.append({screen->geometry(), screen->availableGeometry()});
     return areas;
+}
+
+QScreen *screenOf(QPoint point)
+{
+    auto *screen = QGuiApplication::screenAt(point);
+    return screen ? screen : QGuiApplication::primaryScreen();
 }
 
 // Where other windows than those of X11 are about, the X server does not hear of what happens over them.
@@ -142,6 +153,11 @@ void Popover::setUpContent(QWidget *content)
     layout->addWidget(m_scrollArea);
 }
 
+void Popover::standAtEdgesBy(AnchorWindow anchorWindow)
+{
+    m_anchorWindow = std::move(anchorWindow);
+}
+
 void Popover::toggle(QPoint position, const QString &activationToken)
 {
     if (isVisible()) {
@@ -214,12 +230,11 @@ PopoverWish Popover::wish() const
     return {.width = style::points(contentWidth),
             .contentHeight = contentHeight(),
             .leastHeight = style::points(leastHeight),
-            .item = style::points(itemExtent),
+            .item = style::points(m_anchorWindow ? unseenPanel : itemExtent),
             .gap = style::points(gap),
             .scrollBar = m_scrollArea->verticalScrollBar()->sizeHint().width()};
 }
 
-// On Wayland the place is not ours to say, and the size is all that counts of it.
 void Popover::fit()
 {
     const auto wish = this->wish();
@@ -229,8 +244,20 @@ void Popover::fit()
     m_scrollArea->setVerticalScrollBarPolicy(scrollBarWhere(place.scrolls));
     m_scrollArea->setHorizontalScrollBarPolicy(scrollBarWhere(place.scrollsSideways));
     setFixedSize(place.rectangle.size());
-    if (m_kind == Kind::Grabbing)
-        move(place.rectangle.topLeft());
+    standAt(place.rectangle);
+}
+
+// On Wayland the place is not ours to say, unless by edges. How thick the panel is, the compositor knows.
+void Popover::standAt(const QRect &place)
+{
+    if (m_kind == Kind::Grabbing) {
+        move(place.topLeft());
+    } else if (m_anchorWindow) {
+        create();
+        windowHandle()->setScreen(screenOf(*m_click));
+        const auto anchor = anchorPopover(*m_click, place, screenAreas(), style::points(gapToUnseenPanel));
+        m_anchorWindow(*windowHandle(), anchor);
+    }
 }
 
 bool Popover::wasJustDeactivated() const

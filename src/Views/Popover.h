@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/WindowAnchor.h"
 #include "Views/PopoverPlacement.h"
 
 #include <QElapsedTimer>
@@ -25,7 +26,8 @@ public:
     //! How the window lives on this desktop.
     enum class Kind {
         Grabbing,  //!< X11: it takes every click while it is open, and stands where we say
-        Managed,   //!< Wayland: it closes when another window is activated, and stands where the compositor says
+        Managed,   //!< Wayland: it closes when another window is activated, and stands where the compositor says, or
+                   //!< at the edges that it can be told
     };
 
     enum class Surface {
@@ -41,6 +43,9 @@ public:
     //! Takes @p content, which should be points(300) wide and is made as high as it asks to be.
     explicit Popover(QWidget *content, Kind kind = kindOfThisDesktop());
     Popover(QWidget *content, Kind kind, Surface surface);
+
+    //! Lets a managed one stand beside the panel. To be called before it opens first; empty changes nothing.
+    void standAtEdgesBy(AnchorWindow anchorWindow);
 
     //! A click on the status item, where the host says. Where a click on the item already closed the popover by taking
     //! the activation from it, the click is over with that.
@@ -77,6 +82,7 @@ private:
     void setUpContent(QWidget *content);
     void openAt(QPoint click, const QString &activationToken);
     void fit();
+    void standAt(const QRect &place);
     void leaveFocusNowhere();
     [[nodiscard]] int contentHeight() const;
     [[nodiscard]] PopoverWish wish() const;
@@ -85,6 +91,7 @@ private:
 
     Kind m_kind;
     Surface m_surface;
+    AnchorWindow m_anchorWindow;
     QScrollArea *m_scrollArea = nullptr;
     std::optional<QPoint> m_click;
     std::optional<QPoint> m_pressedElsewhere;

@@ -132,6 +132,32 @@ PopoverPlace sizeWithin(QSize room, const PopoverWish &wish)
     return {{QPoint(), wished.boundedTo(room)}, scrolls, width > room.width()};
 }
 
+Qt::Edge edgeOf(PanelSide side)
+{
+    switch (side) {
+    case PanelSide::Top:
+        return Qt::TopEdge;
+    case PanelSide::Bottom:
+        return Qt::BottomEdge;
+    case PanelSide::Left:
+        return Qt::LeftEdge;
+    case PanelSide::Right:
+        return Qt::RightEdge;
+    }
+    return Qt::TopEdge;
+}
+
+PanelSide nearerSide(const QRect &place, const QRect &screen, PanelSide one, PanelSide other)
+{
+    return depth(screen, place, one) < depth(screen, place, other) ? one : other;
+}
+
+QMargins distances(const QRect &place, const QRect &screen)
+{
+    return {depth(screen, place, PanelSide::Left), depth(screen, place, PanelSide::Top),
+            depth(screen, place, PanelSide::Right), depth(screen, place, PanelSide::Bottom)};
+}
+
 }  // namespace
 
 std::optional<QPoint> clickedPoint(QPoint said, QPoint pointer, const QList<ScreenArea> &screens)
@@ -179,6 +205,21 @@ PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens, const 
     auto place = sizeWithin(room.size(), wish);
     place.rectangle.moveTo(corner(click, place.rectangle.size(), side, room));
     return place;
+}
+
+WindowAnchor anchorPopover(QPoint click, const QRect &place, const QList<ScreenArea> &screens, int gap)
+{
+    if (screens.isEmpty())
+        return {};
+    const auto &screen = nearestScreen(click, screens);
+    const auto side = panelSide(click, screen);
+    const auto margins = distances(place, screen.whole);
+    if (isUpright(side)) {
+        const auto across = nearerSide(place, screen.whole, PanelSide::Top, PanelSide::Bottom);
+        return {edgeOf(side) | edgeOf(across), {gap, margins.top(), gap, margins.bottom()}};
+    }
+    const auto across = nearerSide(place, screen.whole, PanelSide::Left, PanelSide::Right);
+    return {edgeOf(side) | edgeOf(across), {margins.left(), gap, margins.right(), gap}};
 }
 
 }  // namespace velquarin

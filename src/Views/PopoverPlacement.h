@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/WindowAnchor.h"
+
 #include <QList>
 #include <QPoint>
 #include <QRect>
@@ -60,5 +62,10 @@ struct PopoverPlace
 //! room, and narrower only where there is none.
 //! Errors: none; without any screen it lies at the click as large as it would like to be.
 [[nodiscard]] PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens, const PopoverWish &wish);
+
+//! The same place told by edges: that of the panel, from which only the gap is kept since the panel's own strip is taken
+//! off by whoever anchors, and the nearer one across it.
+//! Errors: none; without any screen it keeps to no edge.
+[[nodiscard]] WindowAnchor anchorPopover(QPoint click, const QRect &place, const QList<ScreenArea> &screens, int gap);
 
 }  // namespace velquarin

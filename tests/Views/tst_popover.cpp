@@ -106,6 +106,7 @@ private Q_SLOTS:
     void anActivatedWindowClosesAManagedOne();
     void theClickThatDeactivatedItDoesNotOpenItAgain();
     void closedByEscapeItOpensAtOnce();
+    void aManagedOneStandsAtTheEdgesThatItCanBeTold();
     void aManagedOneOffersTheActivationTokenWhileItIsShown();
     void noProgramStartedLaterFindsTheActivationToken();
     void aGrabbingOneNeedsNoActivationToken();
@@ -525,6 +526,24 @@ void TestPopover::closedByEscapeItOpensAtOnce()
     QTest::keyClick(&popover, Qt::Key_Escape);
     popover.toggle(item, {});
     QVERIFY(popover.isShown());
+}
+
+void TestPopover::aManagedOneStandsAtTheEdgesThatItCanBeTold()
+{
+    Popover popover(new Content(200), Popover::Kind::Managed);
+    QList<WindowAnchor> anchors;
+    popover.standAtEdgesBy([&](const QWindow &window, const WindowAnchor &anchor) {
+        QCOMPARE(&window, popover.windowHandle());
+        QVERIFY(anchors.isEmpty() != window.isVisible());
+        anchors.append(anchor);
+    });
+    popover.toggle(item, {});
+    QCOMPARE(anchors.value(0).edges, Qt::TopEdge | Qt::RightEdge);
+    QCOMPARE(anchors.value(0).margins.left(), besideItem.left());
+    QCOMPARE(anchors.value(0).margins.top(), 8);
+    popover.open({});
+    QCOMPARE(anchors.size(), 2);
+    QCOMPARE(anchors.value(1), anchors.value(0));
 }
 
 void TestPopover::aManagedOneOffersTheActivationTokenWhileItIsShown()

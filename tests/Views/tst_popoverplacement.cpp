@@ -66,6 +66,9 @@ private Q_SLOTS:
     void aClickOnTheSameItemKeepsThePlace();
     void withoutAClickTheEndOfThePanelIsMeant_data();
     void withoutAClickTheEndOfThePanelIsMeant();
+    void itKeepsToTheEdges_data();
+    void itKeepsToTheEdges();
+    void withoutAnyScreenItKeepsToNoEdge();
 };
 
 void TestPopoverPlacement::thePanelIsFound_data()
@@ -299,6 +302,41 @@ void TestPopoverPlacement::withoutAClickTheEndOfThePanelIsMeant()
     QFETCH(Qt::LayoutDirection, direction);
     QFETCH(QRect, expected);
     QCOMPARE(placePopover(likelyItem(screen, direction), {screen}, wish()).rectangle, expected);
+}
+
+void TestPopoverPlacement::itKeepsToTheEdges_data()
+{
+    QTest::addColumn<QPoint>("click");
+    QTest::addColumn<QList<ScreenArea>>("screens");
+    QTest::addColumn<QRect>("place");
+    QTest::addColumn<Qt::Edges>("edges");
+    QTest::addColumn<QMargins>("margins");
+    const auto row = [](const char *name, QPoint click, QRect place, Qt::Edges edges, QMargins margins,
+                        const QList<ScreenArea> &screens = {bare()}) {
+        QTest::newRow(name) << click << screens << place << edges << margins;
+    };
+    row("upper and right", {1700, 14}, {1550, 68, 300, 350}, Qt::TopEdge | Qt::RightEdge, {1550, 4, 70, 4});
+    row("upper and left", {100, 14}, {4, 68, 300, 350}, Qt::TopEdge | Qt::LeftEdge, {4, 4, 1616, 4});
+    row("lower and right", {1700, 1066}, {1550, 662, 300, 350}, Qt::BottomEdge | Qt::RightEdge, {1550, 4, 70, 4});
+    row("left and lower", {14, 900}, {68, 700, 300, 350}, Qt::LeftEdge | Qt::BottomEdge, {4, 700, 4, 30});
+    row("right and upper", {1900, 200}, {1552, 40, 300, 350}, Qt::RightEdge | Qt::TopEdge, {4, 40, 4, 690});
+    const QList<ScreenArea> two{bare(), bare({1920, 0, 1280, 800})};
+    row("those of its own screen", {3100, 14}, {2890, 68, 300, 350}, Qt::TopEdge | Qt::RightEdge, {970, 4, 10, 4}, two);
+}
+
+void TestPopoverPlacement::itKeepsToTheEdges()
+{
+    QFETCH(QPoint, click);
+    QFETCH(QList<ScreenArea>, screens);
+    QFETCH(QRect, place);
+    const auto anchor = anchorPopover(click, place, screens, 4);
+    QTEST(anchor.edges, "edges");
+    QTEST(anchor.margins, "margins");
+}
+
+void TestPopoverPlacement::withoutAnyScreenItKeepsToNoEdge()
+{
+    QCOMPARE(anchorPopover({7, 7}, {7, 7, 300, 350}, {}, 4), WindowAnchor());
 }
 
 VELQUARIN_TEST_RUN(velquarin::test::runAlone<TestPopoverPlacement>)

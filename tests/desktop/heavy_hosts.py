@@ -2,9 +2,12 @@
 # SPDX-License-Identifier: MIT
 """Hosts that are too large to be installed for every test run: tools/host-picture shows the item on them."""
 
+import shutil
+
 import panel
 from desktop import Desktop
 from hosts import Host, Mate, OldTray, write_keyfile
+from waiting import wait_until
 
 PYTHON = "/usr/bin/python3"
 
@@ -74,22 +77,57 @@ class GnomeOnWayland(Gnome):
         return "gnome-shell", "--nested", "--wayland", "--wayland-display=wayland-0"
 
 
+# The versions differ in the name of the service that collects items, and in nothing else that counts here.
+PLASMA = "6" if shutil.which("kded6") else "5"
+KDED = f"kded{PLASMA}"
+
+
 class Plasma(Host):
-    needed = {"plasma-desktop": "plasmashell", "kwin-x11": "kwin_x11", "kded5": "kded5"}
+    needed = {"plasma-desktop": "plasmashell", "kwin-x11": "kwin_x11", KDED: KDED}
     services = ("org.kde.ActivityManager", "org.kde.kglobalaccel")
-    environment = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": "5",
+    environment = {"XDG_CURRENT_DESKTOP": "KDE", "KDE_FULL_SESSION": "true", "KDE_SESSION_VERSION": PLASMA,
                    "QT_QUICK_BACKEND": "software", "XDG_CONFIG_DIRS": "/etc/xdg"}
     desktop = BareDesktop
 
-    def start(self, desktop):
+    def surround(self, desktop):
         desktop.start("kwin", "kwin_x11")
         desktop.wait_for_window_manager()
-        desktop.start("kded", "kded5")
-        desktop.bus.wait_for("org.kde.kded5")
+
+    def start(self, desktop):
+        desktop.start("kded", KDED)
+        desktop.bus.wait_for(f"org.kde.{KDED}")
         super().start(desktop)
+
+    def end(self, desktop):
+        desktop.end("kded")
+        super().end(desktop)
 
     def command(self, desktop):
         return "plasmashell", "--no-respawn"
+
+
+class NestedPlasmaDesktop(BareDesktop):
+    """The compositor is a window that covers the screen."""
+    lets_programs_place_windows = False
+
+    def _open(self):
+        super()._open()
+        self.environment["XDG_SESSION_TYPE"] = "wayland"
+
+
+class PlasmaOnWayland(Plasma):
+    needed = {"plasma-desktop": "plasmashell", "kwin-wayland": "kwin_wayland", KDED: KDED,
+              "qt6-wayland": "/usr/share/doc/qt6-wayland"}
+    desktop = NestedPlasmaDesktop
+
+    def surround(self, desktop):
+        socket = "wayland-0"
+        screen = desktop.screen
+        desktop.start("kwin", "kwin_wayland", "--no-lockscreen", "--x11-display", desktop.environment["DISPLAY"],
+                      "--width", str(screen.width), "--height", str(screen.height), "--scale", "1", "--socket", socket)
+        wait_until((desktop.folder / "runtime" / socket).exists, "the compositor")
+        desktop.environment["WAYLAND_DISPLAY"] = socket
+        desktop.environment["QT_QPA_PLATFORM"] = "wayland"
 
 
 class Cinnamon(Host):
@@ -175,5 +213,5 @@ class I3bar(OldTray):
         return "i3", "-c", str(desktop.config / "i3")
 
 
-BY_NAME = {"gnome": Gnome, "gnome-wayland": GnomeOnWayland, "plasma": Plasma, "cinnamon": Cinnamon, "budgie": Budgie,
-           "indicators": Indicators, "i3bar": I3bar}
+BY_NAME = {"gnome": Gnome, "gnome-wayland": GnomeOnWayland, "plasma": Plasma, "plasma-wayland": PlasmaOnWayland,
+           "cinnamon": Cinnamon, "budgie": Budgie, "indicators": Indicators, "i3bar": I3bar}

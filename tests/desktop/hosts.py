@@ -209,16 +209,16 @@ class OnSway(Host):
     # that counts does, so it has only closed when all looks as it did before.
     def opened(self, desktop, act):
         self._before = desktop.screen.settled(self._below_the_panel(desktop))
-        return act_until(act, lambda: tallest(filter(None, [self._what_is_open(desktop)])), "something opens")
+        return act_until(act, lambda: tallest(filter(None, [self.what_is_open(desktop)])), "something opens")
 
     def closed(self, desktop, act):
         act()
-        wait_until(lambda: not self._what_is_open(desktop), "something closes")
+        wait_until(lambda: not self.what_is_open(desktop), "something closes")
 
     def _below_the_panel(self, desktop):
         return desktop.screen.whole._replace(top=panel.HEIGHT)
 
-    def _what_is_open(self, desktop):
+    def what_is_open(self, desktop):
         return self._before.difference(desktop.screen.settled(self._before.place))
 
 

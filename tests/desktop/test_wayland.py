@@ -2,6 +2,8 @@
 # SPDX-License-Identifier: MIT
 """The windows of the program on native Wayland, where no program places its own."""
 
+import os
+import pathlib
 import re
 import time
 import unittest
@@ -22,6 +24,11 @@ SETTINGS = "Settings"
 
 case.NEEDED.update({"sway": "sway", "qt6-wayland": "/usr/share/doc/qt6-wayland",
                     "wtype": "wtype", "foot": "foot"})
+
+# The compositor lists windows alone, and no surface that keeps to an edge.
+IS_LAYER = b"zwlr_layer_shell_v1" in pathlib.Path(os.environ["VELQUARIN_PROGRAM"]).read_bytes()
+as_window = unittest.skipIf(IS_LAYER, "built with layer surfaces")
+as_layer = unittest.skipUnless(IS_LAYER, "built without layer surfaces")
 
 # As the README has it.
 RULE = f'for_window [app_id="{wayland.APPLICATION}" title="^Velquarin$"] floating enable, border none, ' \
@@ -63,6 +70,7 @@ class Windows(unittest.TestCase):
         self.click_item(desktop)
         return desktop.wait_for_window(DASHBOARD)
 
+    @as_window
     def test_a_click_opens_the_dashboard_and_the_next_one_closes_it(self):
         with WaylandDesktop(self.id()) as desktop:
             program = self.start(desktop)
@@ -77,6 +85,7 @@ class Windows(unittest.TestCase):
                 self.take_a_breath()
             self.assertEqual(program.end(), 0)
 
+    @as_window
     def test_the_compositor_is_given_the_token_of_whoever_wants_the_dashboard(self):
         with WaylandDesktop(self.id()) as desktop:
             program = self.start(desktop, given={"WAYLAND_DEBUG": "client", "XDG_ACTIVATION_TOKEN": "of-the-login"})
@@ -104,6 +113,7 @@ class Windows(unittest.TestCase):
         asked = re.findall(r'xdg_activation_v1[@#][0-9]+\.activate\("([^"]*)"', log)
         return [token for token in asked if token not in its_own]
 
+    @as_window
     def test_escape_closes_the_dashboard(self):
         with WaylandDesktop(self.id()) as desktop:
             program = self.start(desktop)
@@ -113,6 +123,7 @@ class Windows(unittest.TestCase):
             self.assertIsNone(typing.poll())
             self.assertEqual(program.end(), 0)
 
+    @as_window
     def test_another_window_takes_its_place(self):
         with WaylandDesktop(self.id()) as desktop:
             program = self.start(desktop)
@@ -124,6 +135,7 @@ class Windows(unittest.TestCase):
             desktop.wait_without_window(DASHBOARD)
             self.assertEqual(program.end(), 0)
 
+    @as_window
     def test_the_gear_opens_the_settings_in_place_of_the_dashboard(self):
         with WaylandDesktop(self.id()) as desktop:
             program = self.start(desktop)
@@ -136,6 +148,28 @@ class Windows(unittest.TestCase):
             self.take_a_breath()
             self.open(desktop)
             self.assertIsNotNone(desktop.window(SETTINGS))
+            self.assertEqual(program.end(), 0)
+
+    @staticmethod
+    def layers(program):
+        """How many surfaces at edges it has made, and has still."""
+        log = program.errors()
+        return log.count(".get_layer_surface(") - len(re.findall(r"zwlr_layer_surface_v1[@#][0-9]+\.destroy", log))
+
+    @as_layer
+    def test_at_the_bar_it_has_the_keyboard_and_goes_with_escape_or_the_next_click(self):
+        with WaylandDesktop(self.id()) as desktop:
+            program = self.start(desktop, given={"WAYLAND_DEBUG": "client"})
+            desktop.start("foot", "foot", "sleep", "infinity")
+            wait_until(lambda: b'"foot"' in desktop.tell("get_tree", "-t"), "another window")
+            self.click_item(desktop)
+            wait_until(lambda: self.layers(program) == 2, "the dashboard, and what catches clicks beside it")
+            desktop.type("-s", "300", "-k", "Escape", "-s", "60000")
+            wait_until(lambda: self.layers(program) == 0, "no dashboard")
+            self.take_a_breath()
+            for surfaces in (2, 0):
+                self.click_item(desktop)
+                wait_until(lambda: self.layers(program) == surfaces, f"{surfaces} surfaces")
             self.assertEqual(program.end(), 0)
 
     def ask_for_menu(self, desktop):
@@ -177,6 +211,7 @@ class Windows(unittest.TestCase):
         window = desktop.window(MENU)
         return window if window and window["id"] != dashboard else None
 
+    @as_window
     def test_the_menu_takes_the_place_of_the_dashboard(self):
         with WaylandDesktop(self.id()) as desktop:
             program = self.start(desktop)
@@ -186,6 +221,7 @@ class Windows(unittest.TestCase):
             wait_until(lambda: self.menu_instead_of(desktop, dashboard), "the menu alone")
             self.assertEqual(program.end(), 0)
 
+    @as_window
     def test_a_rule_of_the_compositor_places_dashboard_and_menu(self):
         def place(window):
             return window["rect"]["x"], window["rect"]["y"]
