@@ -17,10 +17,10 @@
 #include "Platform/Linux/System/SingleInstance.h"
 #include "Platform/Linux/System/TerminationSignals.h"
 #include "Platform/Linux/System/XdgAutostart.h"
+#include "Views/Symbols.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QIcon>
 #include <QLocale>
 #include <QProcessEnvironment>
 
@@ -75,7 +75,7 @@ int VelquarinApp::run()
     const auto translation = translationFor(QLocale().uiLanguages(), dataFolder(QStringLiteral("translations")));
     speak(translation.get());
     // Title bars and switchers on X11 need not look for the desktop file.
-    QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/symbols/io.velquarin.Velquarin.svg")));
+    QGuiApplication::setWindowIcon(style::programIcon());
     const DesktopColors colors(m_bus);
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);

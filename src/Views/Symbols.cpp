@@ -27,7 +27,7 @@ QString fileOf(const QString &name)
     return QStringLiteral(":/symbols/%1.svg").arg(name);
 }
 
-QPixmap drawn(const QString &name, QSize pixels, const QColor &color)
+QImage drawnAsItIs(const QString &name, QSize pixels)
 {
     QSvgRenderer drawing(fileOf(name));
     drawing.setAspectRatioMode(Qt::KeepAspectRatio);
@@ -35,6 +35,13 @@ QPixmap drawn(const QString &name, QSize pixels, const QColor &color)
     image.fill(Qt::transparent);
     QPainter painter(&image);
     drawing.render(&painter, QRectF(QPointF(), QSizeF(pixels)));
+    return image;
+}
+
+QPixmap drawn(const QString &name, QSize pixels, const QColor &color)
+{
+    auto image = drawnAsItIs(name, pixels);
+    QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), color);
     painter.end();
@@ -105,6 +112,14 @@ void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, con
 QIcon symbolIcon(const QString &name)
 {
     return QIcon(new SymbolIconEngine(name));
+}
+
+QIcon programIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128})
+        icon.addPixmap(QPixmap::fromImage(drawnAsItIs(QStringLiteral("io.velquarin.Velquarin"), {size, size})));
+    return icon;
 }
 
 }  // namespace velquarin::style

@@ -10,7 +10,7 @@
 
 class QPainter;
 
-//! Our own drawings, in one colour. Each is drawn on a grid 24 units high, with the same weight of line.
+//! Our own drawings, in one colour but for the program's icon. Each is drawn on a grid 24 units high, with the same weight of line.
 //! Names are those of resources/symbols.
 namespace velquarin::style {
 
@@ -23,5 +23,8 @@ void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, con
 
 //! The symbol @p name for a button of the toolkit: painted anew each time, in the colour of the buttons' text.
 [[nodiscard]] QIcon symbolIcon(const QString &name);
+
+//! The program's own icon, in its colours. Made without the toolkit's plugin for such drawings, which need not be there.
+[[nodiscard]] QIcon programIcon();
 
 }  // namespace velquarin::style
