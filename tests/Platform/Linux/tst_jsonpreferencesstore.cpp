@@ -17,6 +17,11 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <future>
+#include <limits>
+
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -82,6 +87,24 @@ LazyData noBytes()
     return [] { return std::nullopt; };
 }
 
+// Another session in the middle of its save.
+class HeldFolder
+{
+public:
+    explicit HeldFolder(const QString &folder)
+        : m_folder(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        if (::flock(m_folder, LOCK_EX | LOCK_NB) != 0)
+            qFatal("%s cannot be held", qPrintable(folder));
+    }
+    ~HeldFolder() { ::close(m_folder); }
+    HeldFolder(const HeldFolder &) = delete;
+    HeldFolder &operator=(const HeldFolder &) = delete;
+
+private:
+    int m_folder;
+};
+
 void setNumber(const QString &path)
 {
     JsonPreferencesStore store(path);
@@ -126,6 +149,9 @@ private Q_SLOTS:
     void whatWeTookAwayIsNotBroughtBackByOthers();
     void whatCouldNotBeWrittenIsStillOurs();
     void aFileThatSomebodyElseOnlyTouchedNeedsNoCopy();
+    void whatTwoSessionsWriteAtTheSameTimeIsAllThere();
+    void whatAnotherSessionIsWritingIsNoLeftOver();
+    void aSessionThatNeverLetsGoKeepsNobodyFromSaving();
 
     void aDamagedFileIsMovedAside_data();
     void aDamagedFileIsMovedAside();
@@ -608,6 +634,49 @@ void TestJsonPreferencesStore::aFileThatSomebodyElseOnlyTouchedNeedsNoCopy()
     QVERIFY(store.flush(std::chrono::minutes(1)));
     QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
     QVERIFY(error.lines().isEmpty());
+}
+
+void TestJsonPreferencesStore::whatTwoSessionsWriteAtTheSameTimeIsAllThere()
+{
+    constexpr int rounds = 60;
+    const PreferencesPlace place;
+    const CapturedStandardError error;
+    JsonPreferencesStore first(place.path);
+    JsonPreferencesStore second(place.path);
+    for (int round = 1; round <= rounds; ++round) {
+        first.set(u"first%1"_s.arg(round), double(round));
+        second.set(u"second%1"_s.arg(round), double(round));
+        auto other = std::async(std::launch::async, [&] { return second.flush(std::chrono::minutes(1)); });
+        QVERIFY(first.flush(std::chrono::minutes(1)));
+        QVERIFY(other.get());
+        QCOMPARE(objectIn(place.content()).size(), 2 * round);
+    }
+}
+
+void TestJsonPreferencesStore::whatAnotherSessionIsWritingIsNoLeftOver()
+{
+    const PreferencesPlace place;
+    place.fill("{}");
+    const auto temporary = QString(place.folder + u"/.preferences.json.velquarin"_s);
+    writeFile(temporary, "theirs");
+    {
+        const HeldFolder held(place.folder);
+        const JsonPreferencesStore store(place.path);
+        QVERIFY(QFileInfo::exists(temporary));
+    }
+    const JsonPreferencesStore store(place.path);
+    QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
+}
+
+void TestJsonPreferencesStore::aSessionThatNeverLetsGoKeepsNobodyFromSaving()
+{
+    const PreferencesPlace place;
+    place.fill("{}");
+    const HeldFolder held(place.folder);
+    JsonPreferencesStore store(place.path);
+    store.set(numberKey, number);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 42})"));
 }
 
 void TestJsonPreferencesStore::aDamagedFileIsMovedAside_data()

@@ -120,8 +120,9 @@ void JsonPreferencesStore::writeNewest()
     const bool isCopyWanted = std::exchange(m_isCopyWanted, false);
     lock.unlock();
 
-    const auto theirs = changed.empty() ? std::nullopt : m_file.changeOfOthers();
     auto encoded = jsonOf(entries, earlier);
+    const auto folderLock = m_file.lock();
+    const auto theirs = changed.empty() ? std::nullopt : m_file.changeOfOthers();
     if (theirs)
         encoded = merged(encoded, *theirs, changed);
     if (isCopyWanted)

@@ -21,8 +21,7 @@ namespace velquarin {
 
 //! The preferences as one JSON file, which is read when the store is made and written on a thread that sleeps
 //! otherwise. What somebody else, a second session of the user for instance, has written under keys that were not set or
-//! removed here since is taken over at the next write. One store a file at a time in one session: a second one would take
-//! the first one's temporary for a left-over.
+//! removed here since is taken over at the next write.
 //! Source: docs/decisions/0002-preferences-file.md
 class JsonPreferencesStore final : public PreferencesStore
 {

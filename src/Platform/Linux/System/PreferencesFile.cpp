@@ -10,6 +10,7 @@
 #include "Platform/Linux/System/PreferencesFormat.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <utility>
 
@@ -18,7 +19,12 @@
 
 namespace velquarin {
 
+using namespace std::chrono_literals;
+
 namespace {
+
+// Many times what a save takes. A session that was stopped in the middle of one holds up no other for longer.
+constexpr auto patienceWithOthers = 1s;
 
 // Does not wait for anybody, should a fifo have taken the file's place just now.
 bool openForReading(QFile &file, const QString &path)
@@ -42,8 +48,24 @@ QJsonObject PreferencesFile::load()
         giveUp(QString::fromStdString(target.error.message()));
         return {};
     }
-    removeLeftOver(target.path);
+    removeLeftOverOf(target.path);
     return target.kind == FileKind::Regular ? read(target.path) : QJsonObject();
+}
+
+// While another session saves, what lies there is no left-over.
+void PreferencesFile::removeLeftOverOf(const QString &path)
+{
+    const FolderLock lock(QFileInfo(path).path(), 0ms);
+    if (!lock.isHeldByOther())
+        removeLeftOver(path);
+}
+
+FolderLock PreferencesFile::lock() const
+{
+    const auto folder = QFileInfo(followLinks(m_path).path).path();
+    if (!m_isGivenUp)
+        makeFolder(folder);
+    return FolderLock(folder, patienceWithOthers);
 }
 
 QJsonObject PreferencesFile::read(const QString &path)

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Linux/System/FolderLock.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
@@ -21,6 +23,10 @@ public:
     //! What the file holds; to be called once, first. Empty where there is no file, or none that can be used.
     [[nodiscard]] QJsonObject load();
 
+    //! Keeps other sessions from writing: to be held from changeOfOthers() to write(). Makes the folder where it is
+    //! missing.
+    [[nodiscard]] FolderLock lock() const;
+
     //! Puts a copy of what load() read aside before the next write, once; until that has worked none is made.
     void keepCopyOfLoaded();
 
@@ -34,6 +40,7 @@ public:
     bool write(const QByteArray &content);
 
 private:
+    static void removeLeftOverOf(const QString &path);
     [[nodiscard]] QJsonObject read(const QString &path);
     [[nodiscard]] QJsonObject setAside(const QString &path);
     void giveUp(const QString &reason);
