@@ -17,6 +17,11 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <future>
+#include <limits>
+
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -82,6 +87,24 @@ LazyData noBytes()
     return [] { return std::nullopt; };
 }
 
+// Another session in the middle of its save.
+class HeldFolder
+{
+public:
+    explicit HeldFolder(const QString &folder)
+        : m_folder(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        if (::flock(m_folder, LOCK_EX | LOCK_NB) != 0)
+            qFatal("%s cannot be held", qPrintable(folder));
+    }
+    ~HeldFolder() { ::close(m_folder); }
+    HeldFolder(const HeldFolder &) = delete;
+    HeldFolder &operator=(const HeldFolder &) = delete;
+
+private:
+    int m_folder;
+};
+
 void setNumber(const QString &path)
 {
     JsonPreferencesStore store(path);
@@ -126,6 +149,16 @@ private Q_SLOTS:
     void whatWeTookAwayIsNotBroughtBackByOthers();
     void whatCouldNotBeWrittenIsStillOurs();
     void aFileThatSomebodyElseOnlyTouchedNeedsNoCopy();
+    void whatTwoSessionsWriteAtTheSameTimeIsAllThere();
+    void whatAnotherSessionIsWritingIsNoLeftOver();
+    void aSessionThatNeverLetsGoKeepsNobodyFromSaving();
+    void savingAllSettingsLeavesWhatOnlyAnotherSessionChanged();
+    void whatWasTakenAwayHereCanBeSetAgain();
+    void aMergeThatLosesNothingNeedsNoCopy();
+    void whatWasTakenOverAndIsChangedHereIsPutAside();
+    void everyDamageDoneMeanwhileIsPutAside();
+    void aFileTakenAwayMeanwhileIsWrittenAgain();
+    void aNumberThatJsonCannotHoldOutlastsTheChangesOfOthers();
 
     void aDamagedFileIsMovedAside_data();
     void aDamagedFileIsMovedAside();
@@ -608,6 +641,182 @@ void TestJsonPreferencesStore::aFileThatSomebodyElseOnlyTouchedNeedsNoCopy()
     QVERIFY(store.flush(std::chrono::minutes(1)));
     QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
     QVERIFY(error.lines().isEmpty());
+}
+
+void TestJsonPreferencesStore::whatTwoSessionsWriteAtTheSameTimeIsAllThere()
+{
+    constexpr int rounds = 60;
+    const PreferencesPlace place;
+    const CapturedStandardError error;
+    JsonPreferencesStore first(place.path);
+    JsonPreferencesStore second(place.path);
+    for (int round = 1; round <= rounds; ++round) {
+        first.set(u"first%1"_s.arg(round), double(round));
+        second.set(u"second%1"_s.arg(round), double(round));
+        auto other = std::async(std::launch::async, [&] { return second.flush(std::chrono::minutes(1)); });
+        QVERIFY(first.flush(std::chrono::minutes(1)));
+        QVERIFY(other.get());
+        QCOMPARE(objectIn(place.content()).size(), 2 * round);
+    }
+    QCOMPARE(error.lines(), QStringList());
+    QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
+}
+
+void TestJsonPreferencesStore::whatAnotherSessionIsWritingIsNoLeftOver()
+{
+    const PreferencesPlace place;
+    place.fill("{}");
+    const auto temporary = QString(place.folder + u"/.preferences.json.velquarin"_s);
+    writeFile(temporary, "theirs");
+    {
+        const HeldFolder held(place.folder);
+        const JsonPreferencesStore store(place.path);
+        QVERIFY(QFileInfo::exists(temporary));
+    }
+    const JsonPreferencesStore store(place.path);
+    QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
+}
+
+void TestJsonPreferencesStore::aSessionThatNeverLetsGoKeepsNobodyFromSaving()
+{
+    const PreferencesPlace place;
+    place.fill("{}");
+    const HeldFolder held(place.folder);
+    JsonPreferencesStore store(place.path);
+    store.set(numberKey, number);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 42})"));
+}
+
+// The first save takes over what the other one has written, the second one must not take it back.
+void TestJsonPreferencesStore::savingAllSettingsLeavesWhatOnlyAnotherSessionChanged()
+{
+    const PreferencesPlace place;
+    JsonPreferencesStore ourStore(place.path);
+    AppSettings ours(ourStore);
+    QVERIFY(ourStore.flush(std::chrono::minutes(1)));
+    JsonPreferencesStore theirStore(place.path);
+    AppSettings theirs(theirStore);
+    theirs.setRefreshInterval(60.0);
+    theirs.addRepository(u"/home/ann/repo"_s, false);
+    theirs.setLastAutoDiscoveryScan(instant("2026-11-20T18:10:00.123Z"));
+    QVERIFY(theirStore.flush(std::chrono::minutes(1)));
+
+    ours.setNotifyOnStreakRisk(false);
+    QVERIFY(ourStore.flush(std::chrono::minutes(1)));
+    ours.setShowStreakInMenuBar(false);
+    QVERIFY(ourStore.flush(std::chrono::minutes(1)));
+
+    JsonPreferencesStore laterStore(place.path);
+    const AppSettings later(laterStore);
+    QCOMPARE(later.refreshInterval(), 60.0);
+    QCOMPARE(later.trackedRepositories(), theirs.trackedRepositories());
+    QCOMPARE(later.lastAutoDiscoveryScan(), theirs.lastAutoDiscoveryScan());
+    QCOMPARE(later.notifyOnStreakRisk(), false);
+    QCOMPARE(later.showStreakInMenuBar(), false);
+    QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
+}
+
+void TestJsonPreferencesStore::whatWasTakenAwayHereCanBeSetAgain()
+{
+    const PreferencesPlace place;
+    place.fill(R"({"number": 42})");
+    JsonPreferencesStore store(place.path);
+    place.fill("{}");
+    store.set(u"other"_s, true);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QVERIFY(!store.value(numberKey));
+    store.remove(numberKey);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    store.set(numberKey, number);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 42, "other": true})"));
+}
+
+void TestJsonPreferencesStore::aMergeThatLosesNothingNeedsNoCopy()
+{
+    const PreferencesPlace place;
+    place.fill(R"({"number": 1})");
+    const CapturedStandardError error;
+    JsonPreferencesStore store(place.path);
+    place.fill(R"({"number": 1, "text": "theirs"})");
+    store.set(numberKey, 2.0);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    place.fill(R"({"number": 3, "text": "theirs", "scan": {"date": "2026-11-20T18:10:00.123Z"}})");
+    store.set(numberKey, 3.0);
+    store.set(u"scan"_s, instant("2026-11-20T18:20:00.000Z"));
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QCOMPARE(objectIn(place.content()),
+             objectIn(R"({"number": 3, "text": "theirs", "scan": {"date": "2026-11-20T18:20:00.000Z"}})"));
+    QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
+    QCOMPARE(error.lines(), QStringList());
+}
+
+void TestJsonPreferencesStore::whatWasTakenOverAndIsChangedHereIsPutAside()
+{
+    const PreferencesPlace place;
+    place.fill(R"({"text": "before"})");
+    const CapturedStandardError error;
+    JsonPreferencesStore store(place.path);
+    place.fill(R"({"text": "theirs"})");
+    store.set(numberKey, number);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
+    store.set(u"text"_s, u"ours"_s);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    const auto copies = QDir(place.folder).entryList({u"preferences.json.replaced-*"_s});
+    QCOMPARE(copies.size(), 1);
+    QCOMPARE(objectIn(readFile(place.folder + u'/' + copies.first())), objectIn(R"({"number": 42, "text": "theirs"})"));
+    QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 42, "text": "ours"})"));
+}
+
+void TestJsonPreferencesStore::everyDamageDoneMeanwhileIsPutAside()
+{
+    const PreferencesPlace place;
+    place.fill(R"({"text": "before"})");
+    const CapturedStandardError error;
+    JsonPreferencesStore store(place.path);
+    place.fill(R"({"number": 7, "text": "before"})");
+    store.set(numberKey, 1.0);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    for (const auto *damaged : {"{\"first\"", "{\"second\""}) {
+        place.fill(damaged);
+        store.set(numberKey, damaged[2] == 'f' ? 2.0 : 3.0);
+        QVERIFY(store.flush(std::chrono::minutes(1)));
+    }
+    QStringList copies;
+    for (const auto &name : QDir(place.folder).entryList({u"preferences.json.replaced-*"_s}))
+        copies.append(QString::fromUtf8(readFile(place.folder + u'/' + name)));
+    QCOMPARE(copies.size(), 3);
+    QVERIFY(copies.contains(u"{\"first\""_s) && copies.contains(u"{\"second\""_s));
+    QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 3, "text": "before"})"));
+}
+
+void TestJsonPreferencesStore::aFileTakenAwayMeanwhileIsWrittenAgain()
+{
+    const PreferencesPlace place;
+    JsonPreferencesStore store(place.path);
+    store.set(numberKey, number);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QVERIFY(QFile::remove(place.path));
+    store.set(numberKey, number);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 42})"));
+}
+
+void TestJsonPreferencesStore::aNumberThatJsonCannotHoldOutlastsTheChangesOfOthers()
+{
+    const auto infinity = std::numeric_limits<double>::infinity();
+    const PreferencesPlace place;
+    place.fill("{}");
+    JsonPreferencesStore store(place.path);
+    store.set(numberKey, infinity);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    place.fill(R"({"text": "theirs"})");
+    store.set(u"switch"_s, true);
+    QVERIFY(store.flush(std::chrono::minutes(1)));
+    QVERIFY(store.value(numberKey) == PreferenceValue(infinity));
+    QCOMPARE(objectIn(place.content()), objectIn(R"({"switch": true, "text": "theirs"})"));
 }
 
 void TestJsonPreferencesStore::aDamagedFileIsMovedAside_data()

@@ -19,15 +19,6 @@ namespace {
 constexpr mode_t ownerOnlyFile = 0600;
 constexpr mode_t ownerOnlyFolder = 0700;
 
-bool makeFolder(const QString &path)
-{
-    if (QFileInfo(path).isDir() || ::mkdir(QFile::encodeName(path).constData(), ownerOnlyFolder) == 0)
-        return true;
-    const auto parent = QFileInfo(path).path();
-    return errno == ENOENT && parent != path && makeFolder(parent) &&
-           ::mkdir(QFile::encodeName(path).constData(), ownerOnlyFolder) == 0;
-}
-
 // The flush is looked at by itself: on a full disk the toolkit would take its failure for success and put an empty
 // file in place. So is the fsync, the only call in which some file systems tell that the disk is full.
 bool fill(QFileDevice &file, const QByteArray &content)
@@ -65,7 +56,22 @@ int putInPlace(const QByteArray &temporary, const QByteArray &name)
     return error;
 }
 
+// Another session may have made it just now.
+bool makeLastFolder(const QString &path)
+{
+    return ::mkdir(QFile::encodeName(path).constData(), ownerOnlyFolder) == 0 ||
+           (errno == EEXIST && QFileInfo(path).isDir());
+}
+
 }  // namespace
+
+bool makeFolder(const QString &path)
+{
+    if (QFileInfo(path).isDir() || makeLastFolder(path))
+        return true;
+    const auto parent = QFileInfo(path).path();
+    return errno == ENOENT && parent != path && makeFolder(parent) && makeLastFolder(path);
+}
 
 std::optional<QString> replaceFile(const QString &path, const QByteArray &content)
 {

@@ -9,6 +9,10 @@
 
 namespace velquarin {
 
+//! Makes a folder and those above it, each its owner's alone (0700), where they are missing. Returns whether there is
+//! one now; errno tells why there is none.
+bool makeFolder(const QString &path);
+
 //! Puts a whole new file in the place of @p path, or leaves the old one as it is: after a crash, a full disk or
 //! a kill there is one or the other. The file is its owner's alone (0600), and so is a folder that has to be made
 //! for it (0700). Blocks until the disk has it. Shape: @p path is no link; an existing file that may not be

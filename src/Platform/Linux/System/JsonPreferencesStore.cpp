@@ -7,6 +7,7 @@
 #include "Platform/Linux/System/PreferencesFormat.h"
 #include "Platform/PathNames.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velquarin {
@@ -18,15 +19,28 @@ namespace {
 // Long enough to catch all values of one save and most of a burst, short enough to have any change on disk in time.
 constexpr auto patience = 20ms;
 
-// Ours under the keys that are ours to change, theirs under all others.
+// Ours under the keys that were changed here, theirs under all others. Inserting what is undefined removes the key.
 QJsonObject merged(const QJsonObject &ours, QJsonObject theirs, const std::set<QString> &changedKeys)
 {
-    for (const auto &key : changedKeys) {
-        theirs.remove(key);
-        if (const auto member = ours.constFind(key); member != ours.constEnd())
-            theirs.insert(key, member.value());
-    }
+    for (const auto &key : changedKeys)
+        theirs.insert(key, ours.value(key));
     return theirs;
+}
+
+bool isMoment(const QJsonValue &json)
+{
+    return std::holds_alternative<Instant>(preferenceFrom(json));
+}
+
+// Whether the change of a key replaces a value that is neither what it was here before nor what it is now. Moments are
+// noted down by the program itself, in every session: nobody misses an earlier one.
+bool isAnyLost(const QJsonObject &theirs, const QJsonObject &before, const QJsonObject &now,
+               const std::set<QString> &changedKeys)
+{
+    return std::any_of(changedKeys.begin(), changedKeys.end(), [&](const QString &key) {
+        const auto value = theirs.value(key);
+        return !value.isUndefined() && !isMoment(value) && value != before.value(key) && value != now.value(key);
+    });
 }
 
 }  // namespace
@@ -40,7 +54,8 @@ JsonPreferencesStore::JsonPreferencesStore(const QString &path)
     : m_file(path)
     , m_writer([this] { writeNewest(); }, patience)
 {
-    m_encoded = m_file.load();
+    m_own = m_file.load();
+    m_encoded = m_own;
     for (auto member = m_encoded.constBegin(); member != m_encoded.constEnd(); ++member)
         m_entries.emplace(member.key(), QJsonValue(member.value()));
 }
@@ -78,7 +93,7 @@ void JsonPreferencesStore::put(const QString &key, Entry entry)
     {
         const std::lock_guard lock(m_mutex);
         m_entries.insert_or_assign(key, std::move(entry));
-        m_changed.insert(key);
+        m_touched.insert(key);
     }
     m_isEverChanged = true;
     m_writer.request();
@@ -88,9 +103,9 @@ void JsonPreferencesStore::remove(const QString &key)
 {
     {
         const std::lock_guard lock(m_mutex);
-        if (m_entries.erase(key) == 0)
+        if (m_entries.erase(key) == 0 && !m_own.contains(key))
             return;
-        m_changed.insert(key);
+        m_touched.insert(key);
     }
     m_isEverChanged = true;
     m_writer.request();
@@ -111,38 +126,58 @@ bool JsonPreferencesStore::flush(std::chrono::milliseconds limit)
     return m_writer.finish(limit);
 }
 
+// Only what differs from what was set here last, or loaded, is ours to write: setting an equal value takes back nothing
+// that somebody else has written since.
 void JsonPreferencesStore::writeNewest()
 {
     std::unique_lock lock(m_mutex);
+    const auto touched = std::exchange(m_touched, {});
+    if (touched.empty() && m_unwritten.empty())
+        return;
     const auto entries = m_entries;
+    const auto before = m_own;
     const auto earlier = m_encoded;
-    auto changed = std::exchange(m_changed, {});
     const bool isCopyWanted = std::exchange(m_isCopyWanted, false);
     lock.unlock();
 
-    const auto theirs = changed.empty() ? std::nullopt : m_file.changeOfOthers();
-    auto encoded = jsonOf(entries, earlier);
-    if (theirs)
-        encoded = merged(encoded, *theirs, changed);
+    auto now = before;
+    for (const auto &key : touched) {
+        now.insert(key, jsonOf(entries, key, before.value(key)));
+        if (now.value(key) != before.value(key))
+            m_unwritten.insert(key);
+    }
     if (isCopyWanted)
         m_file.keepCopyOfLoaded();
-    const bool isWritten = m_file.write(encodePreferences(encoded));
+    const auto encoded = write(before, now, earlier);
 
     lock.lock();
+    m_own = now;
     m_encoded = encoded;
-    if (theirs)
-        takeOver(encoded, changed);
-    if (!isWritten)
-        m_changed.merge(changed);
+    takeOver(encoded);
 }
 
-// What somebody else wrote is what we hold, but for what was set or removed here.
-void JsonPreferencesStore::takeOver(const QJsonObject &written, const std::set<QString> &writtenKeys)
+// Returns what the file holds, or would hold if it could be written.
+QJsonObject JsonPreferencesStore::write(const QJsonObject &before, const QJsonObject &now, const QJsonObject &earlier)
 {
-    const auto isOurs = [&](const QString &key) { return writtenKeys.contains(key) || m_changed.contains(key); };
-    std::erase_if(m_entries, [&](const auto &entry) { return !isOurs(entry.first); });
-    for (auto member = written.constBegin(); member != written.constEnd(); ++member) {
-        if (!isOurs(member.key()))
+    const auto folderLock = m_file.lock();
+    const auto theirs = m_file.changeOfOthers().value_or(earlier);
+    if (isAnyLost(theirs, before, now, m_unwritten))
+        m_file.keepCopyOfPresent();
+    auto encoded = merged(now, theirs, m_unwritten);
+    if (m_file.write(encodePreferences(encoded)))
+        m_unwritten.clear();
+    return encoded;
+}
+
+// What is in the file is what we hold, but for what was set or removed since, and for what no file can hold.
+void JsonPreferencesStore::takeOver(const QJsonObject &encoded)
+{
+    std::erase_if(m_entries, [&](const auto &entry) {
+        const auto *value = std::get_if<PreferenceValue>(&entry.second);
+        return !m_touched.contains(entry.first) && (!value || jsonFrom(*value));
+    });
+    for (auto member = encoded.constBegin(); member != encoded.constEnd(); ++member) {
+        if (!m_touched.contains(member.key()))
             m_entries.emplace(member.key(), QJsonValue(member.value()));
     }
 }
@@ -158,25 +193,17 @@ std::optional<PreferenceValue> JsonPreferencesStore::preferenceOf(const Entry &e
     return earlier.isUndefined() ? std::nullopt : std::optional(preferenceFrom(earlier));
 }
 
-std::optional<QJsonValue> JsonPreferencesStore::jsonOf(const Entry &entry, const QJsonValue &earlier)
+QJsonValue JsonPreferencesStore::jsonOf(const Entries &entries, const QString &key, const QJsonValue &earlier)
 {
-    if (const auto *json = std::get_if<QJsonValue>(&entry))
+    const auto found = entries.find(key);
+    if (found == entries.end())
+        return QJsonValue::Undefined;
+    if (const auto *json = std::get_if<QJsonValue>(&found->second))
         return *json;
-    if (const auto *value = std::get_if<PreferenceValue>(&entry))
-        return jsonFrom(*value);
-    if (auto data = std::get<LazyData>(entry)())
-        return jsonFrom(*std::move(data));
-    return earlier.isUndefined() ? std::nullopt : std::optional(earlier);
-}
-
-QJsonObject JsonPreferencesStore::jsonOf(const Entries &entries, const QJsonObject &earlier)
-{
-    QJsonObject object;
-    for (const auto &[key, entry] : entries) {
-        if (const auto json = jsonOf(entry, earlier.value(key)))
-            object.insert(key, *json);
-    }
-    return object;
+    if (const auto *value = std::get_if<PreferenceValue>(&found->second))
+        return jsonFrom(*value).value_or(QJsonValue::Undefined);
+    const auto data = std::get<LazyData>(found->second)();
+    return data ? jsonFrom(*data).value_or(QJsonValue::Undefined) : earlier;
 }
 
 }  // namespace velquarin

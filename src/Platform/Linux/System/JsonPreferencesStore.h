@@ -20,9 +20,8 @@ namespace velquarin {
 [[nodiscard]] QString defaultPreferencesPath();
 
 //! The preferences as one JSON file, which is read when the store is made and written on a thread that sleeps
-//! otherwise. What somebody else, a second session of the user for instance, has written under keys that were not set or
-//! removed here since is taken over at the next write. One store a file at a time in one session: a second one would take
-//! the first one's temporary for a left-over.
+//! otherwise. What somebody else, a second session of the user for instance, has written under keys that were not
+//! changed here since is taken over at the next write.
 //! Source: docs/decisions/0002-preferences-file.md
 class JsonPreferencesStore final : public PreferencesStore
 {
@@ -34,11 +33,12 @@ public:
 
     [[nodiscard]] std::optional<PreferenceValue> value(const QString &key) const override;
 
-    //! A value that JSON cannot hold (jsonFrom() tells which) is there until the program ends, and the file has
-    //! nothing under its key. Setting an UnreadableValue leaves what is there.
+    //! A value equal to the one that was last set here, or loaded, is no change: at the next write the key gets what
+    //! somebody else has written since. A value that JSON cannot hold (jsonFrom() tells which) is there until the
+    //! program ends, and nothing of it is in the file. Setting an UnreadableValue leaves what is there.
     void set(const QString &key, PreferenceValue value) override;
 
-    //! Where the data cannot be made, the key holds what it held when the file was last put together.
+    //! Where the data cannot be made, the key holds what it held before, as the last write has left it.
     void setData(const QString &key, LazyData data) override;
 
     void remove(const QString &key) override;
@@ -54,20 +54,22 @@ private:
     using Entries = std::map<QString, Entry>;
 
     [[nodiscard]] static std::optional<PreferenceValue> preferenceOf(const Entry &entry, const QJsonValue &earlier);
-    [[nodiscard]] static std::optional<QJsonValue> jsonOf(const Entry &entry, const QJsonValue &earlier);
-    [[nodiscard]] static QJsonObject jsonOf(const Entries &entries, const QJsonObject &earlier);
+    [[nodiscard]] static QJsonValue jsonOf(const Entries &entries, const QString &key, const QJsonValue &earlier);
     void put(const QString &key, Entry entry);
     void writeNewest();
-    void takeOver(const QJsonObject &written, const std::set<QString> &writtenKeys);
+    [[nodiscard]] QJsonObject write(const QJsonObject &before, const QJsonObject &now, const QJsonObject &earlier);
+    void takeOver(const QJsonObject &encoded);
 
     mutable std::mutex m_mutex;
-    Entries m_entries;             // guarded by m_mutex
-    QJsonObject m_encoded;         // guarded by m_mutex: the values as the writer last put them together
-    std::set<QString> m_changed;   // guarded by m_mutex: the keys that were set or removed since they were last written
-    bool m_isCopyWanted = false;   // guarded by m_mutex
-    bool m_isEverChanged = false;  // main thread only
-    PreferencesFile m_file;        // the writer's, once the constructor is done
-    CoalescingWorker m_writer;     // last, so that its thread ends before anything else does
+    Entries m_entries;              // guarded by m_mutex
+    QJsonObject m_encoded;          // guarded by m_mutex: the values as the writer last put them together
+    QJsonObject m_own;              // guarded by m_mutex: what was last set here, or loaded
+    std::set<QString> m_touched;    // guarded by m_mutex: what was set or removed since the last write
+    bool m_isCopyWanted = false;    // guarded by m_mutex
+    bool m_isEverChanged = false;   // main thread only
+    std::set<QString> m_unwritten;  // the writer's: the keys that were changed here and are not in the file yet
+    PreferencesFile m_file;         // the writer's, once the constructor is done
+    CoalescingWorker m_writer;      // last, so that its thread ends before anything else does
 };
 
 }  // namespace velquarin

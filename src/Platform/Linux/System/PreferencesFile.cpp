@@ -10,6 +10,7 @@
 #include "Platform/Linux/System/PreferencesFormat.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <utility>
 
@@ -18,7 +19,12 @@
 
 namespace velquarin {
 
+using namespace std::chrono_literals;
+
 namespace {
+
+// Many times what a save takes. A session that was stopped in the middle of one holds up no other for longer.
+constexpr auto patienceWithOthers = 1s;
 
 // Does not wait for anybody, should a fifo have taken the file's place just now.
 bool openForReading(QFile &file, const QString &path)
@@ -42,8 +48,24 @@ QJsonObject PreferencesFile::load()
         giveUp(QString::fromStdString(target.error.message()));
         return {};
     }
-    removeLeftOver(target.path);
+    removeLeftOverOf(target.path);
     return target.kind == FileKind::Regular ? read(target.path) : QJsonObject();
+}
+
+// While another session saves, what lies there is no left-over.
+void PreferencesFile::removeLeftOverOf(const QString &path)
+{
+    const FolderLock lock(QFileInfo(path).path(), 0ms);
+    if (!lock.isHeldByOther())
+        removeLeftOver(path);
+}
+
+FolderLock PreferencesFile::lock() const
+{
+    const auto folder = QFileInfo(followLinks(m_path).path).path();
+    if (!m_isGivenUp)
+        makeFolder(folder);
+    return FolderLock(folder, patienceWithOthers);
 }
 
 QJsonObject PreferencesFile::read(const QString &path)
@@ -86,22 +108,34 @@ void PreferencesFile::keepCopyOfLoaded()
 
 std::optional<QJsonObject> PreferencesFile::changeOfOthers()
 {
-    m_ofOthers.clear();
+    m_present.clear();
+    m_isPresentDamaged = false;
     QFile file;
     const auto target = followLinks(m_path);
     if (m_isGivenUp || target.kind != FileKind::Regular || !openForReading(file, target.path))
         return std::nullopt;
-    const auto present = file.readAll();
-    if (present.isEmpty() || present == m_written.value_or(m_loaded))
+    m_present = file.readAll();
+    if (m_present.isEmpty() || m_present == m_written.value_or(m_loaded))
         return std::nullopt;
-    m_ofOthers = present;
-    return decodePreferences(present);
+    auto values = decodePreferences(m_present);
+    m_isPresentDamaged = !values;
+    return values;
+}
+
+// Once is enough: two sessions of one user change each other's settings every few minutes.
+void PreferencesFile::keepCopyOfPresent()
+{
+    m_isPresentLost |= !m_isLossKept && !m_present.isEmpty();
 }
 
 bool PreferencesFile::write(const QByteArray &content)
 {
-    if (m_isGivenUp || m_written == content)
-        return !m_isGivenUp;
+    if (m_isGivenUp)
+        return false;
+    if (m_written && m_present == content) {
+        m_written = content;
+        return true;
+    }
     const auto failure = replace(content);
     if (!failure)
         m_written = content;
@@ -122,7 +156,7 @@ std::optional<QString> PreferencesFile::replace(const QByteArray &content)
         return QStringLiteral("there is something that is no file");
     if (auto failure = putCopyAside(target.path))
         return failure;
-    if (auto failure = keepChangeOfOthers(target.path))
+    if (auto failure = putPresentAside(target.path))
         return failure;
     return replaceFile(target.path, content);
 }
@@ -140,15 +174,16 @@ std::optional<QString> PreferencesFile::putCopyAside(const QString &path)
     return std::nullopt;
 }
 
-// Once is enough: two sessions of one user change each other's settings every few minutes.
-std::optional<QString> PreferencesFile::keepChangeOfOthers(const QString &path)
+std::optional<QString> PreferencesFile::putPresentAside(const QString &path)
 {
-    if (m_isChangeKept || m_ofOthers.isEmpty())
+    if (!(m_isPresentDamaged || m_isPresentLost) || m_present == m_putAside)
         return std::nullopt;
-    const auto aside = copyAside(path, m_ofOthers, QStringLiteral("replaced"));
+    const auto aside = copyAside(path, m_present, QStringLiteral("replaced"));
     if (!aside.failure.isEmpty())
         return aside.failure;
-    m_isChangeKept = true;
+    m_putAside = m_present;
+    m_isLossKept |= m_isPresentLost;
+    m_isPresentLost = false;
     printErrorLine(path + QStringLiteral(" was changed by somebody else; a copy of theirs was put at ") + aside.path);
     return std::nullopt;
 }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Linux/System/FolderLock.h"
+
 #include <QByteArray>
 #include <QJsonObject>
 #include <QString>
@@ -21,6 +23,10 @@ public:
     //! What the file holds; to be called once, first. Empty where there is no file, or none that can be used.
     [[nodiscard]] QJsonObject load();
 
+    //! Keeps other sessions from writing: to be held from changeOfOthers() to write(). Makes the folder where it is
+    //! missing.
+    [[nodiscard]] FolderLock lock() const;
+
     //! Puts a copy of what load() read aside before the next write, once; until that has worked none is made.
     void keepCopyOfLoaded();
 
@@ -28,27 +34,34 @@ public:
     //! has, or where it cannot be understood.
     [[nodiscard]] std::optional<QJsonObject> changeOfOthers();
 
-    //! Makes the file hold @p content, unless that is what was last written. What changeOfOthers() met is put aside
-    //! first, the first time. A failure is told once, and anew only after a success; the next call tries again.
+    //! Puts a copy of what changeOfOthers() met aside before the next write, once.
+    void keepCopyOfPresent();
+
+    //! Makes the file hold @p content, unless that is what changeOfOthers() met. What it could not understand is put
+    //! aside first. A failure is told once, and anew only after a success; the next call tries again.
     //! Returns whether the file holds it now.
     bool write(const QByteArray &content);
 
 private:
+    static void removeLeftOverOf(const QString &path);
     [[nodiscard]] QJsonObject read(const QString &path);
     [[nodiscard]] QJsonObject setAside(const QString &path);
     void giveUp(const QString &reason);
     [[nodiscard]] std::optional<QString> replace(const QByteArray &content);
     [[nodiscard]] std::optional<QString> putCopyAside(const QString &path);
-    [[nodiscard]] std::optional<QString> keepChangeOfOthers(const QString &path);
+    [[nodiscard]] std::optional<QString> putPresentAside(const QString &path);
 
     QString m_path;
     QByteArray m_loaded;
-    QByteArray m_ofOthers;
+    QByteArray m_present;
+    QByteArray m_putAside;
     std::optional<QByteArray> m_written;
     bool m_isGivenUp = false;
     bool m_isCopyDue = false;
     bool m_isCopyMade = false;
-    bool m_isChangeKept = false;
+    bool m_isPresentDamaged = false;
+    bool m_isPresentLost = false;
+    bool m_isLossKept = false;
     bool m_hasFailed = false;
 };
 
