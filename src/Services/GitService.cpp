@@ -13,6 +13,7 @@ GitService::GitService(ProcessRunner &runner, const FileTree &files, const Clock
     , m_files(files)
     , m_queries(runner, clock, inherited)
 {
+    connect(&m_worker, &SerialWorker::subjectChanged, this, &GitService::repositoryBeingReadChanged);
 }
 
 GitService::~GitService()
@@ -22,27 +23,27 @@ GitService::~GitService()
 
 QFuture<QString> GitService::getDefaultBranch(const QString &in)
 {
-    return m_worker.run([this, in] { return m_queries.defaultBranch(in); });
+    return ask(in, [this, in] { return m_queries.defaultBranch(in); });
 }
 
 QFuture<QList<Instant>> GitService::getCommits(const QString &in, Instant since, Instant until)
 {
-    return m_worker.run([this, in, since, until] { return m_queries.commits(in, since, until); });
+    return ask(in, [this, in, since, until] { return m_queries.commits(in, since, until); });
 }
 
 QFuture<DayCounts> GitService::getCommitHistory(const QString &in, qint64 days)
 {
-    return m_worker.run([this, in, days] { return m_queries.commitHistory(in, days); });
+    return ask(in, [this, in, days] { return m_queries.commitHistory(in, days); });
 }
 
 QFuture<std::optional<Instant>> GitService::getLastCommitDate(const QString &in)
 {
-    return m_worker.run([this, in] { return m_queries.lastCommitDate(in); });
+    return ask(in, [this, in] { return m_queries.lastCommitDate(in); });
 }
 
 QFuture<bool> GitService::isGitRepository(const QString &at)
 {
-    return m_worker.run([this, at] { return m_queries.isGitRepository(at); });
+    return ask(at, [this, at] { return m_queries.isGitRepository(at); });
 }
 
 QFuture<QStringList> GitService::scanForRepositories(const QString &in, qint64 maxDepth)
