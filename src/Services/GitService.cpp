@@ -5,6 +5,8 @@
 
 #include "Services/RepositoryScan.h"
 
+#include <QDeadlineTimer>
+
 namespace velquarin {
 
 GitService::GitService(ProcessRunner &runner, const FileTree &files, const Clock &clock,
@@ -58,8 +60,9 @@ bool GitService::stop(std::chrono::milliseconds patience)
     // First, or the thread could begin the next operation, whose git does not start any more, and give that for an answer.
     m_worker.close();
     m_runner.stop();
+    const QDeadlineTimer deadline(patience);
     const bool hasCountingEnded = m_counting.stop(patience);
-    return m_worker.stop(patience) && hasCountingEnded;
+    return m_worker.stop(std::chrono::milliseconds(deadline.remainingTime())) && hasCountingEnded;
 }
 
 }  // namespace velquarin

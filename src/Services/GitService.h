@@ -73,7 +73,7 @@ public:
         }));
     }
 
-    //! Kills a running git and ends both threads. Returns whether each ended within @p patience; a file system that hangs
+    //! Kills a running git and ends both threads. Returns whether both ended within @p patience; a file system that hangs
     //! can hold the first longer.
     bool stop(std::chrono::milliseconds patience);
 

@@ -28,7 +28,7 @@ constexpr std::chrono::seconds autoDiscoveryScanInterval(300);
 
 }  // namespace
 
-//! The history belongs to git's thread until all is read.
+//! The history belongs to the counting thread until all is read.
 struct StreakManager::Reading
 {
     Instant start;
