@@ -74,12 +74,13 @@ void AppDelegate::setupStreakObserver()
         });
 }
 
-// Nothing else is shown anew before the refresh goes on.
+// Outside a refresh nothing waits that the item shows.
 void AppDelegate::setupHangObserver()
 {
     m_hangObserver = std::make_unique<HangObserver>(
-        *m_streakManager, m_shared.platform().timers, [this](const std::optional<QString> &path) {
-            m_statusItem->setAppearance(path ? waitingAppearance(*path) : syncingAppearance());
+        m_shared.gitService(), m_shared.platform().timers, [this](const std::optional<QString> &path) {
+            if (m_streakManager->isRefreshing())
+                m_statusItem->setAppearance(path ? waitingAppearance(*path) : syncingAppearance());
         });
 }
 

@@ -3,7 +3,7 @@
 
 #include "App/HangObserver.h"
 
-#include "Services/StreakManager.h"
+#include "Services/GitService.h"
 
 #include <chrono>
 #include <utility>
@@ -12,11 +12,11 @@ namespace velquarin {
 
 using namespace std::chrono_literals;
 
-HangObserver::HangObserver(const StreakManager &manager, Timers &timers, Deliver deliver)
+HangObserver::HangObserver(const GitService &gitService, Timers &timers, Deliver deliver)
     : m_timers(timers)
     , m_deliver(std::move(deliver))
 {
-    connect(&manager, &StreakManager::repositoryBeingReadWillChange, this, &HangObserver::watch);
+    connect(&gitService, &GitService::repositoryBeingReadChanged, this, &HangObserver::watch);
 }
 
 void HangObserver::watch(const std::optional<QString> &path)

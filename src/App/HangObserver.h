@@ -13,17 +13,17 @@
 
 namespace velquarin {
 
-class StreakManager;
+class GitService;
 
-//! Delivers the path of a repository once git has kept a refresh waiting there for 30 seconds, and nothing when that is
-//! over. While no repository is read no timer runs.
+//! Delivers the path of a repository once a question to git has run there for 30 seconds, and nothing when that is over.
+//! While git does not run no timer does.
 class HangObserver : public QObject
 {
     Q_OBJECT
 public:
     using Deliver = std::function<void(const std::optional<QString> &path)>;
 
-    HangObserver(const StreakManager &manager, Timers &timers, Deliver deliver);
+    HangObserver(const GitService &gitService, Timers &timers, Deliver deliver);
 
 private:
     void watch(const std::optional<QString> &path);

@@ -40,7 +40,8 @@ struct NotificationRequest
     friend bool operator==(const NotificationRequest &, const NotificationRequest &) = default;
 };
 
-//! The notification service failed or is not there; what() says so in UTF-8. A refusal is no error.
+//! The notification service failed or is not there; what() says so in UTF-8. Leave that is refused is no error; a
+//! notification that is refused is one.
 class NotificationError : public std::runtime_error
 {
     using std::runtime_error::runtime_error;

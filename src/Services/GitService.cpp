@@ -5,6 +5,8 @@
 
 #include "Services/RepositoryScan.h"
 
+#include <QDeadlineTimer>
+
 namespace velquarin {
 
 GitService::GitService(ProcessRunner &runner, const FileTree &files, const Clock &clock,
@@ -13,6 +15,7 @@ GitService::GitService(ProcessRunner &runner, const FileTree &files, const Clock
     , m_files(files)
     , m_queries(runner, clock, inherited)
 {
+    connect(&m_worker, &SerialWorker::subjectChanged, this, &GitService::repositoryBeingReadChanged);
 }
 
 GitService::~GitService()
@@ -22,27 +25,27 @@ GitService::~GitService()
 
 QFuture<QString> GitService::getDefaultBranch(const QString &in)
 {
-    return m_worker.run([this, in] { return m_queries.defaultBranch(in); });
+    return ask(in, [this, in] { return m_queries.defaultBranch(in); });
 }
 
 QFuture<QList<Instant>> GitService::getCommits(const QString &in, Instant since, Instant until)
 {
-    return m_worker.run([this, in, since, until] { return m_queries.commits(in, since, until); });
+    return ask(in, [this, in, since, until] { return m_queries.commits(in, since, until); });
 }
 
 QFuture<DayCounts> GitService::getCommitHistory(const QString &in, qint64 days)
 {
-    return m_worker.run([this, in, days] { return m_queries.commitHistory(in, days); });
+    return ask(in, [this, in, days] { return m_queries.commitHistory(in, days); });
 }
 
 QFuture<std::optional<Instant>> GitService::getLastCommitDate(const QString &in)
 {
-    return m_worker.run([this, in] { return m_queries.lastCommitDate(in); });
+    return ask(in, [this, in] { return m_queries.lastCommitDate(in); });
 }
 
 QFuture<bool> GitService::isGitRepository(const QString &at)
 {
-    return m_worker.run([this, at] { return m_queries.isGitRepository(at); });
+    return ask(at, [this, at] { return m_queries.isGitRepository(at); });
 }
 
 QFuture<QStringList> GitService::scanForRepositories(const QString &in, qint64 maxDepth)
@@ -57,8 +60,9 @@ bool GitService::stop(std::chrono::milliseconds patience)
     // First, or the thread could begin the next operation, whose git does not start any more, and give that for an answer.
     m_worker.close();
     m_runner.stop();
+    const QDeadlineTimer deadline(patience);
     const bool hasCountingEnded = m_counting.stop(patience);
-    return m_worker.stop(patience) && hasCountingEnded;
+    return m_worker.stop(std::chrono::milliseconds(deadline.remainingTime())) && hasCountingEnded;
 }
 
 }  // namespace velquarin

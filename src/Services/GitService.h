@@ -9,6 +9,7 @@
 
 #include <QFuture>
 #include <QList>
+#include <QObject>
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
@@ -28,14 +29,13 @@ class FileTree;
 //! Call it from the main thread; each answer comes there through the event loop. A future ends with LaunchError where
 //! git cannot be started in the folder, and with WorkerStopped after stop(). There is no time limit: a git that never
 //! ends holds the later answers back until stop() kills it.
-class GitService
+class GitService : public QObject
 {
+    Q_OBJECT
 public:
     GitService(ProcessRunner &runner, const FileTree &files, const Clock &clock,
                const QProcessEnvironment &inherited = QProcessEnvironment::systemEnvironment());
-    GitService(const GitService &) = delete;
-    GitService &operator=(const GitService &) = delete;
-    ~GitService();
+    ~GitService() override;
 
     //! The branch or revision whose history counts; never empty, never an error.
     [[nodiscard]] QFuture<QString> getDefaultBranch(const QString &in);
@@ -73,11 +73,21 @@ public:
         }));
     }
 
-    //! Kills a running git and ends both threads. Returns whether each ended within @p patience; a file system that hangs
+    //! Kills a running git and ends both threads. Returns whether both ended within @p patience; a file system that hangs
     //! can hold the first longer.
     bool stop(std::chrono::milliseconds patience);
 
+Q_SIGNALS:
+    //! The repository about which git runs now, or nothing. A question that waits for its turn is not told.
+    void repositoryBeingReadChanged(const std::optional<QString> &path);
+
 private:
+    template <typename Question>
+    [[nodiscard]] auto ask(const QString &repository, Question question)
+    {
+        return m_worker.run(std::move(question), repository);
+    }
+
     ProcessRunner &m_runner;
     const FileTree &m_files;
     GitQueries m_queries;

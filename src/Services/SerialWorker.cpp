@@ -73,7 +73,21 @@ void SerialWorker::failAll(const Jobs &jobs)
 // The event carries nothing; its receiver does not look at it.
 void SerialWorker::customEvent(QEvent * /*event*/)
 {
+    tellSubject();
     settleDoneJobs();
+}
+
+// What runs now and not what began: a short job may be over before its owner looks.
+void SerialWorker::tellSubject()
+{
+    std::optional<QString> subject;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isOwnerCalled = false;
+        subject = m_subject;
+    }
+    if (std::exchange(m_toldSubject, subject) != subject)
+        Q_EMIT subjectChanged(subject);
 }
 
 void SerialWorker::settleDoneJobs()
@@ -104,15 +118,24 @@ std::unique_ptr<SerialWorker::Job> SerialWorker::nextJob()
         return nullptr;
     auto job = std::move(m_waiting.front());
     m_waiting.pop_front();
+    m_subject = job->subject;
+    if (m_subject)
+        callOwner();
     return job;
 }
 
 void SerialWorker::handBack(std::unique_ptr<Job> job)
 {
     const std::lock_guard lock(m_mutex);
+    m_subject.reset();
     m_done.push_back(std::move(job));
-    // One event at a time is enough: its receiver takes all that is there.
-    if (m_done.size() == 1)
+    callOwner();
+}
+
+// Under the mutex. One event at a time is enough: its receiver takes all that is there.
+void SerialWorker::callOwner()
+{
+    if (!std::exchange(m_isOwnerCalled, true))
         QCoreApplication::postEvent(this, new QEvent(QEvent::User));
 }
 

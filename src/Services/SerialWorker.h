@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QPromise>
 #include <QSemaphore>
+#include <QString>
 
 #include <chrono>
 #include <condition_variable>
@@ -37,16 +38,19 @@ public:
 //! watched there, so that the only thing two threads share is a queue under a mutex.
 class SerialWorker : public QObject
 {
+    Q_OBJECT
 public:
     SerialWorker();
     ~SerialWorker() override;
 
     //! Has @p function called on the worker's thread. The future gets what it returns or throws.
     template <typename Function>
-    [[nodiscard]] auto run(Function function) -> QFuture<std::invoke_result_t<Function>>
+    [[nodiscard]] auto run(Function function, std::optional<QString> subject = std::nullopt)
+        -> QFuture<std::invoke_result_t<Function>>
     {
         using Result = std::invoke_result_t<Function>;
         auto job = std::make_unique<JobReturning<Result>>(std::move(function));
+        job->subject = std::move(subject);
         auto future = job->future();
         hand(std::move(job));
         return future;
@@ -59,8 +63,12 @@ public:
     //! Returns whether the thread ended within @p patience.
     bool stop(std::chrono::milliseconds patience);
 
+Q_SIGNALS:
+    //! The subject of the job that runs now; nothing while none runs, or one without a subject. Not while it waits.
+    void subjectChanged(const std::optional<QString> &subject);
+
 protected:
-    //! Settles what has come back. Sent by the worker's thread.
+    //! Tells what runs and settles what has come back. Sent by the worker's thread.
     void customEvent(QEvent *event) override;
 
 private:
@@ -74,6 +82,8 @@ private:
         virtual void work() = 0;                            // on the worker's thread
         virtual void settle() = 0;                          // on the owner's thread
         virtual void fail(const std::exception_ptr &) = 0;  // on the owner's thread
+
+        std::optional<QString> subject;
     };
 
     template <typename Result>
@@ -121,19 +131,24 @@ private:
     using Jobs = std::deque<std::unique_ptr<Job>>;
 
     void hand(std::unique_ptr<Job> job);
+    void tellSubject();
     void settleDoneJobs();
     [[nodiscard]] bool endThread(std::chrono::milliseconds patience);
     static void failAll(const Jobs &jobs);
     void work();
     [[nodiscard]] std::unique_ptr<Job> nextJob();
     void handBack(std::unique_ptr<Job> job);
+    void callOwner();
 
     std::mutex m_mutex;
     std::condition_variable m_changed;
-    Jobs m_waiting;             // guarded by m_mutex
-    Jobs m_done;                // guarded by m_mutex
-    bool m_isStopping = false;  // guarded by m_mutex
-    QSemaphore m_ended;         // holds one once the thread takes no more
+    Jobs m_waiting;                        // guarded by m_mutex
+    Jobs m_done;                           // guarded by m_mutex
+    std::optional<QString> m_subject;      // guarded by m_mutex
+    bool m_isOwnerCalled = false;          // guarded by m_mutex
+    bool m_isStopping = false;             // guarded by m_mutex
+    std::optional<QString> m_toldSubject;  // the owner's
+    QSemaphore m_ended;                    // holds one once the thread takes no more
     std::thread m_thread;
 };
 

@@ -28,7 +28,7 @@ constexpr std::chrono::seconds autoDiscoveryScanInterval(300);
 
 }  // namespace
 
-//! The history belongs to git's thread until all is read.
+//! The history belongs to the counting thread until all is read.
 struct StreakManager::Reading
 {
     Instant start;
@@ -127,12 +127,10 @@ QCoro::Task<> StreakManager::readRepositories(QList<TrackedRepository> repositor
     const QPointer self(this);
     const auto reading = std::make_shared<Reading>(Reading{*start, {calendar, today}});
     for (const auto &repository : std::as_const(repositories)) {
-        assign(m_repositoryBeingRead, std::optional(repository.path), &StreakManager::repositoryBeingReadWillChange);
         co_await readRepository(repository, reading);
         if (!self)
             co_return;
     }
-    assign(m_repositoryBeingRead, std::optional<QString>(), &StreakManager::repositoryBeingReadWillChange);
     // Named, since the compiler would destroy the capture twice where it is part of what is waited for.
     const auto counted = m_gitService.count([reading] { return reading->history.figures(); });
     const auto figures = co_await counted;

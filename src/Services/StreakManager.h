@@ -45,7 +45,6 @@ class StreakManager : public QObject
     Q_PROPERTY(velquarin::DayCounts yearHistory READ yearHistory NOTIFY yearHistoryWillChange)
     Q_PROPERTY(QList<velquarin::RepositoryStats> repositoryStats READ repositoryStats NOTIFY repositoryStatsWillChange)
     Q_PROPERTY(bool isRefreshing READ isRefreshing NOTIFY isRefreshingWillChange)
-    Q_PROPERTY(std::optional<QString> repositoryBeingRead READ repositoryBeingRead NOTIFY repositoryBeingReadWillChange)
     Q_PROPERTY(std::optional<velquarin::Instant> lastRefresh READ lastRefresh NOTIFY lastRefreshWillChange)
     Q_PROPERTY(std::optional<QString> error READ error NOTIFY errorWillChange)
     Q_PROPERTY(QStringList lastDiscoveredRepos READ lastDiscoveredRepos NOTIFY lastDiscoveredReposWillChange)
@@ -72,8 +71,6 @@ public:
     //! One record for each enabled repository that could be read, newest activity first.
     [[nodiscard]] const QList<RepositoryStats> &repositoryStats() const { return m_repositoryStats; }
     [[nodiscard]] bool isRefreshing() const { return m_isRefreshing; }
-    //! The path of the repository about which a refresh asks git just now.
-    [[nodiscard]] const std::optional<QString> &repositoryBeingRead() const { return m_repositoryBeingRead; }
     //! When the last refresh ended.
     [[nodiscard]] std::optional<Instant> lastRefresh() const { return m_lastRefresh; }
     [[nodiscard]] std::optional<QString> error() const { return m_error; }
@@ -103,7 +100,6 @@ Q_SIGNALS:
     void yearHistoryWillChange(const velquarin::DayCounts &newValue);
     void repositoryStatsWillChange(const QList<velquarin::RepositoryStats> &newValue);
     void isRefreshingWillChange(bool newValue);
-    void repositoryBeingReadWillChange(const std::optional<QString> &newValue);
     void lastRefreshWillChange(std::optional<velquarin::Instant> newValue);
     void errorWillChange(const std::optional<QString> &newValue);
     void lastDiscoveredReposWillChange(const QStringList &newValue);
@@ -146,7 +142,6 @@ private:
     DayCounts m_yearHistory;
     QList<RepositoryStats> m_repositoryStats;
     bool m_isRefreshing = false;
-    std::optional<QString> m_repositoryBeingRead;
     std::optional<Instant> m_lastRefresh;
     std::optional<QString> m_error;
     QStringList m_lastDiscoveredRepos;

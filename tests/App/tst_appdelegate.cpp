@@ -18,6 +18,7 @@
 #include "Views/RepoRow.h"
 
 #include <QApplication>
+#include <QScopeGuard>
 #include <QSemaphore>
 #include <QTest>
 
@@ -73,6 +74,14 @@ struct World
         processes.answer(QStringLiteral("log HEAD -1 --format=%aI"), {});
     }
 
+    void hangIn(const QString &path, QSemaphore &hang)
+    {
+        processes.answerWith(path + QStringLiteral("|rev-parse --git-dir"), [&hang] {
+            hang.acquire();
+            return QByteArray();
+        });
+    }
+
     void trigger(const QString &text) const
     {
         const auto entries = item->entries();
@@ -87,6 +96,17 @@ private:
     {
     }
 };
+
+constexpr double halfAMinute = 30;
+constexpr double untilItIsQuiet = 0.2;
+
+QList<double> intervals(const FakeTimers &timers)
+{
+    QList<double> found;
+    for (const auto &timer : timers.live())
+        found << timer.interval.count();
+    return found;
+}
 
 QWidget *windowTitled(const QString &title)
 {
@@ -137,6 +157,8 @@ private Q_SLOTS:
     void aRepositoryThatGitHangsOnIsNamedAfterHalfAMinute();
     void eachRepositoryHasHalfAMinuteOfItsOwn();
     void theItemSaysWhichRepositoryGitHangsOn();
+    void theItemNamesTheRepositoryInWhichGitRunsAndNotTheNextOne();
+    void outsideARefreshTheItemKeepsItsFlameWhereGitHangs();
     void aStreakOfNoughtShowsTheFlameAlone();
     void theCountIsShownWhateverItsSettingSays();
     void theCountStaysWhenItsSettingChanges();
@@ -249,17 +271,17 @@ void TestAppDelegate::aRepositoryThatGitHangsOnIsNamedAfterHalfAMinute()
     Engine engine;
     FakeTimers timers;
     QStringList deliveries;
-    const HangObserver observer(engine.manager, timers, [&](const std::optional<QString> &path) {
+    const HangObserver observer(engine.git, timers, [&](const std::optional<QString> &path) {
         deliveries << path.value_or(QStringLiteral("over"));
     });
     QVERIFY(timers.live().empty());
-    Q_EMIT engine.manager.repositoryBeingReadWillChange(QStringLiteral("/repos/one"));
+    Q_EMIT engine.git.repositoryBeingReadChanged(QStringLiteral("/repos/one"));
     QCOMPARE(timers.live().size(), std::size_t(1));
     QCOMPARE(timers.live().front().interval.count(), 30.0);
     timers.fire(0);
     QCOMPARE(deliveries, QStringList{QStringLiteral("/repos/one")});
     QVERIFY(timers.live().empty());
-    Q_EMIT engine.manager.repositoryBeingReadWillChange(std::nullopt);
+    Q_EMIT engine.git.repositoryBeingReadChanged(std::nullopt);
     QCOMPARE(deliveries, (QStringList{QStringLiteral("/repos/one"), QStringLiteral("over")}));
     QVERIFY(timers.live().empty());
 }
@@ -269,41 +291,68 @@ void TestAppDelegate::eachRepositoryHasHalfAMinuteOfItsOwn()
     Engine engine;
     FakeTimers timers;
     int deliveries = 0;
-    const HangObserver observer(engine.manager, timers, [&](const auto &) { ++deliveries; });
-    Q_EMIT engine.manager.repositoryBeingReadWillChange(QStringLiteral("/repos/one"));
+    const HangObserver observer(engine.git, timers, [&](const auto &) { ++deliveries; });
+    Q_EMIT engine.git.repositoryBeingReadChanged(QStringLiteral("/repos/one"));
     const auto first = timers.live().front().number;
-    Q_EMIT engine.manager.repositoryBeingReadWillChange(QStringLiteral("/repos/two"));
+    Q_EMIT engine.git.repositoryBeingReadChanged(QStringLiteral("/repos/two"));
     QCOMPARE(timers.live().size(), std::size_t(1));
     QVERIFY(timers.live().front().number > first);
-    Q_EMIT engine.manager.repositoryBeingReadWillChange(std::nullopt);
+    Q_EMIT engine.git.repositoryBeingReadChanged(std::nullopt);
     QVERIFY(timers.live().empty());
     QCOMPARE(deliveries, 0);
 }
 
 void TestAppDelegate::theItemSaysWhichRepositoryGitHangsOn()
 {
+    QSemaphore hang;
     FakeTimers timers;
     World world(timers);
+    const QScopeGuard letItEnd([&hang] { hang.release(); });
     world.trackOneWithACommitToday();
-    QSemaphore hang;
-    world.processes.answerWith(QStringLiteral("rev-parse --git-dir"), [&hang] {
-        hang.acquire();
-        return QByteArray();
-    });
+    world.hangIn(QStringLiteral("/repos/one"), hang);
     world.delegate.applicationDidFinishLaunching();
-    const auto intervals = [&timers] {
-        QList<double> found;
-        for (const auto &timer : timers.live())
-            found << timer.interval.count();
-        return found;
-    };
-    QVERIFY(intervals().contains(30.0));
-    timers.fire(std::size_t(intervals().indexOf(30.0)));
+    QTRY_VERIFY(intervals(timers).contains(halfAMinute));
+    timers.fire(std::size_t(intervals(timers).indexOf(halfAMinute)));
     QCOMPARE(world.item->appearances().constLast(), waitingAppearance(QStringLiteral("/repos/one")));
     hang.release();
     QTRY_VERIFY(!world.delegate.streakManager().isRefreshing());
     QCOMPARE(world.item->appearances().constLast(), syncingAppearance());
-    QVERIFY(!intervals().contains(30.0));
+    QVERIFY(!intervals(timers).contains(halfAMinute));
+}
+
+void TestAppDelegate::theItemNamesTheRepositoryInWhichGitRunsAndNotTheNextOne()
+{
+    QSemaphore hang;
+    FakeTimers timers;
+    World world(timers);
+    const QScopeGuard letItEnd([&hang] { hang.release(); });
+    world.trackOneWithACommitToday();
+    world.hangIn(QStringLiteral("/repos/slow"), hang);
+    const auto hanging = world.shared.gitService().isGitRepository(QStringLiteral("/repos/slow"));
+    world.delegate.applicationDidFinishLaunching();
+    QTRY_VERIFY(intervals(timers).contains(halfAMinute));
+    timers.fire(std::size_t(intervals(timers).indexOf(halfAMinute)));
+    QCOMPARE(world.item->appearances().constLast(), waitingAppearance(QStringLiteral("/repos/slow")));
+    hang.release();
+    QTRY_VERIFY(!world.delegate.streakManager().isRefreshing());
+    QCOMPARE(world.item->appearances().constLast(), syncingAppearance());
+}
+
+void TestAppDelegate::outsideARefreshTheItemKeepsItsFlameWhereGitHangs()
+{
+    QSemaphore hang;
+    FakeTimers timers;
+    World world(timers);
+    const QScopeGuard letItEnd([&hang] { hang.release(); });
+    world.delegate.applicationDidFinishLaunching();
+    QTRY_VERIFY(!world.delegate.streakManager().isRefreshing());
+    timers.fire(std::size_t(intervals(timers).indexOf(untilItIsQuiet)));
+    QCOMPARE(world.item->appearances().constLast(), statusItemAppearance(0, false, false));
+    world.hangIn(QStringLiteral("/repos/slow"), hang);
+    const auto hanging = world.shared.gitService().isGitRepository(QStringLiteral("/repos/slow"));
+    QTRY_VERIFY(intervals(timers).contains(halfAMinute));
+    timers.fire(std::size_t(intervals(timers).indexOf(halfAMinute)));
+    QCOMPARE(world.item->appearances().constLast(), statusItemAppearance(0, false, false));
 }
 
 void TestAppDelegate::aStreakOfNoughtShowsTheFlameAlone()

@@ -105,6 +105,7 @@ private Q_SLOTS:
     void aFolderNamedLikeTheBranchIsNoTrouble();
     void answersComeInTheOrderOfTheQuestions();
     void countingDoesNotWaitForASearch();
+    void aRepositoryIsToldOnceItsQuestionBegins();
     void theEventLoopGoesOnMeanwhile();
     void aHangingGitEndsWithTheService();
     void afterTheEndNothingStarts();
@@ -275,6 +276,31 @@ void TestGitService::countingDoesNotWaitForASearch()
     QTRY_VERIFY(counted.isFinished());
     QCOMPARE(counted.result(), 3);
     QVERIFY(!search.isFinished());
+}
+
+void TestGitService::aRepositoryIsToldOnceItsQuestionBegins()
+{
+    const TempRepository repository;
+    QVERIFY(makeFifo(repository.file(QStringLiteral(".git/packed-refs"))));
+    ChildProcessRunner runner;
+    const FakeClock clock;
+    const SlowTree files;
+    GitService git(runner, files, clock);
+    QStringList told;
+    connect(&git, &GitService::repositoryBeingReadChanged, this,
+            [&](const std::optional<QString> &path) { told << path.value_or(QStringLiteral("none")); });
+    const QTemporaryDir folder;
+    const auto search = git.scanForRepositories(folder.path(), 5);
+    const auto question = git.getDefaultBranch(repository.path());
+    files.isAsked.acquire();
+    QCoreApplication::processEvents();
+    const bool isToldEarly = !told.isEmpty();
+    files.mayAnswer.release();
+    QVERIFY(!isToldEarly);
+    QTRY_COMPARE(told, QStringList(repository.path()));
+    QVERIFY(search.isFinished() && !question.isFinished());
+    QVERIFY(git.stop(60s));
+    QTRY_COMPARE(told, (QStringList{repository.path(), QStringLiteral("none")}));
 }
 
 void TestGitService::answersComeInTheOrderOfTheQuestions()

@@ -111,7 +111,6 @@ private Q_SLOTS:
     void theQuestionsOfARefreshAreFixed();
     void theOrderOfAnnouncementsIsFixed();
     void theOrderOfAnnouncementsWithoutRepositoriesIsFixed();
-    void theRepositoryThatGitIsAskedAboutIsTold();
     void aRefreshDuringARefreshDoesNothing();
     void anUnstartableRepositoryIsSkippedInSilence();
     void aFailingRepositoryIsReportedAndWhatItAddedStays();
@@ -344,21 +343,6 @@ void TestStreakManager::theOrderOfAnnouncementsWithoutRepositoriesIsFixed()
     QCOMPARE(announcements.names().join(u' '),
              QStringLiteral("isRefreshing error currentStreak longestStreak hasCommittedToday totalCommitsThisWeek "
                             "commitHistory yearHistory repositoryStats isRefreshing lastRefresh"));
-}
-
-void TestStreakManager::theRepositoryThatGitIsAskedAboutIsTold()
-{
-    Engine engine;
-    engine.track(first, {}, {}, {});
-    engine.track(second, {}, {}, {});
-    QStringList told;
-    const auto asked = [&engine] { return engine.runner.requests().isEmpty() ? QString() : QStringLiteral(", asked"); };
-    connect(&engine.manager, &StreakManager::repositoryBeingReadWillChange, this,
-            [&](const std::optional<QString> &path) { told << path.value_or(QStringLiteral("none")) + asked(); });
-    QCOMPARE(engine.manager.repositoryBeingRead(), std::nullopt);
-    engine.refresh();
-    QCOMPARE(told, (QStringList{first, second + QStringLiteral(", asked"), QStringLiteral("none, asked")}));
-    QCOMPARE(engine.manager.repositoryBeingRead(), std::nullopt);
 }
 
 void TestStreakManager::aRefreshDuringARefreshDoesNothing()

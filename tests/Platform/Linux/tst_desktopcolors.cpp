@@ -11,6 +11,8 @@
 #include "support/TestProgram.h"
 
 #include <QApplication>
+#include <QProxyStyle>
+#include <QScopeGuard>
 
 #include <memory>
 
@@ -85,6 +87,20 @@ private:
     test::SecondConnection m_connection;
 };
 
+const QPalette &darkOfADesktop()
+{
+    static const QPalette palette(QColor("#3b4045"), QColor("#2a2e32"));
+    return palette;
+}
+
+//! As a desktop's own palette that turned dark.
+class DarkStyle : public QProxyStyle
+{
+public:
+    using QProxyStyle::polish;
+    void polish(QPalette &palette) override { palette = darkOfADesktop(); }
+};
+
 bool isProgramDark()
 {
     return isDark(QApplication::palette());
@@ -114,9 +130,12 @@ private Q_SLOTS:
     void whoWantsLightOrNothingKeepsTheDesktopsPalette_data();
     void whoWantsLightOrNothingKeepsTheDesktopsPalette();
     void aDesktopThatFollowsByItselfKeepsItsOwnDarkness();
+    void aDesktopThatTurnsDarkLaterGetsItsOwnDarkness();
+    void aDesktopThatTurnsLightWhileTheUserWantsDarkIsDarkened();
     void otherSettingsAreNoneOfOurs();
     void withoutABusOrAPortalNobodyAsksForDark();
     void aBusThatComesLaterIsAsked();
+    void aPortalThatComesLaterIsAsked();
     void aPortalThatNeverAnswersIsStillHeard();
 
 private:
@@ -176,20 +195,48 @@ void TestDesktopColors::whoWantsLightOrNothingKeepsTheDesktopsPalette()
 // As Plasma's: its palette is there before we would set one, or soon after the setting is told.
 void TestDesktopColors::aDesktopThatFollowsByItselfKeepsItsOwnDarkness()
 {
-    const QPalette itsOwn(QColor("#3b4045"), QColor("#2a2e32"));
     FakePortal portal(noPreference);
     SessionBus bus;
     DesktopColors colors(bus);
     const QSignalSpy looked(&colors, &DesktopColors::looked);
     QTRY_COMPARE(portal.asked.size(), 1);
     portal.become(preferDark);
-    QApplication::setPalette(itsOwn);
+    QApplication::setPalette(darkOfADesktop());
     const auto set = QApplication::palette();
     QTRY_COMPARE(looked.size(), 1);
     QCOMPARE(QApplication::palette(), set);
     portal.become(noPreference);
     QTRY_COMPARE(looked.size(), 2);
     QCOMPARE(QApplication::palette(), set);
+}
+
+void TestDesktopColors::aDesktopThatTurnsDarkLaterGetsItsOwnDarkness()
+{
+    FakePortal portal(preferDark);
+    SessionBus bus;
+    DesktopColors colors(bus);
+    QTRY_VERIFY(isProgramDark());
+    const QSignalSpy looked(&colors, &DesktopColors::looked);
+    const QScopeGuard backToLight([] { QApplication::setStyle(QStringLiteral("Fusion")); });
+    QApplication::setStyle(new DarkStyle);
+    QTRY_COMPARE(looked.size(), 1);
+    const auto ground = QApplication::palette().color(QPalette::Window);
+    QCOMPARE(ground.name(), darkOfADesktop().color(QPalette::Window).name());
+}
+
+void TestDesktopColors::aDesktopThatTurnsLightWhileTheUserWantsDarkIsDarkened()
+{
+    QApplication::setPalette(darkOfADesktop());
+    FakePortal portal(preferDark);
+    SessionBus bus;
+    DesktopColors colors(bus);
+    const QSignalSpy looked(&colors, &DesktopColors::looked);
+    QTRY_COMPARE(looked.size(), 1);
+    QApplication::setPalette(m_ofDesktop);
+    QVERIFY(!isProgramDark());
+    QTRY_COMPARE(looked.size(), 2);
+    QVERIFY(isProgramDark());
+    QVERIFY2(!colors.findChild<QTimer *>()->isActive(), "our own palette is taken for the desktop's");
 }
 
 void TestDesktopColors::otherSettingsAreNoneOfOurs()
@@ -229,6 +276,18 @@ void TestDesktopColors::aBusThatComesLaterIsAsked()
     m_bus.start();
     const FakePortal portal(preferDark);
     QVERIFY(bus.connection().isConnected());
+    QTRY_VERIFY(setting.asksForDark());
+}
+
+void TestDesktopColors::aPortalThatComesLaterIsAsked()
+{
+    SessionBus bus;
+    const ColorSchemeSetting setting(bus);
+    auto connection = bus.connection();
+    test::answerOf(connection, QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                   QStringLiteral("org.freedesktop.DBus"), "GetId");
+    QVERIFY(!setting.asksForDark());
+    const FakePortal portal(preferDark);
     QTRY_VERIFY(setting.asksForDark());
 }
 

@@ -7,6 +7,7 @@
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
 
 #include <utility>
 
@@ -43,13 +44,28 @@ ColorSchemeSetting::ColorSchemeSetting(SessionBus &bus, QObject *parent)
         follow();
 }
 
+ColorSchemeSetting::~ColorSchemeSetting() = default;
+
 // A signal that named its sender would make the connection ask the bus for him, and wait.
 void ColorSchemeSetting::follow()
 {
     auto connection = m_bus.connection();
     connection.connect({}, portalPath, settings, QStringLiteral("SettingChanged"), {appearance, colorScheme}, {}, this,
                        SLOT(hear(QString, QString, QDBusVariant)));
+    awaitPortals(connection);
     ask(connection);
+}
+
+// One that starts slowly has let the first question go unanswered.
+void ColorSchemeSetting::awaitPortals(const QDBusConnection &connection)
+{
+    m_portals =
+        std::make_unique<QDBusServiceWatcher>(portalName, connection, QDBusServiceWatcher::WatchForOwnerChange);
+    connect(m_portals.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this, connection](const QString &, const QString &, const QString &owner) {
+                if (!owner.isEmpty())
+                    ask(connection);
+            });
 }
 
 // What has changed since the question was asked is told by a signal that comes after the answer.

@@ -6,6 +6,7 @@
 #include "Platform/Linux/Desktop/DarkPalette.h"
 
 #include <QApplication>
+#include <QEvent>
 
 #include <chrono>
 #include <utility>
@@ -29,6 +30,15 @@ DesktopColors::DesktopColors(SessionBus &bus, QObject *parent)
     m_desktopsTurn.setInterval(desktopsTurn);
     connect(&m_desktopsTurn, &QTimer::timeout, this, &DesktopColors::follow);
     connect(&m_setting, &ColorSchemeSetting::changed, &m_desktopsTurn, qOverload<>(&QTimer::start));
+    qApp->installEventFilter(this);
+}
+
+bool DesktopColors::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool isNewPalette = event->type() == QEvent::ApplicationPaletteChange && watched == qApp;
+    if (isNewPalette || event->type() == QEvent::ThemeChange)
+        m_desktopsTurn.start();
+    return false;
 }
 
 // The desktop's own palette comes back first: it is the one to judge.
@@ -41,6 +51,7 @@ void DesktopColors::follow()
     m_isOurs = wanted != ofDesktop;
     if (m_isOurs)
         QApplication::setPalette(wanted);
+    m_desktopsTurn.stop();  // what we set ourselves is nothing new of the desktop's
     Q_EMIT looked();
 }
 
