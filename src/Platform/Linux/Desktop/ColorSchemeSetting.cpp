@@ -59,8 +59,7 @@ void ColorSchemeSetting::follow()
 // One that starts slowly has let the first question go unanswered.
 void ColorSchemeSetting::awaitPortals(const QDBusConnection &connection)
 {
-    m_portals =
-        std::make_unique<QDBusServiceWatcher>(portalName, connection, QDBusServiceWatcher::WatchForOwnerChange);
+    m_portals = std::make_unique<QDBusServiceWatcher>(portalName, connection, QDBusServiceWatcher::WatchForOwnerChange);
     connect(m_portals.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this, connection](const QString &, const QString &, const QString &owner) {
                 if (!owner.isEmpty())
