@@ -73,8 +73,8 @@ public:
         }));
     }
 
-    //! Kills a running git and ends both threads. Returns whether both ended within @p patience; a file system that hangs
-    //! can hold the first longer.
+    //! Kills a running git and ends both threads. Returns whether both ended within @p patience; a file system that
+    //! hangs can hold the first longer.
     bool stop(std::chrono::milliseconds patience);
 
 Q_SIGNALS:

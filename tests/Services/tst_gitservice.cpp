@@ -291,8 +291,8 @@ void TestGitService::aRepositoryIsToldOnceItsQuestionBegins()
             [&](const std::optional<QString> &path) { told << path.value_or(QStringLiteral("none")); });
     const QTemporaryDir folder;
     const auto search = git.scanForRepositories(folder.path(), 5);
-    const auto question = git.getDefaultBranch(repository.path());
     files.isAsked.acquire();
+    const auto question = git.getDefaultBranch(repository.path());
     QCoreApplication::processEvents();
     const bool isToldEarly = !told.isEmpty();
     files.mayAnswer.release();

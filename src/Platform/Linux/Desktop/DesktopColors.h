@@ -11,7 +11,8 @@ namespace velquarin {
 
 //! Keeps the program's palette as dark as the user wants it where the desktop says so and its palette does not follow, as
 //! GNOME's does not: a style switch there leaves the theme that the toolkit takes its colours from as it was. A palette
-//! that is dark already stays as it is; each new one of the desktop's is judged anew. Source: docs/decisions/0007-look.md
+//! that is dark already stays as it is; each new one of the desktop's is judged anew.
+//! Source: docs/decisions/0007-look.md
 class DesktopColors : public QObject
 {
     Q_OBJECT
