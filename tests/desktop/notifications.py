@@ -80,8 +80,9 @@ class XfceNotifyd:
         self._reader = accessibility.Reader(desktop, "xfce4-notifyd")
 
     def place(self):
-        """The rectangle of the notification, or None."""
-        return dict(self._desktop.windows.unmanaged()).get("xfce4-notifyd")
+        """The rectangle of the notification, or None. From Debian 13 on the window manager knows of it."""
+        windows = self._desktop.windows
+        return dict(windows.unmanaged()).get("xfce4-notifyd") or windows.place_of("xfce4-notifyd")
 
     def _find(self, text):
         return next(filter(None, (window.find(text) for window in self._reader.shown_windows())), None)
