@@ -59,7 +59,10 @@ class Windows:
         window = next((self._window(number) for number in numbers if self.title(number) == title), None)
         if not window:
             return None
-        corner, size = self.root.translate_coords(window, 0, 0), window.get_geometry()
+        try:
+            corner, size = self.root.translate_coords(window, 0, 0), window.get_geometry()
+        except (BadWindow, BadDrawable):  # gone between the two questions
+            return None
         return Rectangle.of(corner.x, corner.y, size.width, size.height)
 
     def icons(self, title):
