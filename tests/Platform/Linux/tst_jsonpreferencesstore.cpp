@@ -87,7 +87,7 @@ LazyData noBytes()
     return [] { return std::nullopt; };
 }
 
-// Another session in the middle of its save.
+// Another instance in the middle of its save.
 class HeldFolder
 {
 public:
@@ -149,10 +149,10 @@ private Q_SLOTS:
     void whatWeTookAwayIsNotBroughtBackByOthers();
     void whatCouldNotBeWrittenIsStillOurs();
     void aFileThatSomebodyElseOnlyTouchedNeedsNoCopy();
-    void whatTwoSessionsWriteAtTheSameTimeIsAllThere();
-    void whatAnotherSessionIsWritingIsNoLeftOver();
-    void aSessionThatNeverLetsGoKeepsNobodyFromSaving();
-    void savingAllSettingsLeavesWhatOnlyAnotherSessionChanged();
+    void whatTwoInstancesWriteAtTheSameTimeIsAllThere();
+    void whatAnotherInstanceIsWritingIsNoLeftOver();
+    void anInstanceThatNeverLetsGoKeepsNobodyFromSaving();
+    void savingAllSettingsLeavesWhatOnlyAnotherInstanceChanged();
     void whatWasTakenAwayHereCanBeSetAgain();
     void aMergeThatLosesNothingNeedsNoCopy();
     void whatWasTakenOverAndIsChangedHereIsPutAside();
@@ -643,7 +643,7 @@ void TestJsonPreferencesStore::aFileThatSomebodyElseOnlyTouchedNeedsNoCopy()
     QVERIFY(error.lines().isEmpty());
 }
 
-void TestJsonPreferencesStore::whatTwoSessionsWriteAtTheSameTimeIsAllThere()
+void TestJsonPreferencesStore::whatTwoInstancesWriteAtTheSameTimeIsAllThere()
 {
     constexpr int rounds = 60;
     const PreferencesPlace place;
@@ -662,7 +662,7 @@ void TestJsonPreferencesStore::whatTwoSessionsWriteAtTheSameTimeIsAllThere()
     QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
 }
 
-void TestJsonPreferencesStore::whatAnotherSessionIsWritingIsNoLeftOver()
+void TestJsonPreferencesStore::whatAnotherInstanceIsWritingIsNoLeftOver()
 {
     const PreferencesPlace place;
     place.fill("{}");
@@ -677,7 +677,7 @@ void TestJsonPreferencesStore::whatAnotherSessionIsWritingIsNoLeftOver()
     QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
 }
 
-void TestJsonPreferencesStore::aSessionThatNeverLetsGoKeepsNobodyFromSaving()
+void TestJsonPreferencesStore::anInstanceThatNeverLetsGoKeepsNobodyFromSaving()
 {
     const PreferencesPlace place;
     place.fill("{}");
@@ -689,7 +689,7 @@ void TestJsonPreferencesStore::aSessionThatNeverLetsGoKeepsNobodyFromSaving()
 }
 
 // The first save takes over what the other one has written, the second one must not take it back.
-void TestJsonPreferencesStore::savingAllSettingsLeavesWhatOnlyAnotherSessionChanged()
+void TestJsonPreferencesStore::savingAllSettingsLeavesWhatOnlyAnotherInstanceChanged()
 {
     const PreferencesPlace place;
     JsonPreferencesStore ourStore(place.path);

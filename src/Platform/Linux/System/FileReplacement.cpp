@@ -56,7 +56,7 @@ int putInPlace(const QByteArray &temporary, const QByteArray &name)
     return error;
 }
 
-// Another session may have made it just now.
+// Another instance of the program may have made it just now.
 bool makeLastFolder(const QString &path)
 {
     return ::mkdir(QFile::encodeName(path).constData(), ownerOnlyFolder) == 0 ||

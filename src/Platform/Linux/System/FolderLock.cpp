@@ -24,7 +24,7 @@ bool isTakenByOther(int folder)
 
 }  // namespace
 
-// Asked for again and again, since a call that waits could wait for ever: for a session that was stopped in the middle.
+// Asked for again and again, since a call that waits could wait for ever: for an instance that was stopped in the middle.
 FolderLock::FolderLock(const QString &folder, std::chrono::milliseconds patience)
     : m_folder(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
 {

@@ -8,7 +8,7 @@
 
 namespace velquarin {
 
-//! Keeps other sessions of this program from changing what is in a folder, for as long as it lives. It leaves nothing
+//! Keeps other instances of this program from changing what is in a folder, for as long as it lives. It leaves nothing
 //! behind, however the program ends. Source: flock(2)
 class FolderLock
 {

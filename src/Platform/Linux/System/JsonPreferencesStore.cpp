@@ -33,7 +33,7 @@ bool isMoment(const QJsonValue &json)
 }
 
 // Whether the change of a key replaces a value that is neither what it was here before nor what it is now. Moments are
-// noted down by the program itself, in every session: nobody misses an earlier one.
+// noted down by every instance itself: nobody misses an earlier one.
 bool isAnyLost(const QJsonObject &theirs, const QJsonObject &before, const QJsonObject &now,
                const std::set<QString> &changedKeys)
 {

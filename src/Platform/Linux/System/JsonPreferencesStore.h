@@ -20,7 +20,7 @@ namespace velquarin {
 [[nodiscard]] QString defaultPreferencesPath();
 
 //! The preferences as one JSON file, which is read when the store is made and written on a thread that sleeps
-//! otherwise. What somebody else, a second session of the user for instance, has written under keys that were not
+//! otherwise. What somebody else, a second instance of the user, has written under keys that were not
 //! changed here since is taken over at the next write.
 //! Source: docs/decisions/0002-preferences-file.md
 class JsonPreferencesStore final : public PreferencesStore

@@ -23,7 +23,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// Many times what a save takes. A session that was stopped in the middle of one holds up no other for longer.
+// Many times what a save takes. An instance that was stopped in the middle of one holds up no other for longer.
 constexpr auto patienceWithOthers = 1s;
 
 // Does not wait for anybody, should a fifo have taken the file's place just now.
@@ -52,7 +52,7 @@ QJsonObject PreferencesFile::load()
     return target.kind == FileKind::Regular ? read(target.path) : QJsonObject();
 }
 
-// While another session saves, what lies there is no left-over.
+// While another instance saves, what lies there is no left-over.
 void PreferencesFile::removeLeftOverOf(const QString &path)
 {
     const FolderLock lock(QFileInfo(path).path(), 0ms);
@@ -122,7 +122,7 @@ std::optional<QJsonObject> PreferencesFile::changeOfOthers()
     return values;
 }
 
-// Once is enough: two sessions of one user change each other's settings every few minutes.
+// Once is enough: two instances of one user change each other's settings every few minutes.
 void PreferencesFile::keepCopyOfPresent()
 {
     m_isPresentLost |= !m_isLossKept && !m_present.isEmpty();

@@ -23,7 +23,7 @@ public:
     //! What the file holds; to be called once, first. Empty where there is no file, or none that can be used.
     [[nodiscard]] QJsonObject load();
 
-    //! Keeps other sessions from writing: to be held from changeOfOthers() to write(). Makes the folder where it is
+    //! Keeps other instances from writing: to be held from changeOfOthers() to write(). Makes the folder where it is
     //! missing.
     [[nodiscard]] FolderLock lock() const;
 
