@@ -32,24 +32,25 @@ class Session:
         desktop.start_panel()
         self.reader = accessibility.Reader(desktop)
         self.item = StatusItem(desktop)
+        self._place = PanelPlace(self.screen)
         self.start()
 
     def start(self):
         """Returns when the item is in the panel."""
-        place = PanelPlace(self.screen)
         self.program = Program(self.desktop, **self._options)
         if self._refreshed:
             self.item.wait_until_refreshed()
-        self._place = place.find()
+        self._in_panel = self._place.find()
 
     def end(self):
         """The program's exit status, and what it said meanwhile on its standard error."""
         status = self.program.end()
         wait_until(lambda: not self.item.is_there(), "the item goes with the program")
+        wait_until(lambda: not self._place.now(), "the panel without the item", state=self._place.now)
         return status, _of_its_own(self.program.errors())
 
     def click_item(self):
-        self.screen.click(*self._place.centre, 1)
+        self.screen.click(*self._in_panel.centre, 1)
 
     def open_dashboard(self):
         return act_until(self.click_item, lambda: self.reader.window(DASHBOARD), f"the window {DASHBOARD!r}",
