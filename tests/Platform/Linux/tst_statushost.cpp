@@ -15,7 +15,6 @@ Q_DECLARE_METATYPE(velquarin::StatusHost)
 namespace {
 
 constexpr StatusHost labelAndMenu{CountDisplay::Label, true, false};
-constexpr StatusHost label{CountDisplay::Label, false, false};
 constexpr StatusHost wide{CountDisplay::Wide, false, false};
 constexpr StatusHost square{CountDisplay::Square, false, false};
 constexpr StatusHost multipliedSquare{CountDisplay::Square, false, false, true};
@@ -32,28 +31,21 @@ private Q_SLOTS:
     void aHostIsKnownByItsProcess();
     void theDesktopDecidesWhereTheProcessCannotBeRead_data();
     void theDesktopDecidesWhereTheProcessCannotBeRead();
-    void theVersionOfMateIsReadFromItsFile_data();
-    void theVersionOfMateIsReadFromItsFile();
     void aProcessThatIsGoneIsToldByTheDesktop();
 };
 
 void TestStatusHost::aHostIsKnownByItsProcess_data()
 {
     QTest::addColumn<QByteArray>("process");
-    QTest::addColumn<QString>("mateVersion");
     QTest::addColumn<StatusHost>("expected");
 
-    const auto row = [](const char *name, const char *process, const StatusHost &expected, const char *mate = "") {
-        QTest::newRow(name) << QByteArray(process) << QString::fromLatin1(mate) << expected;
+    const auto row = [](const char *name, const char *process, const StatusHost &expected) {
+        QTest::newRow(name) << QByteArray(process) << expected;
     };
     row("GNOME Shell writes labels and opens only the menu", "gnome-shell", labelAndMenu);
     row("the Ayatana indicators do as well", "ayatana-indicat", labelAndMenu);
     row("so do the indicators they came from", "indicator-appli", labelAndMenu);
-    row("an old MATE panel loses an item with a label", "notification-ar", squareWithoutLabel, "1.26.0");
-    row("so does the last version before the mend", "notification-ar", squareWithoutLabel, "1.27.1");
-    row("a mended MATE panel writes labels", "notification-ar", label, "1.27.2");
-    row("a later MATE panel writes labels", "notification-ar", label, "1.28.0");
-    row("a MATE panel of unknown version is taken for an old one", "notification-ar", squareWithoutLabel);
+    row("an old MATE panel loses an item with a label", "notification-ar", squareWithoutLabel);
     row("waybar shows wide pictures", "waybar", wide);
     row("Cinnamon's watcher shows wide pictures", "xapp-sn-watcher", wide);
     row("Plasma 5 shows squares", "kded5", square);
@@ -63,19 +55,16 @@ void TestStatusHost::aHostIsKnownByItsProcess_data()
     row("swaybar refuses anything but squares, and takes their colours for multiplied", "swaybar", multipliedSquare);
     row("Budgie shows squares", "budgie-panel", square);
     row("a host that nobody knows gets squares", "somebody-else", square);
-    row("the version of MATE says nothing about other hosts", "gnome-shell", labelAndMenu, "1.26.0");
 }
 
 void TestStatusHost::aHostIsKnownByItsProcess()
 {
     QFETCH(QByteArray, process);
-    QFETCH(QString, mateVersion);
     QFETCH(StatusHost, expected);
-    const auto version = QVersionNumber::fromString(mateVersion);
-    QCOMPARE(statusHost(process, {}, version), expected);
+    QCOMPARE(statusHost(process, {}), expected);
     // A process that can be read is believed, whatever the desktop calls itself.
-    QCOMPARE(statusHost(process, QStringLiteral("GNOME"), version), expected);
-    QCOMPARE(statusHost(process, QStringLiteral("X-Cinnamon"), version), expected);
+    QCOMPARE(statusHost(process, QStringLiteral("GNOME")), expected);
+    QCOMPARE(statusHost(process, QStringLiteral("X-Cinnamon")), expected);
 }
 
 void TestStatusHost::theDesktopDecidesWhereTheProcessCannotBeRead_data()
@@ -88,7 +77,7 @@ void TestStatusHost::theDesktopDecidesWhereTheProcessCannotBeRead_data()
     QTest::newRow("Flashback is not the GNOME it resembles") << QStringLiteral("GNOME-Flashback:GNOME") << square;
     QTest::newRow("Unity") << QStringLiteral("Unity:Unity7:ubuntu") << labelAndMenu;
     QTest::newRow("Cinnamon") << QStringLiteral("X-Cinnamon") << wide;
-    QTest::newRow("MATE of an unknown version") << QStringLiteral("MATE") << squareWithoutLabel;
+    QTest::newRow("MATE") << QStringLiteral("MATE") << squareWithoutLabel;
     QTest::newRow("KDE") << QStringLiteral("KDE") << square;
     QTest::newRow("XFCE") << QStringLiteral("XFCE") << square;
     QTest::newRow("nothing said") << QString() << square;
@@ -98,27 +87,7 @@ void TestStatusHost::theDesktopDecidesWhereTheProcessCannotBeRead()
 {
     QFETCH(QString, desktop);
     QFETCH(StatusHost, expected);
-    QCOMPARE(statusHost({}, desktop, {}), expected);
-}
-
-void TestStatusHost::theVersionOfMateIsReadFromItsFile_data()
-{
-    QTest::addColumn<QByteArray>("file");
-    QTest::addColumn<QVersionNumber>("expected");
-    QTest::newRow("a whole file") << QByteArray("<?xml version=\"1.0\"?>\n<mate-version>\n  <platform>1</platform>\n"
-                                                "  <minor>28</minor>\n  <micro>2</micro>\n  <!-- a date -->\n"
-                                                "</mate-version>\n")
-                                  << QVersionNumber(1, 28, 2);
-    QTest::newRow("no file") << QByteArray() << QVersionNumber();
-    QTest::newRow("a file cut short") << QByteArray("<mate-version><platform>1</platform><min") << QVersionNumber();
-    QTest::newRow("another file") << QByteArray("<html><platform>9</platform></html>") << QVersionNumber();
-}
-
-void TestStatusHost::theVersionOfMateIsReadFromItsFile()
-{
-    QFETCH(QByteArray, file);
-    QFETCH(QVersionNumber, expected);
-    QCOMPARE(mateVersionIn(file), expected);
+    QCOMPARE(statusHost({}, desktop), expected);
 }
 
 void TestStatusHost::aProcessThatIsGoneIsToldByTheDesktop()

@@ -4,7 +4,6 @@
 
 #include <QByteArrayView>
 #include <QString>
-#include <QVersionNumber>
 
 namespace velquarin {
 
@@ -28,13 +27,8 @@ struct StatusHost
 //! The host behind the process that owns the watcher's name.
 //! Shape:  @p processName as /proc/PID/comm has it, without the line's end and cut after 15 characters; empty
 //!         where it cannot be read. @p currentDesktop is XDG_CURRENT_DESKTOP and decides only then.
-//!         @p mateVersion is null where it is not known.
 //! Source: docs/decisions/0004-status-item.md
-[[nodiscard]] StatusHost statusHost(QByteArrayView processName, const QString &currentDesktop,
-                                    const QVersionNumber &mateVersion);
-
-//! The version in MATE's version file; null where there is none. Source: mate-version.xml of mate-desktop
-[[nodiscard]] QVersionNumber mateVersionIn(const QByteArray &versionFile);
+[[nodiscard]] StatusHost statusHost(QByteArrayView processName, const QString &currentDesktop);
 
 //! The host that a process of this machine is, looked up in /proc. A process that has ended or may not be
 //! looked at is told by the desktop in the environment. Source: proc(5)
