@@ -13,13 +13,14 @@ function(add_test_program name)
     add_dependencies(${name} ends_together)
 endfunction()
 
-# add_module_test(engine_tests tst_streak LABEL pure [SOURCES more.cpp] [DEFINITIONS FOLDER="..."] [TIMEOUT 300])
+# add_module_test(engine_tests Streak/tst_streak LABEL pure [SOURCES more.cpp] [DEFINITIONS FOLDER="..."] [TIMEOUT 300])
 # One Qt Test class. Tests of one label can be run alone: ctest -L pure. A test of the label "dbus" gets a session bus
 # of its own, which ends with it.
-function(add_module_test program name)
+function(add_module_test program place)
     cmake_parse_arguments(arg "" "LABEL;TIMEOUT" "SOURCES;DEFINITIONS" ${ARGN})
-    target_sources(${program} PRIVATE ${name}.cpp ${arg_SOURCES})
-    set_property(SOURCE ${name}.cpp TARGET_DIRECTORY ${program} APPEND PROPERTY COMPILE_DEFINITIONS ${arg_DEFINITIONS})
+    target_sources(${program} PRIVATE ${place}.cpp ${arg_SOURCES})
+    cmake_path(GET place FILENAME name)
+    set_property(SOURCE ${place}.cpp TARGET_DIRECTORY ${program} APPEND PROPERTY COMPILE_DEFINITIONS ${arg_DEFINITIONS})
     set(command $<TARGET_FILE:${program}> ${name})
     if(arg_LABEL STREQUAL "dbus")
         list(PREPEND command "${PROJECT_SOURCE_DIR}/tests/support/with-private-bus")

@@ -8,8 +8,8 @@
 #include "App/StatusItemPlan.h"
 #include "App/StreakObserver.h"
 #include "Platform/StatusItem.h"
-#include "Views/MenuBarView.h"
-#include "Views/Popover.h"
+#include "Views/Dashboard/MenuBarView.h"
+#include "Views/Dashboard/Popover.h"
 #include "Views/Settings/SettingsView.h"
 
 #include <utility>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "Platform/WindowAnchor.h"
-#include "Services/StreakManager.h"
+#include "Services/Streak/StreakManager.h"
 
 #include <QObject>
 #include <QPoint>

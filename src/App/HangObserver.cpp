@@ -3,7 +3,7 @@
 
 #include "App/HangObserver.h"
 
-#include "Services/GitService.h"
+#include "Services/Git/GitService.h"
 
 #include <chrono>
 #include <utility>

@@ -3,7 +3,7 @@
 
 #include "App/Shared.h"
 
-#include "App/LaunchAtLogin.h"
+#include "Services/LaunchAtLogin.h"
 
 namespace velquarin {
 

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "App/LaunchAtLogin.h"
 #include "Models/AppSettings.h"
-#include "Services/GitService.h"
-#include "Services/NotificationService.h"
+#include "Services/Git/GitService.h"
+#include "Services/LaunchAtLogin.h"
+#include "Services/Reminder/NotificationService.h"
 
 #include <memory>
 

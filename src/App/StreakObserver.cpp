@@ -3,7 +3,7 @@
 
 #include "App/StreakObserver.h"
 
-#include "Services/StreakManager.h"
+#include "Services/Streak/StreakManager.h"
 
 #include <chrono>
 #include <utility>

@@ -2,15 +2,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/Linux/System/BootTimeTimers.h"
-#include "Platform/Linux/System/ChildProcessRunner.h"
-#include "Platform/Linux/System/FreedesktopNotifications.h"
-#include "Platform/Linux/System/JsonPreferencesStore.h"
-#include "Platform/Linux/System/LaunchTokens.h"
-#include "Platform/Linux/System/PosixFileTree.h"
-#include "Platform/Linux/System/SessionBus.h"
-#include "Platform/Linux/System/StandardOutput.h"
-#include "Platform/Linux/System/SystemClock.h"
+#include "Platform/Linux/Files/PosixFileTree.h"
+#include "Platform/Linux/Notifications/FreedesktopNotifications.h"
+#include "Platform/Linux/Preferences/JsonPreferencesStore.h"
+#include "Platform/Linux/Process/BootTimeTimers.h"
+#include "Platform/Linux/Process/ChildProcessRunner.h"
+#include "Platform/Linux/Process/StandardOutput.h"
+#include "Platform/Linux/Process/SystemClock.h"
+#include "Platform/Linux/Session/LaunchTokens.h"
+#include "Platform/Linux/Session/SessionBus.h"
 
 namespace velquarin {
 

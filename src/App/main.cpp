@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "App/VelquarinApp.h"
-#include "Platform/Linux/System/LaunchTokens.h"
-#include "Platform/Linux/System/StandardDescriptors.h"
-#include "Platform/Linux/System/TerminationSignals.h"
-#include "Platform/Linux/System/ZoneVariable.h"
-#include "Views/AccessibleApplication.h"
+#include "Platform/Linux/Process/StandardDescriptors.h"
+#include "Platform/Linux/Process/TerminationSignals.h"
+#include "Platform/Linux/Process/ZoneVariable.h"
+#include "Platform/Linux/Session/LaunchTokens.h"
+#include "Views/Controls/AccessibleApplication.h"
 
 #include <QApplication>
 #include <QLoggingCategory>

@@ -6,7 +6,7 @@
 #include "App/Shared.h"
 #include "App/StatusItemPlan.h"
 #include "App/StreakObserver.h"
-#include "Platform/Linux/System/BootTimeTimers.h"
+#include "Platform/Linux/Process/BootTimeTimers.h"
 #include "support/Engine.h"
 #include "support/Offscreen.h"
 #include "support/RecordingFileViewer.h"
@@ -14,8 +14,8 @@
 #include "support/RecordingStatusItem.h"
 #include "support/ScriptedFolderChooser.h"
 #include "support/TestProgram.h"
-#include "Views/Popover.h"
-#include "Views/RepoRow.h"
+#include "Views/Dashboard/Popover.h"
+#include "Views/Dashboard/RepoRow.h"
 
 #include <QApplication>
 #include <QScopeGuard>

@@ -4,13 +4,13 @@
 #include "../Views/Settings/SettingsWindow.h"
 #include "App/StatusItemPlan.h"
 #include "App/Translations.h"
-#include "Platform/Linux/Desktop/StatusMenu.h"
-#include "Platform/Linux/Desktop/StatusWords.h"
-#include "Services/ReminderDecision.h"
+#include "Platform/Linux/StatusItem/StatusMenu.h"
+#include "Platform/Linux/StatusItem/StatusWords.h"
+#include "Services/Reminder/ReminderDecision.h"
 #include "support/Offscreen.h"
 #include "support/RecordingFileViewer.h"
 #include "support/TestProgram.h"
-#include "Views/MenuBarView.h"
+#include "Views/Dashboard/MenuBarView.h"
 #include "Views/Settings/ScanOutcome.h"
 
 #include <QApplication>

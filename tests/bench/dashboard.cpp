@@ -6,7 +6,7 @@
 
 #include "support/Engine.h"
 #include "support/RecordingFileViewer.h"
-#include "Views/MenuBarView.h"
+#include "Views/Dashboard/MenuBarView.h"
 
 #include <QElapsedTimer>
 #include <QImage>

@@ -5,9 +5,9 @@
 // which does not. Both in turns, once each for each line on standard input, which may ask for days that are "mixed";
 // answers with the two times in milliseconds, or -1 where the counts are wrong.
 
-#include "Services/DayStarts.h"
-#include "Services/GitLog.h"
-#include "Services/MergedHistory.h"
+#include "Services/Git/GitLog.h"
+#include "Services/Streak/DayStarts.h"
+#include "Services/Streak/MergedHistory.h"
 
 #include <QElapsedTimer>
 #include <QTimeZone>

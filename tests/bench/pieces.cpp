@@ -5,12 +5,12 @@
 // ./bench reads the same from "-o -,csv".
 
 #include "Models/AppSettings.h"
-#include "Platform/Linux/System/JsonPreferencesStore.h"
-#include "Services/DayStarts.h"
-#include "Services/GitLog.h"
-#include "Services/MergedHistory.h"
-#include "Services/StreakCalculation.h"
-#include "Views/HeatmapGrid.h"
+#include "Platform/Linux/Preferences/JsonPreferencesStore.h"
+#include "Services/Git/GitLog.h"
+#include "Services/Streak/DayStarts.h"
+#include "Services/Streak/MergedHistory.h"
+#include "Services/Streak/StreakCalculation.h"
+#include "Views/Dashboard/HeatmapGrid.h"
 
 #include <QTemporaryDir>
 #include <QTest>

@@ -4,8 +4,8 @@
 // The program's own search for repositories below the first argument, once for each line on standard input; answers with
 // the milliseconds it took, and how many it found.
 
-#include "Platform/Linux/System/PosixFileTree.h"
-#include "Services/RepositoryScan.h"
+#include "Platform/Linux/Files/PosixFileTree.h"
+#include "Services/Git/RepositoryScan.h"
 
 #include <QElapsedTimer>
 #include <QFile>

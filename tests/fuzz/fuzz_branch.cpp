@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Services/GitQueries.h"
+#include "Services/Git/GitQueries.h"
 #include "support/FakeClock.h"
 #include "support/FakeProcessRunner.h"
 #include "Target.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "Platform/UniversalTime.h"
-#include "Services/GitLog.h"
+#include "Services/Git/GitLog.h"
 #include "Target.h"
 
 #include <QDateTime>

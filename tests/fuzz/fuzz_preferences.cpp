@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/System/PreferencesFormat.h"
+#include "Platform/Linux/Preferences/PreferencesFormat.h"
 #include "Target.h"
 
 using namespace velquarin;

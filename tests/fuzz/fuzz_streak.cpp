@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Services/StreakCalculation.h"
+#include "Services/Streak/StreakCalculation.h"
 #include "Target.h"
 #include "Zones.h"
 

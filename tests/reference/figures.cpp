@@ -7,11 +7,11 @@
 // is what git takes for the present: it reads the bounds of a period as of that time of day.
 
 #include "Models/AppSettings.h"
-#include "Platform/Linux/System/ChildProcessRunner.h"
-#include "Platform/Linux/System/PosixFileTree.h"
-#include "Services/GitService.h"
-#include "Services/NotificationService.h"
-#include "Services/StreakManager.h"
+#include "Platform/Linux/Files/PosixFileTree.h"
+#include "Platform/Linux/Process/ChildProcessRunner.h"
+#include "Services/Git/GitService.h"
+#include "Services/Reminder/NotificationService.h"
+#include "Services/Streak/StreakManager.h"
 #include "support/Await.h"
 #include "support/FakeClock.h"
 #include "support/FakeTimers.h"

@@ -3,10 +3,10 @@
 #pragma once
 
 #include "Models/AppSettings.h"
-#include "Platform/Linux/System/PosixFileTree.h"
-#include "Services/GitService.h"
-#include "Services/NotificationService.h"
-#include "Services/StreakManager.h"
+#include "Platform/Linux/Files/PosixFileTree.h"
+#include "Services/Git/GitService.h"
+#include "Services/Reminder/NotificationService.h"
+#include "Services/Streak/StreakManager.h"
 #include "support/Await.h"
 #include "support/FakeClock.h"
 #include "support/FakeProcessRunner.h"

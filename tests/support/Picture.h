@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Views/Symbols.h"
+#include "Views/Controls/Symbols.h"
 
 #include <QImage>
 #include <QPainter>

@@ -6,8 +6,8 @@
 #include "support/Picture.h"
 #include "support/RecordingFileViewer.h"
 #include "support/WhatIsShown.h"
-#include "Views/MenuBarView.h"
-#include "Views/Style.h"
+#include "Views/Controls/Style.h"
+#include "Views/Dashboard/MenuBarView.h"
 
 #include <QApplication>
 #include <QDir>

@@ -5,7 +5,7 @@
 
 #include "Platform/Calendar.h"
 #include "Platform/DateTexts.h"
-#include "Views/YearHeatmapView.h"
+#include "Views/Dashboard/YearHeatmapView.h"
 
 #include <QApplication>
 #include <QPainter>

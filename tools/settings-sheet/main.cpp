@@ -2,14 +2,14 @@
 // SPDX-License-Identifier: MIT
 // Paints the settings window in all its faces, light and dark, at 1x and 2x: settings_sheet FOLDER [FONT [PIXELS]]
 
-#include "App/LaunchAtLogin.h"
+#include "Services/LaunchAtLogin.h"
 #include "support/Engine.h"
 #include "support/Picture.h"
 #include "support/RecordingLoginItem.h"
 #include "support/ScriptedFolderChooser.h"
 #include "support/WhatIsShown.h"
+#include "Views/Controls/Style.h"
 #include "Views/Settings/SettingsView.h"
-#include "Views/Style.h"
 
 #include <QApplication>
 #include <QDir>

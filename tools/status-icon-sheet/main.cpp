@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Paints every status picture on light and dark ground into one PNG: status_icon_sheet sheet.png [zoom]
 
-#include "Platform/Linux/Desktop/StatusIconPainter.h"
+#include "Platform/Linux/StatusItem/StatusIconPainter.h"
 
 #include <QGuiApplication>
 #include <QPainter>

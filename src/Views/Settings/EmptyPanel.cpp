@@ -3,10 +3,10 @@
 
 #include "Views/Settings/EmptyPanel.h"
 
+#include "Views/Controls/Style.h"
+#include "Views/Controls/SymbolView.h"
+#include "Views/Controls/Text.h"
 #include "Views/Settings/TabParts.h"
-#include "Views/Style.h"
-#include "Views/SymbolView.h"
-#include "Views/Text.h"
 
 #include <QPushButton>
 #include <QVBoxLayout>

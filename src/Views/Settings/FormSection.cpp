@@ -3,10 +3,10 @@
 
 #include "Views/Settings/FormSection.h"
 
-#include "Views/Settings/Switch.h"
-#include "Views/Settings/TintedGround.h"
-#include "Views/Style.h"
-#include "Views/Text.h"
+#include "Views/Controls/Style.h"
+#include "Views/Controls/Switch.h"
+#include "Views/Controls/Text.h"
+#include "Views/Controls/TintedGround.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>

@@ -3,14 +3,14 @@
 
 #include "Views/Settings/GeneralTab.h"
 
-#include "App/LaunchAtLogin.h"
 #include "Models/AppSettings.h"
-#include "Services/StreakManager.h"
+#include "Services/LaunchAtLogin.h"
+#include "Services/Streak/StreakManager.h"
+#include "Views/Controls/Picker.h"
+#include "Views/Controls/Style.h"
+#include "Views/Controls/Switch.h"
+#include "Views/Controls/Text.h"
 #include "Views/Settings/FormSection.h"
-#include "Views/Settings/Picker.h"
-#include "Views/Settings/Switch.h"
-#include "Views/Style.h"
-#include "Views/Text.h"
 
 #include <QLabel>
 #include <QScrollBar>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Views/Rendering.h"
+#include "Views/Controls/Rendering.h"
 
 #include <QScrollArea>
 

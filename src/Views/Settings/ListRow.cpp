@@ -3,7 +3,7 @@
 
 #include "Views/Settings/ListRow.h"
 
-#include "Views/Style.h"
+#include "Views/Controls/Style.h"
 
 #include <QPainter>
 

@@ -3,9 +3,9 @@
 
 #include "Views/Settings/RecordRow.h"
 
-#include "Views/IconButton.h"
+#include "Views/Controls/IconButton.h"
+#include "Views/Controls/Style.h"
 #include "Views/Settings/RecordTexts.h"
-#include "Views/Style.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>

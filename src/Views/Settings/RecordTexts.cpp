@@ -3,8 +3,8 @@
 
 #include "Views/Settings/RecordTexts.h"
 
-#include "Views/Style.h"
-#include "Views/Text.h"
+#include "Views/Controls/Style.h"
+#include "Views/Controls/Text.h"
 
 #include <QHBoxLayout>
 #include <QTextDocument>

@@ -5,15 +5,15 @@
 
 #include "Models/AppSettings.h"
 #include "Platform/PluralForm.h"
+#include "Views/Controls/ProgressLine.h"
+#include "Views/Controls/Style.h"
+#include "Views/Controls/Text.h"
 #include "Views/Settings/EmptyPanel.h"
-#include "Views/Settings/ProgressLine.h"
 #include "Views/Settings/RepositoryActions.h"
 #include "Views/Settings/RepositoryRow.h"
 #include "Views/Settings/RowList.h"
 #include "Views/Settings/TabColumn.h"
 #include "Views/Settings/TabParts.h"
-#include "Views/Style.h"
-#include "Views/Text.h"
 
 #include <QBoxLayout>
 #include <QPushButton>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "Models/TrackedRepository.h"
-#include "Views/Rendering.h"
+#include "Views/Controls/Rendering.h"
 
 #include <QList>
 #include <QWidget>

@@ -5,9 +5,9 @@
 
 #include "Models/AppSettings.h"
 #include "Platform/FolderChooser.h"
-#include "Services/Breather.h"
-#include "Services/GitService.h"
-#include "Services/StreakManager.h"
+#include "Services/Git/Breather.h"
+#include "Services/Git/GitService.h"
+#include "Services/Streak/StreakManager.h"
 #include "Views/Settings/ScanOutcome.h"
 
 #include <QCoroFuture>

@@ -4,7 +4,7 @@
 #include "Views/Settings/RepositoryRow.h"
 
 #include "Models/TrackedRepository.h"
-#include "Views/Settings/Badge.h"
+#include "Views/Controls/Badge.h"
 #include "Views/Settings/RecordTexts.h"
 
 namespace velquarin {

@@ -3,9 +3,9 @@
 
 #include "Views/Settings/RowList.h"
 
+#include "Views/Controls/Style.h"
+#include "Views/Controls/TintedGround.h"
 #include "Views/Settings/ListRow.h"
-#include "Views/Settings/TintedGround.h"
-#include "Views/Style.h"
 
 #include <QComboBox>
 #include <QKeyEvent>

@@ -3,17 +3,17 @@
 
 #include "Views/Settings/SettingsView.h"
 
-#include "Views/AccessibleScrollArea.h"
-#include "Views/AccessibleWindow.h"
-#include "Views/Divider.h"
-#include "Views/MnemonicStyle.h"
+#include "Views/Controls/AccessibleScrollArea.h"
+#include "Views/Controls/AccessibleWindow.h"
+#include "Views/Controls/Divider.h"
+#include "Views/Controls/MnemonicStyle.h"
+#include "Views/Controls/Style.h"
 #include "Views/Settings/GeneralTab.h"
 #include "Views/Settings/RepositoriesTab.h"
 #include "Views/Settings/RepositoryActions.h"
 #include "Views/Settings/TabStrip.h"
 #include "Views/Settings/WatchedFolderActions.h"
 #include "Views/Settings/WatchedFoldersTab.h"
-#include "Views/Style.h"
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -3,7 +3,7 @@
 
 #include "Views/Settings/TabColumn.h"
 
-#include "Views/Style.h"
+#include "Views/Controls/Style.h"
 
 #include <algorithm>
 

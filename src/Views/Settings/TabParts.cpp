@@ -3,9 +3,9 @@
 
 #include "Views/Settings/TabParts.h"
 
-#include "Views/Style.h"
-#include "Views/Symbols.h"
-#include "Views/Text.h"
+#include "Views/Controls/Style.h"
+#include "Views/Controls/Symbols.h"
+#include "Views/Controls/Text.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>

@@ -3,9 +3,9 @@
 
 #include "Views/Settings/TabStrip.h"
 
+#include "Views/Controls/Style.h"
+#include "Views/Controls/Symbols.h"
 #include "Views/Settings/TabStripAccessible.h"
-#include "Views/Style.h"
-#include "Views/Symbols.h"
 
 #include <QPainter>
 #include <QStyle>

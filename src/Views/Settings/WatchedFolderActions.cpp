@@ -5,7 +5,7 @@
 
 #include "Models/AppSettings.h"
 #include "Platform/FolderChooser.h"
-#include "Services/StreakManager.h"
+#include "Services/Streak/StreakManager.h"
 
 #include <algorithm>
 #include <utility>

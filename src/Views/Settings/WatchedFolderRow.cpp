@@ -4,8 +4,8 @@
 #include "Views/Settings/WatchedFolderRow.h"
 
 #include "Models/WatchedFolder.h"
-#include "Views/Settings/Picker.h"
-#include "Views/Style.h"
+#include "Views/Controls/Picker.h"
+#include "Views/Controls/Style.h"
 
 #include <QLabel>
 

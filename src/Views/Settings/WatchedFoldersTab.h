@@ -3,7 +3,7 @@
 #pragma once
 
 #include "Models/WatchedFolder.h"
-#include "Views/Rendering.h"
+#include "Views/Controls/Rendering.h"
 
 #include <QByteArray>
 #include <QList>

@@ -2,16 +2,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "App/LaunchAtLogin.h"
+#include "Services/LaunchAtLogin.h"
 #include "support/Engine.h"
 #include "support/Picture.h"
 #include "support/RecordingLoginItem.h"
 #include "support/ScriptedFolderChooser.h"
 #include "support/WhatIsShown.h"
+#include "Views/Controls/Style.h"
+#include "Views/Controls/Text.h"
 #include "Views/Settings/SettingsView.h"
 #include "Views/Settings/TabStrip.h"
-#include "Views/Style.h"
-#include "Views/Text.h"
 
 #include <QApplication>
 #include <QSemaphore>

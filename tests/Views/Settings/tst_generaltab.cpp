@@ -4,12 +4,12 @@
 #include "support/Offscreen.h"
 #include "support/PaintedText.h"
 #include "support/TestProgram.h"
+#include "Views/Controls/Picker.h"
+#include "Views/Controls/Style.h"
+#include "Views/Controls/Switch.h"
+#include "Views/Controls/Text.h"
+#include "Views/Controls/TintedGround.h"
 #include "Views/Settings/FormSection.h"
-#include "Views/Settings/Picker.h"
-#include "Views/Settings/Switch.h"
-#include "Views/Settings/TintedGround.h"
-#include "Views/Style.h"
-#include "Views/Text.h"
 
 #include "SettingsWindow.h"
 

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 // How the window behaves while a thousand repositories are found and each of them is stored in a real file.
 
-#include "App/LaunchAtLogin.h"
-#include "Platform/Linux/System/JsonPreferencesStore.h"
+#include "Platform/Linux/Preferences/JsonPreferencesStore.h"
+#include "Services/LaunchAtLogin.h"
 #include "support/Engine.h"
 #include "support/Offscreen.h"
 #include "support/RecordingLoginItem.h"

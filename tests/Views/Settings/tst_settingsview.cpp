@@ -5,11 +5,11 @@
 #include "support/PaintedText.h"
 #include "support/Picture.h"
 #include "support/TestProgram.h"
-#include "Views/Divider.h"
-#include "Views/Settings/Picker.h"
-#include "Views/Settings/Switch.h"
+#include "Views/Controls/Divider.h"
+#include "Views/Controls/Picker.h"
+#include "Views/Controls/Style.h"
+#include "Views/Controls/Switch.h"
 #include "Views/Settings/TabColumn.h"
-#include "Views/Style.h"
 
 #include "SettingsWindow.h"
 

@@ -6,12 +6,12 @@
 #include "support/PaintedText.h"
 #include "support/Picture.h"
 #include "support/TestProgram.h"
-#include "Views/IconButton.h"
-#include "Views/Settings/Picker.h"
-#include "Views/Settings/Switch.h"
-#include "Views/Style.h"
-#include "Views/SymbolView.h"
-#include "Views/Text.h"
+#include "Views/Controls/IconButton.h"
+#include "Views/Controls/Picker.h"
+#include "Views/Controls/Style.h"
+#include "Views/Controls/Switch.h"
+#include "Views/Controls/SymbolView.h"
+#include "Views/Controls/Text.h"
 
 #include "SettingsWindow.h"
 

@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Linux/Preferences/CoalescingWorker.h"
+#include "Platform/Linux/Preferences/PreferencesFile.h"
+#include "Platform/PreferencesStore.h"
+
+#include <QJsonObject>
+
+#include <chrono>
+#include <map>
+#include <mutex>
+#include <set>
+#include <variant>
+
+namespace velquarin {
+
+//! "velquarin/preferences.json" below the folder of the user's configuration.
+[[nodiscard]] QString defaultPreferencesPath();
+
+//! The preferences as one JSON file, which is read when the store is made and written on a thread that sleeps
+//! otherwise. What somebody else, a second instance of the user, has written under keys that were not
+//! changed here since is taken over at the next write.
+//! Source: docs/decisions/0002-preferences-file.md
+class JsonPreferencesStore final : public PreferencesStore
+{
+public:
+    explicit JsonPreferencesStore(const QString &path);
+
+    //! Writes what is pending, however long that takes.
+    ~JsonPreferencesStore() override;
+
+    [[nodiscard]] std::optional<PreferenceValue> value(const QString &key) const override;
+
+    //! A value equal to the one that was last set here, or loaded, is no change: at the next write the key gets what
+    //! somebody else has written since. A value that JSON cannot hold (jsonFrom() tells which) is there until the
+    //! program ends, and nothing of it is in the file. Setting an UnreadableValue leaves what is there.
+    void set(const QString &key, PreferenceValue value) override;
+
+    //! Where the data cannot be made, the key holds what it held before, as the last write has left it.
+    void setData(const QString &key, LazyData data) override;
+
+    void remove(const QString &key) override;
+    void putCopyAside() override;
+
+    //! Blocks until all changes are on disk, as far as that can be, or @p limit is over; what could not be written before
+    //! is tried again. For the end of the program. Returns whether it was done in time.
+    bool flush(std::chrono::milliseconds limit);
+
+private:
+    //! What the file held, what was set, or how to make it.
+    using Entry = std::variant<QJsonValue, PreferenceValue, LazyData>;
+    using Entries = std::map<QString, Entry>;
+
+    [[nodiscard]] static std::optional<PreferenceValue> preferenceOf(const Entry &entry, const QJsonValue &earlier);
+    [[nodiscard]] static QJsonValue jsonOf(const Entries &entries, const QString &key, const QJsonValue &earlier);
+    void put(const QString &key, Entry entry);
+    void writeNewest();
+    [[nodiscard]] QJsonObject write(const QJsonObject &before, const QJsonObject &now, const QJsonObject &earlier);
+    void takeOver(const QJsonObject &encoded);
+
+    mutable std::mutex m_mutex;
+    Entries m_entries;              // guarded by m_mutex
+    QJsonObject m_encoded;          // guarded by m_mutex: the values as the writer last put them together
+    QJsonObject m_own;              // guarded by m_mutex: what was last set here, or loaded
+    std::set<QString> m_touched;    // guarded by m_mutex: what was set or removed since the last write
+    bool m_isCopyWanted = false;    // guarded by m_mutex
+    bool m_isEverChanged = false;   // main thread only
+    std::set<QString> m_unwritten;  // the writer's: the keys that were changed here and are not in the file yet
+    PreferencesFile m_file;         // the writer's, once the constructor is done
+    CoalescingWorker m_writer;      // last, so that its thread ends before anything else does
+};
+
+}  // namespace velquarin

@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Linux/Session/LaunchTokens.h"
+
+#include <QObject>
+#include <QString>
+#include <QVariantMap>
+
+#include <memory>
+
+namespace velquarin {
+
+class SessionBus;
+
+//! Sees to it that the program runs once a session: the first to own its name on the session bus and a locked file is
+//! the one. The file is for sessions without a bus, and for a bus that comes when the program is already there. A
+//! second start asks the first to show itself, where there is a bus to ask on.
+//! Source: Desktop Entry Specification, "D-Bus Activation"; flock(2)
+class SingleInstance : public QObject
+{
+    Q_OBJECT
+public:
+    enum class Role { First, Second };
+
+    //! @p tokens are those of this start. A second instance hands them to the first one.
+    explicit SingleInstance(SessionBus &bus, LaunchTokens tokens = {}, QObject *parent = nullptr);
+    ~SingleInstance() override;
+
+    //! Finds out which we are. A second instance has asked the first one to show itself when this returns, and should
+    //! end. Blocks until the bus has answered: nothing runs yet that could wait for us.
+    [[nodiscard]] Role settle();
+
+Q_SIGNALS:
+    //! Somebody started the program again. @p activationToken lets a window take the focus; it may be empty.
+    void showRequested(const QString &activationToken);
+
+private:
+    void exportObject();
+    void takeNameAgain();
+    [[nodiscard]] bool takeNameOnBus();
+    [[nodiscard]] bool takeLock();
+
+    SessionBus &m_bus;
+    LaunchTokens m_tokens;
+    std::unique_ptr<QObject> m_application;
+    int m_lock = -1;
+};
+
+//! The interface through which desktops activate a running program.
+class ApplicationObject : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+public:
+    using QObject::QObject;
+
+public Q_SLOTS:
+    void Activate(const QVariantMap &platformData);
+    void Open(const QStringList &uris, const QVariantMap &platformData);
+    void ActivateAction(const QString &action, const QVariantList &parameter, const QVariantMap &platformData);
+
+Q_SIGNALS:
+    void activated(const QString &activationToken);
+};
+
+}  // namespace velquarin

@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/Linux/StatusItem/PanelGround.h"
+
+#include "Platform/Linux/Windows/DarkPalette.h"
+
+#include <QApplication>
+#include <QScreen>
+
+#include <algorithm>
+
+namespace velquarin {
+
+namespace {
+
+constexpr int halfLength = 60;
+constexpr int halfWidth = 1;
+constexpr int middleGrey = 128;
+
+// Where other windows than those of X11 are about, the X server cannot tell what they show.
+bool knowsScreen()
+{
+    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland")) &&
+           qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+QImage pictureOf(QPoint click)
+{
+    auto *screen = QGuiApplication::screenAt(click);
+    if (!screen || !knowsScreen())
+        return {};
+    const auto strip = panelStrip(click, screen->geometry()).translated(-screen->geometry().topLeft());
+    return screen->grabWindow(0, strip.x(), strip.y(), strip.width(), strip.height()).toImage();
+}
+
+}  // namespace
+
+QRect panelStrip(QPoint click, const QRect &screen)
+{
+    const auto toSide = std::min(click.x() - screen.left(), screen.right() - click.x());
+    const auto toTopOrBottom = std::min(click.y() - screen.top(), screen.bottom() - click.y());
+    const auto half = toTopOrBottom <= toSide ? QPoint(halfLength, halfWidth) : QPoint(halfWidth, halfLength);
+    return QRect(click - half, click + half) & screen;
+}
+
+bool isMostlyDark(const QImage &picture)
+{
+    qsizetype dark = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            dark += qGray(picture.pixel(x, y)) < middleGrey ? 1 : 0;
+    }
+    return 2 * dark > qsizetype(picture.width()) * picture.height();
+}
+
+void matchPanel(QMenu &menu, QPoint click)
+{
+    menu.setPalette(QPalette());
+    const auto ofDesktop = menu.palette();
+    const auto wanted = darkenedWhere(isMostlyDark(pictureOf(click)), ofDesktop);
+    if (wanted != ofDesktop)
+        menu.setPalette(wanted);
+}
+
+}  // namespace velquarin

@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/Linux/Windows/StartupNotification.h"
+
+#include "Platform/Linux/Windows/X11Display.h"
+
+#include <QCoreApplication>
+#include <QSysInfo>
+#include <QUuid>
+
+#include <algorithm>
+#include <iterator>
+
+namespace velquarin {
+
+namespace {
+
+// A window that is never seen: the messages of one sender are told from another's by it.
+class Sender
+{
+public:
+    Sender(xcb_connection_t *display, xcb_window_t root)
+        : m_display(display)
+        , m_root(root)
+        , m_window(xcb_generate_id(display))
+    {
+        constexpr quint32 isUnmanaged = 1;
+        xcb_create_window(display, XCB_COPY_FROM_PARENT, m_window, root, -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                          XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT, &isUnmanaged);
+    }
+    ~Sender()
+    {
+        xcb_destroy_window(m_display, m_window);
+        xcb_flush(m_display);
+    }
+    Sender(const Sender &) = delete;
+    Sender &operator=(const Sender &) = delete;
+
+    void send(xcb_atom_t type, const QByteArray &part) const
+    {
+        xcb_client_message_event_t event = {};
+        event.response_type = XCB_CLIENT_MESSAGE;
+        event.format = 8;
+        event.window = m_window;
+        event.type = type;
+        std::copy(part.begin(), part.end(), std::begin(event.data.data8));
+        xcb_send_event(m_display, 0, m_root, XCB_EVENT_MASK_PROPERTY_CHANGE, reinterpret_cast<const char *>(&event));
+    }
+
+private:
+    xcb_connection_t *m_display;
+    xcb_window_t m_root;
+    xcb_window_t m_window;
+};
+
+// The zero byte at the end belongs to it.
+void broadcast(xcb_connection_t *display, const QByteArray &message)
+{
+    constexpr qsizetype partSize = 20;
+    const auto text = message + '\0';
+    const auto more = x11Atom(display, "_NET_STARTUP_INFO");
+    auto type = x11Atom(display, "_NET_STARTUP_INFO_BEGIN");
+    const Sender sender(display, x11Screen(display)->root);
+    for (qsizetype sent = 0; sent < text.size(); sent += partSize) {
+        sender.send(type, text.mid(sent, partSize));
+        type = more;
+    }
+}
+
+}  // namespace
+
+QString newStartupId(quint32 userTime)
+{
+    return QStringLiteral("velquarin-%1-%2-%3_TIME%4")
+        .arg(QSysInfo::machineHostName())
+        .arg(QCoreApplication::applicationPid())
+        .arg(QUuid::createUuid().toString(QUuid::Id128))
+        .arg(userTime);
+}
+
+QString startupIdOn(const QString &platform, std::optional<quint32> userTime)
+{
+    return platform == QLatin1String("xcb") && userTime ? newStartupId(*userTime) : QString();
+}
+
+QByteArray endOfStartup(const QString &startupId)
+{
+    auto value = startupId.toUtf8();
+    value.replace('\\', "\\\\").replace('"', "\\\"");
+    return "remove: ID=\"" + value + '"';
+}
+
+void finishStartup(const QString &startupId)
+{
+    auto *display = x11Display();
+    if (display && !startupId.isEmpty())
+        broadcast(display, endOfStartup(startupId));
+}
+
+}  // namespace velquarin

@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/Linux/Windows/X11Display.h"
+
+#include <QGuiApplication>
+
+#include <xcb/xcb_renderutil.h>
+
+namespace velquarin {
+
+namespace {
+
+// A picture with an alpha that the server keeps while it is drawn.
+class ServerPicture
+{
+public:
+    ServerPicture(xcb_connection_t *display, xcb_drawable_t drawable, xcb_render_pictformat_t format)
+        : m_display(display)
+        , m_picture(xcb_generate_id(display))
+    {
+        xcb_render_create_picture(display, m_picture, drawable, format, 0, nullptr);
+    }
+    ~ServerPicture() { xcb_render_free_picture(m_display, m_picture); }
+    ServerPicture(const ServerPicture &) = delete;
+    ServerPicture &operator=(const ServerPicture &) = delete;
+
+    [[nodiscard]] xcb_render_picture_t id() const { return m_picture; }
+
+private:
+    xcb_connection_t *m_display;
+    xcb_render_picture_t m_picture;
+};
+
+class ServerImage
+{
+public:
+    ServerImage(xcb_connection_t *display, xcb_window_t beside, const QImage &image)
+        : m_display(display)
+        , m_pixmap(xcb_generate_id(display))
+    {
+        const auto pixels = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+        const auto width = quint16(pixels.width());
+        const auto height = quint16(pixels.height());
+        const auto context = xcb_generate_id(display);
+        xcb_create_pixmap(display, 32, m_pixmap, beside, width, height);
+        xcb_create_gc(display, context, m_pixmap, 0, nullptr);
+        xcb_put_image(display, XCB_IMAGE_FORMAT_Z_PIXMAP, m_pixmap, context, width, height, 0, 0, 0, 32,
+                      quint32(pixels.sizeInBytes()), pixels.constBits());
+        xcb_free_gc(display, context);
+    }
+    ~ServerImage() { xcb_free_pixmap(m_display, m_pixmap); }
+    ServerImage(const ServerImage &) = delete;
+    ServerImage &operator=(const ServerImage &) = delete;
+
+    [[nodiscard]] xcb_pixmap_t id() const { return m_pixmap; }
+
+private:
+    xcb_connection_t *m_display;
+    xcb_pixmap_t m_pixmap;
+};
+
+}  // namespace
+
+// The toolkit's platform without a screen has the interface and no display behind it.
+xcb_connection_t *x11Display()
+{
+    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 ? x11->connection() : nullptr;
+}
+
+int x11ScreenNumber()
+{
+    char *host = nullptr;
+    int display = 0;
+    int screen = 0;
+    if (xcb_parse_display(nullptr, &host, &display, &screen) != 0)
+        std::free(host);
+    return screen;
+}
+
+xcb_screen_t *x11Screen(xcb_connection_t *display)
+{
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(display));
+    for (int number = x11ScreenNumber(); number > 0 && screens.rem > 1; --number)
+        xcb_screen_next(&screens);
+    return screens.data;
+}
+
+xcb_atom_t x11Atom(xcb_connection_t *display, const QByteArray &name)
+{
+    const auto question = xcb_intern_atom(display, 0, quint16(name.size()), name.constData());
+    const auto reply = x11Owned(xcb_intern_atom_reply(display, question, nullptr));
+    return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+}
+
+void x11PaintOver(xcb_connection_t *display, xcb_window_t window, xcb_visualid_t visual, const QImage &image, QPoint at)
+{
+    const auto *formats = xcb_render_util_query_formats(display);
+    const auto *ofImage = xcb_render_util_find_standard_format(formats, XCB_PICT_STANDARD_ARGB_32);
+    const auto *ofWindow = xcb_render_util_find_visual_format(formats, visual);
+    if (!ofImage || !ofWindow)
+        return;
+    const ServerImage serverImage(display, window, image);
+    const ServerPicture source(display, serverImage.id(), ofImage->id);
+    const ServerPicture target(display, window, ofWindow->format);
+    xcb_render_composite(display, XCB_RENDER_PICT_OP_OVER, source.id(), XCB_RENDER_PICTURE_NONE, target.id(), 0, 0, 0,
+                         0, qint16(at.x()), qint16(at.y()), quint16(image.width()), quint16(image.height()));
+}
+
+}  // namespace velquarin

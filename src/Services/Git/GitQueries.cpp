@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Services/Git/GitQueries.h"
+
+#include "Services/Git/GitEnvironment.h"
+#include "Services/Git/GitLog.h"
+
+#include <QStringDecoder>
+#include <QUtf8StringView>
+
+#include <algorithm>
+
+namespace velquarin {
+
+namespace {
+
+const QString git = QStringLiteral("/usr/bin/git");
+
+// Those that git allows in no name.
+bool isControl(QChar character)
+{
+    return character < QChar(0x20) || character == QChar(0x7f);
+}
+
+// A name that git would take for an option, or for a question to its reflog, is none, nor is one with control
+// characters: nobody's branch is called so, but a hostile remote may say it is.
+bool isUsableBranch(const QString &name)
+{
+    return !name.isEmpty() && !name.startsWith(QLatin1Char('-')) && !name.contains(QLatin1String("@{")) &&
+           std::ranges::none_of(name, isControl);
+}
+
+// A byte-order mark belongs to the name that it stands in.
+QString text(const QByteArray &utf8)
+{
+    return QStringDecoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom)(utf8);
+}
+
+}  // namespace
+
+GitQueries::GitQueries(ProcessRunner &runner, const Clock &clock, const QProcessEnvironment &inherited)
+    : m_runner(runner)
+    , m_clock(clock)
+    , m_confinedEnvironment(gitEnvironment(inherited, true))
+    , m_unconfinedEnvironment(gitEnvironment(inherited, false))
+    , m_dayStarts(clock.calendar())
+{
+}
+
+QByteArray GitQueries::runGit(const QStringList &arguments, const QString &directory)
+{
+    const auto &environment = m_runner.confine(git) ? m_confinedEnvironment : m_unconfinedEnvironment;
+    auto output = m_runner.run({git, arguments, directory, environment});
+    return QUtf8StringView(output).isValidUtf8() ? output : QByteArray();
+}
+
+QString GitQueries::trimmedOutput(const QStringList &arguments, const QString &directory)
+{
+    try {
+        return text(runGit(arguments, directory)).trimmed();
+    } catch (const LaunchError &) {
+        return {};
+    }
+}
+
+bool GitQueries::hasLocalBranch(const QString &name, const QString &directory)
+{
+    return !trimmedOutput({QStringLiteral("branch"), QStringLiteral("--list"), name}, directory).isEmpty();
+}
+
+QString GitQueries::defaultBranch(const QString &directory)
+{
+    auto remote = trimmedOutput(
+        {QStringLiteral("symbolic-ref"), QStringLiteral("refs/remotes/origin/HEAD"), QStringLiteral("--short")},
+        directory);
+    remote.remove(QLatin1String("origin/"));
+    if (isUsableBranch(remote))
+        return remote;
+    for (const auto &name : {QStringLiteral("main"), QStringLiteral("master")}) {
+        if (hasLocalBranch(name, directory))
+            return name;
+    }
+    return QStringLiteral("HEAD");
+}
+
+// Those of the calendar of this moment: the user may have travelled since the last question.
+DayStarts &GitQueries::dayStarts()
+{
+    const auto calendar = m_clock.calendar();
+    if (calendar != m_dayStarts.calendar())
+        m_dayStarts = DayStarts(calendar);
+    return m_dayStarts;
+}
+
+QList<Instant> GitQueries::commits(const QString &directory, Instant since, Instant until)
+{
+    auto &starts = dayStarts();
+    const auto sinceText = isoDateAtGreenwich(since);
+    const auto untilText = isoDateAtGreenwich(starts.calendar().addDays(until, 1).value_or(until));
+    const auto branch = defaultBranch(directory);
+    const auto log =
+        runGit({QStringLiteral("log"), branch, QStringLiteral("--format=%ad"), QStringLiteral("--date=short"),
+                QStringLiteral("--since=") + sinceText, QStringLiteral("--until=") + untilText},
+               directory);
+    return daysFromLog(log, starts);
+}
+
+DayCounts GitQueries::commitHistory(const QString &directory, qint64 days)
+{
+    const auto calendar = m_clock.calendar();
+    const auto today = calendar.startOfDay(m_clock.now());
+    const auto start = calendar.addDays(today, -(days - 1));
+    if (!start)
+        return {};
+    DayCounts counts;
+    for (const auto day : commits(directory, *start, m_clock.now()))
+        ++counts[m_dayStarts.startOfDay(day)];
+    return counts;
+}
+
+std::optional<Instant> GitQueries::lastCommitDate(const QString &directory)
+{
+    const auto branch = defaultBranch(directory);
+    const auto output =
+        runGit({QStringLiteral("log"), branch, QStringLiteral("-1"), QStringLiteral("--format=%aI")}, directory);
+    return instantFromIso(output.trimmed());
+}
+
+bool GitQueries::isGitRepository(const QString &directory)
+{
+    try {
+        static_cast<void>(runGit({QStringLiteral("rev-parse"), QStringLiteral("--git-dir")}, directory));
+        return true;
+    } catch (const LaunchError &) {
+        return false;
+    }
+}
+
+}  // namespace velquarin

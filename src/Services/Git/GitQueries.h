@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Models/StreakData.h"
+#include "Platform/Clock.h"
+#include "Platform/ProcessRunner.h"
+#include "Services/Streak/DayStarts.h"
+
+#include <QList>
+#include <QProcessEnvironment>
+#include <QString>
+
+#include <optional>
+
+namespace velquarin {
+
+//! The questions that are asked of one repository, each answered by git's output alone. Everything here blocks and
+//! belongs on the git thread.
+//!
+//! Git's exit status and its error output are never looked at: a command that fails prints nothing, and that is an
+//! empty answer. Only a git that cannot be started is an error, thrown as LaunchError.
+class GitQueries
+{
+public:
+    //! @p inherited is the program's own environment, from which git's is made.
+    GitQueries(ProcessRunner &runner, const Clock &clock, const QProcessEnvironment &inherited);
+
+    //! The remote's default branch, else a local "main", else a local "master", else "HEAD". Never throws.
+    [[nodiscard]] QString defaultBranch(const QString &directory);
+
+    //! The author days of the default branch's commits, newest first, one for each commit.
+    //! git selects by committer date from the Greenwich date of @p since to the day after that of @p until.
+    [[nodiscard]] QList<Instant> commits(const QString &directory, Instant since, Instant until);
+
+    //! Commits a day of the @p days calendar days that end today.
+    [[nodiscard]] DayCounts commitHistory(const QString &directory, qint64 days);
+
+    //! The author date of the newest commit on the default branch.
+    [[nodiscard]] std::optional<Instant> lastCommitDate(const QString &directory);
+
+    //! Whether git can be started in the folder. What it says there is not looked at.
+    [[nodiscard]] bool isGitRepository(const QString &directory);
+
+private:
+    [[nodiscard]] QByteArray runGit(const QStringList &arguments, const QString &directory);
+    [[nodiscard]] QString trimmedOutput(const QStringList &arguments, const QString &directory);
+    [[nodiscard]] bool hasLocalBranch(const QString &name, const QString &directory);
+    [[nodiscard]] DayStarts &dayStarts();
+
+    ProcessRunner &m_runner;
+    const Clock &m_clock;
+    QProcessEnvironment m_confinedEnvironment;
+    QProcessEnvironment m_unconfinedEnvironment;
+    DayStarts m_dayStarts;
+};
+
+}  // namespace velquarin

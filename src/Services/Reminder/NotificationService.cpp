@@ -1,0 +1,159 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Services/Reminder/NotificationService.h"
+
+#include "Platform/Clock.h"
+#include "Platform/Output.h"
+#include "Platform/PreferencesStore.h"
+#include "Platform/Timers.h"
+#include "Services/Reminder/ReminderDecision.h"
+
+#include <QCoroFuture>
+#include <QPointer>
+#include <QTimer>
+
+namespace velquarin {
+
+namespace {
+
+const QString lastNotificationKey = QStringLiteral("lastStreakRiskNotification");
+
+}  // namespace
+
+NotificationService::NotificationService(NotificationCenter &center, PreferencesStore &preferences, const Clock &clock,
+                                         Timers &timers, Output &output, QObject *parent)
+    : QObject(parent)
+    , m_center(center)
+    , m_preferences(preferences)
+    , m_clock(clock)
+    , m_timers(timers)
+    , m_output(output)
+{
+    // On the next turn of the loop, so that whoever creates the service can connect to it before anything changes.
+    QTimer::singleShot(0, this, &NotificationService::checkAuthorizationStatus);
+}
+
+NotificationService::~NotificationService() = default;
+
+void NotificationService::setAuthorized(bool isAuthorized)
+{
+    Q_EMIT isAuthorizedWillChange(isAuthorized);
+    m_isAuthorized = isAuthorized;
+}
+
+QCoro::Task<> NotificationService::checkAuthorizationStatus()
+{
+    const QPointer<NotificationService> self(this);
+    const auto status = co_await m_center.authorizationStatus();
+    if (self)
+        setAuthorized(status == AuthorizationStatus::Authorized);
+}
+
+QCoro::Task<bool> NotificationService::requestAuthorization()
+{
+    const QPointer<NotificationService> self(this);
+    bool isGranted = false;
+    QString failure;
+    try {
+        isGranted = co_await m_center.requestAuthorization();
+    } catch (const std::exception &error) {
+        failure = QLatin1String("Notification authorization error: ") + QString::fromUtf8(error.what());
+    }
+    if (!self)
+        co_return false;
+    if (!failure.isEmpty())
+        m_output.printLine(failure);
+    setAuthorized(isGranted);
+    co_return isGranted;
+}
+
+void NotificationService::setupCategories()
+{
+    m_center.setCategories({reminderCategory()});
+}
+
+QCoro::Task<> NotificationService::checkAndNotifyStreakRisk(qint64 currentStreak, bool hasCommittedToday,
+                                                            bool notificationsEnabled)
+{
+    if (hasCommittedToday || isReminderOutdated())
+        withdrawReminder();
+    if (!isReminderDue(currentStreak, hasCommittedToday, notificationsEnabled))
+        co_return;
+    const QPointer<NotificationService> self(this);
+    bool mayNotify = m_isAuthorized;
+    if (!mayNotify)
+        mayNotify = co_await requestAuthorization();
+    if (self && mayNotify)
+        co_await sendStreakRiskNotification(currentStreak);
+}
+
+bool NotificationService::isReminderDue(qint64 currentStreak, bool hasCommittedToday, bool notificationsEnabled) const
+{
+    const ReminderSnapshot snapshot{
+        .notificationsEnabled = notificationsEnabled,
+        .hasCommittedToday = hasCommittedToday,
+        .currentStreak = currentStreak,
+        .lastReminder = m_preferences.value(lastNotificationKey),
+        .now = m_clock.now(),
+        .calendar = m_clock.calendar(),
+    };
+    return decideReminder(snapshot) == ReminderDecision::Remind;
+}
+
+QCoro::Task<> NotificationService::sendStreakRiskNotification(qint64 currentStreak)
+{
+    const QPointer<NotificationService> self(this);
+    const auto postedAt = m_clock.now();
+    const auto request = reminderRequest(currentStreak, postedAt);
+    QString failure;
+    bool isAccepted = false;
+    try {
+        isAccepted = co_await m_center.add(request);
+    } catch (const std::exception &error) {
+        failure = QString::fromUtf8(error.what());
+    }
+    if (!self)
+        co_return;
+    if (isAccepted)
+        keepSent(request.identifier, postedAt);
+    else if (!failure.isEmpty())
+        reportNotSent(failure);
+}
+
+void NotificationService::keepSent(const QString &identifier, Instant postedAt)
+{
+    m_preferences.set(lastNotificationKey, m_clock.now());
+    m_output.printLine(QStringLiteral("Streak risk notification sent"));
+    m_openReminder = {identifier, postedAt};
+    withdrawAtEndOfDay();
+}
+
+void NotificationService::reportNotSent(const QString &reason)
+{
+    m_output.printLine(QLatin1String("Failed to send notification: ") + reason);
+}
+
+bool NotificationService::isReminderOutdated() const
+{
+    return m_openReminder && !m_clock.calendar().isSameDay(m_openReminder->postedAt, m_clock.now());
+}
+
+void NotificationService::withdrawReminder()
+{
+    m_endOfDay.reset();
+    if (m_openReminder)
+        m_center.withdraw(m_openReminder->identifier);
+    m_openReminder.reset();
+}
+
+// Clocks are set back and people travel: when the time has passed, the day need not be over.
+void NotificationService::withdrawAtEndOfDay()
+{
+    if (isReminderOutdated())
+        return withdrawReminder();
+    const auto delay = untilNextDay(m_clock.now(), m_clock.calendar());
+    m_endOfDay = m_timers.after(delay, [this] { withdrawAtEndOfDay(); });
+}
+
+}  // namespace velquarin

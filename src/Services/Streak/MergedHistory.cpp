@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Services/Streak/MergedHistory.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <numeric>
+#include <utility>
+
+namespace velquarin {
+
+namespace {
+
+// Somebody may have made millions of commits in one day: whole blocks are compared at once.
+const Instant *endOfRun(const Instant *run, const Instant *last)
+{
+    constexpr std::ptrdiff_t block = 1024;
+    const auto *end = run;
+    while (last - end > block && std::memcmp(end, end + 1, block * sizeof(Instant)) == 0)
+        end += block;
+    return std::find_if(end, last, [day = *run](Instant other) { return other != day; });
+}
+
+qint64 totalOf(const DayCounts &history)
+{
+    return std::accumulate(history.begin(), history.end(), qint64(0));
+}
+
+QList<RepositoryStats> sortedByLastCommit(QList<RepositoryStats> stats)
+{
+    // An empty optional is less than any date, so repositories without a commit come last.
+    std::ranges::stable_sort(stats, std::greater(), &RepositoryStats::lastCommitDate);
+    return stats;
+}
+
+}  // namespace
+
+MergedHistory::MergedHistory(const Calendar &calendar, Instant today)
+    : m_starts(calendar)
+    , m_today(today)
+{
+}
+
+void MergedHistory::addWeek(const DayCounts &week)
+{
+    for (const auto &[day, count] : week.asKeyValueRange())
+        m_week[day] += count;
+}
+
+// A log is mostly runs of equal days: the maps are searched once for each run.
+void MergedHistory::addCommits(const QList<Instant> &days)
+{
+    const auto *run = days.constData();
+    const auto *const last = run + days.size();
+    while (run != last) {
+        const auto *const end = endOfRun(run, last);
+        const auto day = m_starts.startOfDay(*run);
+        m_commitDays.insert(day);
+        m_year[day] += std::distance(run, end);
+        run = end;
+    }
+}
+
+void MergedHistory::addRepository(RepositoryStats stats, const DayCounts &week)
+{
+    stats.todayCommits = todayCount(week);
+    stats.weekCommits = totalOf(week);
+    m_repositories.append(std::move(stats));
+}
+
+RefreshFigures MergedHistory::figures() const
+{
+    return {.streaks = calculateStreakFromDates(m_commitDays, m_starts.calendar(), m_today),
+            .hasCommittedToday = todayCount(m_week) > 0,
+            .commitsThisWeek = totalOf(m_week),
+            .year = m_year,
+            .repositories = sortedByLastCommit(m_repositories),
+            .lastSevenDays = lastSevenDays()};
+}
+
+qint64 MergedHistory::todayCount(const DayCounts &history) const
+{
+    return history.value(m_today, 0);
+}
+
+QList<CommitDay> MergedHistory::lastSevenDays() const
+{
+    QList<CommitDay> days;
+    for (int offset = -6; offset <= 0; ++offset) {
+        const auto date = m_starts.calendar().addDays(m_today, offset);
+        if (!date)
+            continue;
+        CommitDay day;
+        day.date = *date;
+        day.commitCount = m_week.value(*date, 0);
+        days.append(day);
+    }
+    return days;
+}
+
+}  // namespace velquarin

@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Controls/Symbols.h"
+
+#include "Views/Controls/Style.h"
+
+#include <QApplication>
+#include <QIconEngine>
+#include <QImage>
+#include <QPainter>
+#include <QPixmap>
+#include <QPixmapCache>
+#include <QSvgRenderer>
+
+#include <utility>
+
+namespace velquarin::style {
+
+namespace {
+
+constexpr double gridHeight = 24;
+constexpr double heightToText = 1.4;
+
+QString fileOf(const QString &name)
+{
+    return QStringLiteral(":/symbols/%1.svg").arg(name);
+}
+
+QImage drawnAsItIs(const QString &name, QSize pixels)
+{
+    QSvgRenderer drawing(fileOf(name));
+    drawing.setAspectRatioMode(Qt::KeepAspectRatio);
+    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    drawing.render(&painter, QRectF(QPointF(), QSizeF(pixels)));
+    return image;
+}
+
+QPixmap drawn(const QString &name, QSize pixels, const QColor &color)
+{
+    auto image = drawnAsItIs(name, pixels);
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(image.rect(), color);
+    painter.end();
+    return QPixmap::fromImage(std::move(image));
+}
+
+// Parsing a drawing takes far longer than painting it; the toolkit's cache lets go of what is not used any more.
+QPixmap cached(const QString &name, QSize pixels, const QColor &color)
+{
+    const auto key = QStringLiteral("velquarin/%1/%2x%3/%4")
+                         .arg(name)
+                         .arg(pixels.width())
+                         .arg(pixels.height())
+                         .arg(color.rgba(), 8, 16, QLatin1Char('0'));
+    QPixmap pixmap;
+    if (!QPixmapCache::find(key, &pixmap)) {
+        pixmap = drawn(name, pixels, color);
+        QPixmapCache::insert(key, pixmap);
+    }
+    return pixmap;
+}
+
+class SymbolIconEngine : public QIconEngine
+{
+public:
+    explicit SymbolIconEngine(QString name)
+        : m_name(std::move(name))
+    {
+    }
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State /*state*/) override
+    {
+        const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        paintSymbol(*painter, m_name, rect, QApplication::palette().color(group, QPalette::ButtonText));
+    }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, QRect(QPoint(), size), mode, state);
+        return pixmap;
+    }
+
+    [[nodiscard]] QIconEngine *clone() const override { return new SymbolIconEngine(*this); }
+
+private:
+    QString m_name;
+};
+
+}  // namespace
+
+QSize symbolSize(const QString &name, double size)
+{
+    const auto height = points(size * heightToText);
+    const auto grid = QSvgRenderer(fileOf(name)).viewBoxF().size();
+    return {qRound(grid.width() * height / gridHeight), height};
+}
+
+void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, const QColor &color)
+{
+    const auto target = onWholePixels(painter, rect);
+    const auto pixels = painter.deviceTransform().mapRect(target).size().toSize();
+    painter.drawPixmap(target, cached(name, pixels, color), QRectF(QPointF(), QSizeF(pixels)));
+}
+
+QIcon symbolIcon(const QString &name)
+{
+    return QIcon(new SymbolIconEngine(name));
+}
+
+QIcon programIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128})
+        icon.addPixmap(QPixmap::fromImage(drawnAsItIs(QStringLiteral("io.velquarin.Velquarin"), {size, size})));
+    return icon;
+}
+
+}  // namespace velquarin::style

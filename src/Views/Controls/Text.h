@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Views/Controls/Style.h"
+
+#include <QWidget>
+
+class QFontMetrics;
+
+namespace velquarin {
+
+//! How a text is written.
+struct TextLook
+{
+    double size = 13;  //!< points
+    QFont::Weight weight = QFont::Normal;
+    style::Tone tone = style::Ink::Primary;
+    friend bool operator==(const TextLook &, const TextLook &) = default;
+};
+
+[[nodiscard]] TextLook textLook(style::TypeStyle type, style::Tone tone, QFont::Weight weight = QFont::Normal);
+
+//! One line of text. It is in the accessibility tree as it is given, even where it is cut to the room there is. It
+//! follows font and palette, lets the pointer through to what lies behind, and a new text of the same size moves nothing.
+class Text : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit Text(const TextLook &look, QWidget *parent = nullptr);
+
+    [[nodiscard]] const QString &text() const { return m_text; }
+    void setText(const QString &text);
+
+    [[nodiscard]] const style::Tone &tone() const { return m_look.tone; }
+    void setTone(const style::Tone &tone);
+
+    //! Where the text stands in a wider widget; leading unless it is said otherwise.
+    void setAlignment(Qt::Alignment alignment);
+
+    //! Lets the layout make it narrower than the text, which then has an ellipsis there.
+    void allowCutting(Qt::TextElideMode where = Qt::ElideRight);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    [[nodiscard]] QFont lettering() const;
+    [[nodiscard]] QString shownText(const QFontMetrics &metrics) const;
+
+    TextLook m_look;
+    QString m_text;
+    Qt::Alignment m_alignment = Qt::AlignLeading;
+    Qt::TextElideMode m_cutAt = Qt::ElideRight;
+};
+
+//! A text that stays as it is.
+Text *makeText(const TextLook &look, const QString &text, QWidget *parent);
+
+}  // namespace velquarin

@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Dashboard/HeaderSection.h"
+
+#include "Platform/PluralForm.h"
+#include "Views/Controls/Divider.h"
+#include "Views/Controls/SymbolView.h"
+#include "Views/Controls/Text.h"
+#include "Views/Dashboard/StatRow.h"
+
+#include <QFontMetrics>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace velquarin {
+
+using style::Accent;
+using style::Ink;
+using style::points;
+
+namespace {
+
+constexpr double flameSize = 32;
+constexpr TextLook streakLook{28, QFont::Bold, Ink::Primary};
+
+// Room for three figures, so that a growing streak does not push the rest aside.
+int streakColumnWidth()
+{
+    return QFontMetrics(style::systemFont(streakLook.size, streakLook.weight)).horizontalAdvance(QStringLiteral("000"));
+}
+
+}  // namespace
+
+HeaderSection::HeaderSection(QWidget *parent)
+    : QWidget(parent)
+    , m_flame(new SymbolView(QStringLiteral("flame"), flameSize, Ink::Secondary, this))
+    , m_streak(new Text(streakLook, this))
+    , m_caption(makeText(textLook(style::TypeStyle::Caption, Ink::Secondary), tr("day streak"), this))
+    , m_longest(new StatRow(tr("Longest"), {}, Ink::Primary, this))
+    , m_thisWeek(new StatRow(tr("This week"), {}, Ink::Primary, this))
+    , m_repositories(new StatRow(tr("Repos"), {}, Ink::Primary, this))
+    , m_today(new StatRow(tr("Today"), {}, Ink::Primary, this))
+{
+    setObjectName(QStringLiteral("header"));
+    auto *const line = new Divider(Qt::Vertical, this);
+    line->setFixedHeight(points(60));
+
+    auto *const row = new QHBoxLayout(this);
+    const auto padding = points(style::defaultPadding);
+    row->setContentsMargins(padding, padding, padding, padding);
+    row->setSpacing(points(16));
+    row->addLayout(makeStreakColumn());
+    row->addWidget(line, 0, Qt::AlignVCenter);
+    row->addLayout(makeStatistics());
+    setFigures({});
+}
+
+QLayout *HeaderSection::makeStreakColumn()
+{
+    m_streak->setObjectName(QStringLiteral("currentStreak"));
+    m_streak->setMinimumWidth(streakColumnWidth());
+    m_streak->setAlignment(Qt::AlignHCenter);
+    auto *const column = new QVBoxLayout;
+    column->setSpacing(points(4));
+    column->addStretch();
+    column->addWidget(m_flame, 0, Qt::AlignHCenter);
+    column->addWidget(m_streak, 0, Qt::AlignHCenter);
+    column->addWidget(m_caption, 0, Qt::AlignHCenter);
+    column->addStretch();
+    return column;
+}
+
+QLayout *HeaderSection::makeStatistics()
+{
+    auto *const column = new QVBoxLayout;
+    column->setSpacing(points(8));
+    column->addStretch();
+    for (auto *const row : {m_longest, m_thisWeek, m_repositories, m_today})
+        column->addWidget(row);
+    column->addStretch();
+    return column;
+}
+
+void HeaderSection::setFigures(const HeaderFigures &figures)
+{
+    m_streak->setText(QString::number(figures.currentStreak));
+    m_longest->setValue(tr("%1 days", nullptr, pluralForm(figures.longestStreak)).arg(figures.longestStreak),
+                        Ink::Primary);
+    m_thisWeek->setValue(
+        tr("%1 commits", nullptr, pluralForm(figures.totalCommitsThisWeek)).arg(figures.totalCommitsThisWeek),
+        Ink::Primary);
+    m_repositories->setValue(tr("%1 tracked", nullptr, pluralForm(figures.repositories)).arg(figures.repositories),
+                             Ink::Primary);
+    if (figures.hasCommittedToday) {
+        m_flame->setName(QStringLiteral("flame.fill"));
+        m_flame->setFill(Accent::Orange);
+        m_today->setValue(tr("Committed!"), Accent::Green);
+    } else {
+        m_flame->setName(QStringLiteral("flame"));
+        m_flame->setTone(Ink::Secondary);
+        m_today->setValue(tr("No commits yet"), Accent::Orange);
+    }
+}
+
+QString HeaderSection::summary() const
+{
+    //: What a screen reader says when the dashboard opens: "12 day streak, Committed!"
+    return tr("%1 %2, %3").arg(m_streak->text(), m_caption->text(), m_today->value());
+}
+
+}  // namespace velquarin

@@ -1,0 +1,303 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Dashboard/MenuBarView.h"
+
+#include "Platform/Clock.h"
+#include "Platform/DateTexts.h"
+#include "Services/Reminder/ReminderDecision.h"
+#include "Services/Streak/StreakManager.h"
+#include "Views/Controls/Divider.h"
+#include "Views/Controls/Style.h"
+#include "Views/Dashboard/FooterSection.h"
+#include "Views/Dashboard/HeaderSection.h"
+#include "Views/Dashboard/RepoRow.h"
+#include "Views/Dashboard/RepositoriesSection.h"
+#include "Views/Dashboard/WeekSection.h"
+#include "Views/Dashboard/YearSection.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <utility>
+
+namespace velquarin {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+QVBoxLayout *makeColumn(QWidget *widget)
+{
+    auto *const column = new QVBoxLayout(widget);
+    column->setContentsMargins({});
+    column->setSpacing(0);
+    return column;
+}
+
+// What stays of a control when all is built anew.
+QString identityOf(const QWidget &control)
+{
+    const auto *const row = qobject_cast<const RepoRow *>(&control);
+    return row != nullptr ? row->path() : control.objectName();
+}
+
+bool holdsFocus(const QWidget *section)
+{
+    const auto *const focused = section->window()->focusWidget();
+    return focused != nullptr && section->isAncestorOf(focused);
+}
+
+// Shows one section in place of another. The keyboard's focus goes along, and not astray.
+template <typename Entering, typename Leaving>
+void exchangeSections(Entering *entering, Leaving *leaving)
+{
+    const bool hadFocus = holdsFocus(leaving);
+    entering->show();
+    if (hadFocus)
+        entering->takeFocus();
+    leaving->hide();
+}
+
+}  // namespace
+
+QByteArray environmentLocale()
+{
+    return dateLocale(QProcessEnvironment::systemEnvironment());
+}
+
+MenuBarView::MenuBarView(StreakManager &manager, const Clock &clock, Timers &timers, FileViewer &viewer,
+                         std::function<void()> openSettings, std::function<QByteArray()> readLocale, QWidget *parent)
+    : QWidget(parent)
+    , m_manager(manager)
+    , m_clock(clock)
+    , m_timers(timers)
+    , m_viewer(viewer)
+    , m_openSettings(std::move(openSettings))
+    , m_readLocale(std::move(readLocale))
+{
+    setObjectName(QStringLiteral("dashboard"));
+    makeColumn(this);
+    buildSections();
+    observe();
+    renderNow();
+}
+
+MenuBarView::~MenuBarView() = default;
+
+void MenuBarView::observe()
+{
+    const auto follow = [this](auto signal) { connect(&m_manager, signal, this, &MenuBarView::renderSoon); };
+    follow(&StreakManager::currentStreakWillChange);
+    follow(&StreakManager::longestStreakWillChange);
+    follow(&StreakManager::hasCommittedTodayWillChange);
+    follow(&StreakManager::totalCommitsThisWeekWillChange);
+    follow(&StreakManager::commitHistoryWillChange);
+    follow(&StreakManager::yearHistoryWillChange);
+    follow(&StreakManager::repositoryStatsWillChange);
+    follow(&StreakManager::isRefreshingWillChange);
+    follow(&StreakManager::lastRefreshWillChange);
+    follow(&StreakManager::errorWillChange);
+    follow(&StreakManager::lastDiscoveredReposWillChange);
+    follow(&StreakManager::isScanningWillChange);
+    follow(&StreakManager::showYearViewWillChange);
+}
+
+// The signals come before the values they announce.
+void MenuBarView::renderSoon()
+{
+    if (std::exchange(m_isRenderingDue, true))
+        return;
+    const auto renderIfStillDue = [this] {
+        if (m_isRenderingDue)
+            renderNow();
+    };
+    QMetaObject::invokeMethod(this, renderIfStillDue, Qt::QueuedConnection);
+}
+
+void MenuBarView::renderNow()
+{
+    m_isRenderingDue = false;
+    if (std::exchange(m_areSectionsStale, false))
+        renderAnew();
+    else
+        renderSections(m_clock.calendar(), m_clock.now());
+    startTimers();
+}
+
+void MenuBarView::renderAnew()
+{
+    const auto place = keyboardsPlace();
+    discardSections();
+    buildSections();
+    renderSections(m_clock.calendar(), m_clock.now());
+    bringKeyboardTo(place);
+}
+
+QString MenuBarView::keyboardsPlace() const
+{
+    const auto *const focused = window()->focusWidget();
+    return focused != nullptr && isAncestorOf(focused) ? identityOf(*focused) : QString();
+}
+
+void MenuBarView::bringKeyboardTo(const QString &place)
+{
+    const auto widgets = findChildren<QWidget *>();
+    const auto found = std::ranges::find_if(
+        widgets, [&place](const auto *widget) { return !place.isEmpty() && identityOf(*widget) == place; });
+    if (found != widgets.end())
+        (*found)->setFocus(Qt::OtherFocusReason);
+}
+
+void MenuBarView::buildSections()
+{
+    m_builtFor = QApplication::font();
+    setFixedWidth(style::points(300));
+    m_header = new HeaderSection(this);
+    m_week = new WeekSection(this);
+    m_year = new YearSection(this);
+    m_year->hide();
+    m_repositoriesPart = new QWidget(this);
+    m_repositories = new RepositoriesSection(m_viewer, m_repositoriesPart);
+    m_footer = new FooterSection(this);
+    placeSections(static_cast<QVBoxLayout *>(layout()));
+    connectSections();
+}
+
+void MenuBarView::discardSections()
+{
+    while (auto *const item = layout()->takeAt(0)) {
+        delete item->widget();
+        delete item;
+    }
+}
+
+void MenuBarView::placeSections(QVBoxLayout *column)
+{
+    auto *const list = makeColumn(m_repositoriesPart);
+    list->addWidget(m_repositories);
+    list->addStretch();
+    list->addWidget(new Divider(Qt::Horizontal, m_repositoriesPart));
+
+    column->addWidget(m_header);
+    column->addWidget(new Divider(Qt::Horizontal, this));
+    column->addWidget(m_week);
+    column->addWidget(m_year, 1);
+    column->addWidget(new Divider(Qt::Horizontal, this));
+    column->addWidget(m_repositoriesPart, 1);
+    column->addWidget(m_footer);
+}
+
+void MenuBarView::connectSections()
+{
+    connect(m_week, &WeekSection::yearRequested, this, [this] { m_manager.setShowYearView(true); });
+    connect(m_year, &YearSection::weekRequested, this, [this] { m_manager.setShowYearView(false); });
+    connect(m_footer, &FooterSection::refreshRequested, this, [this] { m_manager.refresh(); });
+    connect(m_footer, &FooterSection::settingsRequested, this, [this] { m_openSettings(); });
+}
+
+void MenuBarView::renderSections(const Calendar &calendar, Instant now)
+{
+    const auto &texts = textsFor(calendar);
+    renderHeader();
+    m_week->setDays(m_manager.commitHistory(), texts, calendar, now);
+    m_year->setHistory(m_manager.yearHistory(), texts, calendar, now);
+    chooseSection();
+    m_repositories->setRepositories(m_manager.repositoryStats(), texts, now);
+    m_footer->setRefreshing(m_manager.isRefreshing());
+    renderUpdated();
+}
+
+void MenuBarView::renderHeader()
+{
+    m_header->setFigures({.currentStreak = m_manager.currentStreak(),
+                          .longestStreak = m_manager.longestStreak(),
+                          .totalCommitsThisWeek = m_manager.totalCommitsThisWeek(),
+                          .repositories = m_manager.repositoryStats().size(),
+                          .hasCommittedToday = m_manager.hasCommittedToday()});
+    // Nothing has the focus when it opens, so that the window is all that a screen reader tells.
+    window()->setAccessibleDescription(m_header->summary());
+}
+
+void MenuBarView::chooseSection()
+{
+    const bool isYear = m_manager.showYearView();
+    if (isYear == !m_year->isHidden())
+        return;
+    if (isYear) {
+        exchangeSections(m_year, m_week);
+        m_year->bringTodayIntoSight();
+    } else {
+        exchangeSections(m_week, m_year);
+    }
+    m_repositoriesPart->setVisible(!isYear);
+}
+
+void MenuBarView::renderUpdated()
+{
+    const auto lastRefresh = m_manager.lastRefresh();
+    m_footer->setElapsed(lastRefresh ? m_texts->elapsed(m_clock.now() - *lastRefresh) : QString());
+}
+
+void MenuBarView::startTimers()
+{
+    m_second.reset();
+    m_nextDay.reset();
+    if (!isVisible())
+        return;
+    m_nextDay = m_timers.after(untilNextDay(m_clock.now(), m_clock.calendar()), [this] { renderNow(); });
+    keepCounting();
+}
+
+// Each tick comes when the text is due to change, however late the one before it was.
+void MenuBarView::keepCounting()
+{
+    const auto lastRefresh = m_manager.lastRefresh();
+    if (!lastRefresh)
+        return;
+    const auto span = m_clock.now() - *lastRefresh;
+    const auto untilNextSecond = std::chrono::floor<std::chrono::seconds>(span) + 1s - span;
+    m_second = m_timers.after(untilNextSecond, [this] {
+        renderUpdated();
+        keepCounting();
+    });
+}
+
+const DateTexts &MenuBarView::textsFor(const Calendar &calendar)
+{
+    const auto locale = m_readLocale();
+    if (!m_texts || locale != m_locale || calendar != m_calendar) {
+        m_texts = std::make_unique<DateTexts>(locale, calendar);
+        m_locale = locale;
+        m_calendar = calendar;
+    }
+    return *m_texts;
+}
+
+void MenuBarView::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    renderNow();
+}
+
+void MenuBarView::hideEvent(QHideEvent *event)
+{
+    m_second.reset();
+    m_nextDay.reset();
+    QWidget::hideEvent(event);
+}
+
+// All sizes follow the desktop's font, and some drawings the direction of writing: such a change builds all anew.
+void MenuBarView::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    const bool isOtherFont = event->type() == QEvent::FontChange && QApplication::font() != m_builtFor;
+    if (!isOtherFont && event->type() != QEvent::LayoutDirectionChange)
+        return;
+    m_areSectionsStale = true;
+    renderSoon();
+}
+
+}  // namespace velquarin

@@ -1,0 +1,352 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Dashboard/Popover.h"
+
+#include "Views/Controls/AccessibleScrollArea.h"
+#include "Views/Controls/AccessibleWindow.h"
+#include "Views/Controls/Style.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+#include <QWindow>
+
+#include <chrono>
+#include <utility>
+
+namespace velquarin {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr double contentWidth = 300;
+constexpr double leastHeight = 350;
+constexpr double itemExtent = 24;
+constexpr double unseenPanel = 64;
+constexpr double gap = 4;
+// Panels that float are drawn a little beyond what they reserve.
+constexpr double gapToUnseenPanel = 8;
+constexpr double cornerRadius = 10;
+
+// A press on the item takes the activation away, and the click is reported at its release.
+constexpr auto pressToRelease = 250ms;
+
+QList<ScreenArea> screenAreas()
+{
+    QList<ScreenArea> areas;
+    const auto screens = QGuiApplication::screens();
+    for (const auto *screen : screens)
+        areas.append({screen->geometry(), screen->availableGeometry()});
+    return areas;
+}
+
+QScreen *screenOf(QPoint point)
+{
+    auto *screen = QGuiApplication::screenAt(point);
+    return screen ? screen : QGuiApplication::primaryScreen();
+}
+
+// Where other windows than those of X11 are about, the X server does not hear of what happens over them.
+bool knowsPointer()
+{
+    return qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+Qt::WindowFlags flagsOf(Popover::Kind kind)
+{
+    return Qt::FramelessWindowHint | (kind == Popover::Kind::Grabbing ? Qt::Popup : Qt::Tool);
+}
+
+Qt::ScrollBarPolicy scrollBarWhere(bool isNeeded)
+{
+    return isNeeded ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff;
+}
+
+// The toolkit looks for a token in the environment, and nowhere else, when a window is shown or activated. It is there no
+// longer than that: a program that we start later would pass itself off as this window.
+class OfferedToken
+{
+public:
+    explicit OfferedToken(const QString &token)
+        : m_isOffered(!token.isEmpty())
+    {
+        if (m_isOffered)
+            qputenv(variable, token.toUtf8());
+    }
+    ~OfferedToken()
+    {
+        if (m_isOffered)
+            qunsetenv(variable);
+    }
+    OfferedToken(const OfferedToken &) = delete;
+    OfferedToken &operator=(const OfferedToken &) = delete;
+
+private:
+    static constexpr auto variable = "XDG_ACTIVATION_TOKEN";
+    bool m_isOffered;
+};
+
+}  // namespace
+
+Popover::Kind Popover::kindOfThisDesktop()
+{
+    return QGuiApplication::platformName().startsWith(QLatin1String("wayland")) ? Kind::Managed : Kind::Grabbing;
+}
+
+Popover::Surface Popover::surfaceOf(Kind kind)
+{
+    return kind == Kind::Managed ? Surface::Rounded : Surface::Square;
+}
+
+Popover::Popover(QWidget *content, Kind kind)
+    : Popover(content, kind, surfaceOf(kind))
+{
+}
+
+Popover::Popover(QWidget *content, Kind kind, Surface surface)
+    : QWidget(nullptr, flagsOf(kind))
+    , m_kind(kind)
+    , m_surface(surface)
+{
+    setUpWindow();
+    setUpContent(content);
+}
+
+void Popover::setUpWindow()
+{
+    readAsWindow();
+    setObjectName(QStringLiteral("popover"));
+    setWindowTitle(QStringLiteral("Velquarin"));
+    setAccessibleName(windowTitle());
+    // The click that closes it is over: an icon of our own in a tray would open it again.
+    setAttribute(Qt::WA_NoMouseReplay);
+    setAttribute(Qt::WA_TranslucentBackground, m_surface == Surface::Rounded);
+}
+
+// The surface is painted by the window; what lies on it lets it through.
+void Popover::setUpContent(QWidget *content)
+{
+    readScrollAreasWhole();
+    m_scrollArea = new QScrollArea(this);
+    m_scrollArea->setFrameShape(QFrame::NoFrame);
+    m_scrollArea->setFocusPolicy(Qt::NoFocus);
+    m_scrollArea->setWidgetResizable(true);
+    m_scrollArea->setWidget(content);
+    m_scrollArea->verticalScrollBar()->setAccessibleName(windowTitle());
+    m_scrollArea->horizontalScrollBar()->setAccessibleName(windowTitle());
+    m_scrollArea->viewport()->setAutoFillBackground(false);
+    content->setAutoFillBackground(false);
+    // What changes inside of the content is told to it, what it asks for itself to what it lies on.
+    content->installEventFilter(this);
+    m_scrollArea->viewport()->installEventFilter(this);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->setSizeConstraint(QLayout::SetNoConstraint);
+    layout->addWidget(m_scrollArea);
+}
+
+void Popover::standAtEdgesBy(AnchorWindow anchorWindow)
+{
+    m_anchorWindow = std::move(anchorWindow);
+}
+
+void Popover::toggle(QPoint position, const QString &activationToken)
+{
+    if (isVisible()) {
+        hide();
+        return;
+    }
+    if (!wasJustDeactivated())
+        openNear(position, activationToken);
+}
+
+void Popover::openNear(QPoint position, const QString &activationToken)
+{
+    const auto click = clickedPoint(position, knowsPointer() ? QCursor::pos() : position, screenAreas());
+    if (click)
+        openAt(steadyClick(m_click, *click, style::points(itemExtent)), activationToken);
+    else
+        open(activationToken);
+}
+
+void Popover::open(const QString &activationToken)
+{
+    const auto *screen = QGuiApplication::primaryScreen();
+    const auto area = screen ? ScreenArea{screen->geometry(), screen->availableGeometry()} : ScreenArea{};
+    openAt(m_click.value_or(likelyItem(area, layoutDirection())), activationToken);
+}
+
+void Popover::openAt(QPoint click, const QString &activationToken)
+{
+    m_click = click;
+    m_pressedElsewhere.reset();
+    if (!isVisible())
+        leaveFocusNowhere();
+    fit();
+    const OfferedToken offered(m_kind == Kind::Managed ? activationToken : QString());
+    catchClicks();
+    show();
+    raise();
+    activateWindow();
+}
+
+// X11 does not hear of clicks over the windows of others there, nor of the focus that they take. So a window of ours that
+// nobody sees lies below the popover, and wherever the click comes, it comes to us.
+void Popover::catchClicks()
+{
+    if (m_kind != Kind::Grabbing || knowsPointer() || m_clickCatcher)
+        return;
+    m_clickCatcher = std::make_unique<QWidget>(nullptr, Qt::ToolTip | Qt::FramelessWindowHint);
+    m_clickCatcher->setAttribute(Qt::WA_TranslucentBackground);
+    m_clickCatcher->setAttribute(Qt::WA_ShowWithoutActivating);
+    m_clickCatcher->setGeometry(QGuiApplication::primaryScreen()->virtualGeometry());
+    m_clickCatcher->show();
+}
+
+// The toolkit would give the focus to what had it last time, or to the first thing that takes it.
+void Popover::leaveFocusNowhere()
+{
+    if (auto *last = focusWidget())
+        last->clearFocus();
+    setFocus(Qt::PopupFocusReason);
+}
+
+int Popover::contentHeight() const
+{
+    const auto *content = m_scrollArea->widget();
+    return std::max(content->sizeHint().height(), content->minimumSizeHint().height());
+}
+
+PopoverWish Popover::wish() const
+{
+    return {.width = style::points(contentWidth),
+            .contentHeight = contentHeight(),
+            .leastHeight = style::points(leastHeight),
+            .item = style::points(m_anchorWindow ? unseenPanel : itemExtent),
+            .gap = style::points(gap),
+            .scrollBar = m_scrollArea->verticalScrollBar()->sizeHint().width()};
+}
+
+void Popover::fit()
+{
+    const auto wish = this->wish();
+    const auto place = placePopover(*m_click, screenAreas(), wish);
+    // Else it would be squeezed to its least height before it is scrolled.
+    m_scrollArea->widget()->setMinimumHeight(place.scrolls ? wish.contentHeight : 0);
+    m_scrollArea->setVerticalScrollBarPolicy(scrollBarWhere(place.scrolls));
+    m_scrollArea->setHorizontalScrollBarPolicy(scrollBarWhere(place.scrollsSideways));
+    setFixedSize(place.rectangle.size());
+    standAt(place.rectangle);
+}
+
+// On Wayland the place is not ours to say, unless by edges. How thick the panel is, the compositor knows.
+void Popover::standAt(const QRect &place)
+{
+    if (m_kind == Kind::Grabbing) {
+        move(place.topLeft());
+    } else if (m_anchorWindow) {
+        create();
+        windowHandle()->setScreen(screenOf(*m_click));
+        const auto anchor = anchorPopover(*m_click, place, screenAreas(), style::points(gapToUnseenPanel));
+        m_anchorWindow(*windowHandle(), anchor);
+    }
+}
+
+bool Popover::wasJustDeactivated() const
+{
+    return m_sinceDeactivation.isValid() && !m_sinceDeactivation.hasExpired(pressToRelease.count());
+}
+
+bool Popover::event(QEvent *event)
+{
+    if (event->type() == QEvent::WindowDeactivate && m_kind == Kind::Managed && isVisible()) {
+        m_sinceDeactivation.start();
+        hide();
+    }
+    return QWidget::event(event);
+}
+
+bool Popover::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::LayoutRequest && isVisible())
+        fit();
+    return QWidget::eventFilter(watched, event);
+}
+
+void Popover::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange && isVisible())
+        fit();
+    QWidget::changeEvent(event);
+}
+
+void Popover::keyPressEvent(QKeyEvent *event)
+{
+    if (event->matches(QKeySequence::Cancel))
+        hide();
+    else
+        QWidget::keyPressEvent(event);
+}
+
+// The toolkit closes a popup at the press already, and gives the pointer back. The status item would then get the
+// release alone, which is a click to many a host, and open the popover again.
+void Popover::mousePressEvent(QMouseEvent *event)
+{
+    m_pressedElsewhere.reset();
+    if (!rect().contains(event->position().toPoint()))
+        m_pressedElsewhere = event->globalPosition().toPoint();
+}
+
+// The popover takes every click while it is open, so no host hears of one with the right button on the item, whose
+// menu it was meant for. Only the host knows how far the item reaches. A button that is let go elsewhere is no click.
+void Popover::mouseReleaseEvent(QMouseEvent *event)
+{
+    if (!m_pressedElsewhere || event->buttons() != Qt::NoButton)
+        return;
+    hide();
+    const auto position = event->globalPosition().toPoint();
+    const bool isClick = (position - *m_pressedElsewhere).manhattanLength() < QApplication::startDragDistance();
+    if (event->button() == Qt::RightButton && isClick && knowsPointer())
+        Q_EMIT rightClickKept(position);
+}
+
+void Popover::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    const auto ground = palette().color(QPalette::Active, QPalette::Window);
+    const auto hairline = 1 / devicePixelRatioF();
+    const auto edge = QRectF(rect()).adjusted(hairline / 2, hairline / 2, -hairline / 2, -hairline / 2);
+    painter.setPen(QPen(style::divider(palette()), hairline));
+    painter.setBrush(ground);
+    if (m_surface == Surface::Square) {
+        painter.drawRect(edge);
+        return;
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.drawRoundedRect(edge, style::points(cornerRadius), style::points(cornerRadius));
+}
+
+void Popover::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    if (!event->spontaneous())
+        Q_EMIT shown();
+}
+
+void Popover::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    m_clickCatcher.reset();
+    if (!event->spontaneous())
+        Q_EMIT hidden();
+}
+
+}  // namespace velquarin

@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/WindowAnchor.h"
+#include "Views/Dashboard/PopoverPlacement.h"
+
+#include <QElapsedTimer>
+#include <QPoint>
+#include <QWidget>
+
+#include <memory>
+#include <optional>
+
+class QScrollArea;
+
+namespace velquarin {
+
+//! A window that belongs to the status item and holds any content: a click on the item opens it and closes it again, and
+//! so does Esc or a click elsewhere close it. It is as high as its content, within what the screen has; beyond that the
+//! content is scrolled. Nothing in it has the focus when it opens. Source: docs/decisions/0008-popover.md
+class Popover : public QWidget
+{
+    Q_OBJECT
+public:
+    //! How the window lives on this desktop.
+    enum class Kind {
+        Grabbing,  //!< X11: it takes every click while it is open, and stands where we say
+        Managed,   //!< Wayland: it closes when another window is activated, and stands where the compositor says, or
+                   //!< at the edges that it can be told
+    };
+
+    enum class Surface {
+        Square,
+        Rounded,  //!< needs a compositor, without which the corners would be black
+    };
+
+    [[nodiscard]] static Kind kindOfThisDesktop();
+
+    //! Wayland always has a compositor; on X11 nobody tells us.
+    [[nodiscard]] static Surface surfaceOf(Kind kind);
+
+    //! Takes @p content, which should be points(300) wide and is made as high as it asks to be.
+    explicit Popover(QWidget *content, Kind kind = kindOfThisDesktop());
+    Popover(QWidget *content, Kind kind, Surface surface);
+
+    //! Lets a managed one stand beside the panel. To be called before it opens first; empty changes nothing.
+    void standAtEdgesBy(AnchorWindow anchorWindow);
+
+    //! A click on the status item, where the host says. Where a click on the item already closed the popover by taking
+    //! the activation from it, the click is over with that.
+    void toggle(QPoint position, const QString &activationToken);
+
+    //! The same, where it shall open and not close.
+    void openNear(QPoint position, const QString &activationToken);
+
+    //! Opens it for another reason than a click: where it was last, else near the panel.
+    void open(const QString &activationToken);
+
+    [[nodiscard]] bool isShown() const { return isVisible(); }
+
+Q_SIGNALS:
+    void shown();
+    void hidden();
+
+    //! A right click beside the popover closed it, which kept the click from what lies there: the item or something else.
+    void rightClickKept(QPoint position);
+
+protected:
+    bool event(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    void setUpWindow();
+    void setUpContent(QWidget *content);
+    void openAt(QPoint click, const QString &activationToken);
+    void fit();
+    void standAt(const QRect &place);
+    void leaveFocusNowhere();
+    [[nodiscard]] int contentHeight() const;
+    [[nodiscard]] PopoverWish wish() const;
+    void catchClicks();
+    [[nodiscard]] bool wasJustDeactivated() const;
+
+    Kind m_kind;
+    Surface m_surface;
+    AnchorWindow m_anchorWindow;
+    QScrollArea *m_scrollArea = nullptr;
+    std::optional<QPoint> m_click;
+    std::optional<QPoint> m_pressedElsewhere;
+    QElapsedTimer m_sinceDeactivation;
+    std::unique_ptr<QWidget> m_clickCatcher;
+};
+
+}  // namespace velquarin

@@ -1,0 +1,225 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Dashboard/PopoverPlacement.h"
+
+#include <algorithm>
+#include <array>
+
+namespace velquarin {
+
+namespace {
+
+// No panel is thicker than this, so a click further away from an edge is on no panel there.
+constexpr int thickestPanel = 64;
+
+constexpr std::array sides{PanelSide::Top, PanelSide::Bottom, PanelSide::Left, PanelSide::Right};
+
+bool isOnScreen(QPoint point, const QList<ScreenArea> &screens)
+{
+    return std::ranges::any_of(screens, [point](const auto &screen) { return screen.whole.contains(point); });
+}
+
+int squaredDistance(QPoint point, const QRect &area)
+{
+    const QPoint nearest(std::clamp(point.x(), area.left(), area.right()),
+                         std::clamp(point.y(), area.top(), area.bottom()));
+    return QPoint::dotProduct(point - nearest, point - nearest);
+}
+
+const ScreenArea &nearestScreen(QPoint point, const QList<ScreenArea> &screens)
+{
+    return *std::ranges::min_element(screens, {}, [point](const auto &screen) {  //
+        return squaredDistance(point, screen.whole);
+    });
+}
+
+// How deep the inner area begins behind the outer one's edge, seen from that side.
+int depth(const QRect &outer, const QRect &inner, PanelSide side)
+{
+    switch (side) {
+    case PanelSide::Top:
+        return inner.top() - outer.top();
+    case PanelSide::Bottom:
+        return outer.bottom() - inner.bottom();
+    case PanelSide::Left:
+        return inner.left() - outer.left();
+    case PanelSide::Right:
+        return outer.right() - inner.right();
+    }
+    return 0;
+}
+
+int panelThickness(const ScreenArea &screen, PanelSide side)
+{
+    return depth(screen.whole, screen.available, side);
+}
+
+int distanceToEdge(QPoint point, const QRect &area, PanelSide side)
+{
+    return depth(area, QRect(point, QSize(1, 1)), side);
+}
+
+QRect itemAround(QPoint click, int extent)
+{
+    return {click.x() - extent / 2, click.y() - extent / 2, extent, extent};
+}
+
+// Thrown against the edge of the screen, the pointer hits an item that lies further inside.
+QRect itemOnScreen(QPoint click, int extent, const QRect &screen)
+{
+    const auto half = extent / 2;
+    return itemAround({std::clamp(click.x(), screen.left() + half, screen.right() + 1 - half),
+                       std::clamp(click.y(), screen.top() + half, screen.bottom() + 1 - half)},
+                      extent);
+}
+
+bool isUpright(PanelSide side)
+{
+    return side == PanelSide::Left || side == PanelSide::Right;
+}
+
+// What is left of the screen for the popover: nothing of the panel, nothing of the item.
+QRect roomBeside(QPoint click, PanelSide side, const ScreenArea &screen, const PopoverWish &wish)
+{
+    auto room = screen.available;
+    // A panel that reserves its strip keeps the item within it.
+    if (panelThickness(screen, side) == 0) {
+        const auto item = itemOnScreen(click, wish.item, screen.whole);
+        if (side == PanelSide::Top)
+            room.setTop(std::max(room.top(), item.bottom() + 1));
+        else if (side == PanelSide::Bottom)
+            room.setBottom(std::min(room.bottom(), item.top() - 1));
+        else if (side == PanelSide::Left)
+            room.setLeft(std::max(room.left(), item.right() + 1));
+        else
+            room.setRight(std::min(room.right(), item.left() - 1));
+    }
+    return room.adjusted(wish.gap, wish.gap, -wish.gap, -wish.gap);
+}
+
+// The start of a stretch whose middle is at that point, moved inside of the bounds.
+int centred(int middle, int length, int first, int last)
+{
+    return std::max(std::min(middle - length / 2, last + 1 - length), first);
+}
+
+QPoint corner(QPoint click, QSize size, PanelSide side, const QRect &room)
+{
+    const auto x = centred(click.x(), size.width(), room.left(), room.right());
+    const auto y = centred(click.y(), size.height(), room.top(), room.bottom());
+    switch (side) {
+    case PanelSide::Top:
+        return {x, room.top()};
+    case PanelSide::Bottom:
+        return {x, room.bottom() + 1 - size.height()};
+    case PanelSide::Left:
+        return {room.left(), y};
+    case PanelSide::Right:
+        return {room.right() + 1 - size.width(), y};
+    }
+    return {x, y};
+}
+
+// A scroll bar takes of the room itself, so that one can make the other necessary.
+PopoverPlace sizeWithin(QSize room, const PopoverWish &wish)
+{
+    const bool isTooWide = wish.width > room.width();
+    const auto contentHeight = wish.contentHeight + (isTooWide ? wish.scrollBar : 0);
+    const bool scrolls = contentHeight > room.height();
+    const auto width = wish.width + (scrolls ? wish.scrollBar : 0);
+    const QSize wished(width, std::max(contentHeight, wish.leastHeight));
+    return {{QPoint(), wished.boundedTo(room)}, scrolls, width > room.width()};
+}
+
+Qt::Edge edgeOf(PanelSide side)
+{
+    switch (side) {
+    case PanelSide::Top:
+        return Qt::TopEdge;
+    case PanelSide::Bottom:
+        return Qt::BottomEdge;
+    case PanelSide::Left:
+        return Qt::LeftEdge;
+    case PanelSide::Right:
+        return Qt::RightEdge;
+    }
+    return Qt::TopEdge;
+}
+
+PanelSide nearerSide(const QRect &place, const QRect &screen, PanelSide one, PanelSide other)
+{
+    return depth(screen, place, one) < depth(screen, place, other) ? one : other;
+}
+
+QMargins distances(const QRect &place, const QRect &screen)
+{
+    return {depth(screen, place, PanelSide::Left), depth(screen, place, PanelSide::Top),
+            depth(screen, place, PanelSide::Right), depth(screen, place, PanelSide::Bottom)};
+}
+
+}  // namespace
+
+std::optional<QPoint> clickedPoint(QPoint said, QPoint pointer, const QList<ScreenArea> &screens)
+{
+    if (isOnScreen(pointer, screens))
+        return pointer;
+    return isOnScreen(said, screens) ? std::optional(said) : std::nullopt;
+}
+
+QPoint steadyClick(std::optional<QPoint> last, QPoint click, int item)
+{
+    return last && itemAround(*last, item).contains(click) ? *last : click;
+}
+
+QPoint likelyItem(const ScreenArea &screen, Qt::LayoutDirection direction)
+{
+    const auto side = *std::ranges::max_element(sides, {}, [&](PanelSide one) { return panelThickness(screen, one); });
+    const auto &whole = screen.whole;
+    if (isUpright(side))
+        return side == PanelSide::Left ? whole.bottomLeft() : whole.bottomRight();
+    const auto x = direction == Qt::RightToLeft ? whole.left() : whole.right();
+    return {x, side == PanelSide::Top ? whole.top() : whole.bottom()};
+}
+
+PanelSide panelSide(QPoint click, const ScreenArea &screen)
+{
+    for (const auto side : sides) {
+        if (distanceToEdge(click, screen.whole, side) < panelThickness(screen, side))
+            return side;
+    }
+    for (const auto side : sides) {
+        if (distanceToEdge(click, screen.whole, side) < thickestPanel)
+            return side;
+    }
+    return click.y() <= screen.whole.center().y() ? PanelSide::Top : PanelSide::Bottom;
+}
+
+PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens, const PopoverWish &wish)
+{
+    if (screens.isEmpty())
+        return {{click, QSize(wish.width, std::max(wish.contentHeight, wish.leastHeight))}};
+    const auto &screen = nearestScreen(click, screens);
+    const auto side = panelSide(click, screen);
+    const auto room = roomBeside(click, side, screen, wish);
+    auto place = sizeWithin(room.size(), wish);
+    place.rectangle.moveTo(corner(click, place.rectangle.size(), side, room));
+    return place;
+}
+
+WindowAnchor anchorPopover(QPoint click, const QRect &place, const QList<ScreenArea> &screens, int gap)
+{
+    if (screens.isEmpty())
+        return {};
+    const auto &screen = nearestScreen(click, screens);
+    const auto side = panelSide(click, screen);
+    const auto margins = distances(place, screen.whole);
+    if (isUpright(side)) {
+        const auto across = nearerSide(place, screen.whole, PanelSide::Top, PanelSide::Bottom);
+        return {edgeOf(side) | edgeOf(across), {gap, margins.top(), gap, margins.bottom()}};
+    }
+    const auto across = nearerSide(place, screen.whole, PanelSide::Left, PanelSide::Right);
+    return {edgeOf(side) | edgeOf(across), {margins.left(), gap, margins.right(), gap}};
+}
+
+}  // namespace velquarin

@@ -1,0 +1,129 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Views/Dashboard/RepositoriesSection.h"
+
+#include "Platform/PluralForm.h"
+#include "Views/Controls/Text.h"
+#include "Views/Dashboard/DashboardFigures.h"
+#include "Views/Dashboard/RepoRow.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace velquarin {
+
+using style::Ink;
+using style::points;
+using style::TypeStyle;
+
+namespace {
+
+QWidget *makePlaceholder(QWidget *parent)
+{
+    auto *const placeholder = new QWidget(parent);
+    auto *const text = makeText(textLook(TypeStyle::Subheadline, Ink::Secondary),
+                                RepositoriesSection::tr("No repositories configured"), placeholder);
+    text->setAlignment(Qt::AlignHCenter);
+    auto *const room = new QVBoxLayout(placeholder);
+    room->setContentsMargins(0, points(8), 0, points(8));
+    room->addWidget(text);
+    return placeholder;
+}
+
+}  // namespace
+
+RepositoriesSection::RepositoriesSection(FileViewer &viewer, QWidget *parent)
+    : QWidget(parent)
+    , m_viewer(viewer)
+    , m_heading(makeText(textLook(TypeStyle::Headline, Ink::Secondary), tr("Repositories"), this))
+    , m_more(new Text(textLook(TypeStyle::Caption2, Ink::Secondary), this))
+    , m_placeholder(makePlaceholder(this))
+    , m_list(new QVBoxLayout)
+{
+    setObjectName(QStringLiteral("repositories"));
+    const auto padding = points(style::defaultPadding);
+    const auto besides = padding - PlainButton::outset();
+    m_list->setContentsMargins(besides, 0, besides, 0);
+    m_list->setSpacing(points(8));
+    m_list->addWidget(m_placeholder);
+    makeRows();
+
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, padding, 0, padding);
+    column->setSpacing(points(8));
+    column->addLayout(makeHeading());
+    column->addLayout(m_list);
+}
+
+QLayout *RepositoriesSection::makeHeading()
+{
+    m_more->setObjectName(QStringLiteral("moreRepositories"));
+    m_more->hide();
+
+    auto *const row = new QHBoxLayout;
+    const auto padding = points(style::defaultPadding);
+    row->setContentsMargins(padding, 0, padding, 0);
+    row->setSpacing(points(style::defaultSpacing));
+    row->addWidget(m_heading);
+    row->addStretch();
+    row->addWidget(m_more);
+    return row;
+}
+
+void RepositoriesSection::setRepositories(const QList<RepositoryStats> &repositories, const DateTexts &texts,
+                                          Instant now)
+{
+    const auto leftOut = repositoriesLeftOut(repositories.size());
+    m_more->setText(leftOut > 0 ? tr("+%1 more", nullptr, pluralForm(leftOut)).arg(leftOut) : QString());
+    m_more->setVisible(leftOut > 0);
+    m_placeholder->setVisible(repositories.isEmpty());
+    fillRows(repositories, texts, now);
+}
+
+// The focus moves before its row is hidden: the toolkit would hand it on to whatever comes next, the gear for one.
+void RepositoriesSection::fillRows(const QList<RepositoryStats> &repositories, const DateTexts &texts, Instant now)
+{
+    auto *const focused = focusedRow();
+    const auto path = focused ? focused->path() : QString();
+    const auto needed = std::min(repositories.size(), m_rows.size());
+    for (qsizetype index = 0; index < needed; ++index) {
+        m_rows.at(index)->setStats(repositories.at(index), texts, now);
+        m_rows.at(index)->show();
+    }
+    if (focused)
+        moveFocus(focused, path, needed);
+    for (qsizetype index = needed; index < m_rows.size(); ++index)
+        m_rows.at(index)->hide();
+}
+
+RepoRow *RepositoriesSection::focusedRow() const
+{
+    const auto found = std::ranges::find(m_rows, window()->focusWidget());
+    return found == m_rows.end() ? nullptr : *found;
+}
+
+// The keyboard stays with its repository, wherever that is in the list now, or is nowhere.
+void RepositoriesSection::moveFocus(RepoRow *from, const QString &path, qsizetype rows) const
+{
+    const auto end = m_rows.begin() + rows;
+    const auto found = std::find_if(m_rows.begin(), end, [&path](const auto *row) { return row->path() == path; });
+    if (found == end)
+        from->clearFocus();
+    else
+        (*found)->setFocus(Qt::OtherFocusReason);
+}
+
+// All rows that there can ever be, so that Tab visits them here, and not after what was made before them.
+void RepositoriesSection::makeRows()
+{
+    for (qsizetype number = 0; number < longestRepositoryList; ++number) {
+        m_rows.append(new RepoRow(m_viewer, this));
+        m_rows.constLast()->hide();
+        m_list->addWidget(m_rows.constLast());
+    }
+}
+
+}  // namespace velquarin
