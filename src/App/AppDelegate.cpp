@@ -74,19 +74,22 @@ void AppDelegate::setupStreakObserver()
         });
 }
 
-// Outside a refresh nothing waits that the item shows.
+// Outside a refresh nothing waits that the item shows; one that begins later waits as well.
 void AppDelegate::setupHangObserver()
 {
     m_hangObserver = std::make_unique<HangObserver>(
         m_shared.gitService(), m_shared.platform().timers, [this](const std::optional<QString> &path) {
+            m_hangingRepository = path;
             if (m_streakManager->isRefreshing())
-                m_statusItem->setAppearance(path ? waitingAppearance(*path) : syncingAppearance());
+                updateMenuBarDisplay(m_streakManager->currentStreak(), true, m_streakManager->hasCommittedToday());
         });
 }
 
 void AppDelegate::updateMenuBarDisplay(qint64 streak, bool isRefreshing, bool hasCommittedToday)
 {
-    m_statusItem->setAppearance(statusItemAppearance(streak, isRefreshing, hasCommittedToday));
+    const bool isWaiting = isRefreshing && m_hangingRepository;
+    m_statusItem->setAppearance(isWaiting ? waitingAppearance(*m_hangingRepository)
+                                          : statusItemAppearance(streak, isRefreshing, hasCommittedToday));
 }
 
 // A right click never comes here: the host shows the menu by itself, or asks the item for it.

@@ -72,6 +72,7 @@ private:
     std::unique_ptr<SettingsView> m_settings;
     std::unique_ptr<StreakObserver> m_streakObserver;
     std::unique_ptr<HangObserver> m_hangObserver;
+    std::optional<QString> m_hangingRepository;
 };
 
 }  // namespace velquarin

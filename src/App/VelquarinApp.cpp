@@ -48,6 +48,13 @@ QString dataFolder(const QString &name)
     return {};
 }
 
+// What is left to take down holds nothing that the user could lose, and some of it waits for others: for a thread that a
+// file system holds, and on Wayland, now and then, the toolkit's threads for each other.
+[[noreturn]] void end(int status)
+{
+    std::_Exit(status);
+}
+
 // A launcher on X11 waits for a window, or to hear that none will come.
 auto openingFor(AppDelegate &delegate)
 {
@@ -64,12 +71,12 @@ VelquarinApp::VelquarinApp(LaunchTokens launchTokens)
 {
 }
 
-int VelquarinApp::run()
+void VelquarinApp::run()
 {
     SingleInstance instance(m_bus, m_launchTokens);
     if (instance.settle() == SingleInstance::Role::Second) {
         finishStartup(m_launchTokens.startupId);
-        return EXIT_SUCCESS;
+        end(EXIT_SUCCESS);
     }
 
     const auto translation = translationFor(QLocale().uiLanguages(), dataFolder(QStringLiteral("translations")));
@@ -98,12 +105,9 @@ int VelquarinApp::run()
     finishStartup(m_launchTokens.startupId);
     const auto status = QCoreApplication::exec();
     notifications.withdrawAll(patienceWithServers);
-    // A file system that hangs holds threads for as long as it likes; the user has waited long enough.
-    const bool hasGitEnded = shared.gitService().stop(patienceAtTheEnd);
-    const bool isAllWritten = preferences.flush(patienceAtTheEnd);
-    if (!hasGitEnded || !isAllWritten)
-        std::_Exit(status);
-    return status;
+    shared.gitService().stop(patienceAtTheEnd);
+    preferences.flush(patienceAtTheEnd);
+    end(status);
 }
 
 }  // namespace velquarin

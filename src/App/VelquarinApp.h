@@ -20,9 +20,8 @@ class VelquarinApp
 public:
     explicit VelquarinApp(LaunchTokens launchTokens);
 
-    //! Runs until the user quits. Returns the exit status of the process; does not return where something hangs that
-    //! nobody can wait for.
-    [[nodiscard]] int run();
+    //! Runs until the user quits, and ends the process.
+    [[noreturn]] void run();
 
 private:
     LaunchTokens m_launchTokens;

@@ -38,5 +38,5 @@ int main(int argc, char **argv)
     // A desktop's own dialogs count their jobs in the toolkit, and the last one to finish would end the program.
     QApplication::setQuitLockEnabled(false);
 
-    return velquarin::VelquarinApp(std::move(launchTokens)).run();
+    velquarin::VelquarinApp(std::move(launchTokens)).run();
 }

@@ -5,6 +5,7 @@
 #include "Platform/Instant.h"
 
 #include <QByteArray>
+#include <QFuture>
 #include <QString>
 
 #include <functional>
@@ -43,6 +44,9 @@ public:
     virtual void set(const QString &key, PreferenceValue value) = 0;
     virtual void setData(const QString &key, LazyData data) = 0;
     virtual void remove(const QString &key) = 0;
+
+    //! Done once value() answers what the user's other instances have written by now, too; later, through the event loop.
+    [[nodiscard]] virtual QFuture<void> takeOverChanges() = 0;
 
     //! Keeps a copy of what was stored when the program started, before it is written over: called by whoever
     //! found a value that it could not read.

@@ -159,6 +159,7 @@ private Q_SLOTS:
     void theItemSaysWhichRepositoryGitHangsOn();
     void theItemNamesTheRepositoryInWhichGitRunsAndNotTheNextOne();
     void outsideARefreshTheItemKeepsItsFlameWhereGitHangs();
+    void aRefreshThatFindsGitHangingSaysWhereFromTheBeginning();
     void aStreakOfNoughtShowsTheFlameAlone();
     void theCountIsShownWhateverItsSettingSays();
     void theCountStaysWhenItsSettingChanges();
@@ -353,6 +354,30 @@ void TestAppDelegate::outsideARefreshTheItemKeepsItsFlameWhereGitHangs()
     QTRY_VERIFY(intervals(timers).contains(halfAMinute));
     timers.fire(std::size_t(intervals(timers).indexOf(halfAMinute)));
     QCOMPARE(world.item->appearances().constLast(), statusItemAppearance(0, false, false));
+}
+
+void TestAppDelegate::aRefreshThatFindsGitHangingSaysWhereFromTheBeginning()
+{
+    QSemaphore hang;
+    FakeTimers timers;
+    World world(timers);
+    const QScopeGuard letItEnd([&hang] { hang.release(); });
+    world.trackOneWithACommitToday();
+    world.delegate.applicationDidFinishLaunching();
+    QTRY_VERIFY(!world.delegate.streakManager().isRefreshing());
+    timers.fire(std::size_t(intervals(timers).indexOf(untilItIsQuiet)));
+    world.hangIn(QStringLiteral("/repos/slow"), hang);
+    const auto hanging = world.shared.gitService().isGitRepository(QStringLiteral("/repos/slow"));
+    QTRY_VERIFY(intervals(timers).contains(halfAMinute));
+    timers.fire(std::size_t(intervals(timers).indexOf(halfAMinute)));
+    world.trigger(QStringLiteral("Refresh"));
+    QVERIFY(world.delegate.streakManager().isRefreshing());
+    timers.fire(std::size_t(intervals(timers).indexOf(untilItIsQuiet)));
+    QCOMPARE(world.item->appearances().constLast(), waitingAppearance(QStringLiteral("/repos/slow")));
+    hang.release();
+    QTRY_VERIFY(!world.delegate.streakManager().isRefreshing());
+    timers.fire(std::size_t(intervals(timers).indexOf(untilItIsQuiet)));
+    QCOMPARE(world.item->appearances().constLast(), statusItemAppearance(1, false, true));
 }
 
 void TestAppDelegate::aStreakOfNoughtShowsTheFlameAlone()

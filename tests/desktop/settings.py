@@ -142,9 +142,9 @@ class Session:
 
 
 # The toolkit's folder dialog complains when it is read while its list is empty, and the toolkit itself where a key waits
-# long for the answer of a busy screen reader, where one asks for what has just gone, or where nobody has generated the
-# language of the session.
-OF_THE_TOOLKIT = ("QAccessibleTable::child:", "QSpiApplication::keyEventError",
+# long for the answer of a busy screen reader or the answer comes after all, where one asks for what has just gone, or
+# where nobody has generated the language of the session.
+OF_THE_TOOLKIT = ("QAccessibleTable::child:", "QSpiApplication::",
                   "qt.accessibility.atspi: Could not find accessible on path:",
                   'Detected locale "C"', "Qt depends on a UTF-8 locale", "If this causes problems, reconfigure your locale",
                   "for more information.")
@@ -165,8 +165,9 @@ def _where_the_text_begins(node):
 
 
 def current_tab(window):
-    """The title of the tab that is selected."""
-    return next(node.name for node in window.shown() if node.role == "page tab" and "selected" in node.states)
+    """The title of the tab that is selected; None while the window turns from one to the next."""
+    tabs = (node for node in window.shown() if node.role == "page tab" and "selected" in node.states)
+    return next((tab.name for tab in tabs), None)
 
 
 # The toolkit calls the window and the current entry of a pop-up focused, whatever has the keyboard; of tabs the current

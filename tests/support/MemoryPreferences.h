@@ -46,6 +46,8 @@ public:
         values.remove(key);
     }
 
+    [[nodiscard]] QFuture<void> takeOverChanges() override { return QtFuture::makeReadyFuture(); }
+
     void putCopyAside() override
     {
         operations.append(QStringLiteral("put copy aside"));

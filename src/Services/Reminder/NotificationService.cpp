@@ -81,6 +81,10 @@ QCoro::Task<> NotificationService::checkAndNotifyStreakRisk(qint64 currentStreak
     if (!isReminderDue(currentStreak, hasCommittedToday, notificationsEnabled))
         co_return;
     const QPointer<NotificationService> self(this);
+    // Another instance of the user's, in a session beside this one, may have reminded already.
+    co_await m_preferences.takeOverChanges();
+    if (!self || !isReminderDue(currentStreak, hasCommittedToday, notificationsEnabled))
+        co_return;
     bool mayNotify = m_isAuthorized;
     if (!mayNotify)
         mayNotify = co_await requestAuthorization();

@@ -39,9 +39,17 @@ public:
     void set(const QString &key, PreferenceValue value) override { m_values[key] = std::move(value); }
     void setData(const QString &key, LazyData data) override { set(key, data().value_or(QByteArray())); }
     void remove(const QString &key) override { m_values.erase(key); }
+    [[nodiscard]] QFuture<void> takeOverChanges() override
+    {
+        for (const auto &[key, value] : ofOthers)
+            m_values[key] = value;
+        return QtFuture::makeReadyFuture();
+    }
     void putCopyAside() override { QFAIL("Nobody asked for a copy"); }
 
     [[nodiscard]] std::size_t size() const { return m_values.size(); }
+
+    std::map<QString, PreferenceValue> ofOthers;  //!< what another instance has written since
 
 private:
     std::map<QString, PreferenceValue> m_values;
@@ -105,6 +113,7 @@ private Q_SLOTS:
     void whatIsSentIsStoredAndSaid();
     void theMomentOfAcceptanceIsWhatIsStored();
     void aSecondCheckTheSameEveningSendsNothing();
+    void whereAnotherInstanceHasRemindedNothingIsSent();
     void theNextEveningRemindsAgain();
     void aRestartedProgramRemembersTheReminder();
     void whatIsStoredWithoutBeingADateIsNoReminder();
@@ -303,6 +312,18 @@ void TestNotificationService::aSecondCheckTheSameEveningSendsNothing()
     world.check();
     QCOMPARE(world.center.added().size(), 1);
     QCOMPARE(world.output.lines(), QStringList(sentLine));
+}
+
+void TestNotificationService::whereAnotherInstanceHasRemindedNothingIsSent()
+{
+    AuthorizedWorld world;
+    world.preferences.ofOthers = {{lastReminderKey, instant("2026-11-20T18:10:00+01:00")}};
+    world.check();
+    QVERIFY(world.center.added().empty());
+    QCOMPARE(world.output.lines(), QStringList());
+    world.clock.setNow(instant("2026-11-21T18:00:00+01:00"));
+    world.check();
+    QCOMPARE(world.center.added().size(), 1);
 }
 
 void TestNotificationService::theNextEveningRemindsAgain()

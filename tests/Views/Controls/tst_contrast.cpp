@@ -25,6 +25,7 @@
 #include <QStyleOptionComboBox>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <cmath>
 
 using namespace velquarin;
@@ -120,14 +121,20 @@ QList<Sample> samplesIn(const QWidget &window)
     return samples;
 }
 
+// How many pixels there are of each colour; most stand beside one of the same.
 QHash<QRgb, int> colorsIn(const QImage &picture, const QRect &place)
 {
     QHash<QRgb, int> counts;
     const QRect pixels(place.topLeft() * magnification, place.size() * magnification);
     const auto inside = pixels & picture.rect();
     for (int y = inside.top(); y <= inside.bottom(); ++y) {
-        for (int x = inside.left(); x <= inside.right(); ++x)
-            ++counts[picture.pixel(x, y)];
+        const auto *const line = reinterpret_cast<const QRgb *>(picture.constScanLine(y));
+        const auto *const end = line + inside.right() + 1;
+        for (const auto *pixel = line + inside.left(); pixel != end;) {
+            const auto *const other = std::find_if(pixel, end, [&](QRgb color) { return color != *pixel; });
+            counts[*pixel] += int(other - pixel);
+            pixel = other;
+        }
     }
     return counts;
 }
@@ -148,7 +155,7 @@ double contrastIn(const QImage &picture, const QRect &place)
 QStringList illegibleIn(QWidget &window)
 {
     QStringList illegible;
-    const auto picture = pictureOf(window, magnification);
+    const auto picture = pictureOf(window, magnification).convertToFormat(QImage::Format_RGB32);
     const auto samples = samplesIn(window);
     if (samples.size() < 5)
         illegible << QStringLiteral("there are too few texts");

@@ -111,6 +111,19 @@ void JsonPreferencesStore::remove(const QString &key)
     m_writer.request();
 }
 
+QFuture<void> JsonPreferencesStore::takeOverChanges()
+{
+    QPromise<void> look;
+    look.start();
+    auto done = look.future();
+    {
+        const std::lock_guard lock(m_mutex);
+        m_looks.push_back(std::move(look));
+    }
+    m_writer.request();
+    return done;
+}
+
 // The writer makes the copy right before its next write, and does not write until that has worked.
 void JsonPreferencesStore::putCopyAside()
 {
@@ -132,7 +145,8 @@ void JsonPreferencesStore::writeNewest()
 {
     std::unique_lock lock(m_mutex);
     const auto touched = std::exchange(m_touched, {});
-    if (touched.empty() && m_unwritten.empty())
+    auto looks = std::exchange(m_looks, {});
+    if (touched.empty() && m_unwritten.empty() && looks.empty())
         return;
     const auto entries = m_entries;
     const auto before = m_own;
@@ -154,6 +168,9 @@ void JsonPreferencesStore::writeNewest()
     m_own = now;
     m_encoded = encoded;
     takeOver(encoded);
+    lock.unlock();
+    for (auto &look : looks)
+        look.finish();
 }
 
 // Returns what the file holds, or would hold if it could be written.

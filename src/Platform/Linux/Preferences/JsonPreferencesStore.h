@@ -7,12 +7,14 @@
 #include "Platform/PreferencesStore.h"
 
 #include <QJsonObject>
+#include <QPromise>
 
 #include <chrono>
 #include <map>
 #include <mutex>
 #include <set>
 #include <variant>
+#include <vector>
 
 namespace velquarin {
 
@@ -21,7 +23,7 @@ namespace velquarin {
 
 //! The preferences as one JSON file, which is read when the store is made and written on a thread that sleeps
 //! otherwise. What somebody else, a second instance of the user, has written under keys that were not
-//! changed here since is taken over at the next write.
+//! changed here since is taken over at the next write, or when asked for.
 //! Source: docs/decisions/0002-preferences-file.md
 class JsonPreferencesStore final : public PreferencesStore
 {
@@ -42,6 +44,7 @@ public:
     void setData(const QString &key, LazyData data) override;
 
     void remove(const QString &key) override;
+    [[nodiscard]] QFuture<void> takeOverChanges() override;
     void putCopyAside() override;
 
     //! Blocks until all changes are on disk, as far as that can be, or @p limit is over; what could not be written before
@@ -61,15 +64,16 @@ private:
     void takeOver(const QJsonObject &encoded);
 
     mutable std::mutex m_mutex;
-    Entries m_entries;              // guarded by m_mutex
-    QJsonObject m_encoded;          // guarded by m_mutex: the values as the writer last put them together
-    QJsonObject m_own;              // guarded by m_mutex: what was last set here, or loaded
-    std::set<QString> m_touched;    // guarded by m_mutex: what was set or removed since the last write
-    bool m_isCopyWanted = false;    // guarded by m_mutex
-    bool m_isEverChanged = false;   // main thread only
-    std::set<QString> m_unwritten;  // the writer's: the keys that were changed here and are not in the file yet
-    PreferencesFile m_file;         // the writer's, once the constructor is done
-    CoalescingWorker m_writer;      // last, so that its thread ends before anything else does
+    Entries m_entries;                    // guarded by m_mutex
+    QJsonObject m_encoded;                // guarded by m_mutex: the values as the writer last put them together
+    QJsonObject m_own;                    // guarded by m_mutex: what was last set here, or loaded
+    std::set<QString> m_touched;          // guarded by m_mutex: what was set or removed since the last write
+    bool m_isCopyWanted = false;          // guarded by m_mutex
+    std::vector<QPromise<void>> m_looks;  // guarded by m_mutex: who waits for what others have written
+    bool m_isEverChanged = false;         // main thread only
+    std::set<QString> m_unwritten;        // the writer's: the keys that were changed here and are not in the file yet
+    PreferencesFile m_file;               // the writer's, once the constructor is done
+    CoalescingWorker m_writer;            // last, so that its thread ends before anything else does
 };
 
 }  // namespace velquarin

@@ -9,6 +9,9 @@
 
 #include <QFile>
 #include <QRegularExpression>
+#include <QtEndian>
+
+#include <optional>
 
 namespace velquarin {
 
@@ -16,12 +19,42 @@ namespace {
 
 constexpr qint64 mostBytes = 1 << 20;
 
+constexpr qsizetype headerSize = 44;
+
+// How long a file has to be that begins with such a header; nothing where there is none. Source: tzfile(5)
+std::optional<qint64> lengthOfBlock(QByteArrayView block, qint64 timeSize)
+{
+    if (!block.startsWith("TZif") || block.size() < headerSize)
+        return std::nullopt;
+    const auto count = [&](qsizetype position) {
+        return qint64(qFromBigEndian<quint32>(block.sliced(20 + 4 * position).data()));
+    };
+    const auto markers = count(0) + count(1);
+    const auto leapSeconds = count(2) * (timeSize + 4);
+    const auto changes = count(3) * (timeSize + 1);
+    return headerSize + markers + leapSeconds + changes + count(4) * 6 + count(5);
+}
+
+// From the second version on the same follows once more, with longer times. libc takes one that was cut short for
+// Greenwich, and says nothing.
+bool isWhole(QByteArrayView file)
+{
+    const auto first = lengthOfBlock(file, 4);
+    if (!first || file.size() < *first)
+        return false;
+    if (file.at(4) == '\0')
+        return true;
+    const auto rest = file.sliced(*first);
+    const auto second = lengthOfBlock(rest, 8);
+    return second && rest.size() >= *second;
+}
+
 bool isZoneFile(const QString &name)
 {
     const auto given = qEnvironmentVariable("TZDIR");
     const auto folder = given.isEmpty() ? QStringLiteral("/usr/share/zoneinfo") : given;
     const auto content = readRegularFile(name.startsWith(u'/') ? name : joinPath(folder, name), mostBytes);
-    return content && content->startsWith("TZif");
+    return content && isWhole(*content);
 }
 
 // A name and how far its clocks are from Greenwich; what follows may be missing.

@@ -153,6 +153,7 @@ private Q_SLOTS:
     void whatAnotherInstanceIsWritingIsNoLeftOver();
     void anInstanceThatNeverLetsGoKeepsNobodyFromSaving();
     void savingAllSettingsLeavesWhatOnlyAnotherInstanceChanged();
+    void whatAnotherInstanceHasWrittenIsThereWhenAskedFor();
     void whatWasTakenAwayHereCanBeSetAgain();
     void aMergeThatLosesNothingNeedsNoCopy();
     void whatWasTakenOverAndIsChangedHereIsPutAside();
@@ -715,6 +716,24 @@ void TestJsonPreferencesStore::savingAllSettingsLeavesWhatOnlyAnotherInstanceCha
     QCOMPARE(later.notifyOnStreakRisk(), false);
     QCOMPARE(later.showStreakInMenuBar(), false);
     QCOMPARE(namesIn(place.folder), QStringList{u"preferences.json"_s});
+}
+
+void TestJsonPreferencesStore::whatAnotherInstanceHasWrittenIsThereWhenAskedFor()
+{
+    const PreferencesPlace place;
+    JsonPreferencesStore ours(place.path);
+    ours.set(numberKey, number);
+    QVERIFY(ours.flush(std::chrono::minutes(1)));
+    JsonPreferencesStore theirs(place.path);
+    theirs.set(u"moment"_s, instant("2026-11-20T18:10:00Z"));
+    QVERIFY(theirs.flush(std::chrono::minutes(1)));
+    QCOMPARE(ours.value(u"moment"_s), std::nullopt);
+
+    const auto written = place.content();
+    ours.takeOverChanges().waitForFinished();
+    QCOMPARE(ours.value(u"moment"_s), PreferenceValue(instant("2026-11-20T18:10:00Z")));
+    QCOMPARE(ours.value(numberKey), PreferenceValue(number));
+    QCOMPARE(place.content(), written);
 }
 
 void TestJsonPreferencesStore::whatWasTakenAwayHereCanBeSetAgain()

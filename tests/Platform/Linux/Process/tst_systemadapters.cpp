@@ -113,6 +113,7 @@ private Q_SLOTS:
     void theZoneIsWhatLibcMakesOfIt_data();
     void theZoneIsWhatLibcMakesOfIt();
     void aFileAnywhereGivesTheZone();
+    void aZoneFileThatWasCutShortIsNone();
     void aFolderOfZonesThatIsNamedByNothingIsTheUsualOne();
     void aZoneThatNobodyKnowsIsTheSystems_data();
     void aZoneThatNobodyKnowsIsTheSystems();
@@ -271,6 +272,25 @@ void TestSystemAdapters::aFileAnywhereGivesTheZone()
     const ZoneInEnvironment environment(QFile::encodeName(path));
     dropUnknownZone();
     QCOMPARE(localTime(instant("2026-01-01T00:00:00Z")), QStringLiteral("2026-01-01 05:30"));
+}
+
+void TestSystemAdapters::aZoneFileThatWasCutShortIsNone()
+{
+    const QTemporaryDir folder;
+    const auto path = folder.filePath(QStringLiteral("zone"));
+    QVERIFY(QFile::copy(QStringLiteral("/usr/share/zoneinfo/Europe/Berlin"), path));
+    const ZoneInEnvironment environment(QFile::encodeName(path));
+    const auto whole = QFile(path).size();
+    for (const auto size : {whole - whole / 4, whole / 4, qint64(44), qint64(10)}) {
+        QFile file(path);
+        QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+        QVERIFY(file.resize(size));
+        qputenv("TZ", QFile::encodeName(path));
+        const CapturedStandardError said;
+        dropUnknownZone();
+        QVERIFY2(!qEnvironmentVariableIsSet("TZ"), qPrintable(QString::number(size)));
+        QCOMPARE(said.lines().size(), 1);
+    }
 }
 
 void TestSystemAdapters::aFolderOfZonesThatIsNamedByNothingIsTheUsualOne()
