@@ -29,10 +29,12 @@ public:
         xcb_create_window(display, XCB_COPY_FROM_PARENT, m_window, root, -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                           XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT, &isUnmanaged);
     }
+    // Waits until the server has dealt with it all: of a program that ends right afterwards it drops what it has not yet
+    // come to.
     ~Sender()
     {
-        xcb_destroy_window(m_display, m_window);
-        xcb_flush(m_display);
+        const auto request = xcb_destroy_window_checked(m_display, m_window);
+        static_cast<void>(x11Owned(xcb_request_check(m_display, request)));
     }
     Sender(const Sender &) = delete;
     Sender &operator=(const Sender &) = delete;
