@@ -59,6 +59,9 @@ class Item:
         place = self._place.now()
         return Look(self._desktop.screen.picture(place)) if place else None
 
+    def where(self):
+        return self._place.find()
+
     def wait_for(self, what, is_so):
         """The look of the item once it is as wanted, with nothing pointed at."""
         self._desktop.screen.point(*self._desktop.screen.corner)
@@ -84,10 +87,8 @@ class User:
     def commit(self, *days):
         self.repository.commit_days_ago(self._now, *days)
 
-    # A panel that has just started may still move its items about.
     def click(self, button):
-        look = wait_until(self.item.find, "the item")
-        self.desktop.screen.click(*look.place.centre, button)
+        self.desktop.screen.click(*self.item.where().centre, button)
 
     def open(self, button):
         """The rectangle of what a click opens."""
