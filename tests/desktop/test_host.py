@@ -51,7 +51,7 @@ class Item:
 
     def __init__(self, desktop):
         self._desktop = desktop
-        wait_until(lambda: panel.is_empty(desktop.screen), "the empty panel")
+        wait_until(lambda: panel.is_empty(desktop.screen, HOST.ground), "the empty panel")
         self._place = PanelPlace(desktop.screen)
 
     def find(self):
