@@ -334,6 +334,13 @@ void Popover::paintEvent(QPaintEvent * /*event*/)
     painter.drawRoundedRect(edge, style::points(cornerRadius), style::points(cornerRadius));
 }
 
+// Qt closes popups when the application is no longer the active one. On X11 it hears of that late: the focus that a
+// dashboard had before, or the settings, would close the one that has just opened. Clicks and Esc find it anyway.
+void Popover::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(m_kind == Kind::Managed);
+}
+
 void Popover::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);

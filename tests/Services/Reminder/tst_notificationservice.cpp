@@ -8,6 +8,7 @@
 
 #include "support/FakeClock.h"
 #include "support/FakeTimers.h"
+#include "support/MemoryPreferences.h"
 #include "support/RecordingNotificationCenter.h"
 #include "support/RecordingOutput.h"
 #include "support/Strict.h"
@@ -15,8 +16,6 @@
 
 #include <QSignalSpy>
 #include <QTest>
-
-#include <map>
 
 using namespace velquarin;
 using namespace std::chrono_literals;
@@ -28,38 +27,24 @@ const QString lastReminderKey = QStringLiteral("lastStreakRiskNotification");
 const QString sentLine = QStringLiteral("Streak risk notification sent");
 constexpr auto berlin = "Europe/Berlin";
 
-class PreferencesInAMap : public PreferencesStore
+// A store into which another instance writes, too.
+class SharedPreferences : public test::MemoryPreferences
 {
 public:
-    [[nodiscard]] std::optional<PreferenceValue> value(const QString &key) const override
-    {
-        const auto found = m_values.find(key);
-        return found == m_values.end() ? std::nullopt : std::optional(found->second);
-    }
-    void set(const QString &key, PreferenceValue value) override { m_values[key] = std::move(value); }
-    void setData(const QString &key, LazyData data) override { set(key, data().value_or(QByteArray())); }
-    void remove(const QString &key) override { m_values.erase(key); }
     [[nodiscard]] QFuture<void> takeOverChanges() override
     {
-        for (const auto &[key, value] : ofOthers)
-            m_values[key] = value;
-        return QtFuture::makeReadyFuture();
+        values.insert(ofOthers);
+        return MemoryPreferences::takeOverChanges();
     }
-    void putCopyAside() override { QFAIL("Nobody asked for a copy"); }
 
-    [[nodiscard]] std::size_t size() const { return m_values.size(); }
-
-    std::map<QString, PreferenceValue> ofOthers;  //!< what another instance has written since
-
-private:
-    std::map<QString, PreferenceValue> m_values;
+    QMap<QString, PreferenceValue> ofOthers;  //!< what it has written since
 };
 
 // Nine in the evening in Berlin, notifications allowed, and nothing stored.
 struct World
 {
     test::FakeClock clock{instant("2026-11-20T21:00:00+01:00"), berlin};
-    PreferencesInAMap preferences;
+    SharedPreferences preferences;
     test::FakeTimers timers;
     test::RecordingOutput output;
     test::RecordingNotificationCenter center;
@@ -280,7 +265,7 @@ void TestNotificationService::switchedOffNothingIsSentAndNobodyIsAsked()
     QVERIFY(world.center.added().isEmpty());
     QCOMPARE(world.center.leaveQuestions(), 0);
     QVERIFY(world.output.lines().isEmpty());
-    QCOMPARE(world.preferences.size(), std::size_t(0));
+    QVERIFY(world.preferences.values.isEmpty());
 }
 
 void TestNotificationService::whatIsSentIsStoredAndSaid()
