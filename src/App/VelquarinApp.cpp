@@ -14,7 +14,6 @@
 #include "Platform/Linux/Windows/DesktopColors.h"
 #include "Platform/Linux/Windows/FileManagerViewer.h"
 #include "Platform/Linux/Windows/FolderDialog.h"
-#include "Platform/Linux/Windows/InputTime.h"
 #include "Platform/Linux/Windows/LayerShell.h"
 #include "Platform/Linux/Windows/StartupNotification.h"
 #include "Views/Controls/Symbols.h"

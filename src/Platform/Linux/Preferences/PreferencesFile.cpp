@@ -3,11 +3,9 @@
 
 #include "Platform/Linux/Preferences/PreferencesFile.h"
 
-#include "Platform/Linux/Files/AsideFiles.h"
-#include "Platform/Linux/Files/FileReplacement.h"
-#include "Platform/Linux/Files/LinkTarget.h"
+#include "Platform/Linux/Files/RegularFile.h"
 #include "Platform/Linux/Preferences/PreferencesFormat.h"
-#include "Platform/Linux/Process/ErrorLine.h"
+#include "Platform/Linux/Process/StandardStreams.h"
 
 #include <QFile>
 #include <QFileInfo>

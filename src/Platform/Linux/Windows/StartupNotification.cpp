@@ -6,6 +6,7 @@
 #include "Platform/Linux/Windows/X11Display.h"
 
 #include <QCoreApplication>
+#include <QInputEvent>
 #include <QSysInfo>
 #include <QUuid>
 
@@ -15,6 +16,12 @@
 namespace velquarin {
 
 namespace {
+
+bool isPressOrRelease(QEvent::Type type)
+{
+    return type == QEvent::MouseButtonPress || type == QEvent::MouseButtonRelease || type == QEvent::KeyPress ||
+           type == QEvent::KeyRelease;
+}
 
 // A window that is never seen: the messages of one sender are told from another's by it.
 class Sender
@@ -69,6 +76,23 @@ void broadcast(xcb_connection_t *display, const QByteArray &message)
 }
 
 }  // namespace
+
+InputTime::InputTime(QObject *parent)
+    : QObject(parent)
+{
+    QCoreApplication::instance()->installEventFilter(this);
+}
+
+// What it sets off at once is over when the loop turns again; whatever comes later is not the user's doing.
+bool InputTime::eventFilter(QObject *watched, QEvent *event)
+{
+    if (isPressOrRelease(event->type()) && event->spontaneous()) {
+        m_time = quint32(static_cast<const QInputEvent *>(event)->timestamp());
+        QMetaObject::invokeMethod(
+            this, [this] { m_time.reset(); }, Qt::QueuedConnection);
+    }
+    return QObject::eventFilter(watched, event);
+}
 
 QString newStartupId(quint32 userTime)
 {

@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "Platform/Linux/Process/BootTimeTimers.h"
-#include "Platform/Linux/Process/StandardOutput.h"
+#include "Platform/Linux/Process/StandardStreams.h"
 #include "Platform/Linux/Process/SystemClock.h"
 #include "Platform/Linux/Process/TerminationSignals.h"
-#include "Platform/Linux/Process/ZoneVariable.h"
 #include "support/CapturedStandardError.h"
 #include "support/FakeClock.h"
 #include "support/Strict.h"
