@@ -2,12 +2,46 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/Linux/Windows/ColorSchemeSetting.h"
-
+#include <QDBusConnection>
+#include <QDBusVariant>
 #include <QObject>
 #include <QTimer>
 
+#include <memory>
+
+class QDBusServiceWatcher;
+
 namespace velquarin {
+
+class SessionBus;
+
+//! Whether the user has asked the desktop for dark windows, as the desktop's portal tells it. Without a bus or a portal
+//! he has not; each portal that comes is asked. Nothing waits for the answer, which comes through the event loop.
+//! Source: XDG Desktop Portal, org.freedesktop.portal.Settings, "color-scheme" of org.freedesktop.appearance
+class ColorSchemeSetting : public QObject
+{
+    Q_OBJECT
+public:
+    explicit ColorSchemeSetting(SessionBus &bus, QObject *parent = nullptr);
+    ~ColorSchemeSetting() override;
+
+    [[nodiscard]] bool asksForDark() const { return m_asksForDark; }
+
+Q_SIGNALS:
+    //! Never for an equal value.
+    void changed(bool asksForDark);
+
+private:
+    void follow();
+    void awaitPortals(const QDBusConnection &connection);
+    void ask(QDBusConnection connection);
+    void take(const QVariant &value);
+    Q_SLOT void hear(const QString &group, const QString &key, const QDBusVariant &value);
+
+    SessionBus &m_bus;
+    std::unique_ptr<QDBusServiceWatcher> m_portals;  // on the connection that stands
+    bool m_asksForDark = false;
+};
 
 //! Keeps the program's palette as dark as the user wants it where the desktop says so and its palette does not follow, as
 //! GNOME's does not: a style switch there leaves the theme that the toolkit takes its colours from as it was. A palette

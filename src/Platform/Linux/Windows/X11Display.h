@@ -34,4 +34,9 @@ template <typename Reply>
 void x11PaintOver(xcb_connection_t *display, xcb_window_t window, xcb_visualid_t visual, const QImage &image,
                   QPoint at);
 
+//! Clicks with the right button at @p position, as the user has just done while a window of ours kept every click for
+//! itself: what lies there gets it after all. Does nothing where the pointer has moved on meanwhile, elsewhere than on X11,
+//! and where the server lets nobody do so. Source: X Test Extension Protocol 2.2, "XTestFakeInput"
+void x11RepeatRightClick(QPoint position);
+
 }  // namespace velquarin

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/Session/BusProbe.h"
 #include "Platform/Linux/Session/SessionBus.h"
 #include "Platform/Linux/Session/SingleInstance.h"
 #include "support/Strict.h"
