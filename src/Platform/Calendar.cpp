@@ -142,4 +142,16 @@ bool Calendar::isSameDay(Instant left, Instant right) const
     return dateOf(left) == dateOf(right);
 }
 
+std::chrono::milliseconds untilNextDay(Instant now, const Calendar &calendar)
+{
+    const auto today = calendar.startOfDay(now);
+    // A zone that changed sides of the date line left a day out: the one after it comes next.
+    for (const qint64 step : {1, 2}) {
+        const auto next = calendar.addDays(today, step);
+        if (next && *next > now)
+            return *next - now;
+    }
+    return day;
+}
+
 }  // namespace velquarin

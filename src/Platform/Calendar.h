@@ -69,4 +69,7 @@ private:
     std::shared_ptr<const Zone> m_zone;
 };
 
+//! How long until the calendar day of @p now is over; always more than nothing.
+[[nodiscard]] std::chrono::milliseconds untilNextDay(Instant now, const Calendar &calendar);
+
 }  // namespace velquarin

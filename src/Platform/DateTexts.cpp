@@ -119,6 +119,11 @@ QByteArray dateLocale(const QProcessEnvironment &environment)
     return isNeutral ? QByteArrayLiteral("en_US") : name;
 }
 
+QByteArray environmentLocale()
+{
+    return dateLocale(QProcessEnvironment::systemEnvironment());
+}
+
 CalendarSpan calendarSpan(Instant left, Instant right, const Calendar &calendar)
 {
     const auto [from, to] = std::minmax({left, right});
