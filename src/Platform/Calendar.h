@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Platform/Instant.h"
+#include "Platform/Interface.h"
 
 #include <QDate>
 #include <QTime>
@@ -16,14 +17,9 @@ class QTimeZone;
 namespace velquarin {
 
 //! How far ahead of Greenwich the clocks of a place are. Safe to ask from any thread.
-class Zone
+class Zone : public Interface
 {
 public:
-    Zone() = default;
-    Zone(const Zone &) = delete;
-    Zone &operator=(const Zone &) = delete;
-    virtual ~Zone() = default;
-
     [[nodiscard]] virtual std::chrono::seconds offsetAt(Instant moment) const = 0;
 };
 
