@@ -36,10 +36,10 @@ Instant midnightInUtc(QDate date)
     return Instant(day * epoch.daysTo(date));
 }
 
-class ToolkitZone : public Zone
+class QtZone : public Zone
 {
 public:
-    explicit ToolkitZone(QTimeZone zone)
+    explicit QtZone(QTimeZone zone)
         : m_zone(std::move(zone))
     {
     }
@@ -60,7 +60,7 @@ Calendar::Calendar(std::shared_ptr<const Zone> zone)
 }
 
 Calendar::Calendar(const QTimeZone &zone)
-    : Calendar(std::make_shared<ToolkitZone>(zone))
+    : Calendar(std::make_shared<QtZone>(zone))
 {
 }
 

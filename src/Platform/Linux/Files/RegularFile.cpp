@@ -69,7 +69,7 @@ int openRegular(const QByteArray &name)
 constexpr mode_t ownerOnlyFile = 0600;
 constexpr mode_t ownerOnlyFolder = 0700;
 
-// The flush is looked at by itself: on a full disk the toolkit would take its failure for success and put an empty
+// The flush is looked at by itself: on a full disk Qt would take its failure for success and put an empty
 // file in place. So is the fsync, the only call in which some file systems tell that the disk is full.
 bool fill(QFileDevice &file, const QByteArray &content)
 {

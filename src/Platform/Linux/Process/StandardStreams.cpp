@@ -51,7 +51,7 @@ void StandardOutput::printLine(const QString &line)
     writeWithoutWaiting(STDOUT_FILENO, bytes);
 }
 
-// Not the toolkit's own logging, which may go to the journal instead.
+// Not Qt's own logging, which may go to the journal instead.
 void printErrorLine(const QString &text)
 {
     const QString line = QStringLiteral("velquarin: ") + text + u'\n';

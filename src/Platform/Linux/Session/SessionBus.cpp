@@ -152,7 +152,7 @@ bool SessionBus::isBusThere()
     return !address.isEmpty() && busAnswers(address, patience);
 }
 
-// The toolkit remembers a failed connection under its name for good, so each attempt has a name of its own.
+// Qt remembers a failed connection under its name for good, so each attempt has a name of its own.
 void SessionBus::connectToBus()
 {
     const auto name = QStringLiteral("velquarin-%1").arg(++m_attempts);

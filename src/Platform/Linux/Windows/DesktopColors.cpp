@@ -55,7 +55,7 @@ ColorSchemeSetting::ColorSchemeSetting(SessionBus &bus, QObject *parent)
 
 ColorSchemeSetting::~ColorSchemeSetting() = default;
 
-// A signal that named its sender would make the connection ask the bus for him, and wait.
+// A signal that named its sender would make the connection ask the bus for it, and wait.
 void ColorSchemeSetting::follow()
 {
     auto connection = m_bus.connection();
@@ -131,7 +131,7 @@ void DesktopColors::follow()
     if (m_isOurs)
         QApplication::setPalette(wanted);
     m_desktopsTurn.stop();  // what we set ourselves is nothing new of the desktop's
-    Q_EMIT looked();
+    Q_EMIT applied();
 }
 
 }  // namespace velquarin

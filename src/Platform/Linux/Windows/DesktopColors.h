@@ -16,7 +16,7 @@ namespace velquarin {
 class SessionBus;
 
 //! Whether the user has asked the desktop for dark windows, as the desktop's portal tells it. Without a bus or a portal
-//! he has not; each portal that comes is asked. Nothing waits for the answer, which comes through the event loop.
+//! nobody has; each portal that comes is asked. Nothing waits for the answer, which comes through the event loop.
 //! Source: XDG Desktop Portal, org.freedesktop.portal.Settings, "color-scheme" of org.freedesktop.appearance
 class ColorSchemeSetting : public QObject
 {
@@ -44,7 +44,7 @@ private:
 };
 
 //! Keeps the program's palette as dark as the user wants it where the desktop says so and its palette does not follow, as
-//! GNOME's does not: a style switch there leaves the theme that the toolkit takes its colours from as it was. A palette
+//! GNOME's does not: a style switch there leaves the theme that Qt takes its colours from as it was. A palette
 //! that is dark already stays as it is; each new one of the desktop's is judged anew.
 //! Source: docs/decisions/0007-look.md
 class DesktopColors : public QObject
@@ -57,8 +57,8 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
-    //! What the user wants or the desktop's palette has changed, and ours is as he wants it.
-    void looked();
+    //! What the user wants or the desktop's palette has changed, and ours is as it should be.
+    void applied();
 
 private:
     void follow();

@@ -12,7 +12,7 @@
 
 namespace velquarin {
 
-//! The toolkit's own connection to the X server; null where the program shows itself on another kind of display.
+//! Qt's own connection to the X server; null where the program shows itself on another kind of display.
 [[nodiscard]] xcb_connection_t *x11Display();
 
 //! The screen that the program was started on. Source: X(7), "DISPLAY NAMES"

@@ -224,7 +224,7 @@ void TestSystemAdapters::aSignalArrivesInTheMainLoop()
 
 void TestSystemAdapters::theClockIsTheSystems()
 {
-    // The toolkit's own idea of it rounds in newer versions.
+    // Qt's own idea of it rounds in newer versions.
     const auto milliseconds = [] {
         timespec time{};
         return clock_gettime(CLOCK_REALTIME, &time) == 0 ? time.tv_sec * 1000LL + time.tv_nsec / 1'000'000 : -1;
