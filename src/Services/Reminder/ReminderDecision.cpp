@@ -12,8 +12,6 @@
 
 namespace velquarin {
 
-using namespace std::chrono_literals;
-
 namespace {
 
 const QString categoryIdentifier = QStringLiteral("STREAK_RISK");
@@ -81,18 +79,6 @@ NotificationCategory reminderCategory()
     const NotificationAction open{QStringLiteral("OPEN_APP"), Words::tr("Open Velquarin"), true};
     const NotificationAction dismiss{QStringLiteral("DISMISS"), Words::tr("Dismiss"), false};
     return {.identifier = categoryIdentifier, .actions = {open, dismiss}};
-}
-
-std::chrono::milliseconds untilNextDay(Instant now, const Calendar &calendar)
-{
-    const auto today = calendar.startOfDay(now);
-    // A zone that changed sides of the date line left a day out: the one after it comes next.
-    for (const qint64 step : {1, 2}) {
-        const auto next = calendar.addDays(today, step);
-        if (next && *next > now)
-            return *next - now;
-    }
-    return 24h;
 }
 
 }  // namespace velquarin

@@ -49,7 +49,4 @@ constexpr int notificationStartHour = 18;
 //! The kind of notification that a reminder is, with its two actions.
 [[nodiscard]] NotificationCategory reminderCategory();
 
-//! How long until the calendar day of @p now is over; always more than nothing.
-[[nodiscard]] std::chrono::milliseconds untilNextDay(Instant now, const Calendar &calendar);
-
 }  // namespace velquarin

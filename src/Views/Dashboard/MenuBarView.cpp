@@ -4,8 +4,6 @@
 #include "Views/Dashboard/MenuBarView.h"
 
 #include "Platform/Clock.h"
-#include "Platform/DateTexts.h"
-#include "Services/Reminder/ReminderDecision.h"
 #include "Services/Streak/StreakManager.h"
 #include "Views/Controls/Divider.h"
 #include "Views/Controls/Style.h"
@@ -62,11 +60,6 @@ void exchangeSections(Entering *entering, Leaving *leaving)
 }
 
 }  // namespace
-
-QByteArray environmentLocale()
-{
-    return dateLocale(QProcessEnvironment::systemEnvironment());
-}
 
 MenuBarView::MenuBarView(StreakManager &manager, const Clock &clock, Timers &timers, FileViewer &viewer,
                          std::function<void()> openSettings, std::function<QByteArray()> readLocale, QWidget *parent)

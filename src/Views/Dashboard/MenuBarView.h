@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Platform/Calendar.h"
+#include "Platform/DateTexts.h"
 #include "Platform/Instant.h"
 #include "Platform/Timers.h"
 
@@ -19,7 +20,6 @@ class QVBoxLayout;
 namespace velquarin {
 
 class Clock;
-class DateTexts;
 class FileViewer;
 class FooterSection;
 class HeaderSection;
@@ -27,9 +27,6 @@ class RepositoriesSection;
 class StreakManager;
 class WeekSection;
 class YearSection;
-
-//! The locale of the process's environment, as dateLocale() finds it.
-[[nodiscard]] QByteArray environmentLocale();
 
 //! The dashboard: the streak, the week or the year, the repositories, and when all that was read.
 //!

@@ -5,8 +5,6 @@
 
 #include "Platform/Linux/Autostart/DesktopEntry.h"
 #include "Platform/Linux/Autostart/ExecCommand.h"
-#include "Platform/Linux/Files/FileReplacement.h"
-#include "Platform/Linux/Files/LinkTarget.h"
 #include "Platform/Linux/Files/RegularFile.h"
 #include "Platform/PathNames.h"
 
