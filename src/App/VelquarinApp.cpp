@@ -103,7 +103,7 @@ void VelquarinApp::run()
     delegate.applicationDidFinishLaunching();
     finishStartup(m_launchTokens.startupId);
     const auto status = QCoreApplication::exec();
-    notifications.withdrawAll(patienceWithServers);
+    notifications.withdrawAndWait(patienceWithServers);
     shared.gitService().stop(patienceAtTheEnd);
     preferences.flush(patienceAtTheEnd);
     end(status);
