@@ -4,7 +4,7 @@
 #include "Views/Dashboard/DayColumn.h"
 
 #include "Platform/DateTexts.h"
-#include "Views/Controls/AccessibleText.h"
+#include "Views/Controls/Accessibility.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -38,7 +38,7 @@ DayShade colorForCount(qint64 count)
 DayColumn::DayColumn(QWidget *parent)
     : QWidget(parent)
 {
-    readAsText();
+    setAccessibleRole(*this, QAccessible::StaticText);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

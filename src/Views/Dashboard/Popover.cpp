@@ -3,8 +3,7 @@
 
 #include "Views/Dashboard/Popover.h"
 
-#include "Views/Controls/AccessibleScrollArea.h"
-#include "Views/Controls/AccessibleWindow.h"
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
 
 #include <QApplication>
@@ -122,7 +121,7 @@ Popover::Popover(QWidget *content, Kind kind, Surface surface)
 
 void Popover::setUpWindow()
 {
-    readAsWindow();
+    setAccessibleRole(*this, QAccessible::Window);
     setObjectName(QStringLiteral("popover"));
     setWindowTitle(QStringLiteral("Velquarin"));
     setAccessibleName(windowTitle());
@@ -134,8 +133,8 @@ void Popover::setUpWindow()
 // The surface is painted by the window; what lies on it lets it through.
 void Popover::setUpContent(QWidget *content)
 {
-    readScrollAreasWhole();
     m_scrollArea = new QScrollArea(this);
+    readScrollAreaWhole(*m_scrollArea);
     m_scrollArea->setFrameShape(QFrame::NoFrame);
     m_scrollArea->setFocusPolicy(Qt::NoFocus);
     m_scrollArea->setWidgetResizable(true);

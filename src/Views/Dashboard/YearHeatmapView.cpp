@@ -4,10 +4,9 @@
 #include "Views/Dashboard/YearHeatmapView.h"
 
 #include "Platform/DateTexts.h"
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
-#include "Views/Dashboard/YearHeatmapAccessible.h"
 
-#include <QAccessible>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
@@ -64,7 +63,7 @@ std::optional<int> cellOn(Instant date, const HeatmapGrid &grid)
 YearHeatmapView::YearHeatmapView(QWidget *parent)
     : QWidget(parent)
 {
-    QAccessible::installFactory(makeYearHeatmapAccessible);
+    setAccessibleRole(*this, QAccessible::List);
     setObjectName(QStringLiteral("yearHeatmap"));
     setAccessibleName(tr("Last 365 Days"));
     setFocusPolicy(Qt::TabFocus);
@@ -151,6 +150,16 @@ QStringList YearHeatmapView::labels() const
 QRect YearHeatmapView::rectangleOfLabel(int position) const
 {
     return logical(shapes().label(position));
+}
+
+PaintedChild YearHeatmapView::paintedChild(int index)
+{
+    QAccessible::State state;
+    state.readOnly = true;
+    if (const auto label = index - cells(); label >= 0)
+        return {QAccessible::StaticText, m_contents.labels.at(label).text, rectangleOfLabel(label), state};
+    state.focusable = true;
+    return {QAccessible::ListItem, textOf(index), rectangleOf(index), state};
 }
 
 int YearHeatmapView::todayX() const

@@ -4,7 +4,7 @@
 #include "Views/Dashboard/YearSection.h"
 
 #include "Platform/PluralForm.h"
-#include "Views/Controls/AccessibleScrollArea.h"
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Text.h"
 #include "Views/Dashboard/DashboardFigures.h"
@@ -49,8 +49,8 @@ protected:
 // The dashboard's own ground shows through, and Tab goes past it to what it holds.
 QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
 {
-    readScrollAreasWhole();
     auto *const area = new SidewaysScrollArea(parent);
+    readScrollAreaWhole(*area);
     area->setObjectName(QStringLiteral("yearScrollArea"));
     area->setFrameShape(QFrame::NoFrame);
     area->setFocusPolicy(Qt::NoFocus);

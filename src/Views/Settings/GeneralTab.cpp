@@ -6,6 +6,7 @@
 #include "Models/AppSettings.h"
 #include "Services/LaunchAtLogin.h"
 #include "Services/Streak/StreakManager.h"
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Picker.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Switch.h"
@@ -56,6 +57,7 @@ GeneralTab::GeneralTab(AppSettings &settings, StreakManager &streakManager, Laun
     , m_launchAtLogin(launchAtLogin)
     , m_rendering([this] { render(); })
 {
+    readScrollAreaWhole(*this);
     setObjectName(QStringLiteral("generalTab"));
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

@@ -3,6 +3,7 @@
 
 #include "Views/Settings/RowList.h"
 
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/TintedGround.h"
 #include "Views/Settings/ListRow.h"
@@ -37,6 +38,7 @@ RowList::RowList(std::function<ListRow *(QWidget *)> makeRow, std::function<void
     , m_makeRow(std::move(makeRow))
     , m_fillRow(std::move(fillRow))
 {
+    setAccessibleRole(*this, QAccessible::Grouping);
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
     viewport()->setAutoFillBackground(false);

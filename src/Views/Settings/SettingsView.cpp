@@ -3,8 +3,7 @@
 
 #include "Views/Settings/SettingsView.h"
 
-#include "Views/Controls/AccessibleScrollArea.h"
-#include "Views/Controls/AccessibleWindow.h"
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Divider.h"
 #include "Views/Controls/MnemonicStyle.h"
 #include "Views/Controls/Style.h"
@@ -40,8 +39,7 @@ SettingsView::SettingsView(const SettingsWorld &world, QWidget *parent)
     , m_folderActions(
           std::make_unique<WatchedFolderActions>(world.settings, world.streakManager, world.folderChooser, *this))
 {
-    readAsWindow();
-    readScrollAreasWhole();
+    setAccessibleRole(*this, QAccessible::Window);
     MnemonicStyle::install();
     setObjectName(QStringLiteral("settings"));
     setWindowTitle(tr("Settings"));
