@@ -3,18 +3,147 @@
 
 #include "Views/Dashboard/DayStrip.h"
 
-#include "Views/Dashboard/DayColumn.h"
+#include "Platform/DateTexts.h"
+#include "Views/Controls/Accessibility.h"
+
+#include <QFontMetrics>
+#include <QPainter>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace velquarin {
 
 namespace {
 
+QFont smallFont(QFont::Weight weight = QFont::Normal)
+{
+    return style::font(style::TypeStyle::Caption2, weight);
+}
+
+int gap()
+{
+    return style::points(4);
+}
+
 constexpr qsizetype daysOfAWeek = 7;
 
 }  // namespace
+
+DayShade colorForCount(qint64 count)
+{
+    using style::Accent;
+    constexpr std::array<DayShade, 5> shades{
+        {{Accent::Grey, 0.2}, {Accent::Green, 0.4}, {Accent::Green, 0.6}, {Accent::Green, 0.8}, {Accent::Green, 1.0}}};
+    return shades.at(std::size_t(style::countBand(count)));
+}
+
+DayColumn::DayColumn(QWidget *parent)
+    : QWidget(parent)
+{
+    setAccessibleRole(*this, QAccessible::StaticText);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void DayColumn::setDay(const CommitDay &day, const DateTexts &texts, const Calendar &calendar, Instant now)
+{
+    const auto weekday = texts.weekday(day.date);
+    const bool isToday = calendar.isSameDay(day.date, now);
+    if (weekday == m_weekday && day.commitCount == m_count && isToday == m_isToday)
+        return;
+    m_weekday = weekday;
+    m_count = day.commitCount;
+    m_isToday = isToday;
+    setAccessibleName(QStringLiteral("%1, %2").arg(m_weekday, QString::number(m_count)));
+    update();
+}
+
+void DayColumn::setOffset(double offset)
+{
+    if (qFuzzyCompare(1 + offset, 1 + m_offset))
+        return;
+    m_offset = offset;
+    update();
+}
+
+int DayColumn::squareSize()
+{
+    return style::points(32);
+}
+
+QSize DayColumn::sizeHint() const
+{
+    const auto height = QFontMetrics(smallFont()).height() + gap() + squareSize() + gap() + style::points(4);
+    return {squareSize(), height};
+}
+
+void DayColumn::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(style::onWholePixels(painter, {m_offset, 0, 1, 1}).left(), 0);
+    paintWeekday(painter);
+    paintSquare(painter);
+    if (m_count >= 1)
+        paintCount(painter);
+    if (m_isToday)
+        paintDot(painter);
+}
+
+QRect DayColumn::weekdayRect() const
+{
+    return {0, 0, width(), QFontMetrics(smallFont()).height()};
+}
+
+QRect DayColumn::squareRect() const
+{
+    return {(width() - squareSize()) / 2, weekdayRect().bottom() + 1 + gap(), squareSize(), squareSize()};
+}
+
+QRect DayColumn::dotRect() const
+{
+    const auto size = style::points(4);
+    return {(width() - size) / 2, squareRect().bottom() + 1 + gap(), size, size};
+}
+
+void DayColumn::paintWeekday(QPainter &painter) const
+{
+    painter.setFont(smallFont());
+    painter.setPen(style::ink(palette(), style::Ink::Secondary));
+    painter.setLayoutDirection(style::readingDirection(m_weekday));
+    const auto shown = painter.fontMetrics().elidedText(m_weekday, Qt::ElideRight, width());
+    painter.drawText(weekdayRect(), Qt::AlignCenter, shown);
+}
+
+void DayColumn::paintSquare(QPainter &painter) const
+{
+    const auto shade = colorForCount(m_count);
+    auto color = style::accent(palette(), shade.accent);
+    color.setAlphaF(float(shade.opacity));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRoundedRect(style::onWholePixels(painter, squareRect()), style::points(4), style::points(4));
+}
+
+void DayColumn::paintCount(QPainter &painter) const
+{
+    auto font = smallFont(QFont::DemiBold);
+    const auto text = QString::number(m_count);
+    const auto room = squareSize() - style::points(5);
+    while (QFontMetrics(font).horizontalAdvance(text) > room && font.pixelSize() > 1)
+        font.setPixelSize(font.pixelSize() - 1);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(squareRect(), Qt::AlignCenter, text);
+}
+
+void DayColumn::paintDot(QPainter &painter) const
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(style::accent(palette(), style::Accent::Blue));
+    painter.drawEllipse(style::onWholePixels(painter, dotRect()));
+}
 
 DayStrip::DayStrip(QWidget *parent)
     : QWidget(parent)

@@ -6,7 +6,7 @@
 #include "Platform/DateTexts.h"
 #include "Platform/FileViewer.h"
 #include "Platform/PluralForm.h"
-#include "Views/Controls/SymbolView.h"
+#include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
 
 #include <QHBoxLayout>

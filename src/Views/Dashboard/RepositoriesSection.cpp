@@ -5,7 +5,6 @@
 
 #include "Platform/PluralForm.h"
 #include "Views/Controls/Text.h"
-#include "Views/Dashboard/DashboardFigures.h"
 #include "Views/Dashboard/RepoRow.h"
 
 #include <QHBoxLayout>
@@ -34,6 +33,11 @@ QWidget *makePlaceholder(QWidget *parent)
 }
 
 }  // namespace
+
+qsizetype repositoriesLeftOut(qsizetype repositories)
+{
+    return std::max(repositories - longestRepositoryList, qsizetype(0));
+}
 
 RepositoriesSection::RepositoriesSection(FileViewer &viewer, QWidget *parent)
     : QWidget(parent)

@@ -18,6 +18,12 @@ class FileViewer;
 class RepoRow;
 class Text;
 
+//! How many repositories the dashboard lists.
+constexpr qsizetype longestRepositoryList = 10;
+
+//! How many of @p repositories the list leaves out.
+[[nodiscard]] qsizetype repositoriesLeftOut(qsizetype repositories);
+
 //! The first repositories of the list, and how many more there are.
 class RepositoriesSection : public QWidget
 {

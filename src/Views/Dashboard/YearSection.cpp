@@ -7,7 +7,6 @@
 #include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Text.h"
-#include "Views/Dashboard/DashboardFigures.h"
 #include "Views/Dashboard/SectionButton.h"
 #include "Views/Dashboard/YearHeatmapView.h"
 
@@ -82,6 +81,16 @@ Text *makeCaption(QWidget *parent)
 }
 
 }  // namespace
+
+YearTotals yearTotals(const DayCounts &yearHistory)
+{
+    YearTotals totals;
+    for (const auto count : yearHistory) {
+        totals.commits += count;
+        totals.activeDays += count >= 1 ? 1 : 0;
+    }
+    return totals;
+}
 
 YearSection::YearSection(QWidget *parent)
     : QWidget(parent)

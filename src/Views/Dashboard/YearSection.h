@@ -17,6 +17,17 @@ class SectionButton;
 class Text;
 class YearHeatmapView;
 
+//! The sums below the heat map.
+struct YearTotals
+{
+    qint64 commits = 0;     //!< of all days
+    qint64 activeDays = 0;  //!< days with at least one commit
+    friend bool operator==(const YearTotals &, const YearTotals &) = default;
+};
+
+//! The totals of all of @p yearHistory, which holds two years: more than the heat map above them shows.
+[[nodiscard]] YearTotals yearTotals(const DayCounts &yearHistory);
+
 //! The heat map of a year, its totals, and the way back to the week.
 class YearSection : public QWidget
 {

@@ -8,11 +8,9 @@
 #include "Views/Controls/ProgressLine.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Text.h"
-#include "Views/Settings/EmptyPanel.h"
+#include "Views/Settings/RecordRow.h"
 #include "Views/Settings/RepositoryActions.h"
-#include "Views/Settings/RepositoryRow.h"
 #include "Views/Settings/RowList.h"
-#include "Views/Settings/TabColumn.h"
 #include "Views/Settings/TabParts.h"
 
 #include <QBoxLayout>

@@ -31,13 +31,13 @@ constexpr double paddingOfTabs = 4;
 
 }  // namespace
 
-SettingsView::SettingsView(const SettingsWorld &world, QWidget *parent)
+SettingsView::SettingsView(const SettingsServices &services, QWidget *parent)
     : QWidget(parent)
-    , m_world(world)
-    , m_repositoryActions(std::make_unique<RepositoryActions>(world.settings, world.streakManager, world.gitService,
-                                                              world.folderChooser, *this))
-    , m_folderActions(
-          std::make_unique<WatchedFolderActions>(world.settings, world.streakManager, world.folderChooser, *this))
+    , m_services(services)
+    , m_repositoryActions(std::make_unique<RepositoryActions>(services.settings, services.streakManager,
+                                                              services.gitService, services.folderChooser, *this))
+    , m_folderActions(std::make_unique<WatchedFolderActions>(services.settings, services.streakManager,
+                                                             services.folderChooser, *this))
 {
     setAccessibleRole(*this, QAccessible::Window);
     MnemonicStyle::install();
@@ -70,10 +70,12 @@ void SettingsView::build()
     column->addWidget(m_pages);
 
     addTab(tr("&Repositories"), QStringLiteral("folder"),
-           new RepositoriesTab(m_world.settings, *m_repositoryActions, m_pages));
-    addTab(tr("&Auto-Discover"), QStringLiteral("eye"), new WatchedFoldersTab(m_world, *m_folderActions, m_pages));
+           new RepositoriesTab(m_services.settings, *m_repositoryActions, m_pages));
+    addTab(tr("&Auto-Discover"), QStringLiteral("eye"),
+           new WatchedFoldersTab(m_services.settings, m_services.streakManager, m_services.clock, m_services.readLocale,
+                                 *m_folderActions, m_pages));
     addTab(tr("&General"), QStringLiteral("gear"),
-           new GeneralTab(m_world.settings, m_world.streakManager, m_world.launchAtLogin, m_pages));
+           new GeneralTab(m_services.settings, m_services.streakManager, m_services.launchAtLogin, m_pages));
     connect(m_strip, &TabStrip::currentChanged, m_pages, &QStackedWidget::setCurrentIndex);
 }
 

@@ -14,13 +14,10 @@
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Switch.h"
 #include "Views/Controls/Text.h"
-#include "Views/Settings/EmptyPanel.h"
+#include "Views/Settings/RecordRow.h"
 #include "Views/Settings/RowList.h"
-#include "Views/Settings/SettingsWorld.h"
-#include "Views/Settings/TabColumn.h"
 #include "Views/Settings/TabParts.h"
 #include "Views/Settings/WatchedFolderActions.h"
-#include "Views/Settings/WatchedFolderRow.h"
 
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -42,12 +39,14 @@ TextLook quiet()
 
 }  // namespace
 
-WatchedFoldersTab::WatchedFoldersTab(const SettingsWorld &world, WatchedFolderActions &actions, QWidget *parent)
+WatchedFoldersTab::WatchedFoldersTab(AppSettings &settings, StreakManager &streakManager, const Clock &clock,
+                                     std::function<QByteArray()> readLocale, WatchedFolderActions &actions,
+                                     QWidget *parent)
     : QWidget(parent)
-    , m_settings(world.settings)
-    , m_streakManager(world.streakManager)
-    , m_clock(world.clock)
-    , m_readLocale(world.readLocale)
+    , m_settings(settings)
+    , m_streakManager(streakManager)
+    , m_clock(clock)
+    , m_readLocale(std::move(readLocale))
     , m_actions(actions)
     , m_rendering([this] { render(); })
 {

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Views/Dashboard/DashboardFigures.h"
-
 #include "support/Strict.h"
 #include "support/TestProgram.h"
-#include "Views/Dashboard/DayColumn.h"
+#include "Views/Dashboard/DayStrip.h"
+#include "Views/Dashboard/RepositoriesSection.h"
+#include "Views/Dashboard/YearSection.h"
 
 #include <QTest>
 

@@ -11,15 +11,14 @@
 #include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
 #include "Views/Controls/Divider.h"
-#include "Views/Controls/IconButton.h"
+#include "Views/Controls/PlainButton.h"
 #include "Views/Controls/Style.h"
-#include "Views/Controls/SymbolView.h"
+#include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
-#include "Views/Dashboard/DayColumn.h"
+#include "Views/Dashboard/DayStrip.h"
 #include "Views/Dashboard/FooterSection.h"
 #include "Views/Dashboard/HeaderSection.h"
 #include "Views/Dashboard/RepoRow.h"
-#include "Views/Dashboard/StatRow.h"
 #include "Views/Dashboard/YearHeatmapView.h"
 
 #include <QApplication>
