@@ -5,9 +5,9 @@
 #include "Platform/Calendar.h"
 #include "Platform/Instant.h"
 #include "Platform/Timers.h"
+#include "Views/Controls/Rendering.h"
 
 #include <QByteArray>
-#include <QFont>
 #include <QWidget>
 
 #include <functional>
@@ -58,10 +58,9 @@ protected:
 
 private:
     void observe();
-    void renderSoon();
-    void renderAnew();
+    void render();
+    void rebuild();
     void buildSections();
-    void discardSections();
     void placeSections(QVBoxLayout *column);
     void connectSections();
     void renderSections(const Calendar &calendar, Instant now);
@@ -91,9 +90,8 @@ private:
     std::unique_ptr<DateTexts> m_texts;
     QByteArray m_locale;
     std::optional<Calendar> m_calendar;
-    QFont m_builtFor;
-    bool m_isRenderingDue = false;
-    bool m_areSectionsStale = false;
+    Rendering m_rendering;
+    Rebuilding m_rebuilding;
     std::unique_ptr<Timer> m_second;
     std::unique_ptr<Timer> m_nextDay;
 };

@@ -14,7 +14,6 @@
 #include "Views/Settings/WatchedFolderActions.h"
 #include "Views/Settings/WatchedFoldersTab.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -38,6 +37,7 @@ SettingsView::SettingsView(const SettingsServices &services, QWidget *parent)
                                                               services.gitService, services.folderChooser, *this))
     , m_folderActions(std::make_unique<WatchedFolderActions>(services.settings, services.streakManager,
                                                              services.folderChooser, *this))
+    , m_rebuilding([this] { rebuild(); })
 {
     setAccessibleRole(*this, QAccessible::Window);
     MnemonicStyle::install();
@@ -58,7 +58,7 @@ SettingsView::~SettingsView()
 
 void SettingsView::build()
 {
-    m_builtFor = QApplication::font();
+    m_rebuilding.noteFont();
     setFixedSize(style::points(contentWidth), style::points(contentHeight));
     m_strip = new TabStrip(this);
     m_pages = new QStackedWidget(this);
@@ -85,14 +85,11 @@ void SettingsView::addTab(const QString &title, const QString &symbol, QWidget *
     m_pages->addWidget(content);
 }
 
-// All sizes follow the desktop's font: another one builds all anew, and leaves the user where he was.
+// The user stays at the same tab.
 void SettingsView::rebuild()
 {
     const auto tab = m_strip->currentIndex();
-    while (auto *const item = layout()->takeAt(0)) {
-        delete item->widget();
-        delete item;
-    }
+    discardContent(*layout());
     build();
     m_strip->setCurrentIndex(tab);
 }
@@ -115,7 +112,7 @@ void SettingsView::keyPressEvent(QKeyEvent *event)
         QWidget::keyPressEvent(event);
 }
 
-// Nothing has the focus at first: the toolkit would ring the first tab before anybody has touched a key.
+// Nothing has the focus at first: Qt would ring the first tab before anybody has touched a key.
 void SettingsView::showEvent(QShowEvent *event)
 {
     if (!event->spontaneous()) {
@@ -137,9 +134,7 @@ void SettingsView::hideEvent(QHideEvent *event)
 void SettingsView::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    const bool isOtherFont = event->type() == QEvent::FontChange && QApplication::font() != m_builtFor;
-    if (isOtherFont)
-        QMetaObject::invokeMethod(this, &SettingsView::rebuild, Qt::QueuedConnection);
+    m_rebuilding.follow(*event);
     if (event->type() == QEvent::StyleChange)
         QMetaObject::invokeMethod(this, &MnemonicStyle::install, Qt::QueuedConnection);
 }

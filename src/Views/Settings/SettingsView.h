@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Views/Controls/Rendering.h"
+
 #include <QByteArray>
-#include <QFont>
 #include <QWidget>
 
 #include <functional>
@@ -61,7 +62,7 @@ private:
     std::unique_ptr<WatchedFolderActions> m_folderActions;
     TabStrip *m_strip = nullptr;
     QStackedWidget *m_pages = nullptr;
-    QFont m_builtFor;
+    Rebuilding m_rebuilding;
 };
 
 }  // namespace velquarin
