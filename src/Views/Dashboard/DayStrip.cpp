@@ -5,12 +5,13 @@
 
 #include "Platform/DateTexts.h"
 #include "Views/Controls/Accessibility.h"
+#include "Views/Controls/Style.h"
+#include "Views/Dashboard/DayColor.h"
 
 #include <QFontMetrics>
 #include <QPainter>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace velquarin {
@@ -30,14 +31,6 @@ int gap()
 constexpr qsizetype daysOfAWeek = 7;
 
 }  // namespace
-
-DayShade colorForCount(qint64 count)
-{
-    using style::Accent;
-    constexpr std::array<DayShade, 5> shades{
-        {{Accent::Grey, 0.2}, {Accent::Green, 0.4}, {Accent::Green, 0.6}, {Accent::Green, 0.8}, {Accent::Green, 1.0}}};
-    return shades.at(std::size_t(style::countBand(count)));
-}
 
 DayColumn::DayColumn(QWidget *parent)
     : QWidget(parent)
@@ -118,11 +111,8 @@ void DayColumn::paintWeekday(QPainter &painter) const
 
 void DayColumn::paintSquare(QPainter &painter) const
 {
-    const auto shade = colorForCount(m_count);
-    auto color = style::accent(palette(), shade.accent);
-    color.setAlphaF(float(shade.opacity));
     painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
+    painter.setBrush(colorForCount(m_count).in(palette()));
     painter.drawRoundedRect(style::onWholePixels(painter, squareRect()), style::points(4), style::points(4));
 }
 

@@ -4,7 +4,6 @@
 
 #include "Models/StreakData.h"
 #include "Platform/Calendar.h"
-#include "Views/Controls/Style.h"
 
 #include <QList>
 #include <QWidget>
@@ -12,17 +11,6 @@
 namespace velquarin {
 
 class DateTexts;
-
-//! How a day's square is filled.
-struct DayShade
-{
-    style::Accent accent = style::Accent::Grey;
-    double opacity = 0;
-    friend bool operator==(const DayShade &, const DayShade &) = default;
-};
-
-//! The shade of a day with so many commits: grey without any, and the fuller a green the more there are.
-[[nodiscard]] DayShade colorForCount(qint64 count);
 
 //! One day of the strip: its weekday, a square with its count, and a dot below today.
 class DayColumn : public QWidget

@@ -6,6 +6,7 @@
 #include "Platform/DateTexts.h"
 #include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
+#include "Views/Dashboard/DayColor.h"
 
 #include <QHelpEvent>
 #include <QKeyEvent>
@@ -31,13 +32,6 @@ QStringList toolTips(const HeatmapGrid &grid, const DateTexts &texts)
             all.append(toolTipOf(cell, texts));
     }
     return all;
-}
-
-QColor fill(const CellColor &color, const QPalette &palette)
-{
-    auto filled = color.accent ? style::accent(palette, *color.accent) : QColor(Qt::transparent);
-    filled.setAlphaF(static_cast<float>(color.opacity));
-    return filled;
 }
 
 // From now on the painter counts whole device pixels, although the widget may begin between two of them.
@@ -244,7 +238,7 @@ void YearHeatmapView::paintCells(QPainter &painter, const QRect &dirty) const
         if (!rectangleOf(index).intersects(dirty))
             continue;
         const auto &cell = cellAt(m_contents.grid, index);
-        painter.setBrush(fill(colorForCount(cell.count, cell.isInRange), palette()));
+        painter.setBrush(colorForCount(cell.count, cell.isInRange).in(palette()));
         painter.drawRoundedRect(shapes.cell(index), shapes.cornerRadius(), shapes.cornerRadius());
     }
     if (hasFocus() && m_current)
@@ -310,7 +304,7 @@ void YearHeatmapView::moveTo(int cell)
     announceCurrentCell();
 }
 
-// Queued, because the toolkit tells of the whole widget after focusInEvent() and would have the last word.
+// Queued, because Qt tells of the whole widget after focusInEvent() and would have the last word.
 void YearHeatmapView::announceCurrentCell()
 {
     const auto announce = [this] {
