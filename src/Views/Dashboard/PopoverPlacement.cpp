@@ -80,12 +80,12 @@ bool isUpright(PanelSide side)
 }
 
 // What is left of the screen for the popover: nothing of the panel, nothing of the item.
-QRect roomBeside(QPoint click, PanelSide side, const ScreenArea &screen, const PopoverWish &wish)
+QRect roomBeside(QPoint click, PanelSide side, const ScreenArea &screen, const PopoverDimensions &dimensions)
 {
     auto room = screen.available;
     // A panel that reserves its strip keeps the item within it.
     if (panelThickness(screen, side) == 0) {
-        const auto item = itemOnScreen(click, wish.item, screen.whole);
+        const auto item = itemOnScreen(click, dimensions.item, screen.whole);
         if (side == PanelSide::Top)
             room.setTop(std::max(room.top(), item.bottom() + 1));
         else if (side == PanelSide::Bottom)
@@ -95,7 +95,7 @@ QRect roomBeside(QPoint click, PanelSide side, const ScreenArea &screen, const P
         else
             room.setRight(std::min(room.right(), item.left() - 1));
     }
-    return room.adjusted(wish.gap, wish.gap, -wish.gap, -wish.gap);
+    return room.adjusted(dimensions.gap, dimensions.gap, -dimensions.gap, -dimensions.gap);
 }
 
 // The start of a stretch whose middle is at that point, moved inside of the bounds.
@@ -122,14 +122,14 @@ QPoint corner(QPoint click, QSize size, PanelSide side, const QRect &room)
 }
 
 // A scroll bar takes of the room itself, so that one can make the other necessary.
-PopoverPlace sizeWithin(QSize room, const PopoverWish &wish)
+PopoverPlace sizeWithin(QSize room, const PopoverDimensions &dimensions)
 {
-    const bool isTooWide = wish.width > room.width();
-    const auto contentHeight = wish.contentHeight + (isTooWide ? wish.scrollBar : 0);
+    const bool isTooWide = dimensions.width > room.width();
+    const auto contentHeight = dimensions.contentHeight + (isTooWide ? dimensions.scrollBar : 0);
     const bool scrolls = contentHeight > room.height();
-    const auto width = wish.width + (scrolls ? wish.scrollBar : 0);
-    const QSize wished(width, std::max(contentHeight, wish.leastHeight));
-    return {{QPoint(), wished.boundedTo(room)}, scrolls, width > room.width()};
+    const auto width = dimensions.width + (scrolls ? dimensions.scrollBar : 0);
+    const QSize whole(width, std::max(contentHeight, dimensions.leastHeight));
+    return {{QPoint(), whole.boundedTo(room)}, scrolls, width > room.width()};
 }
 
 Qt::Edge edgeOf(PanelSide side)
@@ -195,14 +195,14 @@ PanelSide panelSide(QPoint click, const ScreenArea &screen)
     return click.y() <= screen.whole.center().y() ? PanelSide::Top : PanelSide::Bottom;
 }
 
-PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens, const PopoverWish &wish)
+PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens, const PopoverDimensions &dimensions)
 {
     if (screens.isEmpty())
-        return {{click, QSize(wish.width, std::max(wish.contentHeight, wish.leastHeight))}};
+        return {{click, QSize(dimensions.width, std::max(dimensions.contentHeight, dimensions.leastHeight))}};
     const auto &screen = nearestScreen(click, screens);
     const auto side = panelSide(click, screen);
-    const auto room = roomBeside(click, side, screen, wish);
-    auto place = sizeWithin(room.size(), wish);
+    const auto room = roomBeside(click, side, screen, dimensions);
+    auto place = sizeWithin(room.size(), dimensions);
     place.rectangle.moveTo(corner(click, place.rectangle.size(), side, room));
     return place;
 }

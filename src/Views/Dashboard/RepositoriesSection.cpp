@@ -87,7 +87,7 @@ void RepositoriesSection::setRepositories(const QList<RepositoryStats> &reposito
     fillRows(repositories, texts, now);
 }
 
-// The focus moves before its row is hidden: the toolkit would hand it on to whatever comes next, the gear for one.
+// The focus moves before its row is hidden: Qt would hand it on to whatever comes next, the gear for one.
 void RepositoriesSection::fillRows(const QList<RepositoryStats> &repositories, const DateTexts &texts, Instant now)
 {
     auto *const focused = focusedRow();

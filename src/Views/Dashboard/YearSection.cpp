@@ -32,7 +32,7 @@ public:
     using QScrollArea::QScrollArea;
 
 protected:
-    // With Shift the toolkit would turn by pages, of which the year has not even two.
+    // With Shift Qt would turn by pages, of which the year has not even two.
     void wheelEvent(QWheelEvent *event) override
     {
         const auto angle = event->angleDelta();
@@ -66,7 +66,7 @@ QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
     return area;
 }
 
-// Written from the right the toolkit mirrors a point within what can be seen, not within all that is scrolled: it is
+// Written from the right Qt mirrors a point within what can be seen, not within all that is scrolled: it is
 // told where the point would have to be for that.
 void bringIntoSight(QScrollArea &area, QPoint point, int margin)
 {

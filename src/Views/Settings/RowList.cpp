@@ -192,7 +192,7 @@ void RowList::placeRows()
         orderRows();
 }
 
-// A screen reader comes to them as the toolkit has them stacked.
+// A screen reader comes to them as Qt has them stacked.
 void RowList::orderRows()
 {
     for (const auto index : neededRows())
@@ -228,7 +228,7 @@ ListRow *RowList::rowFor(QUuid id)
     return row;
 }
 
-// In the order of Tab its controls come where the list stands, not where the window ends. The toolkit orders only what
+// In the order of Tab its controls come where the list stands, not where the window ends. Qt orders only what
 // can have the focus.
 void RowList::watch(ListRow *row)
 {

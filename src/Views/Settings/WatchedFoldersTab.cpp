@@ -176,8 +176,8 @@ void WatchedFoldersTab::renderFolders()
     m_empty->setVisible(isEmpty);
 }
 
-// The time of day alone, of an earlier day too. The focus of a button that goes stays near it: the toolkit would take it
-// to the tabs.
+// The time of day alone, of an earlier day too. The focus of a button that goes stays near it: Qt would take it to the
+// tabs.
 void WatchedFoldersTab::renderScan()
 {
     const bool isScanning = m_streakManager.isScanning();

@@ -15,7 +15,7 @@ namespace {
 
 constexpr QRect fullHd(0, 0, 1920, 1080);
 
-PopoverWish wish(int contentHeight = 350)
+PopoverDimensions dimensions(int contentHeight = 350)
 {
     return {.width = 300, .contentHeight = contentHeight, .leastHeight = 350, .item = 24, .gap = 4, .scrollBar = 12};
 }
@@ -135,7 +135,7 @@ void TestPopoverPlacement::thePopoverLies()
     QFETCH(QPoint, click);
     QFETCH(ScreenArea, screen);
     QFETCH(QRect, expected);
-    QCOMPARE(placePopover(click, {screen}, wish()), (PopoverPlace{expected, false}));
+    QCOMPARE(placePopover(click, {screen}, dimensions()), (PopoverPlace{expected, false}));
 }
 
 void TestPopoverPlacement::contentDecidesTheHeight_data()
@@ -155,13 +155,13 @@ void TestPopoverPlacement::contentDecidesTheHeight()
     QFETCH(int, contentHeight);
     QFETCH(QRect, expected);
     QFETCH(bool, scrolls);
-    QCOMPARE(placePopover({1000, 14}, {topPanel}, wish(contentHeight)), (PopoverPlace{expected, scrolls}));
+    QCOMPARE(placePopover({1000, 14}, {topPanel}, dimensions(contentHeight)), (PopoverPlace{expected, scrolls}));
 }
 
 void TestPopoverPlacement::whatTheScreenCannotHoldIsScrolled()
 {
     const auto small = withPanels({0, 20, 0, 0}, {0, 0, 280, 240});
-    QCOMPARE(placePopover({100, 10}, {small}, wish()), (PopoverPlace{QRect(4, 24, 272, 212), true, true}));
+    QCOMPARE(placePopover({100, 10}, {small}, dimensions()), (PopoverPlace{QRect(4, 24, 272, 212), true, true}));
 }
 
 void TestPopoverPlacement::whatIsWiderThanTheScreenIsScrolledSideways_data()
@@ -182,7 +182,7 @@ void TestPopoverPlacement::whatIsWiderThanTheScreenIsScrolledSideways()
 {
     QFETCH(QSize, room);
     const auto screen = withPanels({0, 20, 0, 0}, {0, 0, room.width() + 8, room.height() + 28});
-    QTEST(placePopover({100, 10}, {screen}, wish(400)), "expected");
+    QTEST(placePopover({100, 10}, {screen}, dimensions(400)), "expected");
 }
 
 void TestPopoverPlacement::whereverTheClickIsThePopoverIsInsideAndTheItemFree_data()
@@ -205,7 +205,7 @@ void TestPopoverPlacement::whereverTheClickIsThePopoverIsInsideAndTheItemFree()
     for (int x = whole.left(); x <= whole.right(); x += 7) {
         for (int y = whole.top(); y <= whole.bottom(); y += 7) {
             const QPoint click(x, y);
-            const auto place = placePopover(click, {screen}, wish()).rectangle;
+            const auto place = placePopover(click, {screen}, dimensions()).rectangle;
             QVERIFY(screen.available.contains(place));
             // Items stand in panels, so a click elsewhere came from a menu.
             if (!panels.contains(click) && !screen.available.contains(click))
@@ -238,12 +238,12 @@ void TestPopoverPlacement::severalScreens()
     QFETCH(QList<ScreenArea>, screens);
     QFETCH(QPoint, click);
     QFETCH(QRect, expected);
-    QCOMPARE(placePopover(click, screens, wish()).rectangle, expected);
+    QCOMPARE(placePopover(click, screens, dimensions()).rectangle, expected);
 }
 
 void TestPopoverPlacement::withoutAnyScreenItIsAsLargeAsItLikes()
 {
-    QCOMPARE(placePopover({5, 6}, {}, wish(900)), (PopoverPlace{QRect(5, 6, 300, 900)}));
+    QCOMPARE(placePopover({5, 6}, {}, dimensions(900)), (PopoverPlace{QRect(5, 6, 300, 900)}));
 }
 
 void TestPopoverPlacement::theClickIs_data()
@@ -301,7 +301,7 @@ void TestPopoverPlacement::withoutAClickTheEndOfThePanelIsMeant()
     QFETCH(ScreenArea, screen);
     QFETCH(Qt::LayoutDirection, direction);
     QFETCH(QRect, expected);
-    QCOMPARE(placePopover(likelyItem(screen, direction), {screen}, wish()).rectangle, expected);
+    QCOMPARE(placePopover(likelyItem(screen, direction), {screen}, dimensions()).rectangle, expected);
 }
 
 void TestPopoverPlacement::itKeepsToTheEdges_data()
