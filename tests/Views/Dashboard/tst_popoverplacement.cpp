@@ -38,7 +38,6 @@ const ScreenArea topPanelAndDock = withPanels({64, 28, 0, 0});
 
 }  // namespace
 
-Q_DECLARE_METATYPE(velquarin::PanelSide)
 Q_DECLARE_METATYPE(velquarin::ScreenArea)
 Q_DECLARE_METATYPE(velquarin::PopoverPlace)
 
@@ -75,33 +74,33 @@ void TestPopoverPlacement::thePanelIsFound_data()
 {
     QTest::addColumn<QPoint>("click");
     QTest::addColumn<ScreenArea>("screen");
-    QTest::addColumn<PanelSide>("side");
-    const auto row = [](const char *name, QPoint click, const ScreenArea &screen, PanelSide side) {
+    QTest::addColumn<Qt::Edge>("side");
+    const auto row = [](const char *name, QPoint click, const ScreenArea &screen, Qt::Edge side) {
         QTest::newRow(name) << click << screen << side;
     };
-    row("at the top by its reserved strip", {1700, 14}, topPanel, PanelSide::Top);
-    row("at the bottom by its reserved strip", {1700, 1066}, bottomPanel, PanelSide::Bottom);
-    row("at the left by its reserved strip", {24, 1000}, leftPanel, PanelSide::Left);
-    row("at the right by its reserved strip", {1900, 1000}, rightPanel, PanelSide::Right);
-    row("at the left even at its upper end", {24, 10}, leftPanel, PanelSide::Left);
-    row("at the right even at its lower end", {1900, 1079}, rightPanel, PanelSide::Right);
-    row("at the top where a dock reserves the left", {1700, 14}, topPanelAndDock, PanelSide::Top);
-    row("at the left where another reserves the top", {30, 500}, topPanelAndDock, PanelSide::Left);
-    row("at the top where both cross", {30, 14}, topPanelAndDock, PanelSide::Top);
-    row("by the nearest edge where none is reserved: top", {1900, 10}, bare(), PanelSide::Top);
-    row("by the nearest edge where none is reserved: bottom", {1910, 1070}, bare(), PanelSide::Bottom);
-    row("by the nearest edge where none is reserved: left", {10, 500}, bare(), PanelSide::Left);
-    row("by the nearest edge where none is reserved: right", {1910, 500}, bare(), PanelSide::Right);
-    row("at the bottom although only the top is reserved", {1700, 1070}, topPanel, PanelSide::Bottom);
-    row("above, for a click in the upper half", {900, 500}, bare(), PanelSide::Top);
-    row("below, for a click in the lower half", {900, 600}, bare(), PanelSide::Bottom);
+    row("at the top by its reserved strip", {1700, 14}, topPanel, Qt::TopEdge);
+    row("at the bottom by its reserved strip", {1700, 1066}, bottomPanel, Qt::BottomEdge);
+    row("at the left by its reserved strip", {24, 1000}, leftPanel, Qt::LeftEdge);
+    row("at the right by its reserved strip", {1900, 1000}, rightPanel, Qt::RightEdge);
+    row("at the left even at its upper end", {24, 10}, leftPanel, Qt::LeftEdge);
+    row("at the right even at its lower end", {1900, 1079}, rightPanel, Qt::RightEdge);
+    row("at the top where a dock reserves the left", {1700, 14}, topPanelAndDock, Qt::TopEdge);
+    row("at the left where another reserves the top", {30, 500}, topPanelAndDock, Qt::LeftEdge);
+    row("at the top where both cross", {30, 14}, topPanelAndDock, Qt::TopEdge);
+    row("by the nearest edge where none is reserved: top", {1900, 10}, bare(), Qt::TopEdge);
+    row("by the nearest edge where none is reserved: bottom", {1910, 1070}, bare(), Qt::BottomEdge);
+    row("by the nearest edge where none is reserved: left", {10, 500}, bare(), Qt::LeftEdge);
+    row("by the nearest edge where none is reserved: right", {1910, 500}, bare(), Qt::RightEdge);
+    row("at the bottom although only the top is reserved", {1700, 1070}, topPanel, Qt::BottomEdge);
+    row("above, for a click in the upper half", {900, 500}, bare(), Qt::TopEdge);
+    row("below, for a click in the lower half", {900, 600}, bare(), Qt::BottomEdge);
 }
 
 void TestPopoverPlacement::thePanelIsFound()
 {
     QFETCH(QPoint, click);
     QFETCH(ScreenArea, screen);
-    QFETCH(PanelSide, side);
+    QFETCH(Qt::Edge, side);
     QCOMPARE(panelSide(click, screen), side);
 }
 
