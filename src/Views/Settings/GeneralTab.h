@@ -4,7 +4,11 @@
 
 #include "Views/Controls/Rendering.h"
 
+#include <QList>
 #include <QScrollArea>
+
+#include <functional>
+#include <utility>
 
 namespace velquarin {
 
@@ -24,13 +28,18 @@ public:
                QWidget *parent = nullptr);
 
 private:
+    //! A setting that is on or off.
+    struct Flag
+    {
+        std::function<bool()> get;
+        std::function<void(bool)> set;
+    };
+
     void buildForm();
-    QWidget *makeStartup(QWidget *form);
-    QWidget *makeDisplay(QWidget *form);
-    QWidget *makeNotifications(QWidget *form);
-    QWidget *makeRefresh(QWidget *form);
-    QWidget *makeAbout(QWidget *form);
-    void connectControls();
+    void addSwitches(QWidget &form);
+    Switch *addSwitch(QWidget &form, const QString &title, const QString &label, const Flag &flag);
+    void addRefreshPeriod(QWidget &form);
+    void addAbout(QWidget &form);
     void observe();
     void render();
     void choosePeriod(int index);
@@ -39,9 +48,7 @@ private:
     StreakManager &m_streakManager;
     LaunchAtLogin &m_launchAtLogin;
     Rendering m_rendering;
-    Switch *m_launch = nullptr;
-    Switch *m_count = nullptr;
-    Switch *m_reminder = nullptr;
+    QList<std::pair<Switch *, std::function<bool()>>> m_switches;
     Picker *m_period = nullptr;
 };
 
