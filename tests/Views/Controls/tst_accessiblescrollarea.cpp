@@ -38,7 +38,7 @@ private Q_SLOTS:
         Popover popover(new QWidget);
         const auto areas = popover.findChildren<QScrollArea *>();
         QCOMPARE(areas.size(), 1);
-        // The toolkit itself counts what is to be seen just now.
+        // Qt itself counts what is to be seen just now.
         const auto parts = areas.first()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
         QCOMPARE(accessible(*areas.first())->childCount(), parts.size());
     }
