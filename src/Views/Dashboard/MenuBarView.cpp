@@ -185,8 +185,10 @@ void MenuBarView::renderSections(const Calendar &calendar, Instant now)
 {
     const auto &texts = textsFor(calendar);
     renderHeader();
-    m_week->setDays(m_manager.commitHistory(), texts, calendar, now);
-    m_year->setHistory(m_manager.yearHistory(), texts, calendar, now);
+    if (m_manager.showYearView())
+        m_year->setHistory(m_manager.yearHistory(), texts, calendar, now);
+    else
+        m_week->setDays(m_manager.commitHistory(), texts, calendar, now);
     chooseSection();
     m_repositories->setRepositories(m_manager.repositoryStats(), texts, now);
     m_footer->setRefreshing(m_manager.isRefreshing());
