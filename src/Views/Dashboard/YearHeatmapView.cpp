@@ -162,7 +162,7 @@ int YearHeatmapView::todayX() const
     return today ? rectangleOf(*today).center().x() : 0;
 }
 
-std::optional<int> YearHeatmapView::cellUnder(QPoint position) const
+std::optional<int> YearHeatmapView::paintedChildAt(QPoint position) const
 {
     const auto onDevice = QPointF(position) * devicePixelRatioF();
     return shapes().cellAt({static_cast<int>(std::floor(onDevice.x())), static_cast<int>(std::floor(onDevice.y()))});
@@ -195,7 +195,7 @@ void YearHeatmapView::changeEvent(QEvent *event)
 
 bool YearHeatmapView::showToolTip(const QHelpEvent &help)
 {
-    const auto cell = cellUnder(help.pos());
+    const auto cell = paintedChildAt(help.pos());
     const auto text = cell ? textOf(*cell) : QString();
     if (text.isEmpty()) {
         QToolTip::hideText();

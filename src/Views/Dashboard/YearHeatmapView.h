@@ -33,10 +33,6 @@ public:
     [[nodiscard]] int cells() const { return cellCount(m_contents.grid); }
     [[nodiscard]] QString textOf(int cell) const { return m_contents.toolTips.value(cell); }
     [[nodiscard]] QRect rectangleOf(int cell) const;
-    [[nodiscard]] std::optional<int> cellUnder(QPoint position) const;
-
-    //! The square that the keys have reached, today's at first; nothing in an empty grid.
-    [[nodiscard]] std::optional<int> currentCell() const { return m_current; }
 
     //! The names of the months, oldest first, and where each is written.
     [[nodiscard]] QStringList labels() const;
@@ -46,7 +42,9 @@ public:
     //! of the months.
     [[nodiscard]] int paintedChildCount() const override { return cells() + int(m_contents.labels.size()); }
     [[nodiscard]] PaintedChild paintedChild(int index) override;
-    [[nodiscard]] std::optional<int> paintedChildAt(QPoint position) const override { return cellUnder(position); }
+    [[nodiscard]] std::optional<int> paintedChildAt(QPoint position) const override;
+
+    //! The square that the keys have reached, today's at first; nothing in an empty grid.
     [[nodiscard]] std::optional<int> currentPaintedChild() const override { return m_current; }
 
     [[nodiscard]] QSize sizeHint() const override;
