@@ -11,7 +11,6 @@
 #include "Views/Controls/Style.h"
 #include "Views/Dashboard/FooterSection.h"
 #include "Views/Dashboard/HeaderSection.h"
-#include "Views/Dashboard/RepoRow.h"
 #include "Views/Dashboard/RepositoriesSection.h"
 #include "Views/Dashboard/WeekSection.h"
 #include "Views/Dashboard/YearSection.h"

@@ -6,9 +6,12 @@
 
 #include <QList>
 #include <QScrollArea>
+#include <QWidget>
 
 #include <functional>
 #include <utility>
+
+class QBoxLayout;
 
 namespace velquarin {
 
@@ -17,6 +20,26 @@ class LaunchAtLogin;
 class Picker;
 class StreakManager;
 class Switch;
+class Text;
+
+//! A setting below a title, on a quietly tinted ground. Its row is set once.
+class FormSection : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit FormSection(const QString &title, QWidget *parent = nullptr);
+
+    void setRow(Switch *control);
+
+    //! A row with something at either edge.
+    void setRow(QWidget *leading, QWidget *trailing);
+
+private:
+    QBoxLayout *makeRow(int outset = 0);
+
+    Text *m_title;
+    QWidget *m_group;
+};
 
 //! The options that are not about repositories. Each control writes its value when it is moved, and follows the value
 //! when it changes elsewhere.

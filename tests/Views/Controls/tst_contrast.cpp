@@ -11,7 +11,7 @@
 #include "Views/Controls/Text.h"
 #include "Views/Dashboard/DayStrip.h"
 #include "Views/Dashboard/MenuBarView.h"
-#include "Views/Dashboard/RepoRow.h"
+#include "Views/Dashboard/RepositoriesSection.h"
 #include "Views/Dashboard/YearHeatmapView.h"
 #include "Views/Settings/RowList.h"
 

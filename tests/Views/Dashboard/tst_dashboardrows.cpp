@@ -16,7 +16,7 @@
 #include "Views/Dashboard/DayColor.h"
 #include "Views/Dashboard/DayStrip.h"
 #include "Views/Dashboard/HeaderSection.h"
-#include "Views/Dashboard/RepoRow.h"
+#include "Views/Dashboard/RepositoriesSection.h"
 
 #include <QApplication>
 #include <QFontMetrics>

@@ -18,7 +18,7 @@
 #include "Views/Dashboard/DayStrip.h"
 #include "Views/Dashboard/FooterSection.h"
 #include "Views/Dashboard/HeaderSection.h"
-#include "Views/Dashboard/RepoRow.h"
+#include "Views/Dashboard/RepositoriesSection.h"
 #include "Views/Dashboard/YearHeatmapView.h"
 
 #include <QApplication>
