@@ -49,13 +49,12 @@ bool holdsFocus(const QWidget *section)
 }
 
 // Shows one section in place of another. The keyboard's focus goes along.
-template <typename Entering, typename Leaving>
-void exchangeSections(Entering *entering, Leaving *leaving)
+void exchangeSections(QWidget *entering, QWidget *leaving)
 {
     const bool hadFocus = holdsFocus(leaving);
     entering->show();
     if (hadFocus)
-        entering->takeFocus();
+        entering->setFocus(Qt::OtherFocusReason);
     leaving->hide();
 }
 

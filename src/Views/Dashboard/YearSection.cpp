@@ -103,6 +103,7 @@ YearSection::YearSection(QWidget *parent)
 {
     setObjectName(QStringLiteral("year"));
     m_back->setObjectName(QStringLiteral("back"));
+    setFocusProxy(m_back);
     connect(m_back, &QAbstractButton::clicked, this, &YearSection::weekRequested);
     m_scrollArea->horizontalScrollBar()->setAccessibleName(m_heatmap->accessibleName());
     connect(m_heatmap, &YearHeatmapView::currentCellMoved, this,
@@ -163,11 +164,6 @@ void YearSection::showEvent(QShowEvent *event)
 void YearSection::scrollSoon()
 {
     QMetaObject::invokeMethod(this, &YearSection::scrollToToday, Qt::QueuedConnection);
-}
-
-void YearSection::takeFocus()
-{
-    m_back->setFocus(Qt::OtherFocusReason);
 }
 
 void YearSection::scrollToToday()
