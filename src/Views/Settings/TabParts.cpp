@@ -6,6 +6,7 @@
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
+#include "Views/Settings/RowList.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>
@@ -102,6 +103,15 @@ EmptyPanel::EmptyPanel(const Words &words, QWidget *parent)
     column->addSpacing(style::points(style::defaultSpacing) / 2);
     column->addWidget(m_button, 0, Qt::AlignHCenter);
     column->addStretch();
+}
+
+void showRecords(RowList &list, EmptyPanel &empty, const QList<QUuid> &ids, QWidget &next)
+{
+    if (ids.isEmpty() && list.isAncestorOf(list.window()->focusWidget()))
+        next.setFocus(Qt::OtherFocusReason);
+    list.setIds(ids);
+    list.setVisible(!ids.isEmpty());
+    empty.setVisible(ids.isEmpty());
 }
 
 }  // namespace velquarin

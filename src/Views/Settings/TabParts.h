@@ -14,6 +14,7 @@ class QWidget;
 
 namespace velquarin {
 
+class RowList;
 class Text;
 
 //! The column of a tab: default padding all round, 16 points between its parts. Where there is so much to say that the
@@ -71,5 +72,9 @@ public:
 private:
     QPushButton *m_button;
 };
+
+//! Shows @p list with those records, or @p empty in its place where there are none. A focus that the list then loses
+//! goes to @p next.
+void showRecords(RowList &list, EmptyPanel &empty, const QList<QUuid> &ids, QWidget &next);
 
 }  // namespace velquarin

@@ -159,21 +159,11 @@ void WatchedFoldersTab::observe()
 void WatchedFoldersTab::render()
 {
     m_isAutomatic->setChecked(m_settings.autoDiscoveryEnabled());
-    renderFolders();
+    m_shown = m_settings.watchedFolders();
+    showRecords(*m_list, *m_empty, idsOf(m_shown), *m_add);
     renderScan();
     renderDiscovered();
     showLine(*m_message, m_actions.validationError().value_or(QString()));
-}
-
-void WatchedFoldersTab::renderFolders()
-{
-    m_shown = m_settings.watchedFolders();
-    const bool isEmpty = m_shown.isEmpty();
-    if (isEmpty && m_list->isAncestorOf(window()->focusWidget()))
-        m_add->setFocus(Qt::OtherFocusReason);
-    m_list->setIds(idsOf(m_shown));
-    m_list->setVisible(!isEmpty);
-    m_empty->setVisible(isEmpty);
 }
 
 // The time of day alone, of an earlier day too. The focus of a button that goes stays near it: Qt would take it to the

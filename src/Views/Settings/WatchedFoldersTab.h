@@ -44,7 +44,6 @@ private:
     ListRow *makeRow(QWidget *parent);
     void observe();
     void render();
-    void renderFolders();
     void renderScan();
     void renderDiscovered();
     void change(QUuid id, const std::function<void(WatchedFolder &folder)> &edit);
