@@ -6,7 +6,7 @@
 #include "Platform/Linux/Process/SystemClock.h"
 #include "Platform/Linux/Process/TerminationSignals.h"
 #include "Platform/Linux/Session/SingleInstance.h"
-#include "Views/Controls/AccessibleApplication.h"
+#include "Views/Controls/Accessibility.h"
 
 #include <QApplication>
 #include <QLoggingCategory>

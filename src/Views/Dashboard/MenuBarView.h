@@ -6,9 +6,9 @@
 #include "Platform/DateTexts.h"
 #include "Platform/Instant.h"
 #include "Platform/Timers.h"
+#include "Views/Controls/Rendering.h"
 
 #include <QByteArray>
-#include <QFont>
 #include <QWidget>
 
 #include <functional>
@@ -55,10 +55,9 @@ protected:
 
 private:
     void observe();
-    void renderSoon();
-    void renderAnew();
+    void render();
+    void rebuild();
     void buildSections();
-    void discardSections();
     void placeSections(QVBoxLayout *column);
     void connectSections();
     void renderSections(const Calendar &calendar, Instant now);
@@ -88,9 +87,8 @@ private:
     std::unique_ptr<DateTexts> m_texts;
     QByteArray m_locale;
     std::optional<Calendar> m_calendar;
-    QFont m_builtFor;
-    bool m_isRenderingDue = false;
-    bool m_areSectionsStale = false;
+    Rendering m_rendering;
+    Rebuilding m_rebuilding;
     std::unique_ptr<Timer> m_second;
     std::unique_ptr<Timer> m_nextDay;
 };

@@ -86,7 +86,7 @@ private:
     void standAt(const QRect &place);
     void leaveFocusNowhere();
     [[nodiscard]] int contentHeight() const;
-    [[nodiscard]] PopoverWish wish() const;
+    [[nodiscard]] PopoverDimensions dimensions() const;
     void catchClicks();
     [[nodiscard]] bool wasJustDeactivated() const;
 

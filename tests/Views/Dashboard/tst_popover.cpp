@@ -612,7 +612,7 @@ void TestPopover::roundedCornersAreTransparent()
     QCOMPARE(image.pixelColor(150, 300), QColor(0x336699));
 }
 
-// Only the toolkit of an X11 desktop would do so.
+// Only Qt on X11 would do so.
 void TestPopover::noPressIsHandedOnWhenItCloses()
 {
     const Popover popover(new Content(200));

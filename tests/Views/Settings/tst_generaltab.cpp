@@ -9,7 +9,7 @@
 #include "Views/Controls/Switch.h"
 #include "Views/Controls/Text.h"
 #include "Views/Controls/TintedGround.h"
-#include "Views/Settings/FormSection.h"
+#include "Views/Settings/GeneralTab.h"
 
 #include "SettingsWindow.h"
 
