@@ -97,22 +97,19 @@ void LinuxStatusItem::moveToTray()
     moveTo(Place::Tray);
 }
 
+// Whoever begins to show what the watcher collects finds the item there; until then the tray has it too.
 void LinuxStatusItem::moveTo(Place place)
 {
     m_place = place;
-    showWhereItBelongs();
-}
-
-// Whoever begins to show what the watcher collects finds the item there; until then the tray has it too.
-void LinuxStatusItem::showWhereItBelongs()
-{
-    if (!m_appearance || m_place == Place::Unknown)
+    if (!m_appearance || place == Place::Unknown)
         return;
-    if (m_place == Place::Tray)
-        leaveBar();
-    else
+    if (place == Place::Tray) {
+        m_bar.reset();
+        m_barMenu.reset();
+    } else {
         standInBar();
-    if (m_place == Place::Bar)
+    }
+    if (place == Place::Bar)
         m_tray.reset();
     else
         showInTray();
@@ -136,12 +133,6 @@ void LinuxStatusItem::makeBar()
     m_bar = std::make_unique<SniStatusItem>(m_bus.connection(), m_iconThemePath, m_host, *m_appearance);
     connect(m_bar.get(), &SniStatusItem::activated, this, &StatusItem::activated);
     connect(m_bar.get(), &SniStatusItem::menuRequested, this, &LinuxStatusItem::popUpMenu);
-}
-
-void LinuxStatusItem::leaveBar()
-{
-    m_bar.reset();
-    m_barMenu.reset();
 }
 
 void LinuxStatusItem::showInTray()
@@ -168,7 +159,7 @@ void LinuxStatusItem::setAppearance(const StatusItemAppearance &appearance)
     if (m_tray)
         m_tray->setAppearance(appearance);
     if (isFirst)
-        showWhereItBelongs();
+        moveTo(m_place);
 }
 
 void LinuxStatusItem::setMenu(const QList<MenuEntry> &entries)

@@ -42,10 +42,8 @@ private:
     void moveToTray();
     void moveTo(Place place);
     void beSeen(bool isShownInBar);
-    void showWhereItBelongs();
     void standInBar();
     void makeBar();
-    void leaveBar();
     void showInTray();
     void updateBarMenu();
     void openFromMenu();
