@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "../Views/Settings/SettingsWindow.h"
 #include "App/StatusItemPlan.h"
 #include "App/Translations.h"
 #include "Platform/Linux/StatusItem/StatusMenu.h"
@@ -12,6 +11,7 @@
 #include "support/TestProgram.h"
 #include "Views/Dashboard/MenuBarView.h"
 #include "Views/Settings/ScanOutcome.h"
+#include "Views/Settings/SettingsWindow.h"
 
 #include <QApplication>
 #include <QCoreApplication>

@@ -15,7 +15,7 @@
 #include "Views/Dashboard/YearHeatmapView.h"
 #include "Views/Settings/ListRow.h"
 
-#include "Settings/SettingsWindow.h"
+#include "Views/Settings/SettingsWindow.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -11,7 +11,7 @@
 #include "Views/Dashboard/MenuBarView.h"
 #include "Views/Dashboard/YearHeatmapView.h"
 
-#include "Settings/SettingsWindow.h"
+#include "Views/Settings/SettingsWindow.h"
 
 #include <QApplication>
 #include <QComboBox>

@@ -6,7 +6,7 @@
 #include "support/TestProgram.h"
 #include "Views/Controls/Switch.h"
 
-#include "SettingsWindow.h"
+#include "Views/Settings/SettingsWindow.h"
 
 #include <QApplication>
 #include <QLabel>
