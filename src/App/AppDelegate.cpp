@@ -115,13 +115,13 @@ void AppDelegate::openSettings()
     if (m_popover)
         m_popover->hide();
     if (!m_settings)
-        m_settings = std::make_unique<SettingsView>(settingsWorld());
+        m_settings = std::make_unique<SettingsView>(settingsServices());
     m_settings->showNormal();
     m_settings->raise();
     m_settings->activateWindow();
 }
 
-SettingsWorld AppDelegate::settingsWorld()
+SettingsServices AppDelegate::settingsServices()
 {
     return {m_shared.appSettings(),
             *m_streakManager,

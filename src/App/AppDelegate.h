@@ -20,7 +20,7 @@ class SettingsView;
 class Shared;
 class StatusItem;
 class StreakObserver;
-struct SettingsWorld;
+struct SettingsServices;
 
 //! Holds the program together while it runs: the status item, the streak and what the user asks for. Main thread only.
 class AppDelegate : public QObject
@@ -60,7 +60,7 @@ private:
     void updateMenuBarDisplay(qint64 streak, bool isRefreshing, bool hasCommittedToday);
     void handleClick(QPoint position, const QString &activationToken);
     void togglePopover(QPoint position, const QString &activationToken);
-    [[nodiscard]] SettingsWorld settingsWorld();
+    [[nodiscard]] SettingsServices settingsServices();
     void refreshData();
     void quitApp() const;
 

@@ -44,7 +44,7 @@ NotificationService &Shared::notificationService()
 
 LaunchAtLogin &Shared::launchAtLogin()
 {
-    return madeOnce(m_launchAtLogin, m_platform.loginItem, m_platform.timers);
+    return madeOnce(m_launchAtLogin, m_platform.loginItem);
 }
 
 }  // namespace velquarin

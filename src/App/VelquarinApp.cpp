@@ -10,13 +10,12 @@
 #include "Platform/Linux/Process/TerminationSignals.h"
 #include "Platform/Linux/Session/SingleInstance.h"
 #include "Platform/Linux/StatusItem/LinuxStatusItem.h"
-#include "Platform/Linux/StatusItem/RepeatedClick.h"
 #include "Platform/Linux/Windows/DesktopColors.h"
 #include "Platform/Linux/Windows/FileManagerViewer.h"
 #include "Platform/Linux/Windows/FolderDialog.h"
-#include "Platform/Linux/Windows/InputTime.h"
 #include "Platform/Linux/Windows/LayerShell.h"
 #include "Platform/Linux/Windows/StartupNotification.h"
+#include "Platform/Linux/Windows/X11Display.h"
 #include "Views/Controls/Symbols.h"
 
 #include <QApplication>
@@ -96,7 +95,7 @@ void VelquarinApp::run()
                    folderChooser});
     AppDelegate delegate(
         shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, dataFolder(QStringLiteral("icons"))); },
-                 [] { QCoreApplication::quit(); }, &repeatRightClick, layerShellAnchoring()});
+                 [] { QCoreApplication::quit(); }, &x11RepeatRightClick, layerShellAnchoring()});
     QObject::connect(&instance, &SingleInstance::showRequested, &delegate, openingFor(delegate));
     QObject::connect(&notifications, &NotificationCenter::openRequested, &delegate, openingFor(delegate));
     const TerminationSignals signals([] { QCoreApplication::quit(); });
@@ -104,7 +103,7 @@ void VelquarinApp::run()
     delegate.applicationDidFinishLaunching();
     finishStartup(m_launchTokens.startupId);
     const auto status = QCoreApplication::exec();
-    notifications.withdrawAll(patienceWithServers);
+    notifications.withdrawAndWait(patienceWithServers);
     shared.gitService().stop(patienceAtTheEnd);
     preferences.flush(patienceAtTheEnd);
     end(status);

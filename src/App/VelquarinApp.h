@@ -7,10 +7,10 @@
 #include "Platform/Linux/Preferences/JsonPreferencesStore.h"
 #include "Platform/Linux/Process/BootTimeTimers.h"
 #include "Platform/Linux/Process/ChildProcessRunner.h"
-#include "Platform/Linux/Process/StandardOutput.h"
+#include "Platform/Linux/Process/StandardStreams.h"
 #include "Platform/Linux/Process/SystemClock.h"
-#include "Platform/Linux/Session/LaunchTokens.h"
 #include "Platform/Linux/Session/SessionBus.h"
+#include "Platform/Linux/Session/SingleInstance.h"
 
 namespace velquarin {
 

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "App/VelquarinApp.h"
-#include "Platform/Linux/Process/StandardDescriptors.h"
+#include "Platform/Linux/Process/StandardStreams.h"
+#include "Platform/Linux/Process/SystemClock.h"
 #include "Platform/Linux/Process/TerminationSignals.h"
-#include "Platform/Linux/Process/ZoneVariable.h"
-#include "Platform/Linux/Session/LaunchTokens.h"
-#include "Views/Controls/AccessibleApplication.h"
+#include "Platform/Linux/Session/SingleInstance.h"
+#include "Views/Controls/Accessibility.h"
 
 #include <QApplication>
 #include <QLoggingCategory>

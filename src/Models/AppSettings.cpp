@@ -8,56 +8,21 @@
 #include "Platform/PreferencesStore.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace velquarin {
 
 namespace {
 
-const QString repositoriesKey = QStringLiteral("trackedRepositories");
-const QString watchedFoldersKey = QStringLiteral("watchedFolders");
-const QString autoDiscoveryEnabledKey = QStringLiteral("autoDiscoveryEnabled");
-const QString refreshIntervalKey = QStringLiteral("refreshInterval");
-const QString showStreakKey = QStringLiteral("showStreakInMenuBar");
-const QString notifyStreakRiskKey = QStringLiteral("notifyOnStreakRisk");
-const QString lastAutoDiscoveryScanKey = QStringLiteral("lastAutoDiscoveryScan");
-
-constexpr double defaultRefreshInterval = 300.0;
-
-// Reads typed values, and remembers whether one was there that could not be read.
-class Reader
+// How a setting is stored, and what it is where nothing is stored that can be read and is usable.
+template <typename Value>
+struct Setting
 {
-public:
-    explicit Reader(const PreferencesStore &store)
-        : m_store(store)
-    {
-    }
-
-    template <typename Value>
-    std::optional<Value> value(const QString &key)
-    {
-        const auto stored = m_store.value(key);
-        const auto *typed = stored ? std::get_if<Value>(&*stored) : nullptr;
-        m_hasMetUnreadable |= stored && !typed;
-        return typed ? std::optional(*typed) : std::nullopt;
-    }
-
-    template <typename Record>
-    QList<Record> list(const QString &key, std::optional<QList<Record>> (*decode)(const QByteArray &))
-    {
-        const auto data = value<QByteArray>(key);
-        if (!data)
-            return {};
-        auto records = decode(*data);
-        m_hasMetUnreadable |= !records;
-        return std::move(records).value_or(QList<Record>());
-    }
-
-    [[nodiscard]] bool hasMetUnreadable() const { return m_hasMetUnreadable; }
-
-private:
-    const PreferencesStore &m_store;
-    bool m_hasMetUnreadable = false;
+    QString key;
+    Value AppSettings::*member;
+    Value standard;
+    bool (*isUsable)(const Value &value) = [](const Value & /*any*/) { return true; };
 };
 
 // Records are told apart by their ids, which nobody minds who copies one in the file by hand.
@@ -86,6 +51,53 @@ QList<Record> without(QList<Record> records, const QUuid &id)
     return records;
 }
 
+// Whether what is stored can be read as a value of that type, which is there then.
+template <typename Value>
+bool read(const PreferenceValue &stored, Value &value)
+{
+    const auto *typed = std::get_if<Value>(&stored);
+    if (typed)
+        value = *typed;
+    return typed != nullptr;
+}
+
+bool read(const PreferenceValue &stored, std::optional<Instant> &moment)
+{
+    return std::holds_alternative<Instant>(stored) && read(stored, moment.emplace());
+}
+
+template <typename Record>
+bool read(const PreferenceValue &stored, QList<Record> &list)
+{
+    const auto *data = std::get_if<QByteArray>(&stored);
+    auto records = data ? decodeRecords<Record>(*data) : std::nullopt;
+    if (!records)
+        return false;
+    list = withDifferentIds(*std::move(records));
+    return true;
+}
+
+template <typename Value>
+void write(PreferencesStore &store, const QString &key, const Value &value)
+{
+    store.set(key, value);
+}
+
+void write(PreferencesStore &store, const QString &key, const std::optional<Instant> &moment)
+{
+    if (moment)
+        store.set(key, *moment);
+    else
+        store.remove(key);
+}
+
+// A list goes over as a copy that shares its records: turning it into text is left to whoever writes it.
+template <typename Record>
+void write(PreferencesStore &store, const QString &key, const QList<Record> &list)
+{
+    store.setData(key, [list] { return encodeRecords(list); });
+}
+
 }  // namespace
 
 AppSettings::AppSettings(PreferencesStore &store, QObject *parent)
@@ -97,83 +109,39 @@ AppSettings::AppSettings(PreferencesStore &store, QObject *parent)
     save();
 }
 
+auto AppSettings::table()
+{
+    return std::tuple{
+        Setting<QList<TrackedRepository>>{
+            QStringLiteral("trackedRepositories"), &AppSettings::m_trackedRepositories, {}},
+        Setting<QList<WatchedFolder>>{QStringLiteral("watchedFolders"), &AppSettings::m_watchedFolders, {}},
+        Setting<bool>{QStringLiteral("autoDiscoveryEnabled"), &AppSettings::m_autoDiscoveryEnabled, true},
+        Setting<double>{QStringLiteral("refreshInterval"), &AppSettings::m_refreshInterval, 300.0,
+                        [](const double &seconds) { return seconds > 0.0; }},
+        Setting<bool>{QStringLiteral("showStreakInMenuBar"), &AppSettings::m_showStreakInMenuBar, true},
+        Setting<bool>{QStringLiteral("notifyOnStreakRisk"), &AppSettings::m_notifyOnStreakRisk, true},
+        Setting<std::optional<Instant>>{
+            QStringLiteral("lastAutoDiscoveryScan"), &AppSettings::m_lastAutoDiscoveryScan, {}},
+    };
+}
+
 // False where a stored value could not be read, which the save that follows is about to replace.
 bool AppSettings::load()
 {
-    Reader reader(m_store);
-    m_trackedRepositories = withDifferentIds(reader.list(repositoriesKey, &decodeTrackedRepositories));
-    m_watchedFolders = withDifferentIds(reader.list(watchedFoldersKey, &decodeWatchedFolders));
-    m_autoDiscoveryEnabled = reader.value<bool>(autoDiscoveryEnabledKey).value_or(true);
-    const auto interval = reader.value<double>(refreshIntervalKey).value_or(0.0);
-    m_refreshInterval = interval > 0.0 ? interval : defaultRefreshInterval;
-    m_showStreakInMenuBar = reader.value<bool>(showStreakKey).value_or(true);
-    m_notifyOnStreakRisk = reader.value<bool>(notifyStreakRiskKey).value_or(true);
-    m_lastAutoDiscoveryScan = reader.value<Instant>(lastAutoDiscoveryScanKey);
-    return !reader.hasMetUnreadable();
+    bool isAllReadable = true;
+    const auto loadRow = [&](const auto &row) {
+        auto value = row.standard;
+        const auto stored = m_store.value(row.key);
+        isAllReadable &= !stored || read(*stored, value);
+        this->*row.member = row.isUsable(value) ? value : row.standard;
+    };
+    std::apply([&](const auto &...rows) { (loadRow(rows), ...); }, table());
+    return isAllReadable;
 }
 
-// The lists go over as copies that share their records: turning them into text is left to whoever writes it.
 void AppSettings::save()
 {
-    m_store.setData(repositoriesKey, [list = m_trackedRepositories] { return encodeTrackedRepositories(list); });
-    m_store.setData(watchedFoldersKey, [list = m_watchedFolders] { return encodeWatchedFolders(list); });
-    m_store.set(autoDiscoveryEnabledKey, m_autoDiscoveryEnabled);
-    m_store.set(refreshIntervalKey, m_refreshInterval);
-    m_store.set(showStreakKey, m_showStreakInMenuBar);
-    m_store.set(notifyStreakRiskKey, m_notifyOnStreakRisk);
-    if (m_lastAutoDiscoveryScan)
-        m_store.set(lastAutoDiscoveryScanKey, *m_lastAutoDiscoveryScan);
-    else
-        m_store.remove(lastAutoDiscoveryScanKey);
-}
-
-void AppSettings::setTrackedRepositories(QList<TrackedRepository> repositories)
-{
-    Q_EMIT trackedRepositoriesWillChange(repositories);
-    m_trackedRepositories = std::move(repositories);
-    save();
-}
-
-void AppSettings::setWatchedFolders(QList<WatchedFolder> folders)
-{
-    Q_EMIT watchedFoldersWillChange(folders);
-    m_watchedFolders = std::move(folders);
-    save();
-}
-
-void AppSettings::setAutoDiscoveryEnabled(bool isEnabled)
-{
-    Q_EMIT autoDiscoveryEnabledWillChange(isEnabled);
-    m_autoDiscoveryEnabled = isEnabled;
-    save();
-}
-
-void AppSettings::setRefreshInterval(double seconds)
-{
-    Q_EMIT refreshIntervalWillChange(seconds);
-    m_refreshInterval = seconds;
-    save();
-}
-
-void AppSettings::setShowStreakInMenuBar(bool isShown)
-{
-    Q_EMIT showStreakInMenuBarWillChange(isShown);
-    m_showStreakInMenuBar = isShown;
-    save();
-}
-
-void AppSettings::setNotifyOnStreakRisk(bool isWanted)
-{
-    Q_EMIT notifyOnStreakRiskWillChange(isWanted);
-    m_notifyOnStreakRisk = isWanted;
-    save();
-}
-
-void AppSettings::setLastAutoDiscoveryScan(std::optional<Instant> moment)
-{
-    Q_EMIT lastAutoDiscoveryScanWillChange(moment);
-    m_lastAutoDiscoveryScan = moment;
-    save();
+    std::apply([&](const auto &...rows) { (write(m_store, rows.key, this->*rows.member), ...); }, table());
 }
 
 void AppSettings::addRepository(const QString &path, bool isAutoDiscovered)

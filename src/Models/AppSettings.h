@@ -11,6 +11,7 @@
 #include <QSet>
 
 #include <optional>
+#include <utility>
 
 namespace velquarin {
 
@@ -45,29 +46,50 @@ public:
 
     //! In the order in which they were added.
     [[nodiscard]] QList<TrackedRepository> trackedRepositories() const { return m_trackedRepositories; }
-    void setTrackedRepositories(QList<TrackedRepository> repositories);
+    void setTrackedRepositories(QList<TrackedRepository> repositories)
+    {
+        assign(m_trackedRepositories, std::move(repositories), &AppSettings::trackedRepositoriesWillChange);
+    }
 
     //! In the order in which they were added.
     [[nodiscard]] QList<WatchedFolder> watchedFolders() const { return m_watchedFolders; }
-    void setWatchedFolders(QList<WatchedFolder> folders);
+    void setWatchedFolders(QList<WatchedFolder> folders)
+    {
+        assign(m_watchedFolders, std::move(folders), &AppSettings::watchedFoldersWillChange);
+    }
 
     [[nodiscard]] bool autoDiscoveryEnabled() const { return m_autoDiscoveryEnabled; }
-    void setAutoDiscoveryEnabled(bool isEnabled);
+    void setAutoDiscoveryEnabled(bool isEnabled)
+    {
+        assign(m_autoDiscoveryEnabled, isEnabled, &AppSettings::autoDiscoveryEnabledWillChange);
+    }
 
     //! Seconds between two refreshes. Any value is taken as it is; one that is not above zero lasts only until
     //! the next start, which makes it 300.
     [[nodiscard]] double refreshInterval() const { return m_refreshInterval; }
-    void setRefreshInterval(double seconds);
+    void setRefreshInterval(double seconds)
+    {
+        assign(m_refreshInterval, seconds, &AppSettings::refreshIntervalWillChange);
+    }
 
     [[nodiscard]] bool showStreakInMenuBar() const { return m_showStreakInMenuBar; }
-    void setShowStreakInMenuBar(bool isShown);
+    void setShowStreakInMenuBar(bool isShown)
+    {
+        assign(m_showStreakInMenuBar, isShown, &AppSettings::showStreakInMenuBarWillChange);
+    }
 
     [[nodiscard]] bool notifyOnStreakRisk() const { return m_notifyOnStreakRisk; }
-    void setNotifyOnStreakRisk(bool isWanted);
+    void setNotifyOnStreakRisk(bool isWanted)
+    {
+        assign(m_notifyOnStreakRisk, isWanted, &AppSettings::notifyOnStreakRiskWillChange);
+    }
 
     //! Nothing where no scan was ever made.
     [[nodiscard]] std::optional<Instant> lastAutoDiscoveryScan() const { return m_lastAutoDiscoveryScan; }
-    void setLastAutoDiscoveryScan(std::optional<Instant> moment);
+    void setLastAutoDiscoveryScan(std::optional<Instant> moment)
+    {
+        assign(m_lastAutoDiscoveryScan, moment, &AppSettings::lastAutoDiscoveryScanWillChange);
+    }
 
     //! Adds an enabled repository at the end, named after the last component of @p path. One with exactly this
     //! path that is there already stays as it is, and nothing is saved.
@@ -98,16 +120,26 @@ Q_SIGNALS:
     void lastAutoDiscoveryScanWillChange(const std::optional<velquarin::Instant> &newValue);
 
 private:
+    //! One row a setting, in the order in which they are saved.
+    static auto table();
     [[nodiscard]] bool load();
     void save();
+
+    template <typename Value, typename Signal>
+    void assign(Value &member, Value value, Signal willChange)
+    {
+        Q_EMIT(this->*willChange)(value);
+        member = std::move(value);
+        save();
+    }
 
     PreferencesStore &m_store;
     QList<TrackedRepository> m_trackedRepositories;
     QList<WatchedFolder> m_watchedFolders;
-    bool m_autoDiscoveryEnabled = true;
+    bool m_autoDiscoveryEnabled = false;
     double m_refreshInterval = 0.0;
-    bool m_showStreakInMenuBar = true;
-    bool m_notifyOnStreakRisk = true;
+    bool m_showStreakInMenuBar = false;
+    bool m_notifyOnStreakRisk = false;
     std::optional<Instant> m_lastAutoDiscoveryScan;
 };
 

@@ -8,21 +8,36 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <tuple>
+#include <utility>
 
 namespace velquarin {
 
 namespace {
 
-const QString idMember = QStringLiteral("id");
-const QString pathMember = QStringLiteral("path");
-const QString nameMember = QStringLiteral("name");
-const QString isEnabledMember = QStringLiteral("isEnabled");
-const QString isAutoDiscoveredMember = QStringLiteral("isAutoDiscovered");
-const QString maxDepthMember = QStringLiteral("maxDepth");
-
-QString textOf(const QUuid &id)
+// The members of a record, under their names in the file.
+constexpr auto membersOf(const TrackedRepository * /*any*/)
 {
-    return id.toString(QUuid::WithoutBraces).toUpper();
+    return std::tuple{std::pair{"id", &TrackedRepository::id}, std::pair{"path", &TrackedRepository::path},
+                      std::pair{"name", &TrackedRepository::name},
+                      std::pair{"isEnabled", &TrackedRepository::isEnabled},
+                      std::pair{"isAutoDiscovered", &TrackedRepository::isAutoDiscovered}};
+}
+
+constexpr auto membersOf(const WatchedFolder * /*any*/)
+{
+    return std::tuple{std::pair{"id", &WatchedFolder::id}, std::pair{"path", &WatchedFolder::path},
+                      std::pair{"name", &WatchedFolder::name}, std::pair{"isEnabled", &WatchedFolder::isEnabled},
+                      std::pair{"maxDepth", &WatchedFolder::maxDepth}};
+}
+
+// Calls @p visit for each of them with its name and its place in the record, until one answers false.
+template <typename Record, typename Visit>
+bool allMembers(Record &record, const Visit &visit)
+{
+    return std::apply(
+        [&](const auto &...members) { return (visit(QLatin1String(members.first), record.*members.second) && ...); },
+        membersOf(&record));
 }
 
 bool isHexadecimal(QChar character)
@@ -40,94 +55,74 @@ bool isIdText(const QString &text)
     });
 }
 
-std::optional<QString> stringIn(const QJsonValue &value)
-{
-    // What cannot be written again must not be taken in: it would keep its whole list from being saved.
-    if (!value.isString() || !value.toString().isValidUtf16())
-        return std::nullopt;
-    return value.toString();
-}
-
-std::optional<QUuid> idIn(const QJsonValue &value)
+// Whether the value is one for that member, which then has it.
+bool take(const QJsonValue &value, QUuid &id)
 {
     const auto text = value.toString();
-    if (!isIdText(text))
-        return std::nullopt;
-    return QUuid(text);
+    id = QUuid(text);
+    return isIdText(text);
 }
 
-std::optional<bool> boolIn(const QJsonValue &value)
+// What cannot be written again must not be taken in: it would keep its whole list from being saved.
+bool take(const QJsonValue &value, QString &text)
 {
-    if (!value.isBool())
-        return std::nullopt;
-    return value.toBool();
+    text = value.toString();
+    return value.isString() && text.isValidUtf16();
+}
+
+bool take(const QJsonValue &value, bool &flag)
+{
+    flag = value.toBool();
+    return value.isBool();
 }
 
 // A number that is no integer of 64 bits answers with whichever default it is offered.
-std::optional<qint64> integerIn(const QJsonValue &value)
+bool take(const QJsonValue &value, qint64 &number)
 {
-    if (!value.isDouble() || value.toInteger(0) != value.toInteger(1))
-        return std::nullopt;
-    return value.toInteger();
+    number = value.toInteger(0);
+    return value.isDouble() && number == value.toInteger(1);
 }
 
-std::optional<TrackedRepository> repositoryIn(const QJsonObject &object)
+// Undefined for a text that JSON cannot hold.
+QJsonValue jsonOf(const QString &text)
 {
-    const auto id = idIn(object.value(idMember));
-    const auto path = stringIn(object.value(pathMember));
-    const auto name = stringIn(object.value(nameMember));
-    const auto isEnabled = boolIn(object.value(isEnabledMember));
-    const auto isAutoDiscovered = boolIn(object.value(isAutoDiscoveredMember));
-    if (!id || !path || !name || !isEnabled || !isAutoDiscovered)
-        return std::nullopt;
-    return TrackedRepository{*id, *path, *name, *isEnabled, *isAutoDiscovered};
+    return text.isValidUtf16() ? QJsonValue(text) : QJsonValue(QJsonValue::Undefined);
 }
 
-std::optional<WatchedFolder> folderIn(const QJsonObject &object)
+QJsonValue jsonOf(const QUuid &id)
 {
-    const auto id = idIn(object.value(idMember));
-    const auto path = stringIn(object.value(pathMember));
-    const auto name = stringIn(object.value(nameMember));
-    const auto isEnabled = boolIn(object.value(isEnabledMember));
-    const auto maxDepth = integerIn(object.value(maxDepthMember));
-    if (!id || !path || !name || !isEnabled || !maxDepth)
-        return std::nullopt;
-    return WatchedFolder{*id, *path, *name, *isEnabled, *maxDepth};
+    return id.toString(QUuid::WithoutBraces).toUpper();
 }
 
-QJsonObject objectFor(const TrackedRepository &repository)
+template <typename Value>
+QJsonValue jsonOf(Value value)
 {
-    return {{idMember, textOf(repository.id)},
-            {pathMember, repository.path},
-            {nameMember, repository.name},
-            {isEnabledMember, repository.isEnabled},
-            {isAutoDiscoveredMember, repository.isAutoDiscovered}};
+    return value;
 }
 
-QJsonObject objectFor(const WatchedFolder &folder)
-{
-    return {{idMember, textOf(folder.id)},
-            {pathMember, folder.path},
-            {nameMember, folder.name},
-            {isEnabledMember, folder.isEnabled},
-            {maxDepthMember, folder.maxDepth}};
-}
+}  // namespace
 
 template <typename Record>
-std::optional<QByteArray> encode(const QList<Record> &records)
+std::optional<QByteArray> encodeRecords(const QList<Record> &records)
 {
     QJsonArray array;
     for (const auto &record : records) {
-        if (!record.path.isValidUtf16() || !record.name.isValidUtf16())
+        QJsonObject object;
+        const auto put = [&](QLatin1String name, const auto &value) {
+            const auto json = jsonOf(value);
+            object.insert(name, json);
+            return !json.isUndefined();
+        };
+        if (!allMembers(record, put))
             return std::nullopt;
-        array.append(objectFor(record));
+        array.append(object);
     }
     // A byte-order mark that stands first in a text would be swallowed when it is read, unless it is escaped.
     return QJsonDocument(array).toJson(QJsonDocument::Compact).replace("\xEF\xBB\xBF", "\\uFEFF");
 }
 
 template <typename Record>
-std::optional<QList<Record>> decode(const QByteArray &json, std::optional<Record> (*recordIn)(const QJsonObject &))
+std::optional<QList<Record>> decodeRecords(const QByteArray &json)
 {
     const auto document = QJsonDocument::fromJson(json);
     if (!document.isArray())
@@ -135,34 +130,18 @@ std::optional<QList<Record>> decode(const QByteArray &json, std::optional<Record
     QList<Record> records;
     for (const auto element : document.array()) {
         // An element that is no object reads as an empty one, which lacks every member.
-        auto record = recordIn(element.toObject());
-        if (!record)
+        const auto object = element.toObject();
+        Record record;
+        if (!allMembers(record, [&](QLatin1String name, auto &member) { return take(object.value(name), member); }))
             return std::nullopt;
-        records.append(*std::move(record));
+        records.append(std::move(record));
     }
     return records;
 }
 
-}  // namespace
-
-std::optional<QByteArray> encodeTrackedRepositories(const QList<TrackedRepository> &repositories)
-{
-    return encode(repositories);
-}
-
-std::optional<QByteArray> encodeWatchedFolders(const QList<WatchedFolder> &folders)
-{
-    return encode(folders);
-}
-
-std::optional<QList<TrackedRepository>> decodeTrackedRepositories(const QByteArray &json)
-{
-    return decode(json, &repositoryIn);
-}
-
-std::optional<QList<WatchedFolder>> decodeWatchedFolders(const QByteArray &json)
-{
-    return decode(json, &folderIn);
-}
+template std::optional<QByteArray> encodeRecords(const QList<TrackedRepository> &records);
+template std::optional<QByteArray> encodeRecords(const QList<WatchedFolder> &records);
+template std::optional<QList<TrackedRepository>> decodeRecords(const QByteArray &json);
+template std::optional<QList<WatchedFolder>> decodeRecords(const QByteArray &json);
 
 }  // namespace velquarin

@@ -16,13 +16,13 @@ namespace velquarin {
 //! whose members are named like the fields. Ids are upper-case text of 36 characters.
 //!
 //! Encoding. Errors: nothing where a text is no valid Unicode, which no JSON text can hold.
-[[nodiscard]] std::optional<QByteArray> encodeTrackedRepositories(const QList<TrackedRepository> &repositories);
-[[nodiscard]] std::optional<QByteArray> encodeWatchedFolders(const QList<WatchedFolder> &folders);
+template <typename Record>
+[[nodiscard]] std::optional<QByteArray> encodeRecords(const QList<Record> &records);
 
 //! Decoding takes a list as a whole or not at all. Members may come in any order, unknown ones do not count,
 //! ids are read in either case. Errors: nothing where the text is no such array, or where any record lacks a
 //! member or has one of the wrong type.
-[[nodiscard]] std::optional<QList<TrackedRepository>> decodeTrackedRepositories(const QByteArray &json);
-[[nodiscard]] std::optional<QList<WatchedFolder>> decodeWatchedFolders(const QByteArray &json);
+template <typename Record>
+[[nodiscard]] std::optional<QList<Record>> decodeRecords(const QByteArray &json);
 
 }  // namespace velquarin

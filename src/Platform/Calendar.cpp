@@ -36,10 +36,10 @@ Instant midnightInUtc(QDate date)
     return Instant(day * epoch.daysTo(date));
 }
 
-class ToolkitZone : public Zone
+class QtZone : public Zone
 {
 public:
-    explicit ToolkitZone(QTimeZone zone)
+    explicit QtZone(QTimeZone zone)
         : m_zone(std::move(zone))
     {
     }
@@ -60,7 +60,7 @@ Calendar::Calendar(std::shared_ptr<const Zone> zone)
 }
 
 Calendar::Calendar(const QTimeZone &zone)
-    : Calendar(std::make_shared<ToolkitZone>(zone))
+    : Calendar(std::make_shared<QtZone>(zone))
 {
 }
 
@@ -140,6 +140,18 @@ Instant Calendar::atTimeOfDay(QDate date, milliseconds sinceMidnight) const
 bool Calendar::isSameDay(Instant left, Instant right) const
 {
     return dateOf(left) == dateOf(right);
+}
+
+std::chrono::milliseconds untilNextDay(Instant now, const Calendar &calendar)
+{
+    const auto today = calendar.startOfDay(now);
+    // A zone that changed sides of the date line left a day out: the one after it comes next.
+    for (const qint64 step : {1, 2}) {
+        const auto next = calendar.addDays(today, step);
+        if (next && *next > now)
+            return *next - now;
+    }
+    return day;
 }
 
 }  // namespace velquarin

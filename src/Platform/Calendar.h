@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Platform/Instant.h"
+#include "Platform/Interface.h"
 
 #include <QDate>
 #include <QTime>
@@ -16,14 +17,9 @@ class QTimeZone;
 namespace velquarin {
 
 //! How far ahead of Greenwich the clocks of a place are. Safe to ask from any thread.
-class Zone
+class Zone : public Interface
 {
 public:
-    Zone() = default;
-    Zone(const Zone &) = delete;
-    Zone &operator=(const Zone &) = delete;
-    virtual ~Zone() = default;
-
     [[nodiscard]] virtual std::chrono::seconds offsetAt(Instant moment) const = 0;
 };
 
@@ -68,5 +64,8 @@ private:
 
     std::shared_ptr<const Zone> m_zone;
 };
+
+//! How long until the calendar day of @p now is over; always more than nothing.
+[[nodiscard]] std::chrono::milliseconds untilNextDay(Instant now, const Calendar &calendar);
 
 }  // namespace velquarin

@@ -4,19 +4,15 @@
 
 #include "Platform/Calendar.h"
 #include "Platform/Instant.h"
+#include "Platform/Interface.h"
 
 namespace velquarin {
 
 //! What time it is, and in which zone the user lives. Both may change from one call to the next: the clock is
 //! set, the user travels. Safe to call from any thread.
-class Clock
+class Clock : public Interface
 {
 public:
-    Clock() = default;
-    Clock(const Clock &) = delete;
-    Clock &operator=(const Clock &) = delete;
-    virtual ~Clock() = default;
-
     [[nodiscard]] virtual Instant now() const = 0;
     [[nodiscard]] virtual Calendar calendar() const = 0;
 };

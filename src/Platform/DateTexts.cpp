@@ -45,7 +45,7 @@ qint64 wholeDays(const WallTime &from, const WallTime &to)
 }
 
 // The same day so many months later, or the last day of that month where there is no such day. Years are counted apart:
-// the toolkit steps through months one by one.
+// Qt steps through months one by one.
 QDate monthsLater(QDate date, qint64 months)
 {
     const auto month = QDate(date.year(), date.month(), 1).addYears(int(months / 12)).addMonths(int(months % 12));
@@ -73,23 +73,9 @@ CalendarSpan spanWithinADay(Instant from, Instant to)
 
 URelativeDateTimeUnit icuUnit(Unit unit)
 {
-    switch (unit) {
-    case Unit::Years:
-        return UDAT_REL_UNIT_YEAR;
-    case Unit::Months:
-        return UDAT_REL_UNIT_MONTH;
-    case Unit::Weeks:
-        return UDAT_REL_UNIT_WEEK;
-    case Unit::Days:
-        return UDAT_REL_UNIT_DAY;
-    case Unit::Hours:
-        return UDAT_REL_UNIT_HOUR;
-    case Unit::Minutes:
-        return UDAT_REL_UNIT_MINUTE;
-    case Unit::Seconds:
-        break;
-    }
-    return UDAT_REL_UNIT_SECOND;
+    constexpr std::array units{UDAT_REL_UNIT_YEAR, UDAT_REL_UNIT_MONTH,  UDAT_REL_UNIT_WEEK,  UDAT_REL_UNIT_DAY,
+                               UDAT_REL_UNIT_HOUR, UDAT_REL_UNIT_MINUTE, UDAT_REL_UNIT_SECOND};
+    return units.at(std::size_t(unit));
 }
 
 QByteArray languageAndRegion(const QString &variable)
@@ -117,6 +103,11 @@ QByteArray dateLocale(const QProcessEnvironment &environment)
     const auto name = languageAndRegion(chosen);
     const bool isNeutral = name.isEmpty() || name == "C" || name == "POSIX";
     return isNeutral ? QByteArrayLiteral("en_US") : name;
+}
+
+QByteArray environmentLocale()
+{
+    return dateLocale(QProcessEnvironment::systemEnvironment());
 }
 
 CalendarSpan calendarSpan(Instant left, Instant right, const Calendar &calendar)

@@ -18,6 +18,9 @@ namespace velquarin {
 //! Source: locale(7)
 [[nodiscard]] QByteArray dateLocale(const QProcessEnvironment &environment);
 
+//! The same for this process, from its environment.
+[[nodiscard]] QByteArray environmentLocale();
+
 //! A span between two moments in the largest calendar unit that fits, truncated: 25 hours are 1 day, 13 days 1 week.
 struct CalendarSpan
 {

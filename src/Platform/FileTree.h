@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Interface.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -31,16 +33,11 @@ struct FolderIdentity
 };
 
 //! Looks at folders on disk. Paths are bytes, as the system has them.
-class FileTree
+class FileTree : public Interface
 {
 public:
     //! Shown each entry as it is read; answers whether to read on.
     using Visitor = std::function<bool(const DirectoryEntry &)>;
-
-    FileTree() = default;
-    FileTree(const FileTree &) = delete;
-    FileTree &operator=(const FileTree &) = delete;
-    virtual ~FileTree() = default;
 
     //! Whether something is there; follows links, so a dangling link is nothing.
     [[nodiscard]] virtual bool exists(const std::string &path) const = 0;

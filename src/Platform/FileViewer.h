@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Interface.h"
+
 #include <functional>
 
 class QString;
@@ -9,14 +11,9 @@ class QString;
 namespace velquarin {
 
 //! Shows folders to the user in the file manager of the desktop.
-class FileViewer
+class FileViewer : public Interface
 {
 public:
-    FileViewer() = default;
-    FileViewer(const FileViewer &) = delete;
-    FileViewer &operator=(const FileViewer &) = delete;
-    virtual ~FileViewer() = default;
-
     //! Opens a window on the folder at @p path; returns at once. A folder that is not there does nothing.
     //! @p makeWay is called once the folder is known to be there and before the window comes, which may be when whoever
     //! asked is gone.

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Interface.h"
+
 #include <QString>
 
 #include <functional>
@@ -11,7 +13,7 @@ class QObject;
 namespace velquarin {
 
 //! Lets the user choose one folder.
-class FolderChooser
+class FolderChooser : public Interface
 {
 public:
     struct Request
@@ -20,11 +22,6 @@ public:
         QString confirmTitle;  //!< what the button that confirms says
     };
     using Chosen = std::function<void(const QString &path)>;
-
-    FolderChooser() = default;
-    FolderChooser(const FolderChooser &) = delete;
-    FolderChooser &operator=(const FolderChooser &) = delete;
-    virtual ~FolderChooser() = default;
 
     //! Asks, and returns at once. @p chosen is called once with the path, exactly as the user gave it, or never: when
     //! the user cancels, or @p window goes, to which the question belongs and which rests until it is answered.

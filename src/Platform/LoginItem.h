@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Interface.h"
+
 namespace velquarin {
 
 //! What the desktop knows of the application among the programs that it starts at login. Only Enabled means on.
@@ -17,14 +19,9 @@ enum class LoginItemOutcome { Done, Failed };
 
 //! The application itself as a program that is started when its user logs in. Main thread only; each call is over in
 //! the time that a small file takes.
-class LoginItem
+class LoginItem : public Interface
 {
 public:
-    LoginItem() = default;
-    LoginItem(const LoginItem &) = delete;
-    LoginItem &operator=(const LoginItem &) = delete;
-    virtual ~LoginItem() = default;
-
     //! Has the application started at login. Done at once where the status is Enabled already.
     [[nodiscard]] virtual LoginItemOutcome registerItem() = 0;
 

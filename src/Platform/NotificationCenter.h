@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QFuture>
+#include <QCoroTask>
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -10,8 +10,6 @@
 #include <stdexcept>
 
 namespace velquarin {
-
-enum class AuthorizationStatus { NotDetermined, Denied, Authorized };
 
 struct NotificationAction
 {
@@ -35,8 +33,6 @@ struct NotificationRequest
     QString title;
     QString body;  //!< plain text
     QString categoryIdentifier;
-    bool isTimeSensitive = false;  //!< shown even while the user asked not to be disturbed
-    bool hasDefaultSound = false;
     friend bool operator==(const NotificationRequest &, const NotificationRequest &) = default;
 };
 
@@ -47,27 +43,29 @@ class NotificationError : public std::runtime_error
     using std::runtime_error::runtime_error;
 };
 
-//! Shows notifications. Main thread only. Every answer comes later, through the event loop; nothing blocks.
+//! Shows one notification at a time. Main thread only. Every answer comes later, through the event loop; nothing
+//! blocks.
 class NotificationCenter : public QObject
 {
     Q_OBJECT
 public:
     using QObject::QObject;
 
-    //! Whether notifications would be shown now. Never fails.
-    [[nodiscard]] virtual QFuture<AuthorizationStatus> authorizationStatus() = 0;
+    //! Whether a notification would be shown now. Never fails.
+    [[nodiscard]] virtual QCoro::Task<bool> isAuthorized() = 0;
 
     //! Asks for leave to notify; false where it is refused. Errors: NotificationError where nobody is there to ask.
-    [[nodiscard]] virtual QFuture<bool> requestAuthorization() = 0;
+    [[nodiscard]] virtual QCoro::Task<bool> requestAuthorization() = 0;
 
-    //! Replaces all categories.
-    virtual void setCategories(const QList<NotificationCategory> &categories) = 0;
+    //! Of which kind every notification is.
+    virtual void setCategory(const NotificationCategory &category) = 0;
 
-    //! Shows the notification at once; true when the service has accepted it. Errors: NotificationError.
-    [[nodiscard]] virtual QFuture<bool> add(const NotificationRequest &request) = 0;
+    //! Shows the notification at once, with a sound, even while the user asked not to be disturbed; the last one goes. Not
+    //! to be called again before the service has accepted it, or refused. Errors: NotificationError.
+    [[nodiscard]] virtual QCoro::Task<> add(NotificationRequest request) = 0;
 
-    //! Takes the notification of that request off the screen, if it is still there.
-    virtual void withdraw(const QString &requestIdentifier) = 0;
+    //! Takes the notification off the screen, if it is still there.
+    virtual void withdraw() = 0;
 
 Q_SIGNALS:
     //! The user wants the application: an action that brings to the foreground, or a click on the

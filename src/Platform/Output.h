@@ -2,19 +2,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Interface.h"
+
 class QString;
 
 namespace velquarin {
 
 //! Where the program's few diagnostic lines go.
-class Output
+class Output : public Interface
 {
 public:
-    Output() = default;
-    Output(const Output &) = delete;
-    Output &operator=(const Output &) = delete;
-    virtual ~Output() = default;
-
     //! Writes one line as UTF-8 and ends it. A reader that went away is no error.
     virtual void printLine(const QString &line) = 0;
 };

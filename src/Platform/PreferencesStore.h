@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Platform/Instant.h"
+#include "Platform/Interface.h"
 
 #include <QByteArray>
 #include <QFuture>
@@ -30,14 +31,9 @@ using PreferenceValue = std::variant<bool, double, Instant, QByteArray, QString,
 //! The user's preferences: typed values under keys. Used from the main thread; never waits for a disk after
 //! it has been read. What is set can be read back at once, and is on disk 100 ms later at the latest. Source:
 //! docs/decisions/0002-preferences-file.md
-class PreferencesStore
+class PreferencesStore : public Interface
 {
 public:
-    PreferencesStore() = default;
-    PreferencesStore(const PreferencesStore &) = delete;
-    PreferencesStore &operator=(const PreferencesStore &) = delete;
-    virtual ~PreferencesStore() = default;
-
     //! Nothing where the key holds nothing, which is not the same as a stored false or 0.
     [[nodiscard]] virtual std::optional<PreferenceValue> value(const QString &key) const = 0;
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Interface.h"
+
 #include <QByteArray>
 #include <QProcessEnvironment>
 #include <QString>
@@ -28,14 +30,9 @@ struct ProcessRequest
 };
 
 //! Runs one child process at a time and hands back what it printed.
-class ProcessRunner
+class ProcessRunner : public Interface
 {
 public:
-    ProcessRunner() = default;
-    ProcessRunner(const ProcessRunner &) = delete;
-    ProcessRunner &operator=(const ProcessRunner &) = delete;
-    virtual ~ProcessRunner() = default;
-
     //! From now on confines every child that runs @p program, and all that such a child starts, to executing @p program
     //! alone and to writing nothing. To be asked before each run: the file may be replaced at any time.
     //! False where the system has no such means; then children run unconfined.

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Interface.h"
+
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -9,27 +11,17 @@
 namespace velquarin {
 
 //! A timer that runs while it exists. Once destroyed, a tick that was pending never comes.
-class Timer
+class Timer : public Interface
 {
-public:
-    Timer() = default;
-    Timer(const Timer &) = delete;
-    Timer &operator=(const Timer &) = delete;
-    virtual ~Timer() = default;
 };
 
 //! Makes timers of the main loop. Time spent in suspend counts; a tick that fell due meanwhile comes once on
 //! waking.
-class Timers
+class Timers : public Interface
 {
 public:
     using Seconds = std::chrono::duration<double>;
     using Tick = std::function<void()>;
-
-    Timers() = default;
-    Timers(const Timers &) = delete;
-    Timers &operator=(const Timers &) = delete;
-    virtual ~Timers() = default;
 
     //! Ticks every @p period, first one period from now. Any positive period works, from a millisecond to
     //! centuries.

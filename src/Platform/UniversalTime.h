@@ -6,7 +6,7 @@
 
 namespace velquarin {
 
-//! What makes a date and time of the toolkit one in Greenwich: newer versions no longer take the name of the older.
+//! What makes a date and time of Qt one in Greenwich: newer versions no longer take the name of the older.
 #if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
 constexpr auto universalTime = Qt::UTC;
 #else

@@ -15,7 +15,7 @@
 #include "support/ScriptedFolderChooser.h"
 #include "support/TestProgram.h"
 #include "Views/Dashboard/Popover.h"
-#include "Views/Dashboard/RepoRow.h"
+#include "Views/Dashboard/RepositoriesSection.h"
 
 #include <QApplication>
 #include <QScopeGuard>

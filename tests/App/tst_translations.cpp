@@ -10,7 +10,7 @@
 #include "support/RecordingFileViewer.h"
 #include "support/TestProgram.h"
 #include "Views/Dashboard/MenuBarView.h"
-#include "Views/Settings/ScanOutcome.h"
+#include "Views/Settings/RepositoryActions.h"
 #include "Views/Settings/SettingsWindow.h"
 
 #include <QApplication>

@@ -33,8 +33,8 @@ const QList<WatchedFolder> twoFolders{{QUuid::createUuid(), u"/a"_s, u"a"_s, tru
 // Everything different from its default.
 Stored complete()
 {
-    return {{u"trackedRepositories"_s, *encodeTrackedRepositories(twoRepositories)},
-            {u"watchedFolders"_s, *encodeWatchedFolders(twoFolders)},
+    return {{u"trackedRepositories"_s, *encodeRecords(twoRepositories)},
+            {u"watchedFolders"_s, *encodeRecords(twoFolders)},
             {u"autoDiscoveryEnabled"_s, false},
             {u"refreshInterval"_s, 60.0},
             {u"showStreakInMenuBar"_s, false},
@@ -257,8 +257,8 @@ void TestAppSettings::recordsThatShareAnIdAreRemovedOneByOne()
     repositories[1].id = repositories[0].id;
     auto folders = twoFolders;
     folders[1].id = folders[0].id;
-    MemoryPreferences store({{u"trackedRepositories"_s, *encodeTrackedRepositories(repositories)},
-                             {u"watchedFolders"_s, *encodeWatchedFolders(folders)}});
+    MemoryPreferences store(
+        {{u"trackedRepositories"_s, *encodeRecords(repositories)}, {u"watchedFolders"_s, *encodeRecords(folders)}});
     AppSettings settings(store);
     QCOMPARE(settings.trackedRepositories().constFirst(), repositories[0]);
     QCOMPARE(settings.trackedRepositories().constLast().path, repositories[1].path);

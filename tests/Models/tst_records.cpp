@@ -131,36 +131,37 @@ private Q_SLOTS:
 
 void TestRecords::aRepositoryHasExactlyItsFieldsAsMembers()
 {
-    QCOMPARE(QJsonDocument::fromJson(encodeTrackedRepositories({aRepository}).value()).array(),
+    QCOMPARE(QJsonDocument::fromJson(encodeRecords(QList{aRepository}).value()).array(),
              QJsonArray{object(repositoryText)});
-    QCOMPARE(decodeTrackedRepositories(arrayOf({object(repositoryText)})).value(), QList{aRepository});
+    QCOMPARE(decodeRecords<TrackedRepository>(arrayOf({object(repositoryText)})).value(), QList{aRepository});
 }
 
 void TestRecords::aFolderHasExactlyItsFieldsAsMembers()
 {
-    QCOMPARE(QJsonDocument::fromJson(encodeWatchedFolders({aFolder}).value()).array(), QJsonArray{object(folderText)});
-    QCOMPARE(decodeWatchedFolders(arrayOf({object(folderText)})).value(), QList{aFolder});
+    QCOMPARE(QJsonDocument::fromJson(encodeRecords(QList{aFolder}).value()).array(), QJsonArray{object(folderText)});
+    QCOMPARE(decodeRecords<WatchedFolder>(arrayOf({object(folderText)})).value(), QList{aFolder});
 }
 
 void TestRecords::idsAreWrittenInUpperCase()
 {
-    QVERIFY(encodeTrackedRepositories({aRepository})->contains("\"E621E1F8-C36C-495A-93FC-0C247A3E6E5F\""));
-    QVERIFY(encodeWatchedFolders({aFolder})->contains("\"E621E1F8-C36C-495A-93FC-0C247A3E6E5F\""));
+    QVERIFY(encodeRecords(QList{aRepository})->contains("\"E621E1F8-C36C-495A-93FC-0C247A3E6E5F\""));
+    QVERIFY(encodeRecords(QList{aFolder})->contains("\"E621E1F8-C36C-495A-93FC-0C247A3E6E5F\""));
 }
 
 void TestRecords::membersAreReadInAnyOrder()
 {
     const QByteArray backwards = R"([{"isAutoDiscovered":false,"isEnabled":true,"name":"repo","path":"/home/ann/repo",)"
                                  R"("id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F"}])";
-    QCOMPARE(decodeTrackedRepositories(backwards).value(), QList{aRepository});
+    QCOMPARE(decodeRecords<TrackedRepository>(backwards).value(), QList{aRepository});
 }
 
 void TestRecords::unknownMembersDoNotCount()
 {
     const auto more = QJsonObject{{u"a"_s, QJsonArray{1, u"two"_s}}};
-    QCOMPARE(decodeTrackedRepositories(arrayOf({with(object(repositoryText), u"colour"_s, more)})).value(),
+    QCOMPARE(decodeRecords<TrackedRepository>(arrayOf({with(object(repositoryText), u"colour"_s, more)})).value(),
              QList{aRepository});
-    QCOMPARE(decodeWatchedFolders(arrayOf({with(object(folderText), u"colour"_s, more)})).value(), QList{aFolder});
+    QCOMPARE(decodeRecords<WatchedFolder>(arrayOf({with(object(folderText), u"colour"_s, more)})).value(),
+             QList{aFolder});
 }
 
 void TestRecords::listsKeepTheirOrderThroughTheirText()
@@ -172,16 +173,16 @@ void TestRecords::listsKeepTheirOrderThroughTheirText()
         repositories.append({QUuid::createUuid(), path, path, i % 2 == 0, i % 3 == 0});
         folders.append({QUuid::createUuid(), path, path, i % 2 == 0, i - 50});
     }
-    QCOMPARE(decodeTrackedRepositories(encodeTrackedRepositories(repositories).value()).value(), repositories);
-    QCOMPARE(decodeWatchedFolders(encodeWatchedFolders(folders).value()).value(), folders);
+    QCOMPARE(decodeRecords<TrackedRepository>(encodeRecords(repositories).value()).value(), repositories);
+    QCOMPARE(decodeRecords<WatchedFolder>(encodeRecords(folders).value()).value(), folders);
 }
 
 void TestRecords::anEmptyListIsAnEmptyArray()
 {
-    QCOMPARE(encodeTrackedRepositories({}).value(), "[]");
-    QCOMPARE(encodeWatchedFolders({}).value(), "[]");
-    QCOMPARE(decodeTrackedRepositories("[]").value(), QList<TrackedRepository>());
-    QCOMPARE(decodeWatchedFolders(" [ ] ").value(), QList<WatchedFolder>());
+    QCOMPARE(encodeRecords(QList<TrackedRepository>()).value(), "[]");
+    QCOMPARE(encodeRecords(QList<WatchedFolder>()).value(), "[]");
+    QCOMPARE(decodeRecords<TrackedRepository>("[]").value(), QList<TrackedRepository>());
+    QCOMPARE(decodeRecords<WatchedFolder>(" [ ] ").value(), QList<WatchedFolder>());
 }
 
 void TestRecords::textsComeBackAsTheyWere_data()
@@ -202,42 +203,42 @@ void TestRecords::textsComeBackAsTheyWere()
     QFETCH(QString, text);
     const QList repositories{TrackedRepository{anId, text, text, false, true}};
     const QList folders{WatchedFolder{anId, text, text, false, 0}};
-    QCOMPARE(decodeTrackedRepositories(encodeTrackedRepositories(repositories).value()).value(), repositories);
-    QCOMPARE(decodeWatchedFolders(encodeWatchedFolders(folders).value()).value(), folders);
+    QCOMPARE(decodeRecords<TrackedRepository>(encodeRecords(repositories).value()).value(), repositories);
+    QCOMPARE(decodeRecords<WatchedFolder>(encodeRecords(folders).value()).value(), folders);
 }
 
 void TestRecords::textThatIsNoUnicodeCannotBeEncoded()
 {
     const QString half(QChar(u'\xd83d'));
-    QVERIFY(!encodeTrackedRepositories({aRepository, {anotherId, half, QString(), true, true}}));
-    QVERIFY(!encodeTrackedRepositories({{anotherId, QString(), half, true, true}}));
-    QVERIFY(!encodeWatchedFolders({{anotherId, half, QString(), true, 1}}));
-    QVERIFY(!encodeWatchedFolders({{anotherId, QString(), half, true, 1}}));
+    QVERIFY(!encodeRecords(QList<TrackedRepository>{aRepository, {anotherId, half, QString(), true, true}}));
+    QVERIFY(!encodeRecords(QList<TrackedRepository>{{anotherId, QString(), half, true, true}}));
+    QVERIFY(!encodeRecords(QList<WatchedFolder>{{anotherId, half, QString(), true, 1}}));
+    QVERIFY(!encodeRecords(QList<WatchedFolder>{{anotherId, QString(), half, true, 1}}));
 }
 
 void TestRecords::textThatIsNoUnicodeIsNotTakenIn()
 {
     const auto half = QByteArray(repositoryText).replace("/home/ann/repo", "\\ud83d");
-    QVERIFY(!decodeTrackedRepositories('[' + half + ']'));
+    QVERIFY(!decodeRecords<TrackedRepository>('[' + half + ']'));
 }
 
 void TestRecords::oneBrokenRepositoryFailsTheWholeList()
 {
     QFETCH(QByteArray, json);
-    QVERIFY(!decodeTrackedRepositories(json));
+    QVERIFY(!decodeRecords<TrackedRepository>(json));
 }
 
 void TestRecords::oneBrokenFolderFailsTheWholeList()
 {
     QFETCH(QByteArray, json);
-    QVERIFY(!decodeWatchedFolders(json));
+    QVERIFY(!decodeRecords<WatchedFolder>(json));
 }
 
 void TestRecords::anObjectWithoutIsAutoDiscoveredFailsAsAWhole()
 {
     const auto good = object(repositoryText);
-    QCOMPARE(decodeTrackedRepositories(arrayOf({good, good})).value().size(), 2);
-    QVERIFY(!decodeTrackedRepositories(arrayOf({good, without(good, u"isAutoDiscovered"_s)})));
+    QCOMPARE(decodeRecords<TrackedRepository>(arrayOf({good, good})).value().size(), 2);
+    QVERIFY(!decodeRecords<TrackedRepository>(arrayOf({good, without(good, u"isAutoDiscovered"_s)})));
 }
 
 void TestRecords::whatIsNoArrayOfObjectsFails_data()
@@ -260,8 +261,8 @@ void TestRecords::whatIsNoArrayOfObjectsFails_data()
 void TestRecords::whatIsNoArrayOfObjectsFails()
 {
     QFETCH(QByteArray, json);
-    QVERIFY(!decodeTrackedRepositories(json));
-    QVERIFY(!decodeWatchedFolders(json));
+    QVERIFY(!decodeRecords<TrackedRepository>(json));
+    QVERIFY(!decodeRecords<WatchedFolder>(json));
 }
 
 void TestRecords::idsOfExactly36CharactersAreRead_data()
@@ -278,8 +279,9 @@ void TestRecords::idsOfExactly36CharactersAreRead()
 {
     QFETCH(QString, text);
     QFETCH(QUuid, id);
-    QCOMPARE(decodeTrackedRepositories(arrayOf({with(object(repositoryText), u"id"_s, text)})).value().at(0).id, id);
-    QCOMPARE(decodeWatchedFolders(arrayOf({with(object(folderText), u"id"_s, text)})).value().at(0).id, id);
+    QCOMPARE(decodeRecords<TrackedRepository>(arrayOf({with(object(repositoryText), u"id"_s, text)})).value().at(0).id,
+             id);
+    QCOMPARE(decodeRecords<WatchedFolder>(arrayOf({with(object(folderText), u"id"_s, text)})).value().at(0).id, id);
 }
 
 void TestRecords::otherIdsFail_data()
@@ -299,8 +301,8 @@ void TestRecords::otherIdsFail_data()
 void TestRecords::otherIdsFail()
 {
     QFETCH(QString, text);
-    QVERIFY(!decodeTrackedRepositories(arrayOf({with(object(repositoryText), u"id"_s, text)})));
-    QVERIFY(!decodeWatchedFolders(arrayOf({with(object(folderText), u"id"_s, text)})));
+    QVERIFY(!decodeRecords<TrackedRepository>(arrayOf({with(object(repositoryText), u"id"_s, text)})));
+    QVERIFY(!decodeRecords<WatchedFolder>(arrayOf({with(object(folderText), u"id"_s, text)})));
 }
 
 void TestRecords::depthsAreIntegersOf64Bits_data()
@@ -320,9 +322,9 @@ void TestRecords::depthsAreIntegersOf64Bits()
 {
     QFETCH(QByteArray, text);
     QFETCH(qint64, depth);
-    const auto folders = decodeWatchedFolders(folderOfDepth(text)).value();
+    const auto folders = decodeRecords<WatchedFolder>(folderOfDepth(text)).value();
     QCOMPARE(folders.at(0).maxDepth, depth);
-    QCOMPARE(decodeWatchedFolders(encodeWatchedFolders(folders).value()).value(), folders);
+    QCOMPARE(decodeRecords<WatchedFolder>(encodeRecords(folders).value()).value(), folders);
 }
 
 void TestRecords::otherDepthsFail_data()
@@ -338,7 +340,7 @@ void TestRecords::otherDepthsFail_data()
 void TestRecords::otherDepthsFail()
 {
     QFETCH(QByteArray, text);
-    QVERIFY(!decodeWatchedFolders(folderOfDepth(text)));
+    QVERIFY(!decodeRecords<WatchedFolder>(folderOfDepth(text)));
 }
 
 void TestRecords::recordsAreEqualWhenAllFieldsAre()
@@ -358,14 +360,14 @@ void TestRecords::theSamePathWithAnotherIdIsAnotherRecord()
     auto twin = aRepository;
     twin.id = anotherId;
     QVERIFY(twin != aRepository);
-    QCOMPARE(decodeTrackedRepositories(encodeTrackedRepositories({aRepository, twin}).value()).value(),
+    QCOMPARE(decodeRecords<TrackedRepository>(encodeRecords(QList{aRepository, twin}).value()).value(),
              (QList{aRepository, twin}));
 }
 
 void TestRecords::aPathKeepsItsTrailingSlash()
 {
     const QList repositories{TrackedRepository{anId, u"/home/ann/repo/"_s, u"repo"_s, true, false}};
-    const auto decoded = decodeTrackedRepositories(encodeTrackedRepositories(repositories).value()).value();
+    const auto decoded = decodeRecords<TrackedRepository>(encodeRecords(repositories).value()).value();
     QCOMPARE(decoded.at(0).path, u"/home/ann/repo/"_s);
 }
 

@@ -11,7 +11,7 @@
 #include "Platform/Linux/Files/PosixFileTree.h"
 #include "Platform/Linux/Process/BootTimeTimers.h"
 #include "Platform/Linux/Process/ChildProcessRunner.h"
-#include "Platform/Linux/Process/StandardOutput.h"
+#include "Platform/Linux/Process/StandardStreams.h"
 #include "Platform/Linux/Process/SystemClock.h"
 #include "Services/Git/GitService.h"
 #include "Services/Reminder/NotificationService.h"

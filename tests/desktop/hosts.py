@@ -17,6 +17,7 @@ class Host:
     desktop      the kind of desktop that it lives on
     is_on_bus    whether it takes items from the session bus
     is_wide      whether it shows the number beside the flame
+    ground       its colour where it shows nothing
     """
     needed = {}
     services = ()
@@ -24,6 +25,7 @@ class Host:
     desktop = Desktop
     is_on_bus = True
     is_wide = False
+    ground = panel.BACKGROUND
 
     def open(self, name, **options):
         """A desktop that is ready for the host, which is not there yet."""
@@ -168,6 +170,7 @@ class OldTray(Host):
 
 
 class Trayer(OldTray):
+    ground = "#dcdad5"
     needed = {"trayer": "trayer"}
 
     def command(self, desktop):

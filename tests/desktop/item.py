@@ -113,7 +113,12 @@ class PanelPlace:
         return self._before.difference(self._screen.picture(self._strip))
 
     def find(self):
-        return wait_until(self.now, "something new in the panel")
+        """The rectangle once it is an item's: where a panel paints itself anew, or moves its items about, more changes."""
+        return wait_until(self._of_an_item, "something new in the panel", state=self.now)
+
+    def _of_an_item(self):
+        place = self.now()
+        return place if place and place.width < panel.NARROWEST else None
 
 
 def open_menu(desktop, place, button=3):

@@ -60,9 +60,10 @@ def pictures(screen):
     return picture(screen), screen.picture(lower)
 
 
-def is_empty(screen):
-    """Whether nothing is to be seen there but one colour."""
-    return len(set(picture(screen).pixels())) == 1
+def is_empty(screen, ground=None):
+    """Whether nothing is to be seen there but one colour, or this one: a panel that is not painted yet has another."""
+    colours = {"#%02x%02x%02x" % pixel for pixel in picture(screen).pixels()}
+    return len(colours) == 1 and ground in (None, *colours)
 
 
 def is_drawn(screen, colour=BACKGROUND):

@@ -51,13 +51,16 @@ class Item:
 
     def __init__(self, desktop):
         self._desktop = desktop
-        wait_until(lambda: panel.is_empty(desktop.screen), "the empty panel")
+        wait_until(lambda: panel.is_empty(desktop.screen, HOST.ground), "the empty panel")
         self._place = PanelPlace(desktop.screen)
 
     def find(self):
         """What now is in the strip and was not; None where there is nothing."""
         place = self._place.now()
         return Look(self._desktop.screen.picture(place)) if place else None
+
+    def where(self):
+        return self._place.find()
 
     def wait_for(self, what, is_so):
         """The look of the item once it is as wanted, with nothing pointed at."""
@@ -84,10 +87,8 @@ class User:
     def commit(self, *days):
         self.repository.commit_days_ago(self._now, *days)
 
-    # A panel that has just started may still move its items about.
     def click(self, button):
-        look = wait_until(self.item.find, "the item")
-        self.desktop.screen.click(*look.place.centre, button)
+        self.desktop.screen.click(*self.item.where().centre, button)
 
     def open(self, button):
         """The rectangle of what a click opens."""

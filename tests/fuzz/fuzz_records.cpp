@@ -10,16 +10,16 @@ using namespace velquarin::fuzz;
 namespace {
 
 template <typename Record>
-void recordsComeBack(const QByteArray &json, std::optional<QList<Record>> (*decode)(const QByteArray &),
-                     std::optional<QByteArray> (*encode)(const QList<Record> &))
+void recordsComeBack(const QByteArray &json)
 {
-    const auto records = decode(json);
+    const auto records = decodeRecords<Record>(json);
     if (!records)
         return;
-    const auto written = encode(*records);
+    const auto written = encodeRecords(*records);
     require(written.has_value(), "what was read can be written");
-    require(decode(*written) == records, "what was written reads as it was");
-    require(encode(*decode(*written)) == written, "writing it again changes nothing");
+    const auto again = decodeRecords<Record>(*written);
+    require(again == records, "what was written reads as it was");
+    require(encodeRecords(*again) == written, "writing it again changes nothing");
 }
 
 }  // namespace
@@ -27,7 +27,7 @@ void recordsComeBack(const QByteArray &json, std::optional<QList<Record>> (*deco
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const auto json = bytes(data, size);
-    recordsComeBack(json, &decodeTrackedRepositories, &encodeTrackedRepositories);
-    recordsComeBack(json, &decodeWatchedFolders, &encodeWatchedFolders);
+    recordsComeBack<TrackedRepository>(json);
+    recordsComeBack<WatchedFolder>(json);
     return 0;
 }

@@ -5,6 +5,7 @@
 #include "Platform/PreferencesStore.h"
 
 #include <QMap>
+#include <QPromise>
 #include <QStringList>
 
 #include <utility>
@@ -46,7 +47,13 @@ public:
         values.remove(key);
     }
 
-    [[nodiscard]] QFuture<void> takeOverChanges() override { return QtFuture::makeReadyFuture(); }
+    [[nodiscard]] QFuture<void> takeOverChanges() override
+    {
+        QPromise<void> promise;
+        promise.start();
+        promise.finish();
+        return promise.future();
+    }
 
     void putCopyAside() override
     {

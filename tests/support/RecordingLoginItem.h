@@ -6,8 +6,6 @@
 
 #include <QStringList>
 
-#include <limits>
-
 namespace velquarin::test {
 
 //! A login item that is nowhere but here, writes down what is asked of it, and fails when told to. A change that fails
@@ -15,8 +13,6 @@ namespace velquarin::test {
 class RecordingLoginItem : public LoginItem
 {
 public:
-    static constexpr int forEver = std::numeric_limits<int>::max();
-
     [[nodiscard]] LoginItemOutcome registerItem() override
     {
         return change(QStringLiteral("register"), LoginItemStatus::Enabled);
@@ -42,7 +38,7 @@ private:
     {
         calls << call;
         if (failures > 0) {
-            failures -= failures == forEver ? 0 : 1;
+            --failures;
             return LoginItemOutcome::Failed;
         }
         current = wanted;

@@ -4,9 +4,11 @@
 
 #include "Platform/NotificationCenter.h"
 
+#include <QCoroFuture>
 #include <QPromise>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -22,14 +24,10 @@ class RecordingNotificationCenter : public NotificationCenter
 public:
     using NotificationCenter::NotificationCenter;
 
-    void setStatus(AuthorizationStatus status) { m_status = status; }
+    void setAuthorized(bool isAuthorized) { m_isAuthorized = isAuthorized; }
     void grant(bool isGranted) { m_isGranted = isGranted; }
     void failToAsk(const char *reason) { m_askError = NotificationError(reason); }
-    void accept(bool isAccepted)
-    {
-        m_isAccepted = isAccepted;
-        m_addError.reset();
-    }
+    void accept() { m_addError.reset(); }
     void failToAdd(const char *reason) { m_addError = NotificationError(reason); }
 
     void holdAnswers() { m_holdsAnswers = true; }
@@ -43,39 +41,41 @@ public:
 
     [[nodiscard]] int statusQuestions() const { return m_statusQuestions; }
     [[nodiscard]] int leaveQuestions() const { return m_leaveQuestions; }
-    [[nodiscard]] const QList<QList<NotificationCategory>> &categorySets() const { return m_categorySets; }
+    [[nodiscard]] const QList<NotificationCategory> &categories() const { return m_categories; }
     [[nodiscard]] const QList<NotificationRequest> &added() const { return m_added; }
     [[nodiscard]] const QStringList &withdrawn() const { return m_withdrawn; }
 
-    [[nodiscard]] QFuture<AuthorizationStatus> authorizationStatus() override
+    [[nodiscard]] QCoro::Task<bool> isAuthorized() override
     {
         ++m_statusQuestions;
-        return reply(m_status, std::nullopt);
+        const auto answer = reply(m_isAuthorized, {});
+        co_return co_await answer;
     }
 
-    [[nodiscard]] QFuture<bool> requestAuthorization() override
+    [[nodiscard]] QCoro::Task<bool> requestAuthorization() override
     {
         ++m_leaveQuestions;
-        return reply(m_isGranted, m_askError);
+        const auto answer = reply(m_isGranted, m_askError);
+        co_return co_await answer;
     }
 
-    void setCategories(const QList<NotificationCategory> &categories) override { m_categorySets << categories; }
+    void setCategory(const NotificationCategory &category) override { m_categories << category; }
 
-    [[nodiscard]] QFuture<bool> add(const NotificationRequest &request) override
+    [[nodiscard]] QCoro::Task<> add(NotificationRequest request) override
     {
         m_added << request;
-        return reply(m_isAccepted, m_addError);
+        const auto answer = reply(true, m_addError);
+        co_await answer;
     }
 
-    void withdraw(const QString &requestIdentifier) override { m_withdrawn << requestIdentifier; }
+    void withdraw() override { m_withdrawn << m_added.constLast().identifier; }
 
 private:
     using Error = std::optional<NotificationError>;
 
-    template <typename T>
-    QFuture<T> reply(T value, Error error)
+    QFuture<bool> reply(bool value, const Error &error)
     {
-        const auto promise = std::make_shared<QPromise<T>>();
+        const auto promise = std::make_shared<QPromise<bool>>();
         promise->start();
         const auto give = [promise, value, error] {
             if (error)
@@ -91,16 +91,15 @@ private:
         return promise->future();
     }
 
-    AuthorizationStatus m_status = AuthorizationStatus::Authorized;
+    bool m_isAuthorized = true;
     bool m_isGranted = true;
-    bool m_isAccepted = true;
     Error m_askError;
     Error m_addError;
     bool m_holdsAnswers = false;
     std::vector<std::function<void()>> m_held;
     int m_statusQuestions = 0;
     int m_leaveQuestions = 0;
-    QList<QList<NotificationCategory>> m_categorySets;
+    QList<NotificationCategory> m_categories;
     QList<NotificationRequest> m_added;
     QStringList m_withdrawn;
 };

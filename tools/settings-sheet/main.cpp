@@ -81,7 +81,7 @@ bool paint(const Face &face, const char *palette, const QDir &folder)
     Engine engine;
     face.prepare(engine);
     RecordingLoginItem loginItem;
-    LaunchAtLogin launchAtLogin(loginItem, engine.timers);
+    LaunchAtLogin launchAtLogin(loginItem);
     ScriptedFolderChooser chooser;
     SettingsView view({engine.settings, engine.manager, launchAtLogin, engine.git, chooser, engine.clock,
                        [] { return QByteArray("en_US"); }});

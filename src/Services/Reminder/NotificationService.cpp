@@ -6,7 +6,6 @@
 #include "Platform/Clock.h"
 #include "Platform/Output.h"
 #include "Platform/PreferencesStore.h"
-#include "Platform/Timers.h"
 #include "Services/Reminder/ReminderDecision.h"
 
 #include <QCoroFuture>
@@ -34,8 +33,6 @@ NotificationService::NotificationService(NotificationCenter &center, Preferences
     QTimer::singleShot(0, this, &NotificationService::checkAuthorizationStatus);
 }
 
-NotificationService::~NotificationService() = default;
-
 void NotificationService::setAuthorized(bool isAuthorized)
 {
     Q_EMIT isAuthorizedWillChange(isAuthorized);
@@ -45,32 +42,29 @@ void NotificationService::setAuthorized(bool isAuthorized)
 QCoro::Task<> NotificationService::checkAuthorizationStatus()
 {
     const QPointer<NotificationService> self(this);
-    const auto status = co_await m_center.authorizationStatus();
+    const bool isAuthorized = co_await m_center.isAuthorized();
     if (self)
-        setAuthorized(status == AuthorizationStatus::Authorized);
+        setAuthorized(isAuthorized);
 }
 
 QCoro::Task<bool> NotificationService::requestAuthorization()
 {
     const QPointer<NotificationService> self(this);
     bool isGranted = false;
-    QString failure;
     try {
         isGranted = co_await m_center.requestAuthorization();
     } catch (const std::exception &error) {
-        failure = QLatin1String("Notification authorization error: ") + QString::fromUtf8(error.what());
+        if (self)
+            m_output.printLine(QLatin1String("Notification authorization error: ") + QString::fromUtf8(error.what()));
     }
-    if (!self)
-        co_return false;
-    if (!failure.isEmpty())
-        m_output.printLine(failure);
-    setAuthorized(isGranted);
+    if (self)
+        setAuthorized(isGranted);
     co_return isGranted;
 }
 
 void NotificationService::setupCategories()
 {
-    m_center.setCategories({reminderCategory()});
+    m_center.setCategory(reminderCategory());
 }
 
 QCoro::Task<> NotificationService::checkAndNotifyStreakRisk(qint64 currentStreak, bool hasCommittedToday,
@@ -78,12 +72,12 @@ QCoro::Task<> NotificationService::checkAndNotifyStreakRisk(qint64 currentStreak
 {
     if (hasCommittedToday || isReminderOutdated())
         withdrawReminder();
-    if (!isReminderDue(currentStreak, hasCommittedToday, notificationsEnabled))
+    if (!isDue(currentStreak, hasCommittedToday, notificationsEnabled))
         co_return;
     const QPointer<NotificationService> self(this);
     // Another instance of the user's, in a session beside this one, may have reminded already.
     co_await m_preferences.takeOverChanges();
-    if (!self || !isReminderDue(currentStreak, hasCommittedToday, notificationsEnabled))
+    if (!self || !isDue(currentStreak, hasCommittedToday, notificationsEnabled))
         co_return;
     bool mayNotify = m_isAuthorized;
     if (!mayNotify)
@@ -92,17 +86,16 @@ QCoro::Task<> NotificationService::checkAndNotifyStreakRisk(qint64 currentStreak
         co_await sendStreakRiskNotification(currentStreak);
 }
 
-bool NotificationService::isReminderDue(qint64 currentStreak, bool hasCommittedToday, bool notificationsEnabled) const
+bool NotificationService::isDue(qint64 currentStreak, bool hasCommittedToday, bool notificationsEnabled) const
 {
-    const ReminderSnapshot snapshot{
+    return isReminderDue({
         .notificationsEnabled = notificationsEnabled,
         .hasCommittedToday = hasCommittedToday,
         .currentStreak = currentStreak,
         .lastReminder = m_preferences.value(lastNotificationKey),
         .now = m_clock.now(),
         .calendar = m_clock.calendar(),
-    };
-    return decideReminder(snapshot) == ReminderDecision::Remind;
+    });
 }
 
 QCoro::Task<> NotificationService::sendStreakRiskNotification(qint64 currentStreak)
@@ -110,45 +103,32 @@ QCoro::Task<> NotificationService::sendStreakRiskNotification(qint64 currentStre
     const QPointer<NotificationService> self(this);
     const auto postedAt = m_clock.now();
     const auto request = reminderRequest(currentStreak, postedAt);
-    QString failure;
-    bool isAccepted = false;
     try {
-        isAccepted = co_await m_center.add(request);
+        co_await m_center.add(request);
     } catch (const std::exception &error) {
-        failure = QString::fromUtf8(error.what());
+        if (self)
+            m_output.printLine(QLatin1String("Failed to send notification: ") + QString::fromUtf8(error.what()));
+        co_return;
     }
     if (!self)
         co_return;
-    if (isAccepted)
-        keepSent(request.identifier, postedAt);
-    else if (!failure.isEmpty())
-        reportNotSent(failure);
-}
-
-void NotificationService::keepSent(const QString &identifier, Instant postedAt)
-{
     m_preferences.set(lastNotificationKey, m_clock.now());
     m_output.printLine(QStringLiteral("Streak risk notification sent"));
-    m_openReminder = {identifier, postedAt};
+    m_postedAt = postedAt;
     withdrawAtEndOfDay();
-}
-
-void NotificationService::reportNotSent(const QString &reason)
-{
-    m_output.printLine(QLatin1String("Failed to send notification: ") + reason);
 }
 
 bool NotificationService::isReminderOutdated() const
 {
-    return m_openReminder && !m_clock.calendar().isSameDay(m_openReminder->postedAt, m_clock.now());
+    return m_postedAt && !m_clock.calendar().isSameDay(*m_postedAt, m_clock.now());
 }
 
 void NotificationService::withdrawReminder()
 {
     m_endOfDay.reset();
-    if (m_openReminder)
-        m_center.withdraw(m_openReminder->identifier);
-    m_openReminder.reset();
+    if (m_postedAt)
+        m_center.withdraw();
+    m_postedAt.reset();
 }
 
 // Clocks are set back and people travel: when the time has passed, the day need not be over.

@@ -4,10 +4,10 @@
 
 #include "Platform/Instant.h"
 #include "Platform/NotificationCenter.h"
+#include "Platform/Timers.h"
 
 #include <QCoroTask>
 #include <QObject>
-#include <QString>
 
 #include <memory>
 #include <optional>
@@ -17,8 +17,6 @@ namespace velquarin {
 class Clock;
 class Output;
 class PreferencesStore;
-class Timer;
-class Timers;
 
 //! Warns in the evening, at most once a day, that a streak ends at midnight. Main thread only. Nothing here
 //! fails: what goes wrong is a line of output, and the next check tries again. A call that is still under way
@@ -31,7 +29,6 @@ public:
     //! Begins to look up whether notifications are allowed, and does not wait for it.
     NotificationService(NotificationCenter &center, PreferencesStore &preferences, const Clock &clock, Timers &timers,
                         Output &output, QObject *parent = nullptr);
-    ~NotificationService() override;
 
     //! Whether notifications would be shown, as last heard; false until then.
     [[nodiscard]] bool isAuthorized() const { return m_isAuthorized; }
@@ -53,18 +50,9 @@ Q_SIGNALS:
     void isAuthorizedWillChange(bool newValue);
 
 private:
-    //! A reminder that we posted and did not take back; the user may have closed it since.
-    struct OpenReminder
-    {
-        QString identifier;
-        Instant postedAt;
-    };
-
     void setAuthorized(bool isAuthorized);
-    [[nodiscard]] bool isReminderDue(qint64 currentStreak, bool hasCommittedToday, bool notificationsEnabled) const;
+    [[nodiscard]] bool isDue(qint64 currentStreak, bool hasCommittedToday, bool notificationsEnabled) const;
     QCoro::Task<> sendStreakRiskNotification(qint64 currentStreak);
-    void keepSent(const QString &identifier, Instant postedAt);
-    void reportNotSent(const QString &reason);
     [[nodiscard]] bool isReminderOutdated() const;
     void withdrawReminder();
     void withdrawAtEndOfDay();
@@ -75,7 +63,7 @@ private:
     Timers &m_timers;
     Output &m_output;
     bool m_isAuthorized = false;
-    std::optional<OpenReminder> m_openReminder;
+    std::optional<Instant> m_postedAt;  // of a reminder that we did not take back; the user may have closed it since
     std::unique_ptr<Timer> m_endOfDay;
 };
 

@@ -5,63 +5,42 @@
 #include "Platform/PluralForm.h"
 
 #include <QCoreApplication>
-
-#include <array>
-#include <charconv>
-#include <string_view>
+#include <QLocale>
 
 namespace velquarin {
-
-using namespace std::chrono_literals;
 
 namespace {
 
 const QString categoryIdentifier = QStringLiteral("STREAK_RISK");
+
+// The first local hour of the day at which a reminder may come.
+constexpr int notificationStartHour = 18;
 
 struct Words
 {
     Q_DECLARE_TR_FUNCTIONS(Reminder)
 };
 
-}  // namespace
-
-ReminderDecision decideReminder(const ReminderSnapshot &snapshot)
+bool hasNotifiedToday(const ReminderSnapshot &snapshot)
 {
-    if (!snapshot.notificationsEnabled)
-        return ReminderDecision::SwitchedOff;
-    if (snapshot.hasCommittedToday)
-        return ReminderDecision::CommittedToday;
-    if (snapshot.currentStreak < 1)
-        return ReminderDecision::NothingToLose;
-    if (snapshot.calendar.timeOf(snapshot.now).hour() < notificationStartHour)
-        return ReminderDecision::TooEarly;
-    if (hasRemindedOn(snapshot.lastReminder, snapshot.now, snapshot.calendar))
-        return ReminderDecision::AlreadyReminded;
-    return ReminderDecision::Remind;
+    const auto *date = snapshot.lastReminder ? std::get_if<Instant>(&*snapshot.lastReminder) : nullptr;
+    return date != nullptr && snapshot.calendar.isSameDay(*date, snapshot.now);
 }
 
-bool hasRemindedOn(const std::optional<PreferenceValue> &lastReminder, Instant now, const Calendar &calendar)
+}  // namespace
+
+bool isReminderDue(const ReminderSnapshot &snapshot)
 {
-    const auto *date = lastReminder ? std::get_if<Instant>(&*lastReminder) : nullptr;
-    return date != nullptr && calendar.isSameDay(*date, now);
+    return snapshot.notificationsEnabled && !snapshot.hasCommittedToday && snapshot.currentStreak >= 1 &&
+           snapshot.calendar.timeOf(snapshot.now).hour() >= notificationStartHour && !hasNotifiedToday(snapshot);
 }
 
 QString reminderIdentifier(Instant moment)
 {
     const std::chrono::duration<double> sinceEpoch = moment.time_since_epoch();
-    std::array<char, 64> text{};
-    const auto written =
-        std::to_chars(text.data(), text.data() + text.size(), sinceEpoch.count(), std::chars_format::fixed);
-    const std::string_view digits(text.data(), written.ptr);
-    const auto fraction = digits.find('.') == std::string_view::npos ? QLatin1String(".0") : QLatin1String();
-    return QLatin1String("streak-risk-") + QString::fromLatin1(digits.data(), qsizetype(digits.size())) + fraction;
-}
-
-QString reminderBody(qint64 currentStreak)
-{
-    return Words::tr("You haven't committed today. Your %1-day streak will reset at midnight!", nullptr,
-                     pluralForm(currentStreak))
-        .arg(currentStreak);
+    const auto digits = QString::number(sinceEpoch.count(), 'f', QLocale::FloatingPointShortest);
+    const auto fraction = digits.contains(u'.') ? QLatin1String() : QLatin1String(".0");
+    return QLatin1String("streak-risk-") + digits + fraction;
 }
 
 NotificationRequest reminderRequest(qint64 currentStreak, Instant moment)
@@ -69,10 +48,10 @@ NotificationRequest reminderRequest(qint64 currentStreak, Instant moment)
     return {
         .identifier = reminderIdentifier(moment),
         .title = Words::tr("Streak at Risk!"),
-        .body = reminderBody(currentStreak),
+        .body = Words::tr("You haven't committed today. Your %1-day streak will reset at midnight!", nullptr,
+                          pluralForm(currentStreak))
+                    .arg(currentStreak),
         .categoryIdentifier = categoryIdentifier,
-        .isTimeSensitive = true,
-        .hasDefaultSound = true,
     };
 }
 
@@ -81,18 +60,6 @@ NotificationCategory reminderCategory()
     const NotificationAction open{QStringLiteral("OPEN_APP"), Words::tr("Open Velquarin"), true};
     const NotificationAction dismiss{QStringLiteral("DISMISS"), Words::tr("Dismiss"), false};
     return {.identifier = categoryIdentifier, .actions = {open, dismiss}};
-}
-
-std::chrono::milliseconds untilNextDay(Instant now, const Calendar &calendar)
-{
-    const auto today = calendar.startOfDay(now);
-    // A zone that changed sides of the date line left a day out: the one after it comes next.
-    for (const qint64 step : {1, 2}) {
-        const auto next = calendar.addDays(today, step);
-        if (next && *next > now)
-            return *next - now;
-    }
-    return 24h;
 }
 
 }  // namespace velquarin

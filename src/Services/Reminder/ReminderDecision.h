@@ -24,32 +24,17 @@ struct ReminderSnapshot
     Calendar calendar;
 };
 
-//! Whether to remind now, and else the first reason not to, in the order in which they are looked at.
-enum class ReminderDecision { SwitchedOff, CommittedToday, NothingToLose, TooEarly, AlreadyReminded, Remind };
-
-//! The first local hour of the day at which a reminder may come.
-constexpr int notificationStartHour = 18;
-
-[[nodiscard]] ReminderDecision decideReminder(const ReminderSnapshot &snapshot);
-
-//! Whether @p lastReminder is a date on the calendar day of @p now.
-[[nodiscard]] bool hasRemindedOn(const std::optional<PreferenceValue> &lastReminder, Instant now,
-                                 const Calendar &calendar);
+//! Whether to remind now: once a day, from six in the evening, of a streak that today's commit has not kept yet.
+[[nodiscard]] bool isReminderDue(const ReminderSnapshot &snapshot);
 
 //! "streak-risk-" and the seconds since 1970 of @p moment, never in exponent notation and always with a
 //! decimal point: the shortest such text that reads back to the same double.
 [[nodiscard]] QString reminderIdentifier(Instant moment);
 
-//! The sentence that the user reads. Units: days.
-[[nodiscard]] QString reminderBody(qint64 currentStreak);
-
-//! The notification of a streak at risk, as it is posted at @p moment.
+//! The notification of a streak at risk, as it is posted at @p moment. Units: days.
 [[nodiscard]] NotificationRequest reminderRequest(qint64 currentStreak, Instant moment);
 
 //! The kind of notification that a reminder is, with its two actions.
 [[nodiscard]] NotificationCategory reminderCategory();
-
-//! How long until the calendar day of @p now is over; always more than nothing.
-[[nodiscard]] std::chrono::milliseconds untilNextDay(Instant now, const Calendar &calendar);
 
 }  // namespace velquarin

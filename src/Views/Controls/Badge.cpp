@@ -3,7 +3,7 @@
 
 #include "Views/Controls/Badge.h"
 
-#include "Views/Controls/AccessibleText.h"
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
 
 #include <QPainter>
@@ -16,7 +16,7 @@ Badge::Badge(QString word, QWidget *parent)
     : QWidget(parent)
     , m_word(std::move(word))
 {
-    readAsText();
+    setAccessibleRole(*this, QAccessible::StaticText);
     setAccessibleName(m_word);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }

@@ -14,7 +14,7 @@ Picker::Picker(QWidget *parent)
     setFocusPolicy(Qt::TabFocus);
 }
 
-// The toolkit takes them for its own, and some for the beginning of a word to look for.
+// Qt takes them for its own, and some for the beginning of a word to look for.
 void Picker::keyPressEvent(QKeyEvent *event)
 {
     if (event->modifiers().testFlag(Qt::ControlModifier))

@@ -4,10 +4,13 @@
 #include "Views/Controls/PlainButton.h"
 
 #include "Views/Controls/Style.h"
+#include "Views/Controls/Symbols.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
+
+#include <utility>
 
 namespace velquarin {
 
@@ -59,6 +62,45 @@ QLayout *withoutOutset(PlainButton *button)
     row->setContentsMargins(besides, 0, besides, 0);
     row->addWidget(button);
     return row;
+}
+
+IconButton::IconButton(QString symbol, const QString &accessibleName, QWidget *parent)
+    : PlainButton(parent)
+    , m_symbol(std::move(symbol))
+    , m_size(style::sizeOf(style::TypeStyle::Caption))
+    , m_tone(style::Ink::Primary)
+{
+    setAccessibleName(accessibleName);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void IconButton::setLook(double size, const style::Tone &tone)
+{
+    m_size = size;
+    m_tone = tone;
+    updateGeometry();
+    update();
+}
+
+double IconButton::opacity() const
+{
+    return isEnabled() ? 1.0 : 0.5;
+}
+
+QSize IconButton::sizeHint() const
+{
+    const auto symbol = style::symbolSize(m_symbol, m_size);
+    return symbol.grownBy({outset(), outset(), outset(), outset()});
+}
+
+void IconButton::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    painter.setOpacity(opacity());
+    const auto place = rect().adjusted(outset(), outset(), -outset(), -outset());
+    style::paintSymbol(painter, m_symbol, place, style::textColor(palette(), m_tone));
+    painter.end();
+    PlainButton::paintEvent(event);
 }
 
 }  // namespace velquarin

@@ -3,6 +3,11 @@
 
 #include "Views/Controls/Rendering.h"
 
+#include <QApplication>
+#include <QEvent>
+#include <QLayout>
+#include <QWidget>
+
 #include <utility>
 
 namespace velquarin {
@@ -17,17 +22,45 @@ void Rendering::soon()
 {
     if (std::exchange(m_isDue, true))
         return;
-    const auto renderIfStillDue = [this] {
-        if (m_isDue)
-            now();
-    };
-    QMetaObject::invokeMethod(this, renderIfStillDue, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &Rendering::nowIfDue, Qt::QueuedConnection);
 }
 
 void Rendering::now()
 {
     m_isDue = false;
     m_render();
+}
+
+bool Rendering::nowIfDue()
+{
+    const bool isDue = m_isDue;
+    if (isDue)
+        now();
+    return isDue;
+}
+
+Rebuilding::Rebuilding(std::function<void()> rebuild)
+    : m_rendering(std::move(rebuild))
+{
+}
+
+void Rebuilding::noteFont()
+{
+    m_builtFor = QApplication::font();
+}
+
+void Rebuilding::follow(const QEvent &change)
+{
+    if (change.type() == QEvent::FontChange && QApplication::font() != m_builtFor)
+        soon();
+}
+
+void discardContent(QLayout &layout)
+{
+    while (auto *const item = layout.takeAt(0)) {
+        delete item->widget();
+        delete item;
+    }
 }
 
 }  // namespace velquarin

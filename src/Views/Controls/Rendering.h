@@ -2,9 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QFont>
 #include <QObject>
 
 #include <functional>
+
+class QEvent;
+class QLayout;
 
 namespace velquarin {
 
@@ -21,9 +25,38 @@ public:
     //! At once, and no more for the changes before.
     void now();
 
+    //! At once where it is due, which is what it returns.
+    bool nowIfDue();
+
 private:
     std::function<void()> m_render;
     bool m_isDue = false;
 };
+
+//! Builds a widget's content anew, on the next turn of the event loop, when the desktop's font changes: all sizes follow
+//! it.
+class Rebuilding
+{
+public:
+    explicit Rebuilding(std::function<void()> rebuild);
+
+    //! What is built is built for the font of this moment.
+    void noteFont();
+
+    //! To be called from the widget's changeEvent().
+    void follow(const QEvent &change);
+
+    void soon() { m_rendering.soon(); }
+
+    //! At once where it is due, which is what it returns.
+    bool nowIfDue() { return m_rendering.nowIfDue(); }
+
+private:
+    Rendering m_rendering;
+    QFont m_builtFor;
+};
+
+//! Deletes all widgets that @p layout holds.
+void discardContent(QLayout &layout);
 
 }  // namespace velquarin

@@ -10,7 +10,6 @@
 #include <QTransform>
 #include <QWidget>
 
-#include <array>
 #include <cmath>
 
 namespace velquarin::style {
@@ -260,15 +259,6 @@ void paintFocusRing(QPainter &painter, const QRectF &rect, const QPalette &palet
     painter.setPen(QPen(color, width));
     const auto inset = width / 2;
     painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), points(4), points(4));
-}
-
-int countBand(qint64 count)
-{
-    if (count < 0)
-        return 4;
-    constexpr std::array<qint64, 4> highest{0, 2, 5, 10};
-    const auto *const band = std::lower_bound(highest.begin(), highest.end(), count);
-    return static_cast<int>(band - highest.begin());
 }
 
 QRectF onWholePixels(const QPainter &painter, const QRectF &rect)

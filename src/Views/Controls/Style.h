@@ -84,10 +84,6 @@ using Tone = std::variant<Ink, Accent>;
 //! How to draw a text that may hold a mnemonic: underlined where the desktop shows mnemonics, and never its ampersand.
 [[nodiscard]] int mnemonicFlag(const QWidget &widget);
 
-//! Which shade a day with so many commits has: 0 none, 1 up to two, 2 up to five, 3 up to ten, 4 more than ten. A
-//! negative count is in the last band.
-[[nodiscard]] int countBand(qint64 count);
-
 //! The ring around what has the keyboard's focus, just inside @p rect.
 void paintFocusRing(QPainter &painter, const QRectF &rect, const QPalette &palette);
 

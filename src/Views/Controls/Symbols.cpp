@@ -3,8 +3,6 @@
 
 #include "Views/Controls/Symbols.h"
 
-#include "Views/Controls/Style.h"
-
 #include <QApplication>
 #include <QIconEngine>
 #include <QImage>
@@ -15,7 +13,9 @@
 
 #include <utility>
 
-namespace velquarin::style {
+namespace velquarin {
+
+namespace style {
 
 namespace {
 
@@ -48,7 +48,7 @@ QPixmap drawn(const QString &name, QSize pixels, const QColor &color)
     return QPixmap::fromImage(std::move(image));
 }
 
-// Parsing a drawing takes far longer than painting it; the toolkit's cache lets go of what is not used any more.
+// Parsing a drawing takes far longer than painting it; Qt's cache lets go of what is not used any more.
 QPixmap cached(const QString &name, QSize pixels, const QColor &color)
 {
     const auto key = QStringLiteral("velquarin/%1/%2x%3/%4")
@@ -122,4 +122,56 @@ QIcon programIcon()
     return icon;
 }
 
-}  // namespace velquarin::style
+}  // namespace style
+
+SymbolView::SymbolView(QString name, double size, const style::Tone &tone, QWidget *parent)
+    : QWidget(parent)
+    , m_name(std::move(name))
+    , m_size(size)
+    , m_tone(tone)
+{
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void SymbolView::setName(const QString &name)
+{
+    if (std::exchange(m_name, name) != name)
+        update();
+}
+
+void SymbolView::setTone(const style::Tone &tone)
+{
+    if (m_tone == tone && !m_isFilled)
+        return;
+    m_tone = tone;
+    m_isFilled = false;
+    update();
+}
+
+void SymbolView::setFill(style::Accent accent)
+{
+    if (m_tone == style::Tone(accent) && m_isFilled)
+        return;
+    m_tone = accent;
+    m_isFilled = true;
+    update();
+}
+
+QColor SymbolView::color() const
+{
+    return m_isFilled ? style::accent(palette(), std::get<style::Accent>(m_tone)) : style::textColor(palette(), m_tone);
+}
+
+QSize SymbolView::sizeHint() const
+{
+    return style::symbolSize(m_name, m_size);
+}
+
+void SymbolView::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    style::paintSymbol(painter, m_name, rect(), color());
+}
+
+}  // namespace velquarin

@@ -2,17 +2,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QColor>
+#include "Views/Controls/Style.h"
+
 #include <QIcon>
-#include <QRectF>
-#include <QSizeF>
 #include <QString>
+#include <QWidget>
 
 class QPainter;
 
-//! Our own drawings, in one colour but for the program's icon. Each is drawn on a grid 24 units high, with the same weight of line.
-//! Names are those of resources/symbols.
-namespace velquarin::style {
+namespace velquarin {
+
+//! Our own drawings, in one colour but for the program's icon. Each is drawn on a grid 24 units high, with the same
+//! weight of line. Names are those of resources/symbols.
+namespace style {
 
 //! The room that the symbol @p name takes beside text of so many points: as high as 1.4 times the text, and as wide as
 //! it is drawn. Units: logical pixels, whole.
@@ -21,10 +23,41 @@ namespace velquarin::style {
 //! Paints the symbol @p name into @p rect, as large as it fits, in the middle, sharp at every scale.
 void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, const QColor &color);
 
-//! The symbol @p name for a button of the toolkit: painted anew each time, in the colour of the buttons' text.
+//! The symbol @p name for a button of Qt's: painted anew each time, in the colour of the buttons' text.
 [[nodiscard]] QIcon symbolIcon(const QString &name);
 
-//! The program's own icon, in its colours. Made without the toolkit's plugin for such drawings, which need not be there.
+//! The program's own icon, in its colours. Made without Qt's plugin for such drawings, which need not be there.
 [[nodiscard]] QIcon programIcon();
 
-}  // namespace velquarin::style
+}  // namespace style
+
+//! One of our drawings, beside text of a size. It lets the pointer through, and says nothing to a screen reader: the
+//! text or the button beside it does.
+class SymbolView : public QWidget
+{
+    Q_OBJECT
+public:
+    //! @p size in points, of the text it stands beside.
+    SymbolView(QString name, double size, const style::Tone &tone, QWidget *parent = nullptr);
+
+    [[nodiscard]] const QString &name() const { return m_name; }
+    void setName(const QString &name);
+    void setTone(const style::Tone &tone);
+
+    //! Fills the drawing with a lively colour, where it is a picture and no letter.
+    void setFill(style::Accent accent);
+
+    [[nodiscard]] QColor color() const;
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QString m_name;
+    double m_size;
+    style::Tone m_tone;
+    bool m_isFilled = false;
+};
+
+}  // namespace velquarin

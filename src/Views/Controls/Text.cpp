@@ -3,7 +3,7 @@
 
 #include "Views/Controls/Text.h"
 
-#include "Views/Controls/AccessibleText.h"
+#include "Views/Controls/Accessibility.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -37,7 +37,7 @@ Text::Text(const TextLook &look, QWidget *parent)
     : QWidget(parent)
     , m_look(look)
 {
-    readAsText();
+    setAccessibleRole(*this, QAccessible::StaticText);
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }

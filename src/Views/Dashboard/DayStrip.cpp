@@ -3,7 +3,13 @@
 
 #include "Views/Dashboard/DayStrip.h"
 
-#include "Views/Dashboard/DayColumn.h"
+#include "Platform/DateTexts.h"
+#include "Views/Controls/Accessibility.h"
+#include "Views/Controls/Style.h"
+#include "Views/Dashboard/DayColor.h"
+
+#include <QFontMetrics>
+#include <QPainter>
 
 #include <algorithm>
 #include <cmath>
@@ -12,9 +18,122 @@ namespace velquarin {
 
 namespace {
 
+QFont smallFont(QFont::Weight weight = QFont::Normal)
+{
+    return style::font(style::TypeStyle::Caption2, weight);
+}
+
+int gap()
+{
+    return style::points(4);
+}
+
 constexpr qsizetype daysOfAWeek = 7;
 
 }  // namespace
+
+DayColumn::DayColumn(QWidget *parent)
+    : QWidget(parent)
+{
+    setAccessibleRole(*this, QAccessible::StaticText);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void DayColumn::setDay(const CommitDay &day, const DateTexts &texts, const Calendar &calendar, Instant now)
+{
+    const auto weekday = texts.weekday(day.date);
+    const bool isToday = calendar.isSameDay(day.date, now);
+    if (weekday == m_weekday && day.commitCount == m_count && isToday == m_isToday)
+        return;
+    m_weekday = weekday;
+    m_count = day.commitCount;
+    m_isToday = isToday;
+    setAccessibleName(QStringLiteral("%1, %2").arg(m_weekday, QString::number(m_count)));
+    update();
+}
+
+void DayColumn::setOffset(double offset)
+{
+    if (qFuzzyCompare(1 + offset, 1 + m_offset))
+        return;
+    m_offset = offset;
+    update();
+}
+
+int DayColumn::squareSize()
+{
+    return style::points(32);
+}
+
+QSize DayColumn::sizeHint() const
+{
+    const auto height = QFontMetrics(smallFont()).height() + gap() + squareSize() + gap() + style::points(4);
+    return {squareSize(), height};
+}
+
+void DayColumn::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(style::onWholePixels(painter, {m_offset, 0, 1, 1}).left(), 0);
+    paintWeekday(painter);
+    paintSquare(painter);
+    if (m_count >= 1)
+        paintCount(painter);
+    if (m_isToday)
+        paintDot(painter);
+}
+
+QRect DayColumn::weekdayRect() const
+{
+    return {0, 0, width(), QFontMetrics(smallFont()).height()};
+}
+
+QRect DayColumn::squareRect() const
+{
+    return {(width() - squareSize()) / 2, weekdayRect().bottom() + 1 + gap(), squareSize(), squareSize()};
+}
+
+QRect DayColumn::dotRect() const
+{
+    const auto size = style::points(4);
+    return {(width() - size) / 2, squareRect().bottom() + 1 + gap(), size, size};
+}
+
+void DayColumn::paintWeekday(QPainter &painter) const
+{
+    painter.setFont(smallFont());
+    painter.setPen(style::ink(palette(), style::Ink::Secondary));
+    painter.setLayoutDirection(style::readingDirection(m_weekday));
+    const auto shown = painter.fontMetrics().elidedText(m_weekday, Qt::ElideRight, width());
+    painter.drawText(weekdayRect(), Qt::AlignCenter, shown);
+}
+
+void DayColumn::paintSquare(QPainter &painter) const
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colorForCount(m_count).in(palette()));
+    painter.drawRoundedRect(style::onWholePixels(painter, squareRect()), style::points(4), style::points(4));
+}
+
+void DayColumn::paintCount(QPainter &painter) const
+{
+    auto font = smallFont(QFont::DemiBold);
+    const auto text = QString::number(m_count);
+    const auto room = squareSize() - style::points(5);
+    while (QFontMetrics(font).horizontalAdvance(text) > room && font.pixelSize() > 1)
+        font.setPixelSize(font.pixelSize() - 1);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(squareRect(), Qt::AlignCenter, text);
+}
+
+void DayColumn::paintDot(QPainter &painter) const
+{
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(style::accent(palette(), style::Accent::Blue));
+    painter.drawEllipse(style::onWholePixels(painter, dotRect()));
+}
 
 DayStrip::DayStrip(QWidget *parent)
     : QWidget(parent)

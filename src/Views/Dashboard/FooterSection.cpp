@@ -3,8 +3,8 @@
 
 #include "Views/Dashboard/FooterSection.h"
 
-#include "Views/Controls/IconButton.h"
 #include "Views/Controls/OutsetItem.h"
+#include "Views/Controls/PlainButton.h"
 #include "Views/Controls/Text.h"
 
 #include <QHBoxLayout>

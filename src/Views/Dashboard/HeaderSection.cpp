@@ -5,9 +5,8 @@
 
 #include "Platform/PluralForm.h"
 #include "Views/Controls/Divider.h"
-#include "Views/Controls/SymbolView.h"
+#include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
-#include "Views/Dashboard/StatRow.h"
 
 #include <QFontMetrics>
 #include <QHBoxLayout>
@@ -31,6 +30,30 @@ int streakColumnWidth()
 }
 
 }  // namespace
+
+StatRow::StatRow(const QString &label, const QString &value, const style::Tone &tone, QWidget *parent)
+    : QWidget(parent)
+    , m_label(makeText(textLook(style::TypeStyle::Caption, style::Ink::Secondary), label, this))
+    , m_value(makeText(textLook(style::TypeStyle::Caption, tone, QFont::Medium), value, this))
+{
+    auto *const row = new QHBoxLayout(this);
+    row->setContentsMargins({});
+    row->setSpacing(style::points(style::defaultSpacing));
+    row->addWidget(m_label);
+    row->addStretch();
+    row->addWidget(m_value);
+}
+
+QString StatRow::value() const
+{
+    return m_value->text();
+}
+
+void StatRow::setValue(const QString &value, const style::Tone &tone)
+{
+    m_value->setText(value);
+    m_value->setTone(tone);
+}
 
 HeaderSection::HeaderSection(QWidget *parent)
     : QWidget(parent)

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Views/Dashboard/DashboardFigures.h"
+#include "Views/Controls/Style.h"
 
 #include <QWidget>
 
@@ -10,9 +10,34 @@ class QLayout;
 
 namespace velquarin {
 
-class StatRow;
 class SymbolView;
 class Text;
+
+//! A label and its value at the two ends of one line.
+class StatRow : public QWidget
+{
+    Q_OBJECT
+public:
+    StatRow(const QString &label, const QString &value, const style::Tone &tone, QWidget *parent = nullptr);
+
+    [[nodiscard]] QString value() const;
+    void setValue(const QString &value, const style::Tone &tone);
+
+private:
+    Text *m_label;
+    Text *m_value;
+};
+
+//! What the header shows. Units: days, days, commits, repositories.
+struct HeaderFigures
+{
+    qint64 currentStreak = 0;
+    qint64 longestStreak = 0;
+    qint64 totalCommitsThisWeek = 0;
+    qint64 repositories = 0;
+    bool hasCommittedToday = false;
+    friend bool operator==(const HeaderFigures &, const HeaderFigures &) = default;
+};
 
 //! The streak under its flame, and four figures beside it.
 class HeaderSection : public QWidget

@@ -9,7 +9,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <array>
 
 namespace velquarin {
 
@@ -93,15 +92,6 @@ std::optional<int> nextInRange(const HeatmapGrid &grid, int index, int step)
 std::optional<int> todayIndex(const HeatmapGrid &grid)
 {
     return nextInRange(grid, cellCount(grid), -1);
-}
-
-CellColor colorForCount(qint64 count, bool isInRange)
-{
-    constexpr std::array opacities{0.15, 0.3, 0.5, 0.7, 0.9};
-    if (!isInRange || count < 0)
-        return {};
-    const auto opacity = opacities.at(static_cast<std::size_t>(style::countBand(count)));
-    return {count == 0 ? style::Accent::Grey : style::Accent::Green, opacity};
 }
 
 QList<MonthLabel> monthLabels(const HeatmapGrid &grid, const Calendar &calendar, const DateTexts &texts)

@@ -5,7 +5,6 @@
 #include "Models/StreakData.h"
 #include "Platform/Calendar.h"
 #include "Platform/Instant.h"
-#include "Views/Controls/Style.h"
 
 #include <QList>
 #include <QString>
@@ -60,18 +59,6 @@ struct MonthLabel
     int weekIndex = 0;
     friend bool operator==(const MonthLabel &, const MonthLabel &) = default;
 };
-
-//! The colour of a square as what it is made of.
-struct CellColor
-{
-    std::optional<style::Accent> accent;  //!< nothing where nothing is drawn
-    double opacity = 0;                   //!< 0 to 1
-    friend bool operator==(const CellColor &, const CellColor &) = default;
-};
-
-//! Grey for no commits, green that grows stronger with 1, 3, 6 and 11 commits, clear out of range.
-//! Errors: none; a negative count is clear.
-[[nodiscard]] CellColor colorForCount(qint64 count, bool isInRange);
 
 //! One label for each week whose first day in range lies in another month than that of the week before; the first week
 //! always has one, and none is left out for want of room.

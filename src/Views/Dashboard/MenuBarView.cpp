@@ -4,19 +4,15 @@
 #include "Views/Dashboard/MenuBarView.h"
 
 #include "Platform/Clock.h"
-#include "Platform/DateTexts.h"
-#include "Services/Reminder/ReminderDecision.h"
 #include "Services/Streak/StreakManager.h"
 #include "Views/Controls/Divider.h"
 #include "Views/Controls/Style.h"
 #include "Views/Dashboard/FooterSection.h"
 #include "Views/Dashboard/HeaderSection.h"
-#include "Views/Dashboard/RepoRow.h"
 #include "Views/Dashboard/RepositoriesSection.h"
 #include "Views/Dashboard/WeekSection.h"
 #include "Views/Dashboard/YearSection.h"
 
-#include <QApplication>
 #include <QEvent>
 #include <QVBoxLayout>
 
@@ -50,23 +46,17 @@ bool holdsFocus(const QWidget *section)
     return focused != nullptr && section->isAncestorOf(focused);
 }
 
-// Shows one section in place of another. The keyboard's focus goes along, and not astray.
-template <typename Entering, typename Leaving>
-void exchangeSections(Entering *entering, Leaving *leaving)
+// Shows one section in place of another. The keyboard's focus goes along.
+void exchangeSections(QWidget *entering, QWidget *leaving)
 {
     const bool hadFocus = holdsFocus(leaving);
     entering->show();
     if (hadFocus)
-        entering->takeFocus();
+        entering->setFocus(Qt::OtherFocusReason);
     leaving->hide();
 }
 
 }  // namespace
-
-QByteArray environmentLocale()
-{
-    return dateLocale(QProcessEnvironment::systemEnvironment());
-}
 
 MenuBarView::MenuBarView(StreakManager &manager, const Clock &clock, Timers &timers, FileViewer &viewer,
                          std::function<void()> openSettings, std::function<QByteArray()> readLocale, QWidget *parent)
@@ -77,6 +67,8 @@ MenuBarView::MenuBarView(StreakManager &manager, const Clock &clock, Timers &tim
     , m_viewer(viewer)
     , m_openSettings(std::move(openSettings))
     , m_readLocale(std::move(readLocale))
+    , m_rendering([this] { render(); })
+    , m_rebuilding([this] { rebuild(); })
 {
     setObjectName(QStringLiteral("dashboard"));
     makeColumn(this);
@@ -89,7 +81,7 @@ MenuBarView::~MenuBarView() = default;
 
 void MenuBarView::observe()
 {
-    const auto follow = [this](auto signal) { connect(&m_manager, signal, this, &MenuBarView::renderSoon); };
+    const auto follow = [this](auto signal) { connect(&m_manager, signal, &m_rendering, &Rendering::soon); };
     follow(&StreakManager::currentStreakWillChange);
     follow(&StreakManager::longestStreakWillChange);
     follow(&StreakManager::hasCommittedTodayWillChange);
@@ -105,34 +97,24 @@ void MenuBarView::observe()
     follow(&StreakManager::showYearViewWillChange);
 }
 
-// The signals come before the values they announce.
-void MenuBarView::renderSoon()
-{
-    if (std::exchange(m_isRenderingDue, true))
-        return;
-    const auto renderIfStillDue = [this] {
-        if (m_isRenderingDue)
-            renderNow();
-    };
-    QMetaObject::invokeMethod(this, renderIfStillDue, Qt::QueuedConnection);
-}
-
 void MenuBarView::renderNow()
 {
-    m_isRenderingDue = false;
-    if (std::exchange(m_areSectionsStale, false))
-        renderAnew();
-    else
-        renderSections(m_clock.calendar(), m_clock.now());
+    if (!m_rebuilding.nowIfDue())
+        m_rendering.now();
+}
+
+void MenuBarView::render()
+{
+    renderSections(m_clock.calendar(), m_clock.now());
     startTimers();
 }
 
-void MenuBarView::renderAnew()
+void MenuBarView::rebuild()
 {
     const auto place = keyboardsPlace();
-    discardSections();
+    discardContent(*layout());
     buildSections();
-    renderSections(m_clock.calendar(), m_clock.now());
+    m_rendering.now();
     bringKeyboardTo(place);
 }
 
@@ -153,7 +135,7 @@ void MenuBarView::bringKeyboardTo(const QString &place)
 
 void MenuBarView::buildSections()
 {
-    m_builtFor = QApplication::font();
+    m_rebuilding.noteFont();
     setFixedWidth(style::points(300));
     m_header = new HeaderSection(this);
     m_week = new WeekSection(this);
@@ -164,14 +146,6 @@ void MenuBarView::buildSections()
     m_footer = new FooterSection(this);
     placeSections(static_cast<QVBoxLayout *>(layout()));
     connectSections();
-}
-
-void MenuBarView::discardSections()
-{
-    while (auto *const item = layout()->takeAt(0)) {
-        delete item->widget();
-        delete item;
-    }
 }
 
 void MenuBarView::placeSections(QVBoxLayout *column)
@@ -202,8 +176,10 @@ void MenuBarView::renderSections(const Calendar &calendar, Instant now)
 {
     const auto &texts = textsFor(calendar);
     renderHeader();
-    m_week->setDays(m_manager.commitHistory(), texts, calendar, now);
-    m_year->setHistory(m_manager.yearHistory(), texts, calendar, now);
+    if (m_manager.showYearView())
+        m_year->setHistory(m_manager.yearHistory(), texts, calendar, now);
+    else
+        m_week->setDays(m_manager.commitHistory(), texts, calendar, now);
     chooseSection();
     m_repositories->setRepositories(m_manager.repositoryStats(), texts, now);
     m_footer->setRefreshing(m_manager.isRefreshing());
@@ -289,15 +265,13 @@ void MenuBarView::hideEvent(QHideEvent *event)
     QWidget::hideEvent(event);
 }
 
-// All sizes follow the desktop's font, and some drawings the direction of writing: such a change builds all anew.
+// Some drawings follow the direction of writing.
 void MenuBarView::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    const bool isOtherFont = event->type() == QEvent::FontChange && QApplication::font() != m_builtFor;
-    if (!isOtherFont && event->type() != QEvent::LayoutDirectionChange)
-        return;
-    m_areSectionsStale = true;
-    renderSoon();
+    m_rebuilding.follow(*event);
+    if (event->type() == QEvent::LayoutDirectionChange)
+        m_rebuilding.soon();
 }
 
 }  // namespace velquarin

@@ -3,11 +3,12 @@
 #pragma once
 
 #include "Platform/Calendar.h"
+#include "Platform/DateTexts.h"
 #include "Platform/Instant.h"
 #include "Platform/Timers.h"
+#include "Views/Controls/Rendering.h"
 
 #include <QByteArray>
-#include <QFont>
 #include <QWidget>
 
 #include <functional>
@@ -19,7 +20,6 @@ class QVBoxLayout;
 namespace velquarin {
 
 class Clock;
-class DateTexts;
 class FileViewer;
 class FooterSection;
 class HeaderSection;
@@ -27,9 +27,6 @@ class RepositoriesSection;
 class StreakManager;
 class WeekSection;
 class YearSection;
-
-//! The locale of the process's environment, as dateLocale() finds it.
-[[nodiscard]] QByteArray environmentLocale();
 
 //! The dashboard: the streak, the week or the year, the repositories, and when all that was read.
 //!
@@ -58,10 +55,9 @@ protected:
 
 private:
     void observe();
-    void renderSoon();
-    void renderAnew();
+    void render();
+    void rebuild();
     void buildSections();
-    void discardSections();
     void placeSections(QVBoxLayout *column);
     void connectSections();
     void renderSections(const Calendar &calendar, Instant now);
@@ -91,9 +87,8 @@ private:
     std::unique_ptr<DateTexts> m_texts;
     QByteArray m_locale;
     std::optional<Calendar> m_calendar;
-    QFont m_builtFor;
-    bool m_isRenderingDue = false;
-    bool m_areSectionsStale = false;
+    Rendering m_rendering;
+    Rebuilding m_rebuilding;
     std::unique_ptr<Timer> m_second;
     std::unique_ptr<Timer> m_nextDay;
 };

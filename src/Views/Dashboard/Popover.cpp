@@ -3,8 +3,7 @@
 
 #include "Views/Dashboard/Popover.h"
 
-#include "Views/Controls/AccessibleScrollArea.h"
-#include "Views/Controls/AccessibleWindow.h"
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
 
 #include <QApplication>
@@ -70,7 +69,7 @@ Qt::ScrollBarPolicy scrollBarWhere(bool isNeeded)
     return isNeeded ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff;
 }
 
-// The toolkit looks for a token in the environment, and nowhere else, when a window is shown or activated. It is there no
+// Qt looks for a token in the environment, and nowhere else, when a window is shown or activated. It is there no
 // longer than that: a program that we start later would pass itself off as this window.
 class OfferedToken
 {
@@ -122,7 +121,7 @@ Popover::Popover(QWidget *content, Kind kind, Surface surface)
 
 void Popover::setUpWindow()
 {
-    readAsWindow();
+    setAccessibleRole(*this, QAccessible::Window);
     setObjectName(QStringLiteral("popover"));
     setWindowTitle(QStringLiteral("Velquarin"));
     setAccessibleName(windowTitle());
@@ -134,8 +133,8 @@ void Popover::setUpWindow()
 // The surface is painted by the window; what lies on it lets it through.
 void Popover::setUpContent(QWidget *content)
 {
-    readScrollAreasWhole();
     m_scrollArea = new QScrollArea(this);
+    readScrollAreaWhole(*m_scrollArea);
     m_scrollArea->setFrameShape(QFrame::NoFrame);
     m_scrollArea->setFocusPolicy(Qt::NoFocus);
     m_scrollArea->setWidgetResizable(true);
@@ -211,7 +210,7 @@ void Popover::catchClicks()
     m_clickCatcher->show();
 }
 
-// The toolkit would give the focus to what had it last time, or to the first thing that takes it.
+// Qt would give the focus to what had it last time, or to the first thing that takes it.
 void Popover::leaveFocusNowhere()
 {
     if (auto *last = focusWidget())
@@ -225,7 +224,7 @@ int Popover::contentHeight() const
     return std::max(content->sizeHint().height(), content->minimumSizeHint().height());
 }
 
-PopoverWish Popover::wish() const
+PopoverDimensions Popover::dimensions() const
 {
     return {.width = style::points(contentWidth),
             .contentHeight = contentHeight(),
@@ -237,10 +236,10 @@ PopoverWish Popover::wish() const
 
 void Popover::fit()
 {
-    const auto wish = this->wish();
-    const auto place = placePopover(*m_click, screenAreas(), wish);
+    const auto dimensions = this->dimensions();
+    const auto place = placePopover(*m_click, screenAreas(), dimensions);
     // Else it would be squeezed to its least height before it is scrolled.
-    m_scrollArea->widget()->setMinimumHeight(place.scrolls ? wish.contentHeight : 0);
+    m_scrollArea->widget()->setMinimumHeight(place.scrolls ? dimensions.contentHeight : 0);
     m_scrollArea->setVerticalScrollBarPolicy(scrollBarWhere(place.scrolls));
     m_scrollArea->setHorizontalScrollBarPolicy(scrollBarWhere(place.scrollsSideways));
     setFixedSize(place.rectangle.size());
@@ -296,7 +295,7 @@ void Popover::keyPressEvent(QKeyEvent *event)
         QWidget::keyPressEvent(event);
 }
 
-// The toolkit closes a popup at the press already, and gives the pointer back. The status item would then get the
+// Qt closes a popup at the press already, and gives the pointer back. The status item would then get the
 // release alone, which is a click to many a host, and open the popover again.
 void Popover::mousePressEvent(QMouseEvent *event)
 {
@@ -332,6 +331,13 @@ void Popover::paintEvent(QPaintEvent * /*event*/)
     }
     painter.setRenderHint(QPainter::Antialiasing);
     painter.drawRoundedRect(edge, style::points(cornerRadius), style::points(cornerRadius));
+}
+
+// Qt closes popups when the application is no longer the active one. On X11 it hears of that late: the focus that a
+// dashboard had before, or the settings, would close the one that has just opened. Clicks and Esc find it anyway.
+void Popover::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(m_kind == Kind::Managed);
 }
 
 void Popover::showEvent(QShowEvent *event)

@@ -74,6 +74,7 @@ protected:
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void hideEvent(QHideEvent *event) override;
 
@@ -85,7 +86,7 @@ private:
     void standAt(const QRect &place);
     void leaveFocusNowhere();
     [[nodiscard]] int contentHeight() const;
-    [[nodiscard]] PopoverWish wish() const;
+    [[nodiscard]] PopoverDimensions dimensions() const;
     void catchClicks();
     [[nodiscard]] bool wasJustDeactivated() const;
 

@@ -13,7 +13,7 @@ namespace {
 // No panel is thicker than this, so a click further away from an edge is on no panel there.
 constexpr int thickestPanel = 64;
 
-constexpr std::array sides{PanelSide::Top, PanelSide::Bottom, PanelSide::Left, PanelSide::Right};
+constexpr std::array sides{Qt::TopEdge, Qt::BottomEdge, Qt::LeftEdge, Qt::RightEdge};
 
 bool isOnScreen(QPoint point, const QList<ScreenArea> &screens)
 {
@@ -35,27 +35,27 @@ const ScreenArea &nearestScreen(QPoint point, const QList<ScreenArea> &screens)
 }
 
 // How deep the inner area begins behind the outer one's edge, seen from that side.
-int depth(const QRect &outer, const QRect &inner, PanelSide side)
+int depth(const QRect &outer, const QRect &inner, Qt::Edge side)
 {
     switch (side) {
-    case PanelSide::Top:
+    case Qt::TopEdge:
         return inner.top() - outer.top();
-    case PanelSide::Bottom:
+    case Qt::BottomEdge:
         return outer.bottom() - inner.bottom();
-    case PanelSide::Left:
+    case Qt::LeftEdge:
         return inner.left() - outer.left();
-    case PanelSide::Right:
+    case Qt::RightEdge:
         return outer.right() - inner.right();
     }
     return 0;
 }
 
-int panelThickness(const ScreenArea &screen, PanelSide side)
+int panelThickness(const ScreenArea &screen, Qt::Edge side)
 {
     return depth(screen.whole, screen.available, side);
 }
 
-int distanceToEdge(QPoint point, const QRect &area, PanelSide side)
+int distanceToEdge(QPoint point, const QRect &area, Qt::Edge side)
 {
     return depth(area, QRect(point, QSize(1, 1)), side);
 }
@@ -74,28 +74,28 @@ QRect itemOnScreen(QPoint click, int extent, const QRect &screen)
                       extent);
 }
 
-bool isUpright(PanelSide side)
+bool isUpright(Qt::Edge side)
 {
-    return side == PanelSide::Left || side == PanelSide::Right;
+    return side == Qt::LeftEdge || side == Qt::RightEdge;
 }
 
 // What is left of the screen for the popover: nothing of the panel, nothing of the item.
-QRect roomBeside(QPoint click, PanelSide side, const ScreenArea &screen, const PopoverWish &wish)
+QRect roomBeside(QPoint click, Qt::Edge side, const ScreenArea &screen, const PopoverDimensions &dimensions)
 {
     auto room = screen.available;
     // A panel that reserves its strip keeps the item within it.
     if (panelThickness(screen, side) == 0) {
-        const auto item = itemOnScreen(click, wish.item, screen.whole);
-        if (side == PanelSide::Top)
+        const auto item = itemOnScreen(click, dimensions.item, screen.whole);
+        if (side == Qt::TopEdge)
             room.setTop(std::max(room.top(), item.bottom() + 1));
-        else if (side == PanelSide::Bottom)
+        else if (side == Qt::BottomEdge)
             room.setBottom(std::min(room.bottom(), item.top() - 1));
-        else if (side == PanelSide::Left)
+        else if (side == Qt::LeftEdge)
             room.setLeft(std::max(room.left(), item.right() + 1));
         else
             room.setRight(std::min(room.right(), item.left() - 1));
     }
-    return room.adjusted(wish.gap, wish.gap, -wish.gap, -wish.gap);
+    return room.adjusted(dimensions.gap, dimensions.gap, -dimensions.gap, -dimensions.gap);
 }
 
 // The start of a stretch whose middle is at that point, moved inside of the bounds.
@@ -104,58 +104,43 @@ int centred(int middle, int length, int first, int last)
     return std::max(std::min(middle - length / 2, last + 1 - length), first);
 }
 
-QPoint corner(QPoint click, QSize size, PanelSide side, const QRect &room)
+QPoint corner(QPoint click, QSize size, Qt::Edge side, const QRect &room)
 {
     const auto x = centred(click.x(), size.width(), room.left(), room.right());
     const auto y = centred(click.y(), size.height(), room.top(), room.bottom());
     switch (side) {
-    case PanelSide::Top:
+    case Qt::TopEdge:
         return {x, room.top()};
-    case PanelSide::Bottom:
+    case Qt::BottomEdge:
         return {x, room.bottom() + 1 - size.height()};
-    case PanelSide::Left:
+    case Qt::LeftEdge:
         return {room.left(), y};
-    case PanelSide::Right:
+    case Qt::RightEdge:
         return {room.right() + 1 - size.width(), y};
     }
     return {x, y};
 }
 
 // A scroll bar takes of the room itself, so that one can make the other necessary.
-PopoverPlace sizeWithin(QSize room, const PopoverWish &wish)
+PopoverPlace sizeWithin(QSize room, const PopoverDimensions &dimensions)
 {
-    const bool isTooWide = wish.width > room.width();
-    const auto contentHeight = wish.contentHeight + (isTooWide ? wish.scrollBar : 0);
+    const bool isTooWide = dimensions.width > room.width();
+    const auto contentHeight = dimensions.contentHeight + (isTooWide ? dimensions.scrollBar : 0);
     const bool scrolls = contentHeight > room.height();
-    const auto width = wish.width + (scrolls ? wish.scrollBar : 0);
-    const QSize wished(width, std::max(contentHeight, wish.leastHeight));
-    return {{QPoint(), wished.boundedTo(room)}, scrolls, width > room.width()};
+    const auto width = dimensions.width + (scrolls ? dimensions.scrollBar : 0);
+    const QSize whole(width, std::max(contentHeight, dimensions.leastHeight));
+    return {{QPoint(), whole.boundedTo(room)}, scrolls, width > room.width()};
 }
 
-Qt::Edge edgeOf(PanelSide side)
-{
-    switch (side) {
-    case PanelSide::Top:
-        return Qt::TopEdge;
-    case PanelSide::Bottom:
-        return Qt::BottomEdge;
-    case PanelSide::Left:
-        return Qt::LeftEdge;
-    case PanelSide::Right:
-        return Qt::RightEdge;
-    }
-    return Qt::TopEdge;
-}
-
-PanelSide nearerSide(const QRect &place, const QRect &screen, PanelSide one, PanelSide other)
+Qt::Edge nearerEdge(const QRect &place, const QRect &screen, Qt::Edge one, Qt::Edge other)
 {
     return depth(screen, place, one) < depth(screen, place, other) ? one : other;
 }
 
 QMargins distances(const QRect &place, const QRect &screen)
 {
-    return {depth(screen, place, PanelSide::Left), depth(screen, place, PanelSide::Top),
-            depth(screen, place, PanelSide::Right), depth(screen, place, PanelSide::Bottom)};
+    return {depth(screen, place, Qt::LeftEdge), depth(screen, place, Qt::TopEdge), depth(screen, place, Qt::RightEdge),
+            depth(screen, place, Qt::BottomEdge)};
 }
 
 }  // namespace
@@ -174,15 +159,15 @@ QPoint steadyClick(std::optional<QPoint> last, QPoint click, int item)
 
 QPoint likelyItem(const ScreenArea &screen, Qt::LayoutDirection direction)
 {
-    const auto side = *std::ranges::max_element(sides, {}, [&](PanelSide one) { return panelThickness(screen, one); });
+    const auto side = *std::ranges::max_element(sides, {}, [&](Qt::Edge one) { return panelThickness(screen, one); });
     const auto &whole = screen.whole;
     if (isUpright(side))
-        return side == PanelSide::Left ? whole.bottomLeft() : whole.bottomRight();
+        return side == Qt::LeftEdge ? whole.bottomLeft() : whole.bottomRight();
     const auto x = direction == Qt::RightToLeft ? whole.left() : whole.right();
-    return {x, side == PanelSide::Top ? whole.top() : whole.bottom()};
+    return {x, side == Qt::TopEdge ? whole.top() : whole.bottom()};
 }
 
-PanelSide panelSide(QPoint click, const ScreenArea &screen)
+Qt::Edge panelSide(QPoint click, const ScreenArea &screen)
 {
     for (const auto side : sides) {
         if (distanceToEdge(click, screen.whole, side) < panelThickness(screen, side))
@@ -192,17 +177,17 @@ PanelSide panelSide(QPoint click, const ScreenArea &screen)
         if (distanceToEdge(click, screen.whole, side) < thickestPanel)
             return side;
     }
-    return click.y() <= screen.whole.center().y() ? PanelSide::Top : PanelSide::Bottom;
+    return click.y() <= screen.whole.center().y() ? Qt::TopEdge : Qt::BottomEdge;
 }
 
-PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens, const PopoverWish &wish)
+PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens, const PopoverDimensions &dimensions)
 {
     if (screens.isEmpty())
-        return {{click, QSize(wish.width, std::max(wish.contentHeight, wish.leastHeight))}};
+        return {{click, QSize(dimensions.width, std::max(dimensions.contentHeight, dimensions.leastHeight))}};
     const auto &screen = nearestScreen(click, screens);
     const auto side = panelSide(click, screen);
-    const auto room = roomBeside(click, side, screen, wish);
-    auto place = sizeWithin(room.size(), wish);
+    const auto room = roomBeside(click, side, screen, dimensions);
+    auto place = sizeWithin(room.size(), dimensions);
     place.rectangle.moveTo(corner(click, place.rectangle.size(), side, room));
     return place;
 }
@@ -215,11 +200,11 @@ WindowAnchor anchorPopover(QPoint click, const QRect &place, const QList<ScreenA
     const auto side = panelSide(click, screen);
     const auto margins = distances(place, screen.whole);
     if (isUpright(side)) {
-        const auto across = nearerSide(place, screen.whole, PanelSide::Top, PanelSide::Bottom);
-        return {edgeOf(side) | edgeOf(across), {gap, margins.top(), gap, margins.bottom()}};
+        const auto across = nearerEdge(place, screen.whole, Qt::TopEdge, Qt::BottomEdge);
+        return {Qt::Edges(side) | across, {gap, margins.top(), gap, margins.bottom()}};
     }
-    const auto across = nearerSide(place, screen.whole, PanelSide::Left, PanelSide::Right);
-    return {edgeOf(side) | edgeOf(across), {margins.left(), gap, margins.right(), gap}};
+    const auto across = nearerEdge(place, screen.whole, Qt::LeftEdge, Qt::RightEdge);
+    return {Qt::Edges(side) | across, {margins.left(), gap, margins.right(), gap}};
 }
 
 }  // namespace velquarin

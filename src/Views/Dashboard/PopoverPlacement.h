@@ -19,11 +19,8 @@ struct ScreenArea
     QRect available;  //!< without the panels that reserve their place; not every panel does
 };
 
-//! The edge of the screen along which the status item stands.
-enum class PanelSide { Top, Bottom, Left, Right };
-
-//! How large the popover would like to be. Units: logical pixels.
-struct PopoverWish
+//! How large the popover is where there is room, and what is kept free around it. Units: logical pixels.
+struct PopoverDimensions
 {
     int width = 0;
     int contentHeight = 0;
@@ -53,15 +50,16 @@ struct PopoverPlace
 //! where no panel is seen.
 [[nodiscard]] QPoint likelyItem(const ScreenArea &screen, Qt::LayoutDirection direction);
 
-//! The side that the item's panel is on: that of the reserved strip that the click lies in; else the edge close by,
-//! an upper or lower one first; else the nearer of these two.
-[[nodiscard]] PanelSide panelSide(QPoint click, const ScreenArea &screen);
+//! The edge of the screen that the item's panel is on: that of the reserved strip that the click lies in; else the one
+//! close by, an upper or lower one first; else the nearer of these two.
+[[nodiscard]] Qt::Edge panelSide(QPoint click, const ScreenArea &screen);
 
 //! The place of the popover: beside the panel, its middle at the click as far as the screen has room, the item left
-//! free, wholly within the available area; taller than @p wish says at least with more content, as far as there is
+//! free, wholly within the available area; taller than @p dimensions says at least with more content, as far as there is
 //! room, and narrower only where there is none.
-//! Errors: none; without any screen it lies at the click as large as it would like to be.
-[[nodiscard]] PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens, const PopoverWish &wish);
+//! Errors: none; without any screen it lies at the click at its full size.
+[[nodiscard]] PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens,
+                                        const PopoverDimensions &dimensions);
 
 //! The same place told by edges: that of the panel, from which only the gap is kept since the panel's own strip is taken
 //! off by whoever anchors, and the nearer one across it.

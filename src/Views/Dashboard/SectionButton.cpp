@@ -3,7 +3,7 @@
 
 #include "Views/Dashboard/SectionButton.h"
 
-#include "Views/Controls/SymbolView.h"
+#include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
 
 #include <QHBoxLayout>

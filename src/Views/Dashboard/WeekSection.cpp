@@ -20,6 +20,7 @@ WeekSection::WeekSection(QWidget *parent)
 {
     setObjectName(QStringLiteral("week"));
     m_showYear->setObjectName(QStringLiteral("showYear"));
+    setFocusProxy(m_showYear);
     connect(m_showYear, &QAbstractButton::clicked, this, &WeekSection::yearRequested);
 
     const auto padding = points(style::defaultPadding);
@@ -39,11 +40,6 @@ WeekSection::WeekSection(QWidget *parent)
 void WeekSection::setDays(const QList<CommitDay> &days, const DateTexts &texts, const Calendar &calendar, Instant now)
 {
     m_strip->setDays(days, texts, calendar, now);
-}
-
-void WeekSection::takeFocus()
-{
-    m_showYear->setFocus(Qt::OtherFocusReason);
 }
 
 }  // namespace velquarin

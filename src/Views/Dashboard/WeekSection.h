@@ -14,7 +14,7 @@ class DateTexts;
 class DayStrip;
 class SectionButton;
 
-//! The last seven days, and the way to the year.
+//! The last seven days, and the way to the year. The focus that it is given goes to the button that leaves it.
 class WeekSection : public QWidget
 {
     Q_OBJECT
@@ -22,9 +22,6 @@ public:
     explicit WeekSection(QWidget *parent = nullptr);
 
     void setDays(const QList<CommitDay> &days, const DateTexts &texts, const Calendar &calendar, Instant now);
-
-    //! Gives the keyboard's focus to the button that leaves this section.
-    void takeFocus();
 
 Q_SIGNALS:
     void yearRequested();

@@ -4,10 +4,10 @@
 #include "Views/Dashboard/YearHeatmapView.h"
 
 #include "Platform/DateTexts.h"
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
-#include "Views/Dashboard/YearHeatmapAccessible.h"
+#include "Views/Dashboard/DayColor.h"
 
-#include <QAccessible>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
@@ -34,13 +34,6 @@ QStringList toolTips(const HeatmapGrid &grid, const DateTexts &texts)
     return all;
 }
 
-QColor fill(const CellColor &color, const QPalette &palette)
-{
-    auto filled = color.accent ? style::accent(palette, *color.accent) : QColor(Qt::transparent);
-    filled.setAlphaF(static_cast<float>(color.opacity));
-    return filled;
-}
-
 // From now on the painter counts whole device pixels, although the widget may begin between two of them.
 void countDevicePixels(QPainter &painter)
 {
@@ -64,7 +57,7 @@ std::optional<int> cellOn(Instant date, const HeatmapGrid &grid)
 YearHeatmapView::YearHeatmapView(QWidget *parent)
     : QWidget(parent)
 {
-    QAccessible::installFactory(makeYearHeatmapAccessible);
+    setAccessibleRole(*this, QAccessible::List);
     setObjectName(QStringLiteral("yearHeatmap"));
     setAccessibleName(tr("Last 365 Days"));
     setFocusPolicy(Qt::TabFocus);
@@ -153,13 +146,23 @@ QRect YearHeatmapView::rectangleOfLabel(int position) const
     return logical(shapes().label(position));
 }
 
+PaintedChild YearHeatmapView::paintedChild(int index)
+{
+    QAccessible::State state;
+    state.readOnly = true;
+    if (const auto label = index - cells(); label >= 0)
+        return {QAccessible::StaticText, m_contents.labels.at(label).text, rectangleOfLabel(label), state};
+    state.focusable = true;
+    return {QAccessible::ListItem, textOf(index), rectangleOf(index), state};
+}
+
 int YearHeatmapView::todayX() const
 {
     const auto today = todayIndex(m_contents.grid);
     return today ? rectangleOf(*today).center().x() : 0;
 }
 
-std::optional<int> YearHeatmapView::cellUnder(QPoint position) const
+std::optional<int> YearHeatmapView::paintedChildAt(QPoint position) const
 {
     const auto onDevice = QPointF(position) * devicePixelRatioF();
     return shapes().cellAt({static_cast<int>(std::floor(onDevice.x())), static_cast<int>(std::floor(onDevice.y()))});
@@ -192,7 +195,7 @@ void YearHeatmapView::changeEvent(QEvent *event)
 
 bool YearHeatmapView::showToolTip(const QHelpEvent &help)
 {
-    const auto cell = cellUnder(help.pos());
+    const auto cell = paintedChildAt(help.pos());
     const auto text = cell ? textOf(*cell) : QString();
     if (text.isEmpty()) {
         QToolTip::hideText();
@@ -235,7 +238,7 @@ void YearHeatmapView::paintCells(QPainter &painter, const QRect &dirty) const
         if (!rectangleOf(index).intersects(dirty))
             continue;
         const auto &cell = cellAt(m_contents.grid, index);
-        painter.setBrush(fill(colorForCount(cell.count, cell.isInRange), palette()));
+        painter.setBrush(colorForCount(cell.count, cell.isInRange).in(palette()));
         painter.drawRoundedRect(shapes.cell(index), shapes.cornerRadius(), shapes.cornerRadius());
     }
     if (hasFocus() && m_current)
@@ -301,7 +304,7 @@ void YearHeatmapView::moveTo(int cell)
     announceCurrentCell();
 }
 
-// Queued, because the toolkit tells of the whole widget after focusInEvent() and would have the last word.
+// Queued, because Qt tells of the whole widget after focusInEvent() and would have the last word.
 void YearHeatmapView::announceCurrentCell()
 {
     const auto announce = [this] {

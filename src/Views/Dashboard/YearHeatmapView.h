@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Views/Controls/PaintedChildren.h"
 #include "Views/Dashboard/HeatmapGeometry.h"
 #include "Views/Dashboard/HeatmapGrid.h"
 
@@ -16,7 +17,7 @@ namespace velquarin {
 //! It has the size of its picture, whatever room there is, and only paints: what it shows is a HeatmapGrid, where is a
 //! HeatmapGeometry. A pointer over a square shows the day and its count; so do the arrow keys, Home and End, which move
 //! between the days while it has the focus.
-class YearHeatmapView : public QWidget
+class YearHeatmapView : public QWidget, public PaintedChildren
 {
     Q_OBJECT
 public:
@@ -32,14 +33,19 @@ public:
     [[nodiscard]] int cells() const { return cellCount(m_contents.grid); }
     [[nodiscard]] QString textOf(int cell) const { return m_contents.toolTips.value(cell); }
     [[nodiscard]] QRect rectangleOf(int cell) const;
-    [[nodiscard]] std::optional<int> cellUnder(QPoint position) const;
-
-    //! The square that the keys have reached, today's at first; nothing in an empty grid.
-    [[nodiscard]] std::optional<int> currentCell() const { return m_current; }
 
     //! The names of the months, oldest first, and where each is written.
     [[nodiscard]] QStringList labels() const;
     [[nodiscard]] QRect rectangleOfLabel(int position) const;
+
+    //! To a screen reader it is a list of the squares in their order, named by what their tooltips say, then of the names
+    //! of the months.
+    [[nodiscard]] int paintedChildCount() const override { return cells() + int(m_contents.labels.size()); }
+    [[nodiscard]] PaintedChild paintedChild(int index) override;
+    [[nodiscard]] std::optional<int> paintedChildAt(QPoint position) const override;
+
+    //! The square that the keys have reached, today's at first; nothing in an empty grid.
+    [[nodiscard]] std::optional<int> currentPaintedChild() const override { return m_current; }
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }

@@ -4,10 +4,9 @@
 #include "Views/Dashboard/YearSection.h"
 
 #include "Platform/PluralForm.h"
-#include "Views/Controls/AccessibleScrollArea.h"
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Text.h"
-#include "Views/Dashboard/DashboardFigures.h"
 #include "Views/Dashboard/SectionButton.h"
 #include "Views/Dashboard/YearHeatmapView.h"
 
@@ -33,7 +32,7 @@ public:
     using QScrollArea::QScrollArea;
 
 protected:
-    // With Shift the toolkit would turn by pages, of which the year has not even two.
+    // With Shift Qt would turn by pages, of which the year has not even two.
     void wheelEvent(QWheelEvent *event) override
     {
         const auto angle = event->angleDelta();
@@ -49,8 +48,8 @@ protected:
 // The dashboard's own ground shows through, and Tab goes past it to what it holds.
 QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
 {
-    readScrollAreasWhole();
     auto *const area = new SidewaysScrollArea(parent);
+    readScrollAreaWhole(*area);
     area->setObjectName(QStringLiteral("yearScrollArea"));
     area->setFrameShape(QFrame::NoFrame);
     area->setFocusPolicy(Qt::NoFocus);
@@ -67,7 +66,7 @@ QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
     return area;
 }
 
-// Written from the right the toolkit mirrors a point within what can be seen, not within all that is scrolled: it is
+// Written from the right Qt mirrors a point within what can be seen, not within all that is scrolled: it is
 // told where the point would have to be for that.
 void bringIntoSight(QScrollArea &area, QPoint point, int margin)
 {
@@ -83,6 +82,16 @@ Text *makeCaption(QWidget *parent)
 
 }  // namespace
 
+YearTotals yearTotals(const DayCounts &yearHistory)
+{
+    YearTotals totals;
+    for (const auto count : yearHistory) {
+        totals.commits += count;
+        totals.activeDays += count >= 1 ? 1 : 0;
+    }
+    return totals;
+}
+
 YearSection::YearSection(QWidget *parent)
     : QWidget(parent)
     , m_back(new SectionButton(SectionButton::Direction::Back, tr("Last 365 Days"), tr("Back"), this))
@@ -94,6 +103,7 @@ YearSection::YearSection(QWidget *parent)
 {
     setObjectName(QStringLiteral("year"));
     m_back->setObjectName(QStringLiteral("back"));
+    setFocusProxy(m_back);
     connect(m_back, &QAbstractButton::clicked, this, &YearSection::weekRequested);
     m_scrollArea->horizontalScrollBar()->setAccessibleName(m_heatmap->accessibleName());
     connect(m_heatmap, &YearHeatmapView::currentCellMoved, this,
@@ -154,11 +164,6 @@ void YearSection::showEvent(QShowEvent *event)
 void YearSection::scrollSoon()
 {
     QMetaObject::invokeMethod(this, &YearSection::scrollToToday, Qt::QueuedConnection);
-}
-
-void YearSection::takeFocus()
-{
-    m_back->setFocus(Qt::OtherFocusReason);
 }
 
 void YearSection::scrollToToday()

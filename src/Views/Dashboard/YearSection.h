@@ -17,7 +17,19 @@ class SectionButton;
 class Text;
 class YearHeatmapView;
 
-//! The heat map of a year, its totals, and the way back to the week.
+//! The sums below the heat map.
+struct YearTotals
+{
+    qint64 commits = 0;     //!< of all days
+    qint64 activeDays = 0;  //!< days with at least one commit
+    friend bool operator==(const YearTotals &, const YearTotals &) = default;
+};
+
+//! The totals of all of @p yearHistory, which holds two years: more than the heat map above them shows.
+[[nodiscard]] YearTotals yearTotals(const DayCounts &yearHistory);
+
+//! The heat map of a year, its totals, and the way back to the week. The focus that it is given goes to the button that
+//! leaves it.
 class YearSection : public QWidget
 {
     Q_OBJECT
@@ -28,9 +40,6 @@ public:
 
     //! Scrolls so that today can be seen, as soon as the section is on screen.
     void bringTodayIntoSight();
-
-    //! Gives the keyboard's focus to the button that leaves this section.
-    void takeFocus();
 
 Q_SIGNALS:
     void weekRequested();

@@ -6,22 +6,29 @@
 #include "Models/AppSettings.h"
 #include "Services/LaunchAtLogin.h"
 #include "Services/Streak/StreakManager.h"
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Picker.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Switch.h"
 #include "Views/Controls/Text.h"
-#include "Views/Settings/FormSection.h"
+#include "Views/Controls/TintedGround.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace velquarin {
 
 namespace {
+
+constexpr double rowHeight = 30;
+constexpr double rowPadding = 10;
+constexpr double gapBelowTitle = 4;
 
 constexpr double gapBetweenSections = 9;
 
@@ -46,7 +53,49 @@ int indexOfPeriod(double seconds)
     return found == refreshPeriods.end() ? -1 : int(found - refreshPeriods.begin());
 }
 
+FormSection *addSection(QWidget &form, const QString &title)
+{
+    auto *const section = new FormSection(title, &form);
+    form.layout()->addWidget(section);
+    return section;
+}
+
 }  // namespace
+
+FormSection::FormSection(const QString &title, QWidget *parent)
+    : QWidget(parent)
+    , m_title(makeText(textLook(style::TypeStyle::Subheadline, style::Ink::Secondary, QFont::DemiBold), title, this))
+    , m_group(new TintedGround(this))
+{
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins({});
+    column->setSpacing(style::points(gapBelowTitle));
+    column->addWidget(m_title);
+    column->addWidget(m_group);
+}
+
+QBoxLayout *FormSection::makeRow(int outset)
+{
+    const auto padding = style::points(rowPadding) - outset;
+    auto *const row = new QHBoxLayout(m_group);
+    row->setContentsMargins(padding, 0, padding, 0);
+    row->setSpacing(style::points(style::defaultSpacing));
+    row->addStrut(style::points(rowHeight));
+    return row;
+}
+
+void FormSection::setRow(Switch *control)
+{
+    makeRow(Switch::outset())->addWidget(control);
+}
+
+void FormSection::setRow(QWidget *leading, QWidget *trailing)
+{
+    auto *const row = makeRow();
+    row->addWidget(leading);
+    row->addStretch();
+    row->addWidget(trailing);
+}
 
 GeneralTab::GeneralTab(AppSettings &settings, StreakManager &streakManager, LaunchAtLogin &launchAtLogin,
                        QWidget *parent)
@@ -56,6 +105,7 @@ GeneralTab::GeneralTab(AppSettings &settings, StreakManager &streakManager, Laun
     , m_launchAtLogin(launchAtLogin)
     , m_rendering([this] { render(); })
 {
+    readScrollAreaWhole(*this);
     setObjectName(QStringLiteral("generalTab"));
     setFrameShape(QFrame::NoFrame);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -65,7 +115,6 @@ GeneralTab::GeneralTab(AppSettings &settings, StreakManager &streakManager, Laun
     verticalScrollBar()->setAccessibleName(tr("General"));
     buildForm();
     m_rendering.now();
-    connectControls();
     observe();
 }
 
@@ -76,97 +125,78 @@ void GeneralTab::buildForm()
     const auto padding = style::points(style::defaultPadding);
     column->setContentsMargins(padding, padding, padding, padding);
     column->setSpacing(style::points(gapBetweenSections));
-    column->addWidget(makeStartup(form));
-    column->addWidget(makeDisplay(form));
-    column->addWidget(makeNotifications(form));
-    column->addWidget(makeRefresh(form));
-    column->addWidget(makeAbout(form));
+    addSwitches(*form);
+    addRefreshPeriod(*form);
+    addAbout(*form);
     column->addStretch();
     setWidget(form);
     viewport()->setAutoFillBackground(false);
     form->setAutoFillBackground(false);
 }
 
-QWidget *GeneralTab::makeStartup(QWidget *form)
+void GeneralTab::addSwitches(QWidget &form)
 {
-    auto *const section = new FormSection(tr("Startup"), form);
-    m_launch = new Switch(tr("&Launch at login"), Switch::Size::Regular, section);
-    section->setRow(m_launch);
-    return section;
+    addSwitch(
+        form, tr("Startup"), tr("&Launch at login"),
+        {[this] { return m_launchAtLogin.isEnabled(); }, [this](bool isOn) { m_launchAtLogin.setIsEnabled(isOn); }});
+    addSwitch(form, tr("Display"), tr("&Show streak count in menu bar"),
+              {[this] { return m_settings.showStreakInMenuBar(); },
+               [this](bool isOn) { m_settings.setShowStreakInMenuBar(isOn); }});
+    auto *const reminder = addSwitch(form, tr("Notifications"), tr("Re&mind me if streak is at risk"),
+                                     {[this] { return m_settings.notifyOnStreakRisk(); },
+                                      [this](bool isOn) { m_settings.setNotifyOnStreakRisk(isOn); }});
+    reminder->setToolTip(tr("Get notified in the evening if you haven't committed today"));
 }
 
-QWidget *GeneralTab::makeDisplay(QWidget *form)
+// A control that only follows a value hears its own movement too, and must not write the value again.
+Switch *GeneralTab::addSwitch(QWidget &form, const QString &title, const QString &label, const Flag &flag)
 {
-    auto *const section = new FormSection(tr("Display"), form);
-    m_count = new Switch(tr("&Show streak count in menu bar"), Switch::Size::Regular, section);
-    section->setRow(m_count);
-    return section;
+    auto *const section = addSection(form, title);
+    auto *const control = new Switch(label, Switch::Size::Regular, section);
+    section->setRow(control);
+    m_switches.append({control, flag.get});
+    connect(control, &Switch::toggled, this, [flag](bool isOn) {
+        if (isOn != flag.get())
+            flag.set(isOn);
+    });
+    return control;
 }
 
-QWidget *GeneralTab::makeNotifications(QWidget *form)
+void GeneralTab::addRefreshPeriod(QWidget &form)
 {
-    auto *const section = new FormSection(tr("Notifications"), form);
-    m_reminder = new Switch(tr("Re&mind me if streak is at risk"), Switch::Size::Regular, section);
-    m_reminder->setToolTip(tr("Get notified in the evening if you haven't committed today"));
-    section->setRow(m_reminder);
-    return section;
-}
-
-QWidget *GeneralTab::makeRefresh(QWidget *form)
-{
-    auto *const section = new FormSection(tr("Refresh"), form);
+    auto *const section = addSection(form, tr("Refresh"));
     auto *const label = new QLabel(tr("&Check for new commits"), section);
     label->setFont(style::font(style::TypeStyle::Body));
     m_period = new Picker(section);
     m_period->setObjectName(QStringLiteral("refreshPeriod"));
     for (const auto &period : refreshPeriods)
         m_period->addItem(tr(period.label), period.seconds);
+    connect(m_period, &Picker::currentIndexChanged, this, &GeneralTab::choosePeriod);
     label->setBuddy(m_period);
     section->setRow(label, m_period);
-    return section;
 }
 
-QWidget *GeneralTab::makeAbout(QWidget *form)
+void GeneralTab::addAbout(QWidget &form)
 {
-    auto *const section = new FormSection(tr("About"), form);
+    auto *const section = addSection(form, tr("About"));
     section->setRow(
         makeText(textLook(style::TypeStyle::Body, style::Ink::Primary), tr("Version"), section),
         makeText(textLook(style::TypeStyle::Body, style::Ink::Secondary), QStringLiteral("1.0.0"), section));
-    return section;
-}
-
-// A control that only follows a value hears its own movement too, and must not write the value again.
-void GeneralTab::connectControls()
-{
-    connect(m_launch, &Switch::toggled, this, [this](bool isOn) {
-        if (isOn != m_launchAtLogin.isEnabled())
-            m_launchAtLogin.setIsEnabled(isOn);
-    });
-    connect(m_count, &Switch::toggled, this, [this](bool isOn) {
-        if (isOn != m_settings.showStreakInMenuBar())
-            m_settings.setShowStreakInMenuBar(isOn);
-    });
-    connect(m_reminder, &Switch::toggled, this, [this](bool isOn) {
-        if (isOn != m_settings.notifyOnStreakRisk())
-            m_settings.setNotifyOnStreakRisk(isOn);
-    });
-    connect(m_period, &Picker::currentIndexChanged, this, &GeneralTab::choosePeriod);
 }
 
 void GeneralTab::observe()
 {
-    const auto renderSoon = [this] { m_rendering.soon(); };
-    connect(&m_settings, &AppSettings::showStreakInMenuBarWillChange, this, renderSoon);
-    connect(&m_settings, &AppSettings::notifyOnStreakRiskWillChange, this, renderSoon);
-    connect(&m_settings, &AppSettings::refreshIntervalWillChange, this, renderSoon);
-    connect(&m_launchAtLogin, &LaunchAtLogin::isEnabledWillChange, this, renderSoon);
+    const auto follow = [this](auto &object, auto signal) { connect(&object, signal, &m_rendering, &Rendering::soon); };
+    follow(m_settings, &AppSettings::showStreakInMenuBarWillChange);
+    follow(m_settings, &AppSettings::notifyOnStreakRiskWillChange);
+    follow(m_settings, &AppSettings::refreshIntervalWillChange);
+    follow(m_launchAtLogin, &LaunchAtLogin::isEnabledWillChange);
 }
 
 void GeneralTab::render()
 {
-    m_launch->setChecked(m_launchAtLogin.isEnabled());
-    m_count->setChecked(m_settings.showStreakInMenuBar());
-    m_reminder->setChecked(m_settings.notifyOnStreakRisk());
+    for (const auto &[control, isOn] : std::as_const(m_switches))
+        control->setChecked(isOn());
     m_period->setCurrentIndex(indexOfPeriod(m_settings.refreshInterval()));
 }
 

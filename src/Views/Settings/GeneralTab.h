@@ -4,7 +4,14 @@
 
 #include "Views/Controls/Rendering.h"
 
+#include <QList>
 #include <QScrollArea>
+#include <QWidget>
+
+#include <functional>
+#include <utility>
+
+class QBoxLayout;
 
 namespace velquarin {
 
@@ -13,6 +20,26 @@ class LaunchAtLogin;
 class Picker;
 class StreakManager;
 class Switch;
+class Text;
+
+//! A setting below a title, on a quietly tinted ground. Its row is set once.
+class FormSection : public QWidget
+{
+    Q_OBJECT
+public:
+    explicit FormSection(const QString &title, QWidget *parent = nullptr);
+
+    void setRow(Switch *control);
+
+    //! A row with something at either edge.
+    void setRow(QWidget *leading, QWidget *trailing);
+
+private:
+    QBoxLayout *makeRow(int outset = 0);
+
+    Text *m_title;
+    QWidget *m_group;
+};
 
 //! The options that are not about repositories. Each control writes its value when it is moved, and follows the value
 //! when it changes elsewhere.
@@ -24,13 +51,18 @@ public:
                QWidget *parent = nullptr);
 
 private:
+    //! A setting that is on or off.
+    struct Flag
+    {
+        std::function<bool()> get;
+        std::function<void(bool)> set;
+    };
+
     void buildForm();
-    QWidget *makeStartup(QWidget *form);
-    QWidget *makeDisplay(QWidget *form);
-    QWidget *makeNotifications(QWidget *form);
-    QWidget *makeRefresh(QWidget *form);
-    QWidget *makeAbout(QWidget *form);
-    void connectControls();
+    void addSwitches(QWidget &form);
+    Switch *addSwitch(QWidget &form, const QString &title, const QString &label, const Flag &flag);
+    void addRefreshPeriod(QWidget &form);
+    void addAbout(QWidget &form);
     void observe();
     void render();
     void choosePeriod(int index);
@@ -39,9 +71,7 @@ private:
     StreakManager &m_streakManager;
     LaunchAtLogin &m_launchAtLogin;
     Rendering m_rendering;
-    Switch *m_launch = nullptr;
-    Switch *m_count = nullptr;
-    Switch *m_reminder = nullptr;
+    QList<std::pair<Switch *, std::function<bool()>>> m_switches;
     Picker *m_period = nullptr;
 };
 

@@ -3,13 +3,21 @@
 
 #include "Views/Settings/RecordRow.h"
 
-#include "Views/Controls/IconButton.h"
+#include "Models/TrackedRepository.h"
+#include "Models/WatchedFolder.h"
+#include "Views/Controls/Badge.h"
+#include "Views/Controls/Picker.h"
+#include "Views/Controls/PlainButton.h"
 #include "Views/Controls/Style.h"
-#include "Views/Settings/RecordTexts.h"
+#include "Views/Controls/Text.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
+#include <QLabel>
+#include <QTextDocument>
 
+#include <algorithm>
+#include <array>
 #include <utility>
 
 namespace velquarin {
@@ -18,14 +26,28 @@ namespace {
 
 constexpr double verticalPadding = 4;
 constexpr double horizontalPadding = 10;
-constexpr double symbolTextSize = 12;
+constexpr double gapBehindName = 4;
+constexpr double sizeOfBin = 12;
+constexpr double pickerWidth = 60;
+
+constexpr std::array<qint64, 4> depths{2, 3, 5, 10};
+
+// -1 for a depth that is not offered, which then stands as it is.
+int indexOfDepth(qint64 depth)
+{
+    const auto *const found = std::ranges::find(depths, depth);
+    return found == depths.end() ? -1 : int(found - depths.begin());
+}
 
 }  // namespace
 
 RecordRow::RecordRow(QWidget *parent)
     : ListRow(parent)
     , m_isEnabled(new QCheckBox(this))
-    , m_texts(new RecordTexts(this))
+    , m_texts(new QWidget(this))
+    , m_name(new Text(textLook(style::TypeStyle::Body, style::Ink::Primary, QFont::Medium), m_texts))
+    , m_path(new Text(textLook(style::TypeStyle::Caption, style::Ink::Secondary), m_texts))
+    , m_firstLine(new QHBoxLayout)
     , m_row(new QHBoxLayout(this))
 {
     const auto horizontal = style::points(horizontalPadding) - PlainButton::outset();
@@ -35,8 +57,24 @@ RecordRow::RecordRow(QWidget *parent)
     m_row->addSpacing(PlainButton::outset());
     m_row->addWidget(m_isEnabled);
     m_row->addWidget(m_texts);
+    layOutTexts();
     addControl(m_isEnabled);
     forwardEnabling();
+}
+
+void RecordRow::layOutTexts()
+{
+    m_name->allowCutting();
+    m_path->allowCutting(Qt::ElideMiddle);
+    m_texts->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    auto *const column = new QVBoxLayout(m_texts);
+    column->setContentsMargins({});
+    column->setSpacing(style::points(style::defaultSpacing));
+    m_firstLine->setSpacing(style::points(gapBehindName));
+    m_firstLine->addWidget(m_name);
+    m_firstLine->addStretch();
+    column->addLayout(m_firstLine);
+    column->addWidget(m_path);
 }
 
 // The box also moves when it only shows what is stored; that is nobody's request. What was requested counts as stored
@@ -49,6 +87,7 @@ void RecordRow::forwardEnabling()
     });
 }
 
+// A tooltip that looks like markup is shown as markup, and a folder may be called anything.
 void RecordRow::showRecord(QUuid id, const QString &name, const QString &path, bool isEnabled)
 {
     setId(id);
@@ -57,7 +96,16 @@ void RecordRow::showRecord(QUuid id, const QString &name, const QString &path, b
     m_isEnabled->setAccessibleName(name);
     m_isEnabled->setAccessibleDescription(path);
     m_remove->setAccessibleDescription(name);
-    m_texts->setRecord(name, path);
+    m_name->setText(name);
+    m_path->setText(path);
+    m_texts->setToolTip(Qt::mightBeRichText(path) ? Qt::convertFromPlainText(path) : path);
+}
+
+Badge *RecordRow::addBadge(const QString &word)
+{
+    auto *const badge = new Badge(word, m_texts);
+    m_firstLine->insertWidget(1, badge);
+    return badge;
 }
 
 void RecordRow::addPicker(QWidget *label, QWidget *picker)
@@ -70,11 +118,56 @@ void RecordRow::addPicker(QWidget *label, QWidget *picker)
 void RecordRow::addBin()
 {
     m_remove = new IconButton(QStringLiteral("trash"), tr("Remove"), this);
-    m_remove->setLook(symbolTextSize, style::Accent::Red);
+    m_remove->setLook(sizeOfBin, style::Accent::Red);
     m_remove->setToolTip(tr("Remove"));
     m_row->addWidget(m_remove);
     addControl(m_remove);
     connect(m_remove, &IconButton::clicked, this, [this] { Q_EMIT removalRequested(id()); });
+}
+
+RepositoryRow::RepositoryRow(QWidget *parent)
+    : RecordRow(parent)
+    , m_auto(addBadge(tr("Auto")))
+{
+    addBin();
+}
+
+void RepositoryRow::setRepository(const TrackedRepository &repository)
+{
+    showRecord(repository.id, repository.name, repository.path, repository.isEnabled);
+    m_auto->setVisible(repository.isAutoDiscovered);
+}
+
+WatchedFolderRow::WatchedFolderRow(QWidget *parent)
+    : RecordRow(parent)
+    , m_label(new QLabel(tr("Depth"), this))
+    , m_depth(new Picker(this))
+{
+    m_label->setFont(style::font(style::TypeStyle::Caption));
+    m_label->setBuddy(m_depth);
+    m_depth->setObjectName(QStringLiteral("depth"));
+    for (const auto depth : depths)
+        m_depth->addItem(QString::number(depth));
+    m_depth->setFixedWidth(style::points(pickerWidth));
+    m_depth->setToolTip(tr("Max folder depth to scan"));
+    addPicker(m_label, m_depth);
+    addBin();
+    connect(m_depth, &Picker::currentIndexChanged, this, &WatchedFolderRow::chooseDepth);
+}
+
+void WatchedFolderRow::setFolder(const WatchedFolder &folder)
+{
+    showRecord(folder.id, folder.name, folder.path, folder.isEnabled);
+    m_storedDepth = folder.maxDepth;
+    m_depth->setCurrentIndex(indexOfDepth(folder.maxDepth));
+}
+
+void WatchedFolderRow::chooseDepth(int index)
+{
+    if (index < 0 || depths.at(std::size_t(index)) == m_storedDepth)
+        return;
+    m_storedDepth = depths.at(std::size_t(index));
+    Q_EMIT depthRequested(id(), m_storedDepth);
 }
 
 }  // namespace velquarin

@@ -8,11 +8,9 @@
 #include "Views/Controls/ProgressLine.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Text.h"
-#include "Views/Settings/EmptyPanel.h"
+#include "Views/Settings/RecordRow.h"
 #include "Views/Settings/RepositoryActions.h"
-#include "Views/Settings/RepositoryRow.h"
 #include "Views/Settings/RowList.h"
-#include "Views/Settings/TabColumn.h"
 #include "Views/Settings/TabParts.h"
 
 #include <QBoxLayout>
@@ -107,21 +105,11 @@ void RepositoriesTab::observe()
 
 void RepositoriesTab::render()
 {
-    renderList();
+    m_shown = m_settings.trackedRepositories();
+    showRecords(*m_list, *m_empty, idsOf(m_shown), *m_add);
     m_count->setText(tr("%1 repos", nullptr, pluralForm(m_shown.size())).arg(m_shown.size()));
     m_refresh->setVisible(!m_shown.isEmpty());
     renderMessages();
-}
-
-void RepositoriesTab::renderList()
-{
-    m_shown = m_settings.trackedRepositories();
-    const bool isEmpty = m_shown.isEmpty();
-    if (isEmpty && m_list->isAncestorOf(window()->focusWidget()))
-        m_add->setFocus(Qt::OtherFocusReason);
-    m_list->setIds(idsOf(m_shown));
-    m_list->setVisible(!isEmpty);
-    m_empty->setVisible(isEmpty);
 }
 
 void RepositoriesTab::renderMessages()

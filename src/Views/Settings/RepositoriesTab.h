@@ -36,7 +36,6 @@ private:
     [[nodiscard]] ListRow *makeRow(QWidget *parent) const;
     void observe();
     void render();
-    void renderList();
     void renderMessages();
     void enable(QUuid id, bool isEnabled);
     void remove(QUuid id);

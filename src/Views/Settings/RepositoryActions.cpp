@@ -5,11 +5,12 @@
 
 #include "Models/AppSettings.h"
 #include "Platform/FolderChooser.h"
+#include "Platform/PluralForm.h"
 #include "Services/Git/Breather.h"
 #include "Services/Git/GitService.h"
 #include "Services/Streak/StreakManager.h"
-#include "Views/Settings/ScanOutcome.h"
 
+#include <QCoreApplication>
 #include <QCoroFuture>
 #include <QPointer>
 
@@ -20,9 +21,23 @@ namespace velquarin {
 
 namespace {
 
+struct Words
+{
+    Q_DECLARE_TR_FUNCTIONS(ScanOutcome)
+};
+
 constexpr qint64 depthOfScan = 5;
 
 }  // namespace
+
+ScanOutcome scanOutcome(qsizetype found, qsizetype added)
+{
+    if (found == 0)
+        return {Words::tr("No git repositories found in selected folder"), false};
+    if (added == 0)
+        return {Words::tr("Found %1 repos, all already tracked", nullptr, pluralForm(found)).arg(found), false};
+    return {std::nullopt, true};
+}
 
 RepositoryActions::RepositoryActions(AppSettings &settings, StreakManager &streakManager, GitService &gitService,
                                      FolderChooser &folderChooser, QObject &window)

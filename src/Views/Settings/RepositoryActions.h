@@ -16,6 +16,17 @@ class FolderChooser;
 class GitService;
 class StreakManager;
 
+//! What follows from a scan for repositories that the user asked for.
+struct ScanOutcome
+{
+    std::optional<QString> message;  //!< what the user is told; nothing where new rows tell it
+    bool isRefreshDue = false;
+    friend bool operator==(const ScanOutcome &, const ScanOutcome &) = default;
+};
+
+//! @p found counts the paths that the scan found, @p added those of them that were not tracked before.
+[[nodiscard]] ScanOutcome scanOutcome(qsizetype found, qsizetype added);
+
 //! What the user can do about the tracked repositories, and what came of it. Main thread only; nothing here waits.
 class RepositoryActions : public QObject
 {

@@ -3,9 +3,9 @@
 
 #include "Views/Settings/RowList.h"
 
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/TintedGround.h"
-#include "Views/Settings/ListRow.h"
 
 #include <QComboBox>
 #include <QKeyEvent>
@@ -22,6 +22,9 @@ namespace velquarin {
 
 namespace {
 
+constexpr double insetOfHover = 3;
+constexpr double insetOfLine = 10;
+
 // What the pointer presses must not move away from under it, and who comes back to the window finds the list where it
 // was.
 bool isLookedFor(Qt::FocusReason reason)
@@ -31,12 +34,56 @@ bool isLookedFor(Qt::FocusReason reason)
 
 }  // namespace
 
+ListRow::ListRow(QWidget *parent)
+    : QWidget(parent)
+{
+    setAttribute(Qt::WA_Hover);
+}
+
+int ListRow::focusedControl() const
+{
+    const auto focused = std::ranges::find_if(m_controls, [](const QWidget *control) { return control->hasFocus(); });
+    return focused == m_controls.end() ? -1 : int(focused - m_controls.begin());
+}
+
+void ListRow::setTabStop(bool isTabStop)
+{
+    for (auto *const control : std::as_const(m_controls))
+        control->setFocusPolicy(isTabStop ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
+void ListRow::setLast(bool isLast)
+{
+    if (isLast == m_isLast)
+        return;
+    m_isLast = isLast;
+    update();
+}
+
+void ListRow::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    if (!m_isLast) {
+        const auto inset = style::points(insetOfLine);
+        const QRectF line(inset, height() - 1, width() - 2 * inset, 1);
+        painter.fillRect(style::onWholePixels(painter, line), style::divider(palette()));
+    }
+    if (!underMouse())
+        return;
+    const auto inset = style::points(insetOfHover);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(style::hoveredGround(palette()));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset - 1), inset + 2, inset + 2);
+}
+
 RowList::RowList(std::function<ListRow *(QWidget *)> makeRow, std::function<void(ListRow &, int)> fillRow,
                  QWidget *parent)
     : QAbstractScrollArea(parent)
     , m_makeRow(std::move(makeRow))
     , m_fillRow(std::move(fillRow))
 {
+    setAccessibleRole(*this, QAccessible::Grouping);
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
     viewport()->setAutoFillBackground(false);
@@ -145,7 +192,7 @@ void RowList::placeRows()
         orderRows();
 }
 
-// A screen reader comes to them as the toolkit has them stacked.
+// A screen reader comes to them as Qt has them stacked.
 void RowList::orderRows()
 {
     for (const auto index : neededRows())
@@ -181,7 +228,7 @@ ListRow *RowList::rowFor(QUuid id)
     return row;
 }
 
-// In the order of Tab its controls come where the list stands, not where the window ends. The toolkit orders only what
+// In the order of Tab its controls come where the list stands, not where the window ends. Qt orders only what
 // can have the focus.
 void RowList::watch(ListRow *row)
 {

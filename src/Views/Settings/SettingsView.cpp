@@ -3,8 +3,7 @@
 
 #include "Views/Settings/SettingsView.h"
 
-#include "Views/Controls/AccessibleScrollArea.h"
-#include "Views/Controls/AccessibleWindow.h"
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Divider.h"
 #include "Views/Controls/MnemonicStyle.h"
 #include "Views/Controls/Style.h"
@@ -15,7 +14,6 @@
 #include "Views/Settings/WatchedFolderActions.h"
 #include "Views/Settings/WatchedFoldersTab.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -32,16 +30,16 @@ constexpr double paddingOfTabs = 4;
 
 }  // namespace
 
-SettingsView::SettingsView(const SettingsWorld &world, QWidget *parent)
+SettingsView::SettingsView(const SettingsServices &services, QWidget *parent)
     : QWidget(parent)
-    , m_world(world)
-    , m_repositoryActions(std::make_unique<RepositoryActions>(world.settings, world.streakManager, world.gitService,
-                                                              world.folderChooser, *this))
-    , m_folderActions(
-          std::make_unique<WatchedFolderActions>(world.settings, world.streakManager, world.folderChooser, *this))
+    , m_services(services)
+    , m_repositoryActions(std::make_unique<RepositoryActions>(services.settings, services.streakManager,
+                                                              services.gitService, services.folderChooser, *this))
+    , m_folderActions(std::make_unique<WatchedFolderActions>(services.settings, services.streakManager,
+                                                             services.folderChooser, *this))
+    , m_rebuilding([this] { rebuild(); })
 {
-    readAsWindow();
-    readScrollAreasWhole();
+    setAccessibleRole(*this, QAccessible::Window);
     MnemonicStyle::install();
     setObjectName(QStringLiteral("settings"));
     setWindowTitle(tr("Settings"));
@@ -60,7 +58,7 @@ SettingsView::~SettingsView()
 
 void SettingsView::build()
 {
-    m_builtFor = QApplication::font();
+    m_rebuilding.noteFont();
     setFixedSize(style::points(contentWidth), style::points(contentHeight));
     m_strip = new TabStrip(this);
     m_pages = new QStackedWidget(this);
@@ -72,10 +70,12 @@ void SettingsView::build()
     column->addWidget(m_pages);
 
     addTab(tr("&Repositories"), QStringLiteral("folder"),
-           new RepositoriesTab(m_world.settings, *m_repositoryActions, m_pages));
-    addTab(tr("&Auto-Discover"), QStringLiteral("eye"), new WatchedFoldersTab(m_world, *m_folderActions, m_pages));
+           new RepositoriesTab(m_services.settings, *m_repositoryActions, m_pages));
+    addTab(tr("&Auto-Discover"), QStringLiteral("eye"),
+           new WatchedFoldersTab(m_services.settings, m_services.streakManager, m_services.clock, m_services.readLocale,
+                                 *m_folderActions, m_pages));
     addTab(tr("&General"), QStringLiteral("gear"),
-           new GeneralTab(m_world.settings, m_world.streakManager, m_world.launchAtLogin, m_pages));
+           new GeneralTab(m_services.settings, m_services.streakManager, m_services.launchAtLogin, m_pages));
     connect(m_strip, &TabStrip::currentChanged, m_pages, &QStackedWidget::setCurrentIndex);
 }
 
@@ -85,14 +85,11 @@ void SettingsView::addTab(const QString &title, const QString &symbol, QWidget *
     m_pages->addWidget(content);
 }
 
-// All sizes follow the desktop's font: another one builds all anew, and leaves the user where he was.
+// The user stays at the same tab.
 void SettingsView::rebuild()
 {
     const auto tab = m_strip->currentIndex();
-    while (auto *const item = layout()->takeAt(0)) {
-        delete item->widget();
-        delete item;
-    }
+    discardContent(*layout());
     build();
     m_strip->setCurrentIndex(tab);
 }
@@ -115,7 +112,7 @@ void SettingsView::keyPressEvent(QKeyEvent *event)
         QWidget::keyPressEvent(event);
 }
 
-// Nothing has the focus at first: the toolkit would ring the first tab before anybody has touched a key.
+// Nothing has the focus at first: Qt would ring the first tab before anybody has touched a key.
 void SettingsView::showEvent(QShowEvent *event)
 {
     if (!event->spontaneous()) {
@@ -137,9 +134,7 @@ void SettingsView::hideEvent(QHideEvent *event)
 void SettingsView::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
-    const bool isOtherFont = event->type() == QEvent::FontChange && QApplication::font() != m_builtFor;
-    if (isOtherFont)
-        QMetaObject::invokeMethod(this, &SettingsView::rebuild, Qt::QueuedConnection);
+    m_rebuilding.follow(*event);
     if (event->type() == QEvent::StyleChange)
         QMetaObject::invokeMethod(this, &MnemonicStyle::install, Qt::QueuedConnection);
 }

@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 #include <QUuid>
+#include <QVBoxLayout>
+#include <QWidget>
 
 class QBoxLayout;
 class QPushButton;
@@ -12,7 +14,21 @@ class QWidget;
 
 namespace velquarin {
 
+class RowList;
 class Text;
+
+//! The column of a tab: default padding all round, 16 points between its parts. Where there is so much to say that the
+//! window has no room for it, the parts move together before a line of them is cut.
+class TabColumn : public QVBoxLayout
+{
+public:
+    explicit TabColumn(QWidget *tab);
+
+    void setGeometry(const QRect &place) override;
+
+private:
+    [[nodiscard]] int gaps() const;
+};
 
 //! A button with the desktop's look, and a symbol before its title where one is named. @p title may hold a mnemonic.
 [[nodiscard]] QPushButton *makeButton(const QString &title, const QString &symbol, QWidget *parent);
@@ -35,5 +51,30 @@ template <typename Record>
 
 //! Shows @p text, or hides the line where there is none.
 void showLine(Text &line, const QString &text);
+
+//! What an empty list says: a large quiet symbol, a title, an explanation and what to do, in the middle of the room.
+class EmptyPanel : public QWidget
+{
+    Q_OBJECT
+public:
+    struct Words
+    {
+        QString symbol;
+        QString title;
+        QString description;
+        QString action;
+    };
+
+    explicit EmptyPanel(const Words &words, QWidget *parent = nullptr);
+
+    [[nodiscard]] QPushButton *button() const { return m_button; }
+
+private:
+    QPushButton *m_button;
+};
+
+//! Shows @p list with those records, or @p empty in its place where there are none. A focus that the list then loses
+//! goes to @p next.
+void showRecords(RowList &list, EmptyPanel &empty, const QList<QUuid> &ids, QWidget &next);
 
 }  // namespace velquarin

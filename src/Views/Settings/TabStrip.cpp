@@ -3,10 +3,11 @@
 
 #include "Views/Settings/TabStrip.h"
 
+#include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Symbols.h"
-#include "Views/Settings/TabStripAccessible.h"
 
+#include <QKeySequence>
 #include <QPainter>
 #include <QStyle>
 
@@ -31,7 +32,7 @@ QFont lettering()
 TabStrip::TabStrip(QWidget *parent)
     : QTabBar(parent)
 {
-    QAccessible::installFactory(makeTabStripAccessible);
+    setAccessibleRole(*this, QAccessible::PageTabList);
     setExpanding(false);
     setUsesScrollButtons(false);
     setAttribute(Qt::WA_Hover);
@@ -41,6 +42,27 @@ void TabStrip::addTab(const QString &title, const QString &symbol)
 {
     m_symbols.append(symbol);
     QTabBar::addTab(title);
+}
+
+PaintedChild TabStrip::paintedChild(int index)
+{
+    QAccessible::State state;
+    state.selectable = true;
+    state.selected = index == currentIndex();
+    state.focusable = true;
+    const auto title = tabText(index);
+    return {.role = QAccessible::PageTab,
+            .name = QString(title).remove(u'&'),
+            .place = tabRect(index),
+            .state = state,
+            .shortcut = QKeySequence::mnemonic(title).toString(QKeySequence::NativeText),
+            .press = [this, index] { setCurrentIndex(index); }};
+}
+
+std::optional<int> TabStrip::paintedChildAt(QPoint position) const
+{
+    const auto tab = tabAt(position);
+    return tab >= 0 ? std::optional(tab) : std::nullopt;
 }
 
 QSize TabStrip::tabSizeHint(int index) const

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Views/Controls/PaintedChildren.h"
+
 #include <QStringList>
 #include <QTabBar>
 
@@ -10,7 +12,10 @@ class QPainter;
 namespace velquarin {
 
 //! The tabs of a window, each a symbol over its title. Pointer, arrow keys and mnemonics work as in any other tab bar.
-class TabStrip : public QTabBar
+//! To a screen reader they are tabs, of which one is selected, and has the focus only while the strip has it. Qt's own
+//! tab bar calls the current tab focused wherever the keyboard is, never says which one is selected, and is called like
+//! it, so that its title is read twice.
+class TabStrip : public QTabBar, public PaintedChildren
 {
     Q_OBJECT
 public:
@@ -18,6 +23,11 @@ public:
 
     //! @p title may hold a mnemonic, marked with an ampersand.
     void addTab(const QString &title, const QString &symbol);
+
+    [[nodiscard]] int paintedChildCount() const override { return count(); }
+    [[nodiscard]] PaintedChild paintedChild(int index) override;
+    [[nodiscard]] std::optional<int> paintedChildAt(QPoint position) const override;
+    [[nodiscard]] std::optional<int> currentPaintedChild() const override { return currentIndex(); }
 
 protected:
     [[nodiscard]] QSize tabSizeHint(int index) const override;

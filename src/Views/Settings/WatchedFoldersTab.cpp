@@ -14,13 +14,10 @@
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Switch.h"
 #include "Views/Controls/Text.h"
-#include "Views/Settings/EmptyPanel.h"
+#include "Views/Settings/RecordRow.h"
 #include "Views/Settings/RowList.h"
-#include "Views/Settings/SettingsWorld.h"
-#include "Views/Settings/TabColumn.h"
 #include "Views/Settings/TabParts.h"
 #include "Views/Settings/WatchedFolderActions.h"
-#include "Views/Settings/WatchedFolderRow.h"
 
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -42,12 +39,14 @@ TextLook quiet()
 
 }  // namespace
 
-WatchedFoldersTab::WatchedFoldersTab(const SettingsWorld &world, WatchedFolderActions &actions, QWidget *parent)
+WatchedFoldersTab::WatchedFoldersTab(AppSettings &settings, StreakManager &streakManager, const Clock &clock,
+                                     std::function<QByteArray()> readLocale, WatchedFolderActions &actions,
+                                     QWidget *parent)
     : QWidget(parent)
-    , m_settings(world.settings)
-    , m_streakManager(world.streakManager)
-    , m_clock(world.clock)
-    , m_readLocale(world.readLocale)
+    , m_settings(settings)
+    , m_streakManager(streakManager)
+    , m_clock(clock)
+    , m_readLocale(std::move(readLocale))
     , m_actions(actions)
     , m_rendering([this] { render(); })
 {
@@ -160,25 +159,15 @@ void WatchedFoldersTab::observe()
 void WatchedFoldersTab::render()
 {
     m_isAutomatic->setChecked(m_settings.autoDiscoveryEnabled());
-    renderFolders();
+    m_shown = m_settings.watchedFolders();
+    showRecords(*m_list, *m_empty, idsOf(m_shown), *m_add);
     renderScan();
     renderDiscovered();
     showLine(*m_message, m_actions.validationError().value_or(QString()));
 }
 
-void WatchedFoldersTab::renderFolders()
-{
-    m_shown = m_settings.watchedFolders();
-    const bool isEmpty = m_shown.isEmpty();
-    if (isEmpty && m_list->isAncestorOf(window()->focusWidget()))
-        m_add->setFocus(Qt::OtherFocusReason);
-    m_list->setIds(idsOf(m_shown));
-    m_list->setVisible(!isEmpty);
-    m_empty->setVisible(isEmpty);
-}
-
-// The time of day alone, of an earlier day too. The focus of a button that goes stays near it: the toolkit would take it
-// to the tabs.
+// The time of day alone, of an earlier day too. The focus of a button that goes stays near it: Qt would take it to the
+// tabs.
 void WatchedFoldersTab::renderScan()
 {
     const bool isScanning = m_streakManager.isScanning();

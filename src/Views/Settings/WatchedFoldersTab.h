@@ -25,14 +25,15 @@ class StreakManager;
 class Switch;
 class Text;
 class WatchedFolderActions;
-struct SettingsWorld;
 
 //! The folders in which repositories are found by themselves, and what was found last.
 class WatchedFoldersTab : public QWidget
 {
     Q_OBJECT
 public:
-    WatchedFoldersTab(const SettingsWorld &world, WatchedFolderActions &actions, QWidget *parent = nullptr);
+    //! All references outlive it; @p readLocale says what locale times are written in.
+    WatchedFoldersTab(AppSettings &settings, StreakManager &streakManager, const Clock &clock,
+                      std::function<QByteArray()> readLocale, WatchedFolderActions &actions, QWidget *parent = nullptr);
 
 private:
     void build();
@@ -43,7 +44,6 @@ private:
     ListRow *makeRow(QWidget *parent);
     void observe();
     void render();
-    void renderFolders();
     void renderScan();
     void renderDiscovered();
     void change(QUuid id, const std::function<void(WatchedFolder &folder)> &edit);

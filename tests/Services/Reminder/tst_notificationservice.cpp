@@ -8,6 +8,7 @@
 
 #include "support/FakeClock.h"
 #include "support/FakeTimers.h"
+#include "support/MemoryPreferences.h"
 #include "support/RecordingNotificationCenter.h"
 #include "support/RecordingOutput.h"
 #include "support/Strict.h"
@@ -15,8 +16,6 @@
 
 #include <QSignalSpy>
 #include <QTest>
-
-#include <map>
 
 using namespace velquarin;
 using namespace std::chrono_literals;
@@ -28,38 +27,24 @@ const QString lastReminderKey = QStringLiteral("lastStreakRiskNotification");
 const QString sentLine = QStringLiteral("Streak risk notification sent");
 constexpr auto berlin = "Europe/Berlin";
 
-class PreferencesInAMap : public PreferencesStore
+// A store into which another instance writes, too.
+class SharedPreferences : public test::MemoryPreferences
 {
 public:
-    [[nodiscard]] std::optional<PreferenceValue> value(const QString &key) const override
-    {
-        const auto found = m_values.find(key);
-        return found == m_values.end() ? std::nullopt : std::optional(found->second);
-    }
-    void set(const QString &key, PreferenceValue value) override { m_values[key] = std::move(value); }
-    void setData(const QString &key, LazyData data) override { set(key, data().value_or(QByteArray())); }
-    void remove(const QString &key) override { m_values.erase(key); }
     [[nodiscard]] QFuture<void> takeOverChanges() override
     {
-        for (const auto &[key, value] : ofOthers)
-            m_values[key] = value;
-        return QtFuture::makeReadyFuture();
+        values.insert(ofOthers);
+        return MemoryPreferences::takeOverChanges();
     }
-    void putCopyAside() override { QFAIL("Nobody asked for a copy"); }
 
-    [[nodiscard]] std::size_t size() const { return m_values.size(); }
-
-    std::map<QString, PreferenceValue> ofOthers;  //!< what another instance has written since
-
-private:
-    std::map<QString, PreferenceValue> m_values;
+    QMap<QString, PreferenceValue> ofOthers;  //!< what it has written since
 };
 
 // Nine in the evening in Berlin, notifications allowed, and nothing stored.
 struct World
 {
     test::FakeClock clock{instant("2026-11-20T21:00:00+01:00"), berlin};
-    PreferencesInAMap preferences;
+    SharedPreferences preferences;
     test::FakeTimers timers;
     test::RecordingOutput output;
     test::RecordingNotificationCenter center;
@@ -97,8 +82,7 @@ private Q_SLOTS:
 
     void aNewServiceIsNotAuthorizedUntilTheCenterHasAnswered();
     void creationDoesNotWaitForTheCenter();
-    void onlyTheStatusAuthorizedAuthorizes_data();
-    void onlyTheStatusAuthorizedAuthorizes();
+    void theAnswerOfTheCenterAuthorizesOrDoesNot();
     void everyAssignmentIsAnnouncedBeforeItHappens();
     void leaveThatIsGivenAuthorizes();
     void leaveThatIsRefusedIsSilent();
@@ -123,7 +107,6 @@ private Q_SLOTS:
     void anErrorInAskingSendsNothing();
     void whoIsAuthorizedIsNotAsked();
     void aFailedDeliveryStoresNothingAndIsTriedAgain();
-    void aDeliveryThatIsNotAcceptedStoresNothing();
 
     void todaysCommitTakesTheReminderBack();
     void aReminderIsTakenBackOnlyOnce();
@@ -165,23 +148,14 @@ void TestNotificationService::creationDoesNotWaitForTheCenter()
     QTRY_VERIFY(world.service->isAuthorized());
 }
 
-void TestNotificationService::onlyTheStatusAuthorizedAuthorizes_data()
+void TestNotificationService::theAnswerOfTheCenterAuthorizesOrDoesNot()
 {
-    QTest::addColumn<AuthorizationStatus>("status");
-    QTest::addColumn<bool>("isAuthorized");
-    QTest::newRow("authorized") << AuthorizationStatus::Authorized << true;
-    QTest::newRow("denied") << AuthorizationStatus::Denied << false;
-    QTest::newRow("not determined") << AuthorizationStatus::NotDetermined << false;
-}
-
-void TestNotificationService::onlyTheStatusAuthorizedAuthorizes()
-{
-    QFETCH(AuthorizationStatus, status);
     AuthorizedWorld world;
-    QVERIFY(world.service->isAuthorized());
-    world.center.setStatus(status);
-    world.service->checkAuthorizationStatus();
-    QTEST(world.service->isAuthorized(), "isAuthorized");
+    for (const bool isAuthorized : {false, true}) {
+        world.center.setAuthorized(isAuthorized);
+        world.service->checkAuthorizationStatus();
+        QCOMPARE(world.service->isAuthorized(), isAuthorized);
+    }
 }
 
 void TestNotificationService::everyAssignmentIsAnnouncedBeforeItHappens()
@@ -191,7 +165,7 @@ void TestNotificationService::everyAssignmentIsAnnouncedBeforeItHappens()
     connect(world.service.get(), &NotificationService::isAuthorizedWillChange, this,
             [&](bool newValue) { oldAndNew << qMakePair(world.service->isAuthorized(), newValue); });
     world.service->requestAuthorization();
-    world.center.setStatus(AuthorizationStatus::Denied);
+    world.center.setAuthorized(false);
     world.service->checkAuthorizationStatus();
     const QList<QPair<bool, bool>> expected{{true, true}, {true, false}};
     QCOMPARE(oldAndNew, expected);
@@ -229,8 +203,7 @@ void TestNotificationService::theOnlyCategoryIsTheStreakAtRisk()
 {
     World world;
     world.service->setupCategories();
-    QCOMPARE(world.center.categorySets().size(), 1);
-    QVERIFY(world.center.categorySets().constFirst() == QList<NotificationCategory>{reminderCategory()});
+    QVERIFY(world.center.categories() == QList<NotificationCategory>{reminderCategory()});
 }
 
 void TestNotificationService::noReminderForAStreakOfZero()
@@ -260,8 +233,6 @@ void TestNotificationService::atSixTheReminderNamesTheStreak()
     QCOMPARE(request.title, QStringLiteral("Streak at Risk!"));
     QCOMPARE(request.body, QStringLiteral("You haven't committed today. Your 5-day streak will reset at midnight!"));
     QCOMPARE(request.categoryIdentifier, QStringLiteral("STREAK_RISK"));
-    QVERIFY(request.isTimeSensitive);
-    QVERIFY(request.hasDefaultSound);
 }
 
 void TestNotificationService::noReminderAfterACommit()
@@ -274,13 +245,13 @@ void TestNotificationService::noReminderAfterACommit()
 void TestNotificationService::switchedOffNothingIsSentAndNobodyIsAsked()
 {
     World world;
-    world.center.setStatus(AuthorizationStatus::Denied);
+    world.center.setAuthorized(false);
     world.settle();
     world.check(5, false, false);
     QVERIFY(world.center.added().isEmpty());
     QCOMPARE(world.center.leaveQuestions(), 0);
     QVERIFY(world.output.lines().isEmpty());
-    QCOMPARE(world.preferences.size(), std::size_t(0));
+    QVERIFY(world.preferences.values.isEmpty());
 }
 
 void TestNotificationService::whatIsSentIsStoredAndSaid()
@@ -361,7 +332,7 @@ void TestNotificationService::whatIsStoredWithoutBeingADateIsNoReminder()
 void TestNotificationService::whoIsNotAuthorizedIsAskedFirst()
 {
     World world;
-    world.center.setStatus(AuthorizationStatus::NotDetermined);
+    world.center.setAuthorized(false);
     world.settle();
     world.center.holdAnswers();
     world.check();
@@ -377,7 +348,7 @@ void TestNotificationService::whoIsNotAuthorizedIsAskedFirst()
 void TestNotificationService::aRefusalSendsNothingAndIsAskedAgain()
 {
     World world;
-    world.center.setStatus(AuthorizationStatus::Denied);
+    world.center.setAuthorized(false);
     world.settle();
     world.center.grant(false);
     world.check();
@@ -391,7 +362,7 @@ void TestNotificationService::aRefusalSendsNothingAndIsAskedAgain()
 void TestNotificationService::anErrorInAskingSendsNothing()
 {
     World world;
-    world.center.setStatus(AuthorizationStatus::Denied);
+    world.center.setAuthorized(false);
     world.settle();
     world.center.failToAsk("no service");
     world.check();
@@ -417,21 +388,12 @@ void TestNotificationService::aFailedDeliveryStoresNothingAndIsTriedAgain()
     QVERIFY(world.timers.live().empty());
     QVERIFY(world.service->isAuthorized());
     QCOMPARE(world.output.lines(), QStringList(QStringLiteral("Failed to send notification: the service is away")));
-    world.center.accept(true);
+    world.center.accept();
     world.clock.advance(5min);
     world.check();
     QCOMPARE(world.center.added().size(), 2);
     QVERIFY(world.lastReminder() == PreferenceValue(world.clock.now()));
     QCOMPARE(world.output.lines().constLast(), sentLine);
-}
-
-void TestNotificationService::aDeliveryThatIsNotAcceptedStoresNothing()
-{
-    AuthorizedWorld world;
-    world.center.accept(false);
-    world.check();
-    QVERIFY(!world.lastReminder());
-    QCOMPARE(world.output.lines(), QStringList());
 }
 
 void TestNotificationService::todaysCommitTakesTheReminderBack()

@@ -15,7 +15,6 @@
 using namespace velquarin;
 using namespace std::chrono_literals;
 using test::instant;
-using enum ReminderDecision;
 
 namespace {
 
@@ -34,19 +33,19 @@ ReminderSnapshot dueSnapshot()
     };
 }
 
-ReminderDecision decideAt(Instant moment, const QByteArray &zone)
+bool isDueAt(Instant moment, const QByteArray &zone)
 {
     auto snapshot = dueSnapshot();
     snapshot.now = moment;
     snapshot.calendar = test::calendarIn(zone.constData());
-    return decideReminder(snapshot);
+    return isReminderDue(snapshot);
 }
 
-ReminderDecision decideAfter(PreferenceValue lastReminder)
+bool isDueAfter(PreferenceValue lastReminder)
 {
     auto snapshot = dueSnapshot();
     snapshot.lastReminder = std::move(lastReminder);
-    return decideReminder(snapshot);
+    return isReminderDue(snapshot);
 }
 
 }  // namespace
@@ -58,7 +57,7 @@ private Q_SLOTS:
     void init() { test::failOnAnyWarning(); }
 
     void aRunningStreakWithoutACommitIsRemindedOfInTheEvening();
-    void theFirstTestThatFailsIsTheReason();
+    void anyOneReasonIsEnoughNotToRemind();
     void aStreakOfNoDaysHasNothingToLose_data();
     void aStreakOfNoDaysHasNothingToLose();
     void theEveningBeginsAtSixOnTheWallClock_data();
@@ -73,48 +72,41 @@ private Q_SLOTS:
     void theSecondsInTheIdentifierReadBackToTheSameDouble();
     void theSentenceNamesTheStreakAsAPlainNumber_data();
     void theSentenceNamesTheStreakAsAPlainNumber();
-    void theReminderIsUrgentAndSounds();
+    void theReminderIsOfItsCategory();
     void theCategoryOffersToOpenAndToDismiss();
-    void theDayEndsWhenTheNextOneStarts_data();
-    void theDayEndsWhenTheNextOneStarts();
 };
 
 void TestReminder::aRunningStreakWithoutACommitIsRemindedOfInTheEvening()
 {
-    QCOMPARE(decideReminder(dueSnapshot()), Remind);
+    QVERIFY(isReminderDue(dueSnapshot()));
 }
 
-// Begins with a snapshot that fails every test and mends them one by one.
-void TestReminder::theFirstTestThatFailsIsTheReason()
+void TestReminder::anyOneReasonIsEnoughNotToRemind()
 {
-    auto snapshot = dueSnapshot();
-    snapshot.notificationsEnabled = false;
-    snapshot.hasCommittedToday = true;
-    snapshot.currentStreak = 0;
-    snapshot.now = instant("2026-11-20T12:00:00+01:00");
-    snapshot.lastReminder = instant("2026-11-20T11:00:00+01:00");
-    QCOMPARE(decideReminder(snapshot), SwitchedOff);
-    snapshot.notificationsEnabled = true;
-    QCOMPARE(decideReminder(snapshot), CommittedToday);
-    snapshot.hasCommittedToday = false;
-    QCOMPARE(decideReminder(snapshot), NothingToLose);
-    snapshot.currentStreak = 1;
-    QCOMPARE(decideReminder(snapshot), TooEarly);
-    snapshot.now = instant("2026-11-20T18:00:00+01:00");
-    QCOMPARE(decideReminder(snapshot), AlreadyReminded);
-    snapshot.lastReminder.reset();
-    QCOMPARE(decideReminder(snapshot), Remind);
+    using Spoil = void (*)(ReminderSnapshot &);
+    const QList<Spoil> reasons{
+        [](ReminderSnapshot &snapshot) { snapshot.notificationsEnabled = false; },
+        [](ReminderSnapshot &snapshot) { snapshot.hasCommittedToday = true; },
+        [](ReminderSnapshot &snapshot) { snapshot.currentStreak = 0; },
+        [](ReminderSnapshot &snapshot) { snapshot.now = instant("2026-11-20T12:00:00+01:00"); },
+        [](ReminderSnapshot &snapshot) { snapshot.lastReminder = instant("2026-11-20T18:00:00+01:00"); },
+    };
+    for (const auto &spoil : reasons) {
+        auto snapshot = dueSnapshot();
+        spoil(snapshot);
+        QVERIFY(!isReminderDue(snapshot));
+    }
 }
 
 void TestReminder::aStreakOfNoDaysHasNothingToLose_data()
 {
     QTest::addColumn<qint64>("streak");
-    QTest::addColumn<ReminderDecision>("decision");
-    QTest::newRow("no day at nine in the evening") << qint64(0) << NothingToLose;
-    QTest::newRow("fewer than no days") << qint64(-1) << NothingToLose;
-    QTest::newRow("the smallest number there is") << std::numeric_limits<qint64>::min() << NothingToLose;
-    QTest::newRow("one day is worth keeping") << qint64(1) << Remind;
-    QTest::newRow("the largest number there is") << std::numeric_limits<qint64>::max() << Remind;
+    QTest::addColumn<bool>("isDue");
+    QTest::newRow("no day at nine in the evening") << qint64(0) << false;
+    QTest::newRow("fewer than no days") << qint64(-1) << false;
+    QTest::newRow("the smallest number there is") << std::numeric_limits<qint64>::min() << false;
+    QTest::newRow("one day is worth keeping") << qint64(1) << true;
+    QTest::newRow("the largest number there is") << std::numeric_limits<qint64>::max() << true;
 }
 
 void TestReminder::aStreakOfNoDaysHasNothingToLose()
@@ -122,43 +114,43 @@ void TestReminder::aStreakOfNoDaysHasNothingToLose()
     QFETCH(qint64, streak);
     auto snapshot = dueSnapshot();
     snapshot.currentStreak = streak;
-    QTEST(decideReminder(snapshot), "decision");
+    QTEST(isReminderDue(snapshot), "isDue");
 }
 
 void TestReminder::theEveningBeginsAtSixOnTheWallClock_data()
 {
     QTest::addColumn<Instant>("moment");
     QTest::addColumn<QByteArray>("zone");
-    QTest::addColumn<ReminderDecision>("decision");
-    const auto row = [](const char *name, const char *moment, const char *zone, ReminderDecision decision) {
-        QTest::newRow(name) << instant(moment) << QByteArray(zone) << decision;
+    QTest::addColumn<bool>("isDue");
+    const auto row = [](const char *name, const char *moment, const char *zone, bool isDue) {
+        QTest::newRow(name) << instant(moment) << QByteArray(zone) << isDue;
     };
-    row("the last millisecond before six in Berlin", "2026-11-20T17:59:59.999+01:00", berlin, TooEarly);
-    row("one minute before six in Berlin", "2026-11-20T17:59:00+01:00", berlin, TooEarly);
-    row("six o'clock in Berlin", "2026-11-20T18:00:00+01:00", berlin, Remind);
-    row("six o'clock in Berlin in summer", "2026-07-20T18:00:00+02:00", berlin, Remind);
-    row("one minute before six in Berlin in summer", "2026-07-20T17:59:00+02:00", berlin, TooEarly);
-    row("the last millisecond before midnight in Berlin", "2026-11-20T23:59:59.999+01:00", berlin, Remind);
-    row("midnight in Berlin", "2026-11-21T00:00:00+01:00", berlin, TooEarly);
-    row("six o'clock in Kathmandu", "2026-11-20T18:00:00+05:45", "Asia/Kathmandu", Remind);
-    row("one minute before six in Kathmandu", "2026-11-20T17:59:00+05:45", "Asia/Kathmandu", TooEarly);
-    row("six o'clock in Kiritimati", "2026-11-20T18:00:00+14:00", "Pacific/Kiritimati", Remind);
-    row("six o'clock in Pago Pago", "2026-11-20T18:00:00-11:00", "Pacific/Pago_Pago", Remind);
-    row("one minute before six in Pago Pago", "2026-11-20T17:59:00-11:00", "Pacific/Pago_Pago", TooEarly);
-    row("six on the day of 23 hours in Berlin", "2026-03-29T18:00:00+02:00", berlin, Remind);
-    row("one minute before six on the day of 23 hours in Berlin", "2026-03-29T17:59:00+02:00", berlin, TooEarly);
-    row("six on the day of 25 hours in Berlin", "2026-10-25T18:00:00+01:00", berlin, Remind);
-    row("one minute before six on the day of 25 hours in Berlin", "2026-10-25T17:59:00+01:00", berlin, TooEarly);
+    row("the last millisecond before six in Berlin", "2026-11-20T17:59:59.999+01:00", berlin, false);
+    row("one minute before six in Berlin", "2026-11-20T17:59:00+01:00", berlin, false);
+    row("six o'clock in Berlin", "2026-11-20T18:00:00+01:00", berlin, true);
+    row("six o'clock in Berlin in summer", "2026-07-20T18:00:00+02:00", berlin, true);
+    row("one minute before six in Berlin in summer", "2026-07-20T17:59:00+02:00", berlin, false);
+    row("the last millisecond before midnight in Berlin", "2026-11-20T23:59:59.999+01:00", berlin, true);
+    row("midnight in Berlin", "2026-11-21T00:00:00+01:00", berlin, false);
+    row("six o'clock in Kathmandu", "2026-11-20T18:00:00+05:45", "Asia/Kathmandu", true);
+    row("one minute before six in Kathmandu", "2026-11-20T17:59:00+05:45", "Asia/Kathmandu", false);
+    row("six o'clock in Kiritimati", "2026-11-20T18:00:00+14:00", "Pacific/Kiritimati", true);
+    row("six o'clock in Pago Pago", "2026-11-20T18:00:00-11:00", "Pacific/Pago_Pago", true);
+    row("one minute before six in Pago Pago", "2026-11-20T17:59:00-11:00", "Pacific/Pago_Pago", false);
+    row("six on the day of 23 hours in Berlin", "2026-03-29T18:00:00+02:00", berlin, true);
+    row("one minute before six on the day of 23 hours in Berlin", "2026-03-29T17:59:00+02:00", berlin, false);
+    row("six on the day of 25 hours in Berlin", "2026-10-25T18:00:00+01:00", berlin, true);
+    row("one minute before six on the day of 25 hours in Berlin", "2026-10-25T17:59:00+01:00", berlin, false);
     row("the first eleven at night in Sao Paulo, which comes twice", "2018-02-17T23:30:00-02:00", "America/Sao_Paulo",
-        Remind);
-    row("the second eleven at night in Sao Paulo", "2018-02-17T23:30:00-03:00", "America/Sao_Paulo", Remind);
+        true);
+    row("the second eleven at night in Sao Paulo", "2018-02-17T23:30:00-03:00", "America/Sao_Paulo", true);
 }
 
 void TestReminder::theEveningBeginsAtSixOnTheWallClock()
 {
     QFETCH(Instant, moment);
     QFETCH(QByteArray, zone);
-    QTEST(decideAt(moment, zone), "decision");
+    QTEST(isDueAt(moment, zone), "isDue");
 }
 
 void TestReminder::onceADayIsCountedOnTheCalendar_data()
@@ -166,30 +158,29 @@ void TestReminder::onceADayIsCountedOnTheCalendar_data()
     QTest::addColumn<Instant>("last");
     QTest::addColumn<Instant>("now");
     QTest::addColumn<QByteArray>("zone");
-    QTest::addColumn<ReminderDecision>("decision");
-    const auto row = [](const char *name, const char *last, const char *now, const char *zone,
-                        ReminderDecision decision) {
-        QTest::newRow(name) << instant(last) << instant(now) << QByteArray(zone) << decision;
+    QTest::addColumn<bool>("isDue");
+    const auto row = [](const char *name, const char *last, const char *now, const char *zone, bool isDue) {
+        QTest::newRow(name) << instant(last) << instant(now) << QByteArray(zone) << isDue;
     };
-    row("five minutes later", "2026-11-20T18:00:00+01:00", "2026-11-20T18:05:00+01:00", berlin, AlreadyReminded);
-    row("at the same moment", "2026-11-20T18:00:00+01:00", "2026-11-20T18:00:00+01:00", berlin, AlreadyReminded);
-    row("at the end of the day", "2026-11-20T18:00:00+01:00", "2026-11-20T23:59:59.999+01:00", berlin, AlreadyReminded);
-    row("the next evening", "2026-11-20T18:00:00+01:00", "2026-11-21T18:00:00+01:00", berlin, Remind);
+    row("five minutes later", "2026-11-20T18:00:00+01:00", "2026-11-20T18:05:00+01:00", berlin, false);
+    row("at the same moment", "2026-11-20T18:00:00+01:00", "2026-11-20T18:00:00+01:00", berlin, false);
+    row("at the end of the day", "2026-11-20T18:00:00+01:00", "2026-11-20T23:59:59.999+01:00", berlin, false);
+    row("the next evening", "2026-11-20T18:00:00+01:00", "2026-11-21T18:00:00+01:00", berlin, true);
     row("the next evening, within 24 hours", "2026-11-20T23:59:59.999+01:00", "2026-11-21T18:00:00+01:00", berlin,
-        Remind);
+        true);
     row("the evening after the night of 23 hours", "2026-03-28T18:00:00+01:00", "2026-03-29T18:00:00+02:00", berlin,
-        Remind);
+        true);
     row("the evening after the night of 25 hours", "2026-10-24T18:00:00+02:00", "2026-10-25T18:00:00+01:00", berlin,
-        Remind);
+        true);
     row("in the hour that comes again before midnight", "2018-02-17T23:30:00-02:00", "2018-02-17T23:15:00-03:00",
-        "America/Sao_Paulo", AlreadyReminded);
+        "America/Sao_Paulo", false);
     row("the evening after a midnight that comes twice", "2026-10-31T23:00:00-04:00", "2026-11-01T18:00:00-05:00",
-        "America/Havana", Remind);
-    row("a year ago on the same date", "2025-11-20T18:00:00+01:00", "2026-11-20T18:00:00+01:00", berlin, Remind);
+        "America/Havana", true);
+    row("a year ago on the same date", "2025-11-20T18:00:00+01:00", "2026-11-20T18:00:00+01:00", berlin, true);
     row("a date from the future, after the clock was set back", "2026-11-22T18:00:00+01:00",
-        "2026-11-20T18:00:00+01:00", berlin, Remind);
+        "2026-11-20T18:00:00+01:00", berlin, true);
     row("later today, after the clock was set back", "2026-11-20T22:00:00+01:00", "2026-11-20T18:00:00+01:00", berlin,
-        AlreadyReminded);
+        false);
 }
 
 void TestReminder::onceADayIsCountedOnTheCalendar()
@@ -201,7 +192,7 @@ void TestReminder::onceADayIsCountedOnTheCalendar()
     snapshot.lastReminder = last;
     snapshot.now = now;
     snapshot.calendar = test::calendarIn(zone.constData());
-    QTEST(decideReminder(snapshot), "decision");
+    QTEST(isReminderDue(snapshot), "isDue");
 }
 
 void TestReminder::whatIsNotADateWasNeverAReminder_data()
@@ -217,8 +208,8 @@ void TestReminder::whatIsNotADateWasNeverAReminder_data()
 void TestReminder::whatIsNotADateWasNeverAReminder()
 {
     QFETCH(PreferenceValue, stored);
-    QCOMPARE(decideAfter(stored), Remind);
-    QCOMPARE(decideAfter(instant("2026-11-20T20:00:00+01:00")), AlreadyReminded);
+    QVERIFY(isDueAfter(stored));
+    QVERIFY(!isDueAfter(instant("2026-11-20T20:00:00+01:00")));
 }
 
 // Reminded in Berlin at seven on Friday; then Tokyo, where that was Saturday already.
@@ -228,12 +219,12 @@ void TestReminder::whoTravelsIsRemindedByTheDayOfWhereTheyAre()
     snapshot.lastReminder = instant("2026-11-20T19:00:00+01:00");
     snapshot.calendar = test::calendarIn("Asia/Tokyo");
     snapshot.now = instant("2026-11-21T18:30:00+09:00");
-    QCOMPARE(decideReminder(snapshot), AlreadyReminded);
+    QVERIFY(!isReminderDue(snapshot));
     snapshot.calendar = test::calendarIn("America/New_York");
     snapshot.now = instant("2026-11-20T18:30:00-05:00");
-    QCOMPARE(decideReminder(snapshot), AlreadyReminded);
+    QVERIFY(!isReminderDue(snapshot));
     snapshot.now = instant("2026-11-21T18:30:00-05:00");
-    QCOMPARE(decideReminder(snapshot), Remind);
+    QVERIFY(isReminderDue(snapshot));
 }
 
 void TestReminder::theIdentifierIsTheShortestTextOfTheSameSeconds_data()
@@ -287,19 +278,16 @@ void TestReminder::theSentenceNamesTheStreakAsAPlainNumber_data()
 void TestReminder::theSentenceNamesTheStreakAsAPlainNumber()
 {
     QFETCH(qint64, streak);
-    QTEST(reminderBody(streak), "sentence");
+    QTEST(reminderRequest(streak, {}).body, "sentence");
 }
 
-void TestReminder::theReminderIsUrgentAndSounds()
+void TestReminder::theReminderIsOfItsCategory()
 {
     const auto moment = instant("2026-11-20T18:00:00.250Z");
-    const NotificationRequest expected{reminderIdentifier(moment),
-                                       QStringLiteral("Streak at Risk!"),
-                                       reminderBody(5),
-                                       QStringLiteral("STREAK_RISK"),
-                                       true,
-                                       true};
-    QVERIFY(reminderRequest(5, moment) == expected);
+    const auto request = reminderRequest(5, moment);
+    QCOMPARE(request.identifier, reminderIdentifier(moment));
+    QCOMPARE(request.title, QStringLiteral("Streak at Risk!"));
+    QCOMPARE(request.categoryIdentifier, reminderCategory().identifier);
 }
 
 void TestReminder::theCategoryOffersToOpenAndToDismiss()
@@ -308,32 +296,6 @@ void TestReminder::theCategoryOffersToOpenAndToDismiss()
                                         {{QStringLiteral("OPEN_APP"), QStringLiteral("Open Velquarin"), true},
                                          {QStringLiteral("DISMISS"), QStringLiteral("Dismiss"), false}}};
     QVERIFY(reminderCategory() == expected);
-}
-
-void TestReminder::theDayEndsWhenTheNextOneStarts_data()
-{
-    QTest::addColumn<Instant>("moment");
-    QTest::addColumn<QByteArray>("zone");
-    QTest::addColumn<qint64>("minutes");
-    const auto row = [](const char *name, const char *moment, const char *zone, qint64 minutes) {
-        QTest::newRow(name) << instant(moment) << QByteArray(zone) << minutes;
-    };
-    row("from six in the evening in Berlin", "2026-11-20T18:00:00+01:00", berlin, 6 * 60);
-    row("from the start of a day", "2026-11-20T00:00:00+01:00", berlin, 24 * 60);
-    row("over the day of 23 hours", "2026-03-29T00:00:00+01:00", berlin, 23 * 60);
-    row("over the day of 25 hours", "2026-10-25T00:00:00+02:00", berlin, 25 * 60);
-    row("into a day that starts at one", "2018-11-03T18:00:00-03:00", "America/Sao_Paulo", 6 * 60);
-    row("over an hour that comes twice before midnight", "2018-02-17T23:30:00-02:00", "America/Sao_Paulo", 90);
-    row("over a day that never was", "2011-12-29T18:00:00-10:00", "Pacific/Apia", 6 * 60);
-}
-
-void TestReminder::theDayEndsWhenTheNextOneStarts()
-{
-    QFETCH(Instant, moment);
-    QFETCH(QByteArray, zone);
-    QFETCH(qint64, minutes);
-    const auto left = untilNextDay(moment, test::calendarIn(zone.constData()));
-    QCOMPARE(left, std::chrono::milliseconds(std::chrono::minutes(minutes)));
 }
 
 VELQUARIN_TEST(TestReminder)

@@ -146,7 +146,7 @@ void TestStreakManager::aNewManagerKnowsNothingAndRefreshesNothing()
     QVERIFY(engine.manager.repositoryStats().isEmpty() && engine.manager.lastDiscoveredRepos().isEmpty());
     QVERIFY(!engine.manager.isRefreshing() && !engine.manager.isScanning() && !engine.manager.showYearView());
     QVERIFY(!engine.manager.lastRefresh().has_value() && !engine.manager.error().has_value());
-    QCOMPARE(engine.center.categorySets().size(), 1);
+    QCOMPARE(engine.center.categories().size(), 1);
     QVERIFY(engine.runner.commands().isEmpty());
 }
 
@@ -487,7 +487,6 @@ void TestStreakManager::theRefreshEndsAfterTheReminder()
 {
     Engine engine;
     engine.clock.setNow(instant("2026-11-20T19:10:00Z"));
-    engine.center.setStatus(AuthorizationStatus::Authorized);
     engine.track(first, "2026-11-19\n", "2026-11-19\n", "2026-11-19T09:00:00Z\n");
     engine.center.holdAnswers();
     auto refresh = engine.manager.refresh();

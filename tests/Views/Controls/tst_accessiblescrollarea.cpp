@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Views/Controls/AccessibleScrollArea.h"
+#include "Views/Controls/Accessibility.h"
 
 #include "support/Offscreen.h"
 #include "support/TestProgram.h"
@@ -33,13 +33,12 @@ class TestAccessibleScrollArea : public QObject
 private Q_SLOTS:
     void init() { failOnAnyWarningOfOurs(); }
 
-    // The first, since what it looks for holds for the whole process from then on.
     void thePopoverNeedsNobodyToAskForIt()
     {
         Popover popover(new QWidget);
         const auto areas = popover.findChildren<QScrollArea *>();
         QCOMPARE(areas.size(), 1);
-        // The toolkit itself counts what is to be seen just now.
+        // Qt itself counts what is to be seen just now.
         const auto parts = areas.first()->findChildren<QWidget *>(Qt::FindDirectChildrenOnly);
         QCOMPARE(accessible(*areas.first())->childCount(), parts.size());
     }
@@ -54,9 +53,9 @@ private Q_SLOTS:
 
     void askedForAChildThatIsNotThereItHasNone()
     {
-        readScrollAreasWhole();
         QFETCH(int, beyond);
         QScrollArea area;
+        readScrollAreaWhole(area);
         area.setWidget(new QWidget);
         area.show();
         auto *const interface = accessible(area);
@@ -67,8 +66,8 @@ private Q_SLOTS:
 
     void aChildThatWasCountedIsStillThereWhenTheScrollBarIsHidden()
     {
-        readScrollAreasWhole();
         QScrollArea area;
+        readScrollAreaWhole(area);
         area.setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
         area.setWidget(new QWidget);
         area.show();
@@ -80,8 +79,8 @@ private Q_SLOTS:
 
     void whatItHoldsIsRead()
     {
-        readScrollAreasWhole();
         QScrollArea area;
+        readScrollAreaWhole(area);
         area.setWidget(
             makeText(textLook(style::TypeStyle::Caption, style::Ink::Primary), QStringLiteral("within"), nullptr));
         area.show();

@@ -9,11 +9,11 @@
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Switch.h"
 #include "Views/Controls/Text.h"
-#include "Views/Dashboard/DayColumn.h"
+#include "Views/Dashboard/DayStrip.h"
 #include "Views/Dashboard/MenuBarView.h"
-#include "Views/Dashboard/RepoRow.h"
+#include "Views/Dashboard/RepositoriesSection.h"
 #include "Views/Dashboard/YearHeatmapView.h"
-#include "Views/Settings/ListRow.h"
+#include "Views/Settings/RowList.h"
 
 #include "Views/Settings/SettingsWindow.h"
 

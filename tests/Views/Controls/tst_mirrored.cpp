@@ -6,7 +6,7 @@
 #include "support/RecordingFileViewer.h"
 #include "support/TestProgram.h"
 #include "Views/Controls/Switch.h"
-#include "Views/Controls/SymbolView.h"
+#include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
 #include "Views/Dashboard/MenuBarView.h"
 #include "Views/Dashboard/YearHeatmapView.h"

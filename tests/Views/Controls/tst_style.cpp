@@ -158,28 +158,6 @@ private Q_SLOTS:
         QCOMPARE(font.family(), QApplication::font().family());
     }
 
-    void countsFallIntoFiveBands_data()
-    {
-        QTest::addColumn<qint64>("count");
-        QTest::addColumn<int>("band");
-        QTest::newRow("none") << qint64(0) << 0;
-        QTest::newRow("one") << qint64(1) << 1;
-        QTest::newRow("two") << qint64(2) << 1;
-        QTest::newRow("three") << qint64(3) << 2;
-        QTest::newRow("five") << qint64(5) << 2;
-        QTest::newRow("six") << qint64(6) << 3;
-        QTest::newRow("ten") << qint64(10) << 3;
-        QTest::newRow("eleven") << qint64(11) << 4;
-        QTest::newRow("a thousand") << qint64(1000) << 4;
-        QTest::newRow("less than none") << qint64(-1) << 4;
-    }
-
-    void countsFallIntoFiveBands()
-    {
-        QFETCH(qint64, count);
-        QTEST(style::countBand(count), "band");
-    }
-
     void rectanglesLieOnWholePixels()
     {
         auto image = canvas({100, 100});

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Views/Dashboard/DashboardFigures.h"
-
 #include "support/Strict.h"
 #include "support/TestProgram.h"
-#include "Views/Dashboard/DayColumn.h"
+#include "Views/Dashboard/DayColor.h"
+#include "Views/Dashboard/RepositoriesSection.h"
+#include "Views/Dashboard/YearSection.h"
 
 #include <QTest>
 
@@ -57,6 +57,28 @@ private Q_SLOTS:
         QTEST(repositoriesLeftOut(repositories), "leftOut");
     }
 
+    void countsFallIntoFiveBands_data()
+    {
+        QTest::addColumn<qint64>("count");
+        QTest::addColumn<int>("band");
+        QTest::newRow("none") << qint64(0) << 0;
+        QTest::newRow("one") << qint64(1) << 1;
+        QTest::newRow("two") << qint64(2) << 1;
+        QTest::newRow("three") << qint64(3) << 2;
+        QTest::newRow("five") << qint64(5) << 2;
+        QTest::newRow("six") << qint64(6) << 3;
+        QTest::newRow("ten") << qint64(10) << 3;
+        QTest::newRow("eleven") << qint64(11) << 4;
+        QTest::newRow("a thousand") << qint64(1000) << 4;
+        QTest::newRow("less than none") << qint64(-1) << 4;
+    }
+
+    void countsFallIntoFiveBands()
+    {
+        QFETCH(qint64, count);
+        QTEST(countBand(count), "band");
+    }
+
     void moreCommitsMakeAFullerSquare_data()
     {
         QTest::addColumn<qint64>("count");
@@ -77,7 +99,7 @@ private Q_SLOTS:
     void moreCommitsMakeAFullerSquare()
     {
         QFETCH(qint64, count);
-        QTEST(colorForCount(count).accent, "accent");
+        QTEST(colorForCount(count).accent.value(), "accent");
         QTEST(colorForCount(count).opacity, "opacity");
     }
 };

@@ -6,7 +6,7 @@
 #include "support/RecordingFileViewer.h"
 #include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
-#include "Views/Controls/SymbolView.h"
+#include "Views/Controls/Symbols.h"
 #include "Views/Dashboard/MenuBarView.h"
 
 #include <QApplication>

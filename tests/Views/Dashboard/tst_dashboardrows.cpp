@@ -11,12 +11,12 @@
 #include "support/WhatIsShown.h"
 #include "Views/Controls/Divider.h"
 #include "Views/Controls/Style.h"
-#include "Views/Controls/SymbolView.h"
+#include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
-#include "Views/Dashboard/DayColumn.h"
+#include "Views/Dashboard/DayColor.h"
 #include "Views/Dashboard/DayStrip.h"
-#include "Views/Dashboard/RepoRow.h"
-#include "Views/Dashboard/StatRow.h"
+#include "Views/Dashboard/HeaderSection.h"
+#include "Views/Dashboard/RepositoriesSection.h"
 
 #include <QApplication>
 #include <QFontMetrics>
@@ -263,7 +263,7 @@ private Q_SLOTS:
         const auto picture = pictureOf(column);
         const auto square = squareIn(column);
         const auto shade = colorForCount(count);
-        const auto expected = blended(shade.accent, shade.opacity, colors);
+        const auto expected = blended(shade.accent.value(), shade.opacity, colors);
         const auto found = picture.pixelColor(square.left() + square.width() / 2, square.top() + 4);
         QVERIFY2(isNearly(found, expected), qPrintable(found.name() + QLatin1String(" for ") + expected.name()));
         QCOMPARE(hasWhite(picture.copy(square)), count >= 1);

@@ -45,7 +45,7 @@ void record(QAccessibleEvent *event)
 
 }  // namespace
 
-//! What a screen reader hears. It needs a display: without one the toolkit says nothing to anybody.
+//! What a screen reader hears. It needs a display: without one Qt says nothing to anybody.
 class TestHeatmapAnnouncements : public QObject
 {
     Q_OBJECT

@@ -8,6 +8,7 @@
 #include "support/FakeClock.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"
+#include "Views/Dashboard/DayColor.h"
 
 #include <QTest>
 
@@ -393,7 +394,7 @@ void TestHeatmapGrid::noCommitsLookTheSameWhetherNotedOrAbsent()
     QCOMPARE(grid, gridData({}, calendar, now));
     const auto &noted = grid.back().at(4);
     QCOMPARE(noted.date, calendar.startOf(date("2026-11-19")));
-    QCOMPARE(colorForCount(noted.count, noted.isInRange), (CellColor{style::Accent::Grey, 0.15}));
+    QCOMPARE(colorForCount(noted.count, noted.isInRange), (DayColor{style::Accent::Grey, 0.15}));
 }
 
 void TestHeatmapGrid::aCountHasItsColour_data()
@@ -428,7 +429,7 @@ void TestHeatmapGrid::aCountHasItsColour()
     QFETCH(bool, isInRange);
     QFETCH(std::optional<style::Accent>, accent);
     QFETCH(double, opacity);
-    QCOMPARE(colorForCount(count, isInRange), (CellColor{accent, opacity}));
+    QCOMPARE(colorForCount(count, isInRange), (DayColor{accent, opacity}));
 }
 
 void TestHeatmapGrid::monthsAreLabelledWhereTheyFirstShow_data()

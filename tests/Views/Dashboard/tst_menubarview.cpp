@@ -11,15 +11,14 @@
 #include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
 #include "Views/Controls/Divider.h"
-#include "Views/Controls/IconButton.h"
+#include "Views/Controls/PlainButton.h"
 #include "Views/Controls/Style.h"
-#include "Views/Controls/SymbolView.h"
+#include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
-#include "Views/Dashboard/DayColumn.h"
+#include "Views/Dashboard/DayStrip.h"
 #include "Views/Dashboard/FooterSection.h"
 #include "Views/Dashboard/HeaderSection.h"
-#include "Views/Dashboard/RepoRow.h"
-#include "Views/Dashboard/StatRow.h"
+#include "Views/Dashboard/RepositoriesSection.h"
 #include "Views/Dashboard/YearHeatmapView.h"
 
 #include <QApplication>
@@ -213,6 +212,7 @@ private Q_SLOTS:
         const auto year = commits("2026-11-20", 2) + commits("2025-01-05", 40);
         world.engine.track(QStringLiteral("/src/old"), commits("2026-11-20", 2), year, "2026-11-20T09:00:00+00:00");
         world.engine.refresh();
+        world.engine.manager.setShowYearView(true);
         world.make();
         QCOMPARE(world.text("yearCommits"), QStringLiteral("42 commits"));
         QCOMPARE(world.text("activeDays"), QStringLiteral("2 active days"));
@@ -239,9 +239,11 @@ private Q_SLOTS:
         QVERIFY(world.textsOf("header").contains(number + QLatin1String(" commits")));
         QVERIFY(world.textsOf("header").contains(QLatin1String(count > 0 ? "1 days" : "0 days")));
         QVERIFY(world.textsOf("header").contains(QLatin1String("1 tracked")));
-        QCOMPARE(world.text("yearCommits"), number + QLatin1String(" commits"));
         QCOMPARE(world.textsOf("repositories").last(),
                  count > 0 ? number + QLatin1String(" today") : QStringLiteral("No commits"));
+        world.engine.manager.setShowYearView(true);
+        world.view->renderNow();
+        QCOMPARE(world.text("yearCommits"), number + QLatin1String(" commits"));
     }
 
     void theListShowsTenRepositoriesAndCountsTheRest_data()
@@ -878,6 +880,29 @@ private Q_SLOTS:
         QCOMPARE(paints.of(&textNamed(world, "repository-2")), 0);
         QCOMPARE(paints.of(&textNamed(world, "Show Year")), 0);
         QCOMPARE(paints.of(&world.named("settings")), 0);
+    }
+
+    void onlyTheSectionThatIsShownIsRendered()
+    {
+        World world;
+        world.track(1, 2);
+        world.engine.refresh();
+        world.show();
+        const auto &year = world.named<YearHeatmapView>("yearHeatmap");
+        const auto *const today = world.view->findChildren<DayColumn *>().last();
+        QCOMPARE(year.cells(), 0);
+        world.engine.manager.setShowYearView(true);
+        world.settle();
+        QCOMPARE(year.cells(), 371);
+        world.engine.script(QStringLiteral("/src/repository-1"), commits("2026-11-20", 4), commits("2026-11-20", 4),
+                            "2026-11-20T09:00:00+00:00");
+        world.engine.refresh();
+        world.settle();
+        QCOMPARE(world.text("yearCommits"), QStringLiteral("4 commits"));
+        QCOMPARE(today->count(), 2);
+        world.engine.manager.setShowYearView(false);
+        world.settle();
+        QCOMPARE(today->count(), 4);
     }
 
     void aRefreshThatFindsNothingNewPaintsOnlyItsButton()

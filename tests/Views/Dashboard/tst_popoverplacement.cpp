@@ -15,7 +15,7 @@ namespace {
 
 constexpr QRect fullHd(0, 0, 1920, 1080);
 
-PopoverWish wish(int contentHeight = 350)
+PopoverDimensions dimensions(int contentHeight = 350)
 {
     return {.width = 300, .contentHeight = contentHeight, .leastHeight = 350, .item = 24, .gap = 4, .scrollBar = 12};
 }
@@ -38,7 +38,6 @@ const ScreenArea topPanelAndDock = withPanels({64, 28, 0, 0});
 
 }  // namespace
 
-Q_DECLARE_METATYPE(velquarin::PanelSide)
 Q_DECLARE_METATYPE(velquarin::ScreenArea)
 Q_DECLARE_METATYPE(velquarin::PopoverPlace)
 
@@ -75,33 +74,33 @@ void TestPopoverPlacement::thePanelIsFound_data()
 {
     QTest::addColumn<QPoint>("click");
     QTest::addColumn<ScreenArea>("screen");
-    QTest::addColumn<PanelSide>("side");
-    const auto row = [](const char *name, QPoint click, const ScreenArea &screen, PanelSide side) {
+    QTest::addColumn<Qt::Edge>("side");
+    const auto row = [](const char *name, QPoint click, const ScreenArea &screen, Qt::Edge side) {
         QTest::newRow(name) << click << screen << side;
     };
-    row("at the top by its reserved strip", {1700, 14}, topPanel, PanelSide::Top);
-    row("at the bottom by its reserved strip", {1700, 1066}, bottomPanel, PanelSide::Bottom);
-    row("at the left by its reserved strip", {24, 1000}, leftPanel, PanelSide::Left);
-    row("at the right by its reserved strip", {1900, 1000}, rightPanel, PanelSide::Right);
-    row("at the left even at its upper end", {24, 10}, leftPanel, PanelSide::Left);
-    row("at the right even at its lower end", {1900, 1079}, rightPanel, PanelSide::Right);
-    row("at the top where a dock reserves the left", {1700, 14}, topPanelAndDock, PanelSide::Top);
-    row("at the left where another reserves the top", {30, 500}, topPanelAndDock, PanelSide::Left);
-    row("at the top where both cross", {30, 14}, topPanelAndDock, PanelSide::Top);
-    row("by the nearest edge where none is reserved: top", {1900, 10}, bare(), PanelSide::Top);
-    row("by the nearest edge where none is reserved: bottom", {1910, 1070}, bare(), PanelSide::Bottom);
-    row("by the nearest edge where none is reserved: left", {10, 500}, bare(), PanelSide::Left);
-    row("by the nearest edge where none is reserved: right", {1910, 500}, bare(), PanelSide::Right);
-    row("at the bottom although only the top is reserved", {1700, 1070}, topPanel, PanelSide::Bottom);
-    row("above, for a click in the upper half", {900, 500}, bare(), PanelSide::Top);
-    row("below, for a click in the lower half", {900, 600}, bare(), PanelSide::Bottom);
+    row("at the top by its reserved strip", {1700, 14}, topPanel, Qt::TopEdge);
+    row("at the bottom by its reserved strip", {1700, 1066}, bottomPanel, Qt::BottomEdge);
+    row("at the left by its reserved strip", {24, 1000}, leftPanel, Qt::LeftEdge);
+    row("at the right by its reserved strip", {1900, 1000}, rightPanel, Qt::RightEdge);
+    row("at the left even at its upper end", {24, 10}, leftPanel, Qt::LeftEdge);
+    row("at the right even at its lower end", {1900, 1079}, rightPanel, Qt::RightEdge);
+    row("at the top where a dock reserves the left", {1700, 14}, topPanelAndDock, Qt::TopEdge);
+    row("at the left where another reserves the top", {30, 500}, topPanelAndDock, Qt::LeftEdge);
+    row("at the top where both cross", {30, 14}, topPanelAndDock, Qt::TopEdge);
+    row("by the nearest edge where none is reserved: top", {1900, 10}, bare(), Qt::TopEdge);
+    row("by the nearest edge where none is reserved: bottom", {1910, 1070}, bare(), Qt::BottomEdge);
+    row("by the nearest edge where none is reserved: left", {10, 500}, bare(), Qt::LeftEdge);
+    row("by the nearest edge where none is reserved: right", {1910, 500}, bare(), Qt::RightEdge);
+    row("at the bottom although only the top is reserved", {1700, 1070}, topPanel, Qt::BottomEdge);
+    row("above, for a click in the upper half", {900, 500}, bare(), Qt::TopEdge);
+    row("below, for a click in the lower half", {900, 600}, bare(), Qt::BottomEdge);
 }
 
 void TestPopoverPlacement::thePanelIsFound()
 {
     QFETCH(QPoint, click);
     QFETCH(ScreenArea, screen);
-    QFETCH(PanelSide, side);
+    QFETCH(Qt::Edge, side);
     QCOMPARE(panelSide(click, screen), side);
 }
 
@@ -135,7 +134,7 @@ void TestPopoverPlacement::thePopoverLies()
     QFETCH(QPoint, click);
     QFETCH(ScreenArea, screen);
     QFETCH(QRect, expected);
-    QCOMPARE(placePopover(click, {screen}, wish()), (PopoverPlace{expected, false}));
+    QCOMPARE(placePopover(click, {screen}, dimensions()), (PopoverPlace{expected, false}));
 }
 
 void TestPopoverPlacement::contentDecidesTheHeight_data()
@@ -155,13 +154,13 @@ void TestPopoverPlacement::contentDecidesTheHeight()
     QFETCH(int, contentHeight);
     QFETCH(QRect, expected);
     QFETCH(bool, scrolls);
-    QCOMPARE(placePopover({1000, 14}, {topPanel}, wish(contentHeight)), (PopoverPlace{expected, scrolls}));
+    QCOMPARE(placePopover({1000, 14}, {topPanel}, dimensions(contentHeight)), (PopoverPlace{expected, scrolls}));
 }
 
 void TestPopoverPlacement::whatTheScreenCannotHoldIsScrolled()
 {
     const auto small = withPanels({0, 20, 0, 0}, {0, 0, 280, 240});
-    QCOMPARE(placePopover({100, 10}, {small}, wish()), (PopoverPlace{QRect(4, 24, 272, 212), true, true}));
+    QCOMPARE(placePopover({100, 10}, {small}, dimensions()), (PopoverPlace{QRect(4, 24, 272, 212), true, true}));
 }
 
 void TestPopoverPlacement::whatIsWiderThanTheScreenIsScrolledSideways_data()
@@ -182,7 +181,7 @@ void TestPopoverPlacement::whatIsWiderThanTheScreenIsScrolledSideways()
 {
     QFETCH(QSize, room);
     const auto screen = withPanels({0, 20, 0, 0}, {0, 0, room.width() + 8, room.height() + 28});
-    QTEST(placePopover({100, 10}, {screen}, wish(400)), "expected");
+    QTEST(placePopover({100, 10}, {screen}, dimensions(400)), "expected");
 }
 
 void TestPopoverPlacement::whereverTheClickIsThePopoverIsInsideAndTheItemFree_data()
@@ -205,7 +204,7 @@ void TestPopoverPlacement::whereverTheClickIsThePopoverIsInsideAndTheItemFree()
     for (int x = whole.left(); x <= whole.right(); x += 7) {
         for (int y = whole.top(); y <= whole.bottom(); y += 7) {
             const QPoint click(x, y);
-            const auto place = placePopover(click, {screen}, wish()).rectangle;
+            const auto place = placePopover(click, {screen}, dimensions()).rectangle;
             QVERIFY(screen.available.contains(place));
             // Items stand in panels, so a click elsewhere came from a menu.
             if (!panels.contains(click) && !screen.available.contains(click))
@@ -238,12 +237,12 @@ void TestPopoverPlacement::severalScreens()
     QFETCH(QList<ScreenArea>, screens);
     QFETCH(QPoint, click);
     QFETCH(QRect, expected);
-    QCOMPARE(placePopover(click, screens, wish()).rectangle, expected);
+    QCOMPARE(placePopover(click, screens, dimensions()).rectangle, expected);
 }
 
 void TestPopoverPlacement::withoutAnyScreenItIsAsLargeAsItLikes()
 {
-    QCOMPARE(placePopover({5, 6}, {}, wish(900)), (PopoverPlace{QRect(5, 6, 300, 900)}));
+    QCOMPARE(placePopover({5, 6}, {}, dimensions(900)), (PopoverPlace{QRect(5, 6, 300, 900)}));
 }
 
 void TestPopoverPlacement::theClickIs_data()
@@ -301,7 +300,7 @@ void TestPopoverPlacement::withoutAClickTheEndOfThePanelIsMeant()
     QFETCH(ScreenArea, screen);
     QFETCH(Qt::LayoutDirection, direction);
     QFETCH(QRect, expected);
-    QCOMPARE(placePopover(likelyItem(screen, direction), {screen}, wish()).rectangle, expected);
+    QCOMPARE(placePopover(likelyItem(screen, direction), {screen}, dimensions()).rectangle, expected);
 }
 
 void TestPopoverPlacement::itKeepsToTheEdges_data()

@@ -396,7 +396,7 @@ void TestYearHeatmapView::theYearKeepsTheCurrentSquareInSight()
     view->setFocus(Qt::TabFocusReason);
     for (const auto key : {Qt::Key_Home, Qt::Key_End}) {
         QTest::keyClick(view, key);
-        const auto cell = view->rectangleOf(view->currentCell().value());
+        const auto cell = view->rectangleOf(view->currentPaintedChild().value());
         QVERIFY(view->parentWidget()->rect().contains(QRect(view->mapToParent(cell.topLeft()), cell.size())));
     }
 }
@@ -455,7 +455,7 @@ void TestYearHeatmapView::theKeysMoveBetweenTheDays()
     QSignalSpy moved(&view, &YearHeatmapView::currentCellMoved);
     for (const auto key : keys)
         QTest::keyClick(&view, key);
-    QCOMPARE(view.currentCell(), reached);
+    QCOMPARE(view.currentPaintedChild(), reached);
     QCOMPARE(moved.size(), keys.size());
     if (!keys.isEmpty())
         QCOMPARE(moved.last().constFirst().toRect(), view.rectangleOf(reached));
@@ -467,9 +467,9 @@ void TestYearHeatmapView::theKeysGoTheOtherWayFromRightToLeft()
     view.setLayoutDirection(Qt::RightToLeft);
     show(view, {});
     QTest::keyClick(&view, Qt::Key_Right);
-    QCOMPARE(view.currentCell(), today - 7);
+    QCOMPARE(view.currentPaintedChild(), today - 7);
     QTest::keyClick(&view, Qt::Key_Left);
-    QCOMPARE(view.currentCell(), today);
+    QCOMPARE(view.currentPaintedChild(), today);
 }
 
 void TestYearHeatmapView::theKeysShowTheToolTip()
@@ -502,11 +502,11 @@ void TestYearHeatmapView::theKeysStayOnTheirDayWhenTheGridMovesOn()
     QTest::keyClick(&view, Qt::Key_Left);
     const auto text = view.textOf(today - 7);
     show(view, {}, "2026-11-22T12:00:00Z");
-    QCOMPARE(view.currentCell(), today - 14);
+    QCOMPARE(view.currentPaintedChild(), today - 14);
     QCOMPARE(view.textOf(today - 14), text);
     QTest::keyClick(&view, Qt::Key_Home);
     show(view, {}, "2026-11-24T12:00:00Z");
-    QCOMPARE(view.textOf(*view.currentCell()), QStringLiteral("Nov 24, 2026: 0 commits"));
+    QCOMPARE(view.textOf(*view.currentPaintedChild()), QStringLiteral("Nov 24, 2026: 0 commits"));
 }
 
 void TestYearHeatmapView::theSquareThatTheKeysReachedIsMarked()
@@ -598,7 +598,7 @@ void TestYearHeatmapView::fromRightToLeftTheOldestWeekIsAtTheRight()
     view.resize(view.sizeHint());
     QVERIFY(view.rectangleOf(0).x() > view.rectangleOf(today).x());
     QVERIFY(view.todayX() < view.width() / 10);
-    QCOMPARE(view.cellUnder(view.rectangleOf(today).center()), today);
+    QCOMPARE(view.paintedChildAt(view.rectangleOf(today).center()), today);
     const auto square = shapesOf(view, Qt::RightToLeft).cell(today);
     QVERIFY(isNear(view.grab().toImage().pixelColor(square.center()), over(light(), style::Accent::Green, 0.9)));
 }
@@ -742,7 +742,7 @@ void TestYearHeatmapView::aYearWithoutAGridIsEmpty()
     view.setContents({}, calendar, instant("2012-12-27T12:00:00Z"), DateTexts("en_US", calendar));
     QCOMPARE(view.cells(), 0);
     QCOMPARE(view.todayX(), 0);
-    QCOMPARE(view.currentCell(), std::nullopt);
+    QCOMPARE(view.currentPaintedChild(), std::nullopt);
     QTest::keyClick(&view, Qt::Key_Left);
     view.resize(100, 100);
     QVERIFY(!view.grab().isNull());

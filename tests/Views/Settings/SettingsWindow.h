@@ -49,8 +49,9 @@ struct SettingsWindow
 
     void open(Tab tab = Repositories)
     {
-        launchAtLogin = std::make_unique<LaunchAtLogin>(loginItem, engine.timers);
-        view = std::make_unique<SettingsView>(SettingsWorld{engine.settings, engine.manager, *launchAtLogin, engine.git,
+        launchAtLogin = std::make_unique<LaunchAtLogin>(loginItem);
+        view =
+            std::make_unique<SettingsView>(SettingsServices{engine.settings, engine.manager, *launchAtLogin, engine.git,
                                                             chooser, engine.clock, [] { return QByteArray("en_US"); }});
         show(tab);
     }

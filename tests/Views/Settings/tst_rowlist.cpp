@@ -6,7 +6,6 @@
 #include "support/Offscreen.h"
 #include "support/Picture.h"
 #include "support/TestProgram.h"
-#include "Views/Settings/ListRow.h"
 
 #include "SettingsWindow.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Views/Settings/ScanOutcome.h"
+#include "Views/Settings/RepositoryActions.h"
 
 #include "support/Strict.h"
 #include "support/TestProgram.h"

@@ -9,7 +9,7 @@
 #include "Views/Controls/Picker.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Switch.h"
-#include "Views/Settings/TabColumn.h"
+#include "Views/Settings/TabParts.h"
 
 #include "SettingsWindow.h"
 

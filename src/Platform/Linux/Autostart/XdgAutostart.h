@@ -3,10 +3,9 @@
 #pragma once
 
 #include "Platform/Linux/Autostart/AutostartEntry.h"
-#include "Platform/Linux/Autostart/AutostartEnvironment.h"
 #include "Platform/LoginItem.h"
 
-#include <optional>
+#include <utility>
 
 namespace velquarin {
 
@@ -16,7 +15,10 @@ namespace velquarin {
 class XdgAutostart final : public LoginItem
 {
 public:
-    explicit XdgAutostart(AutostartEnvironment environment);
+    explicit XdgAutostart(AutostartEnvironment environment)
+        : m_environment(std::move(environment))
+    {
+    }
 
     //! Writes the user's entry anew, whatever was in it. Fails also where nothing would come of it: the program
     //! that runs is no longer on the disk, or its path cannot be told to all desktops.
@@ -30,14 +32,7 @@ public:
     [[nodiscard]] LoginItemStatus status() const override;
 
 private:
-    [[nodiscard]] QString userEntry() const;
-    [[nodiscard]] std::optional<LoginItemStatus> statusIn(const QString &folder) const;
-    [[nodiscard]] bool isThereForEverybody() const;
-    [[nodiscard]] LoginItemOutcome write(const QByteArray &entry) const;
-    [[nodiscard]] LoginItemOutcome removeUserEntry() const;
-
     AutostartEnvironment m_environment;
-    AutostartJudge m_judge;
 };
 
 }  // namespace velquarin

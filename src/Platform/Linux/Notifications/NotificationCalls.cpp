@@ -5,28 +5,23 @@
 
 #include "Platform/Linux/Session/AsyncBus.h"
 
+#include <QCoreApplication>
 #include <QDBusError>
 
 namespace velquarin {
 
 namespace {
 
-const QString serverName = QStringLiteral("org.freedesktop.Notifications");
-const QString serverPath = QStringLiteral("/org/freedesktop/Notifications");
-const QString capabilitiesQuestion = QStringLiteral("GetCapabilities");
-const QString nameSignature = QStringLiteral("ssss");
-const QString ownerSignature = QStringLiteral("s");
+const QString applicationId = QStringLiteral("io.velquarin.Velquarin");
+const QString bus = QStringLiteral("org.freedesktop.DBus");
 const QString capabilitiesSignature = QStringLiteral("as");
+
+// What passes "do not disturb".
+constexpr uchar criticalUrgency = 2;
+constexpr int serverDecidesExpiry = -1;
 
 // The reason ends up in one line of output.
 constexpr qsizetype longestReason = 200;
-
-bool saysThatNobodyIsThere(const QDBusMessage &error)
-{
-    const auto type = QDBusError(error).type();
-    return type == QDBusError::ServiceUnknown || type == QDBusError::Disconnected ||
-           error.errorName() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner");
-}
 
 QString plainReason(const QDBusMessage &error)
 {
@@ -45,43 +40,57 @@ QString plainReason(const QDBusMessage &error)
     }
 }
 
-QDBusMessage ownerQuestion()
-{
-    const auto bus = QStringLiteral("org.freedesktop.DBus");
-    auto call = QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus,
-                                               QStringLiteral("GetNameOwner"));
-    call.setArguments({serverName});
-    return call;
-}
-
-[[noreturn]] void fail(const QString &reason)
-{
-    throw NotificationError(reason.toStdString());
-}
-
-bool isRefusal(const QDBusMessage &reply)
-{
-    return QDBusError(reply).type() == QDBusError::AccessDenied;
-}
-
 void throwUnlessItIs(const QDBusMessage &reply, const QString &signature)
 {
     if (reply.type() != QDBusMessage::ReplyMessage)
-        fail(plainReason(reply));
+        throw NotificationError(plainReason(reply).toStdString());
     if (reply.signature() != signature)
-        fail(QStringLiteral("The notification service gave an answer that makes no sense"));
+        throw NotificationError("The notification service gave an answer that makes no sense");
+}
+
+QStringList actionsFor(const NotificationServer &server, const NotificationCategory &category)
+{
+    QStringList actions;
+    if (!server.capabilities.contains(QLatin1String("actions")))
+        return actions;
+    // Elsewhere "default" is the click on the notification itself; this server draws it as one more button.
+    if (server.name != QLatin1String("Xfce Notify Daemon"))
+        actions << QStringLiteral("default") << QCoreApplication::translate("Reminder", "Open");
+    for (const auto &action : category.actions)
+        actions << action.identifier << action.title;
+    return actions;
+}
+
+QVariantMap hintsFor(const NotificationRequest &request)
+{
+    return {
+        {QStringLiteral("urgency"), QVariant::fromValue(criticalUrgency)},
+        {QStringLiteral("desktop-entry"), applicationId},
+        {QStringLiteral("sound-name"), QStringLiteral("message-new-instant")},
+        {QStringLiteral("x-velquarin-request"), request.identifier},
+        {QStringLiteral("x-velquarin-category"), request.categoryIdentifier},
+    };
 }
 
 }  // namespace
 
-QDBusMessage notificationCall(const QString &member)
+QDBusMessage notificationCall(const QString &member, const QVariantList &arguments, const QString &server)
 {
-    return notificationCall(member, serverName);
+    auto call = QDBusMessage::createMethodCall(server, notificationPath, notificationInterface, member);
+    call.setArguments(arguments);
+    return call;
 }
 
-QDBusMessage notificationCall(const QString &member, const QString &owner)
+QDBusMessage showing(const NotificationServer &server, const NotificationRequest &request,
+                     const NotificationCategory &category)
 {
-    return QDBusMessage::createMethodCall(owner, serverPath, serverName, member);
+    constexpr uint replacesNone = 0;
+    const bool readsMarkup = server.capabilities.contains(QLatin1String("body-markup"));
+    const auto body = readsMarkup ? request.body.toHtmlEscaped() : request.body;
+    return notificationCall(QStringLiteral("Notify"),
+                            {QStringLiteral("Velquarin"), replacesNone, applicationId, request.title, body,
+                             actionsFor(server, category), hintsFor(request), serverDecidesExpiry},
+                            server.owner);
 }
 
 QCoro::Task<QDBusMessage> answerTo(QDBusMessage call, QDBusConnection connection, std::chrono::milliseconds timeout,
@@ -92,36 +101,28 @@ QCoro::Task<QDBusMessage> answerTo(QDBusMessage call, QDBusConnection connection
     co_return reply;
 }
 
-// The owner is asked for: newer versions of the toolkit leave the sender of a reply empty. The first question makes the bus
-// start a server where none is.
+// The owner is asked for: newer versions of Qt leave the sender of a reply empty. The first question makes the bus start a
+// server where none is.
 QCoro::Task<NotificationServer> askNotificationServer(QDBusConnection connection, std::chrono::milliseconds timeout)
 {
     const auto nameQuestion = notificationCall(QStringLiteral("GetServerInformation"));
-    const auto name = co_await answerTo(nameQuestion, connection, timeout, nameSignature);
-    const auto owner = co_await answerTo(ownerQuestion(), connection, timeout, ownerSignature);
-    NotificationServer server;
-    server.name = name.arguments().constFirst().toString();
-    server.owner = owner.arguments().constFirst().toString();
-    const auto question = notificationCall(capabilitiesQuestion, server.owner);
+    const auto name = co_await answerTo(nameQuestion, connection, timeout, QStringLiteral("ssss"));
+    auto ownerQuestion = QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus,
+                                                        QStringLiteral("GetNameOwner"));
+    ownerQuestion.setArguments({notificationInterface});
+    const auto owner = co_await answerTo(ownerQuestion, connection, timeout, QStringLiteral("s"));
+    NotificationServer server{owner.arguments().constFirst().toString(), name.arguments().constFirst().toString(), {}};
+    const auto question = notificationCall(QStringLiteral("GetCapabilities"), {}, server.owner);
     const auto capabilities = co_await answerTo(question, connection, timeout, capabilitiesSignature);
     server.capabilities = capabilities.arguments().constFirst().toStringList();
     co_return server;
 }
 
-QCoro::Task<AuthorizationStatus> askNotificationStatus(QDBusConnection connection, std::chrono::milliseconds timeout)
-{
-    const auto question = notificationCall(capabilitiesQuestion);
-    const auto reply = co_await replyTo(question, connection, timeout);
-    if (reply.type() == QDBusMessage::ReplyMessage && reply.signature() == capabilitiesSignature)
-        co_return AuthorizationStatus::Authorized;
-    co_return saysThatNobodyIsThere(reply) ? AuthorizationStatus::NotDetermined : AuthorizationStatus::Denied;
-}
-
 QCoro::Task<bool> askLeaveToNotify(QDBusConnection connection, std::chrono::milliseconds timeout)
 {
-    const auto question = notificationCall(capabilitiesQuestion);
+    const auto question = notificationCall(QStringLiteral("GetCapabilities"));
     const auto reply = co_await replyTo(question, connection, timeout);
-    if (isRefusal(reply))
+    if (QDBusError(reply).type() == QDBusError::AccessDenied)
         co_return false;
     throwUnlessItIs(reply, capabilitiesSignature);
     co_return true;

@@ -43,6 +43,11 @@ bool isAnyLost(const QJsonObject &theirs, const QJsonObject &before, const QJson
     });
 }
 
+std::optional<PreferenceValue> preferenceIn(const QJsonValue &json)
+{
+    return json.isUndefined() ? std::nullopt : std::optional(preferenceFrom(json));
+}
+
 }  // namespace
 
 QString defaultPreferencesPath()
@@ -56,8 +61,6 @@ JsonPreferencesStore::JsonPreferencesStore(const QString &path)
 {
     m_own = m_file.load();
     m_encoded = m_own;
-    for (auto member = m_encoded.constBegin(); member != m_encoded.constEnd(); ++member)
-        m_entries.emplace(member.key(), QJsonValue(member.value()));
 }
 
 JsonPreferencesStore::~JsonPreferencesStore()
@@ -68,24 +71,23 @@ JsonPreferencesStore::~JsonPreferencesStore()
 std::optional<PreferenceValue> JsonPreferencesStore::value(const QString &key) const
 {
     std::unique_lock lock(m_mutex);
+    const QJsonValue encoded = m_encoded.value(key);
     const auto found = m_entries.find(key);
-    if (found == m_entries.end())
-        return std::nullopt;
-    const auto entry = found->second;
-    const QJsonValue earlier = m_encoded.value(key);
+    const bool isSet = found != m_entries.end();
+    const auto entry = isSet ? found->second : Entry();
     lock.unlock();
-    return preferenceOf(entry, earlier);
+    return isSet ? preferenceOf(entry, encoded) : preferenceIn(encoded);
 }
 
 void JsonPreferencesStore::set(const QString &key, PreferenceValue value)
 {
     if (!std::holds_alternative<UnreadableValue>(value))
-        put(key, Entry(std::in_place_type<PreferenceValue>, std::move(value)));
+        put(key, Entry(std::in_place, std::in_place_type<PreferenceValue>, std::move(value)));
 }
 
 void JsonPreferencesStore::setData(const QString &key, LazyData data)
 {
-    put(key, Entry(std::in_place_type<LazyData>, std::move(data)));
+    put(key, Entry(std::in_place, std::in_place_type<LazyData>, std::move(data)));
 }
 
 void JsonPreferencesStore::put(const QString &key, Entry entry)
@@ -103,12 +105,10 @@ void JsonPreferencesStore::remove(const QString &key)
 {
     {
         const std::lock_guard lock(m_mutex);
-        if (m_entries.erase(key) == 0 && !m_own.contains(key))
+        if (!m_entries.contains(key) && !m_encoded.contains(key) && !m_own.contains(key))
             return;
-        m_touched.insert(key);
     }
-    m_isEverChanged = true;
-    m_writer.request();
+    put(key, std::nullopt);
 }
 
 QFuture<void> JsonPreferencesStore::takeOverChanges()
@@ -156,7 +156,7 @@ void JsonPreferencesStore::writeNewest()
 
     auto now = before;
     for (const auto &key : touched) {
-        now.insert(key, jsonOf(entries, key, before.value(key)));
+        now.insert(key, jsonOf(entries.at(key), before.value(key)));
         if (now.value(key) != before.value(key))
             m_unwritten.insert(key);
     }
@@ -167,7 +167,8 @@ void JsonPreferencesStore::writeNewest()
     lock.lock();
     m_own = now;
     m_encoded = encoded;
-    takeOver(encoded);
+    std::erase_if(m_entries,
+                  [this](const auto &item) { return !m_touched.contains(item.first) && !isBeyondJson(item.second); });
     lock.unlock();
     for (auto &look : looks)
         look.finish();
@@ -186,41 +187,31 @@ QJsonObject JsonPreferencesStore::write(const QJsonObject &before, const QJsonOb
     return encoded;
 }
 
-// What is in the file is what we hold, but for what was set or removed since, and for what no file can hold.
-void JsonPreferencesStore::takeOver(const QJsonObject &encoded)
-{
-    std::erase_if(m_entries, [&](const auto &entry) {
-        const auto *value = std::get_if<PreferenceValue>(&entry.second);
-        return !m_touched.contains(entry.first) && (!value || jsonFrom(*value));
-    });
-    for (auto member = encoded.constBegin(); member != encoded.constEnd(); ++member) {
-        if (!m_touched.contains(member.key()))
-            m_entries.emplace(member.key(), QJsonValue(member.value()));
-    }
-}
-
 std::optional<PreferenceValue> JsonPreferencesStore::preferenceOf(const Entry &entry, const QJsonValue &earlier)
 {
-    if (const auto *json = std::get_if<QJsonValue>(&entry))
-        return preferenceFrom(*json);
-    if (const auto *value = std::get_if<PreferenceValue>(&entry))
+    if (!entry)
+        return std::nullopt;
+    if (const auto *value = std::get_if<PreferenceValue>(&*entry))
         return *value;
-    if (auto data = std::get<LazyData>(entry)())
+    if (auto data = std::get<LazyData>(*entry)())
         return *std::move(data);
-    return earlier.isUndefined() ? std::nullopt : std::optional(preferenceFrom(earlier));
+    return preferenceIn(earlier);
 }
 
-QJsonValue JsonPreferencesStore::jsonOf(const Entries &entries, const QString &key, const QJsonValue &earlier)
+QJsonValue JsonPreferencesStore::jsonOf(const Entry &entry, const QJsonValue &earlier)
 {
-    const auto found = entries.find(key);
-    if (found == entries.end())
+    if (!entry)
         return QJsonValue::Undefined;
-    if (const auto *json = std::get_if<QJsonValue>(&found->second))
-        return *json;
-    if (const auto *value = std::get_if<PreferenceValue>(&found->second))
+    if (const auto *value = std::get_if<PreferenceValue>(&*entry))
         return jsonFrom(*value).value_or(QJsonValue::Undefined);
-    const auto data = std::get<LazyData>(found->second)();
+    const auto data = std::get<LazyData>(*entry)();
     return data ? jsonFrom(*data).value_or(QJsonValue::Undefined) : earlier;
+}
+
+bool JsonPreferencesStore::isBeyondJson(const Entry &entry)
+{
+    const auto *value = entry ? std::get_if<PreferenceValue>(&*entry) : nullptr;
+    return value && !jsonFrom(*value);
 }
 
 }  // namespace velquarin

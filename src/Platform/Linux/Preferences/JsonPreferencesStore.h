@@ -52,19 +52,18 @@ public:
     bool flush(std::chrono::milliseconds limit);
 
 private:
-    //! What the file held, what was set, or how to make it.
-    using Entry = std::variant<QJsonValue, PreferenceValue, LazyData>;
-    using Entries = std::map<QString, Entry>;
+    //! What was set, or how to make it; nothing for a key that was removed.
+    using Entry = std::optional<std::variant<PreferenceValue, LazyData>>;
 
     [[nodiscard]] static std::optional<PreferenceValue> preferenceOf(const Entry &entry, const QJsonValue &earlier);
-    [[nodiscard]] static QJsonValue jsonOf(const Entries &entries, const QString &key, const QJsonValue &earlier);
+    [[nodiscard]] static QJsonValue jsonOf(const Entry &entry, const QJsonValue &earlier);
+    [[nodiscard]] static bool isBeyondJson(const Entry &entry);
     void put(const QString &key, Entry entry);
     void writeNewest();
     [[nodiscard]] QJsonObject write(const QJsonObject &before, const QJsonObject &now, const QJsonObject &earlier);
-    void takeOver(const QJsonObject &encoded);
 
     mutable std::mutex m_mutex;
-    Entries m_entries;                    // guarded by m_mutex
+    std::map<QString, Entry> m_entries;   // guarded by m_mutex: set here and not yet, or never to be, in m_encoded
     QJsonObject m_encoded;                // guarded by m_mutex: the values as the writer last put them together
     QJsonObject m_own;                    // guarded by m_mutex: what was last set here, or loaded
     std::set<QString> m_touched;          // guarded by m_mutex: what was set or removed since the last write

@@ -3,19 +3,19 @@
 
 #include "Platform/Linux/Preferences/PreferencesFile.h"
 
-#include "Platform/Linux/Files/AsideFiles.h"
-#include "Platform/Linux/Files/FileReplacement.h"
-#include "Platform/Linux/Files/LinkTarget.h"
+#include "Platform/Linux/Files/RegularFile.h"
 #include "Platform/Linux/Preferences/PreferencesFormat.h"
-#include "Platform/Linux/Process/ErrorLine.h"
+#include "Platform/Linux/Process/StandardStreams.h"
 
 #include <QFile>
 #include <QFileInfo>
 
-#include <utility>
-
+#include <cerrno>
 #include <fcntl.h>
-#include <sys/stat.h>
+#include <sys/file.h>
+#include <thread>
+#include <unistd.h>
+#include <utility>
 
 namespace velquarin {
 
@@ -34,7 +34,27 @@ bool openForReading(QFile &file, const QString &path)
     return descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
 }
 
+bool isTakenByOther(int folder)
+{
+    return ::flock(folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+}
+
 }  // namespace
+
+// Asked for again and again, since a call that waits could wait for ever: for an instance that was stopped in the middle.
+FolderLock::FolderLock(const QString &folder, std::chrono::milliseconds patience)
+    : m_folder(::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+{
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while ((m_isHeldByOther = isTakenByOther(m_folder)) && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(1ms);
+}
+
+FolderLock::~FolderLock()
+{
+    if (m_folder >= 0)
+        ::close(m_folder);
+}
 
 PreferencesFile::PreferencesFile(QString path)
     : m_path(std::move(path))

@@ -6,7 +6,7 @@
 
 namespace velquarin {
 
-//! Timers of the kernel on the clock that goes on during suspend, watched by the main loop. The toolkit's own timers stand
+//! Timers of the kernel on the clock that goes on during suspend, watched by the main loop. Qt's own timers stand
 //! still during suspend, and cannot wait longer than 24 days.
 //! Source: timerfd_create(2), CLOCK_BOOTTIME
 class BootTimeTimers : public Timers

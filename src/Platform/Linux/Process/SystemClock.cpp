@@ -3,7 +3,16 @@
 
 #include "Platform/Linux/Process/SystemClock.h"
 
+#include "Platform/Linux/Files/RegularFile.h"
+#include "Platform/Linux/Process/StandardStreams.h"
+#include "Platform/PathNames.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QtEndian>
+
 #include <ctime>
+#include <optional>
 #include <sys/stat.h>
 
 namespace velquarin {
@@ -20,6 +29,52 @@ public:
         return std::chrono::seconds(localtime_r(&time, &parts) ? parts.tm_gmtoff : 0);
     }
 };
+
+constexpr qint64 mostBytes = 1 << 20;
+constexpr qsizetype headerSize = 44;
+
+// How long a file has to be that begins with such a header; nothing where there is none. Source: tzfile(5)
+std::optional<qint64> lengthOfBlock(QByteArrayView block, qint64 timeSize)
+{
+    if (!block.startsWith("TZif") || block.size() < headerSize)
+        return std::nullopt;
+    const auto count = [&](qsizetype position) {
+        return qint64(qFromBigEndian<quint32>(block.sliced(20 + 4 * position).data()));
+    };
+    const auto markers = count(0) + count(1);
+    const auto leapSeconds = count(2) * (timeSize + 4);
+    const auto changes = count(3) * (timeSize + 1);
+    return headerSize + markers + leapSeconds + changes + count(4) * 6 + count(5);
+}
+
+// From the second version on the same follows once more, with longer times. libc takes one that was cut short for
+// Greenwich, and says nothing.
+bool isWhole(QByteArrayView file)
+{
+    const auto first = lengthOfBlock(file, 4);
+    if (!first || file.size() < *first)
+        return false;
+    if (file.at(4) == '\0')
+        return true;
+    const auto rest = file.sliced(*first);
+    const auto second = lengthOfBlock(rest, 8);
+    return second && rest.size() >= *second;
+}
+
+bool isZoneFile(const QString &name)
+{
+    const auto given = qEnvironmentVariable("TZDIR");
+    const auto folder = given.isEmpty() ? QStringLiteral("/usr/share/zoneinfo") : given;
+    const auto content = readRegularFile(name.startsWith(u'/') ? name : joinPath(folder, name), mostBytes);
+    return content && isWhole(*content);
+}
+
+// A name and how far its clocks are from Greenwich; what follows may be missing.
+bool isRule(const QString &text)
+{
+    static const QRegularExpression beginning(QStringLiteral("^([A-Za-z]{3,}|<[A-Za-z0-9+-]{3,}>)[+-]?[0-9]"));
+    return beginning.match(text).hasMatch();
+}
 
 }  // namespace
 
@@ -47,6 +102,17 @@ SystemClock::ZoneSource SystemClock::currentSource()
     struct stat status = {};
     stat("/etc/localtime", &status);
     return {{}, status.st_dev, status.st_ino, status.st_mtime};
+}
+
+void dropUnknownZone()
+{
+    const auto variable = QFile::decodeName(qgetenv("TZ"));
+    const auto name = variable.startsWith(u':') ? variable.mid(1) : variable;
+    // Nothing, but set: that of Greenwich.
+    if (name.isEmpty() || isZoneFile(name) || isRule(name))
+        return;
+    printErrorLine(QStringLiteral("TZ is \"%1\", which is no time zone: the system's counts").arg(variable));
+    qunsetenv("TZ");
 }
 
 }  // namespace velquarin

@@ -2,10 +2,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
 #include <QDBusConnection>
 #include <QObject>
 
+#include <chrono>
+
 namespace velquarin {
+
+//! Whether somebody at a bus's address begins to speak the protocol within @p patience; blocks no longer than that. The
+//! library behind Qt's connections waits for ever for a bus that accepts and stays silent.
+//! Shape:  @p address as in DBUS_SESSION_BUS_ADDRESS. An address of a kind that cannot be tried passes.
+//! Source: D-Bus Specification, "Server Addresses" and "Authentication Protocol"
+[[nodiscard]] bool busAnswers(const QByteArray &address, std::chrono::milliseconds patience);
 
 //! The one connection to the user's session bus. A bus that is missing, dies or comes back changes nothing
 //! for the rest of the program: whoever needs the bus asks for it anew, and is told when it has to announce

@@ -23,6 +23,13 @@ namespace velquarin {
 
 namespace {
 
+QString take(const char *variable)
+{
+    auto value = qEnvironmentVariable(variable);
+    qunsetenv(variable);
+    return value;
+}
+
 const QString name = QStringLiteral("io.velquarin.Velquarin");
 const QString path = QStringLiteral("/io/velquarin/Velquarin");
 const QString interface = QStringLiteral("org.freedesktop.Application");
@@ -78,6 +85,11 @@ bool isOurs(int file)
 }
 
 }  // namespace
+
+LaunchTokens takeLaunchTokens()
+{
+    return {.activationToken = take("XDG_ACTIVATION_TOKEN"), .startupId = take("DESKTOP_STARTUP_ID")};
+}
 
 SingleInstance::SingleInstance(SessionBus &bus, LaunchTokens tokens, QObject *parent)
     : QObject(parent)

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/Linux/Session/LaunchTokens.h"
-
 #include <QObject>
 #include <QString>
 #include <QVariantMap>
@@ -13,6 +11,20 @@
 namespace velquarin {
 
 class SessionBus;
+
+//! By what a launcher lets the window that it asked for take the focus, and knows when the start is over. Either may be
+//! empty.
+struct LaunchTokens
+{
+    QString activationToken;  //!< of a Wayland compositor
+    QString startupId;        //!< of an X11 launcher
+    friend bool operator==(const LaunchTokens &, const LaunchTokens &) = default;
+};
+
+//! Takes the tokens that this start was given out of the environment, so that no program that we start finds them and
+//! passes itself off as us. To be called before the application object is made, which takes one of them for itself.
+//! Source: xdg-activation-v1; Startup Notification Protocol 0.1; docs/decisions/0012-activation-tokens.md
+[[nodiscard]] LaunchTokens takeLaunchTokens();
 
 //! Sees to it that the program runs once a session: the first to own its name on the session bus and a locked file is
 //! the one. The file is for sessions without a bus, and for a bus that comes when the program is already there. A

@@ -3,14 +3,12 @@
 
 #include "Platform/Linux/StatusItem/DbusMenu.h"
 
-#include "Platform/Linux/StatusItem/DbusProperties.h"
-
 #include <QDBusError>
 #include <QGuiApplication>
 
 #include <algorithm>
-#include <array>
 #include <iterator>
+#include <utility>
 
 namespace velquarin {
 
@@ -24,27 +22,31 @@ QDBusMessage noSuchItem(const QDBusMessage &call, int id)
     return call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("No menu item with the id %1").arg(id));
 }
 
+bool readsAlike(const MenuEntry &left, const MenuEntry &right)
+{
+    return left.text == right.text && left.keyEquivalent == right.keyEquivalent;
+}
+
 }  // namespace
 
-struct DbusMenu::Method
-{
-    QLatin1StringView name;
-    QLatin1StringView signature;
-    Handler handler = nullptr;
-};
-
 DbusMenu::DbusMenu(QDBusConnection connection, QString iconThemePath, QObject *parent)
-    : QDBusVirtualObject(parent)
-    , m_connection(std::move(connection))
+    : DbusObject(std::move(connection), objectPath(), menuInterface, parent)
     , m_iconThemePath(std::move(iconThemePath))
 {
     registerDbusMenuTypes();
-    m_connection.registerVirtualObject(objectPath(), this);
-}
-
-DbusMenu::~DbusMenu()
-{
-    m_connection.unregisterObject(objectPath());
+    const auto method = [this](const char *signature, auto handler) {
+        return Method{QLatin1String(signature),
+                      [this, handler](const QDBusMessage &call) { return (this->*handler)(call); }};
+    };
+    setMethods({
+        {QStringLiteral("GetLayout"), method("iias", &DbusMenu::getLayout)},
+        {QStringLiteral("GetGroupProperties"), method("aias", &DbusMenu::getGroupProperties)},
+        {QStringLiteral("GetProperty"), method("is", &DbusMenu::getProperty)},
+        {QStringLiteral("Event"), method("isvu", &DbusMenu::event)},
+        {QStringLiteral("EventGroup"), method("a(isvu)", &DbusMenu::eventGroup)},
+        {QStringLiteral("AboutToShow"), method("i", &DbusMenu::aboutToShow)},
+        {QStringLiteral("AboutToShowGroup"), method("ai", &DbusMenu::aboutToShowGroup)},
+    });
 }
 
 QString DbusMenu::objectPath()
@@ -54,84 +56,11 @@ QString DbusMenu::objectPath()
 
 void DbusMenu::setEntries(const QList<MenuEntry> &entries)
 {
-    const auto before = m_entries;
-    if (hasSameShape(entries)) {
-        m_entries = entries;
-        announceChangedProperties(before);
+    const auto before = std::exchange(m_entries, entries);
+    if (std::ranges::equal(before, entries, readsAlike))
         return;
-    }
     m_firstId += static_cast<int>(before.size());
-    m_entries = entries;
     send(QStringLiteral("LayoutUpdated"), {++m_revision, rootId});
-}
-
-bool DbusMenu::hasSameShape(const QList<MenuEntry> &entries) const
-{
-    return std::equal(entries.begin(), entries.end(), m_entries.begin(), m_entries.end(),
-                      [](const auto &left, const auto &right) { return left.isSeparator() == right.isSeparator(); });
-}
-
-void DbusMenu::announceChangedProperties(const QList<MenuEntry> &before)
-{
-    QList<DbusMenuItem> updated;
-    QList<DbusMenuRemoval> removed;
-    for (qsizetype i = 0; i < before.size(); ++i) {
-        const auto id = m_firstId + static_cast<int>(i);
-        const auto now = dbusMenuProperties(m_entries.at(i));
-        DbusMenuItem item{id, {}};
-        DbusMenuRemoval removal{id, {}};
-        const auto names = changedNames(dbusMenuProperties(before.at(i)), now);
-        for (const auto &name : names) {
-            if (now.contains(name))
-                item.properties.insert(name, now.value(name));
-            else
-                removal.names.append(name);
-        }
-        if (!item.properties.isEmpty())
-            updated.append(item);
-        if (!removal.names.isEmpty())
-            removed.append(removal);
-    }
-    if (!updated.isEmpty() || !removed.isEmpty())
-        send(QStringLiteral("ItemsPropertiesUpdated"), {QVariant::fromValue(updated), QVariant::fromValue(removed)});
-}
-
-void DbusMenu::send(const QString &signal, const QVariantList &arguments)
-{
-    auto message = QDBusMessage::createSignal(objectPath(), menuInterface, signal);
-    message.setArguments(arguments);
-    m_connection.send(message);
-}
-
-bool DbusMenu::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
-{
-    if (const auto reply = answerToPropertiesCall(message, menuInterface, properties()))
-        return connection.send(*reply);
-    if (message.interface() != menuInterface && !message.interface().isEmpty())
-        return false;
-    const auto reply = answer(message);
-    return !message.isReplyRequired() || connection.send(reply);
-}
-
-QDBusMessage DbusMenu::answer(const QDBusMessage &call)
-{
-    static constexpr std::array methods{
-        Method{QLatin1StringView("GetLayout"), QLatin1StringView("iias"), &DbusMenu::getLayout},
-        Method{QLatin1StringView("GetGroupProperties"), QLatin1StringView("aias"), &DbusMenu::getGroupProperties},
-        Method{QLatin1StringView("GetProperty"), QLatin1StringView("is"), &DbusMenu::getProperty},
-        Method{QLatin1StringView("Event"), QLatin1StringView("isvu"), &DbusMenu::event},
-        Method{QLatin1StringView("EventGroup"), QLatin1StringView("a(isvu)"), &DbusMenu::eventGroup},
-        Method{QLatin1StringView("AboutToShow"), QLatin1StringView("i"), &DbusMenu::aboutToShow},
-        Method{QLatin1StringView("AboutToShowGroup"), QLatin1StringView("ai"), &DbusMenu::aboutToShowGroup},
-    };
-    for (const auto &method : methods) {
-        if (call.member() != method.name)
-            continue;
-        if (call.signature() == method.signature)
-            return (this->*method.handler)(call);
-        return call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("Wrong arguments for ") + method.name);
-    }
-    return call.createErrorReply(QDBusError::UnknownMethod, QStringLiteral("No such method: ") + call.member());
 }
 
 QVariantMap DbusMenu::properties() const
@@ -263,11 +192,6 @@ QDBusMessage DbusMenu::aboutToShowGroup(const QDBusMessage &call)
     if (!ids.isEmpty() && unknown.size() == ids.size())
         return noSuchItem(call, unknown.first());
     return call.createReply({QVariant::fromValue(QList<int>()), QVariant::fromValue(unknown)});
-}
-
-QString DbusMenu::introspect(const QString & /*path*/) const
-{
-    return interfaceDescription(menuInterface);
 }
 
 }  // namespace velquarin

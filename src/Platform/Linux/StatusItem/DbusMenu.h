@@ -3,11 +3,8 @@
 #pragma once
 
 #include "Platform/Linux/StatusItem/DbusMenuLayout.h"
+#include "Platform/Linux/StatusItem/DbusObject.h"
 #include "Platform/StatusItem.h"
-
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
 
 #include <optional>
 
@@ -15,31 +12,24 @@ namespace velquarin {
 
 //! A menu that the status bar draws. Actions run on the main thread after the host has had its answer, so that
 //! an action may end the program. Source: com.canonical.dbusmenu, version 3
-class DbusMenu : public QDBusVirtualObject
+class DbusMenu : public DbusObject
 {
     Q_OBJECT
 public:
     //! Stands on @p connection under objectPath() while it exists.
     DbusMenu(QDBusConnection connection, QString iconThemePath, QObject *parent = nullptr);
-    ~DbusMenu() override;
 
     [[nodiscard]] static QString objectPath();
 
-    //! Replaces the entries and tells the host what that changes. An identifier is never used for a second
+    //! Replaces the entries and tells the host where they read otherwise. An identifier is never used for a second
     //! entry, so that a click in a menu that was drawn earlier does nothing else than it says.
     void setEntries(const QList<MenuEntry> &entries);
-
-    [[nodiscard]] QString introspect(const QString &path) const override;
-    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
 
 Q_SIGNALS:
     //! The host shows the menu to the user, or is about to: some say only the one, some only the other.
     void opened();
 
 private:
-    using Handler = QDBusMessage (DbusMenu::*)(const QDBusMessage &);
-    struct Method;
-
     QDBusMessage getLayout(const QDBusMessage &call);
     QDBusMessage getGroupProperties(const QDBusMessage &call);
     QDBusMessage getProperty(const QDBusMessage &call);
@@ -48,17 +38,12 @@ private:
     QDBusMessage aboutToShow(const QDBusMessage &call);
     QDBusMessage aboutToShowGroup(const QDBusMessage &call);
 
-    [[nodiscard]] QDBusMessage answer(const QDBusMessage &call);
-    [[nodiscard]] QVariantMap properties() const;
+    [[nodiscard]] QVariantMap properties() const override;
     [[nodiscard]] std::optional<QVariantMap> itemProperties(int id) const;
     [[nodiscard]] DbusMenuLayoutItem layoutOf(int id, int depth, const QStringList &names) const;
-    [[nodiscard]] bool hasSameShape(const QList<MenuEntry> &entries) const;
     [[nodiscard]] QList<int> allIds() const;
-    void announceChangedProperties(const QList<MenuEntry> &before);
     void react(const DbusMenuEvent &event);
-    void send(const QString &signal, const QVariantList &arguments);
 
-    QDBusConnection m_connection;
     QString m_iconThemePath;
     QList<MenuEntry> m_entries;
     int m_firstId = 1;  // the entries are numbered from here; 0 is the menu itself

@@ -3,6 +3,8 @@
 
 #include "Platform/Linux/StatusItem/DbusMenuLayout.h"
 
+#include "Platform/Linux/StatusItem/DbusObject.h"
+
 #include <QDBusMetaType>
 
 namespace velquarin {
@@ -37,50 +39,22 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, DbusMenuLayoutIte
 
 QDBusArgument &operator<<(QDBusArgument &argument, const DbusMenuItem &item)
 {
-    argument.beginStructure();
-    argument << item.id << item.properties;
-    argument.endStructure();
-    return argument;
+    return writeStructure(argument, item.id, item.properties);
 }
 
 const QDBusArgument &operator>>(const QDBusArgument &argument, DbusMenuItem &item)
 {
-    argument.beginStructure();
-    argument >> item.id >> item.properties;
-    argument.endStructure();
-    return argument;
-}
-
-QDBusArgument &operator<<(QDBusArgument &argument, const DbusMenuRemoval &removal)
-{
-    argument.beginStructure();
-    argument << removal.id << removal.names;
-    argument.endStructure();
-    return argument;
-}
-
-const QDBusArgument &operator>>(const QDBusArgument &argument, DbusMenuRemoval &removal)
-{
-    argument.beginStructure();
-    argument >> removal.id >> removal.names;
-    argument.endStructure();
-    return argument;
+    return readStructure(argument, item.id, item.properties);
 }
 
 QDBusArgument &operator<<(QDBusArgument &argument, const DbusMenuEvent &event)
 {
-    argument.beginStructure();
-    argument << event.id << event.kind << event.data << event.timestamp;
-    argument.endStructure();
-    return argument;
+    return writeStructure(argument, event.id, event.kind, event.data, event.timestamp);
 }
 
 const QDBusArgument &operator>>(const QDBusArgument &argument, DbusMenuEvent &event)
 {
-    argument.beginStructure();
-    argument >> event.id >> event.kind >> event.data >> event.timestamp;
-    argument.endStructure();
-    return argument;
+    return readStructure(argument, event.id, event.kind, event.data, event.timestamp);
 }
 
 void registerDbusMenuTypes()
@@ -88,8 +62,6 @@ void registerDbusMenuTypes()
     qDBusRegisterMetaType<DbusMenuLayoutItem>();
     qDBusRegisterMetaType<DbusMenuItem>();
     qDBusRegisterMetaType<QList<DbusMenuItem>>();
-    qDBusRegisterMetaType<DbusMenuRemoval>();
-    qDBusRegisterMetaType<QList<DbusMenuRemoval>>();
     qDBusRegisterMetaType<DbusMenuEvent>();
     qDBusRegisterMetaType<QList<DbusMenuEvent>>();
     qDBusRegisterMetaType<QList<QStringList>>();

@@ -30,14 +30,6 @@ struct DbusMenuItem
     friend bool operator==(const DbusMenuItem &, const DbusMenuItem &) = default;
 };
 
-//! Properties that an item has no longer: (ias).
-struct DbusMenuRemoval
-{
-    int id = 0;
-    QStringList names;
-    friend bool operator==(const DbusMenuRemoval &, const DbusMenuRemoval &) = default;
-};
-
 //! Something that happened to an item on the host's side: (isvu).
 struct DbusMenuEvent
 {
@@ -52,8 +44,6 @@ QDBusArgument &operator<<(QDBusArgument &argument, const DbusMenuLayoutItem &ite
 const QDBusArgument &operator>>(const QDBusArgument &argument, DbusMenuLayoutItem &item);
 QDBusArgument &operator<<(QDBusArgument &argument, const DbusMenuItem &item);
 const QDBusArgument &operator>>(const QDBusArgument &argument, DbusMenuItem &item);
-QDBusArgument &operator<<(QDBusArgument &argument, const DbusMenuRemoval &removal);
-const QDBusArgument &operator>>(const QDBusArgument &argument, DbusMenuRemoval &removal);
 QDBusArgument &operator<<(QDBusArgument &argument, const DbusMenuEvent &event);
 const QDBusArgument &operator>>(const QDBusArgument &argument, DbusMenuEvent &event);
 

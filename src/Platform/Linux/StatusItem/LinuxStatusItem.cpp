@@ -5,7 +5,6 @@
 
 #include "Platform/Linux/Session/SessionBus.h"
 #include "Platform/Linux/StatusItem/DbusMenu.h"
-#include "Platform/Linux/StatusItem/PanelGround.h"
 #include "Platform/Linux/StatusItem/SniStatusItem.h"
 #include "Platform/Linux/StatusItem/StatusMenu.h"
 #include "Platform/Linux/StatusItem/StatusNotifierWatch.h"

@@ -4,7 +4,7 @@
 #include "Platform/Linux/StatusItem/SniProperties.h"
 
 #include "Platform/Linux/StatusItem/DbusMenu.h"
-#include "Platform/Linux/StatusItem/DbusProperties.h"
+#include "Platform/Linux/StatusItem/DbusObject.h"
 #include "Platform/Linux/StatusItem/StatusIconPainter.h"
 #include "Platform/Linux/StatusItem/StatusWords.h"
 
@@ -55,34 +55,22 @@ SniToolTip toolTip(const StatusItemAppearance &appearance)
 
 QDBusArgument &operator<<(QDBusArgument &argument, const SniPixmap &pixmap)
 {
-    argument.beginStructure();
-    argument << pixmap.width << pixmap.height << pixmap.bytes;
-    argument.endStructure();
-    return argument;
+    return writeStructure(argument, pixmap.width, pixmap.height, pixmap.bytes);
 }
 
 const QDBusArgument &operator>>(const QDBusArgument &argument, SniPixmap &pixmap)
 {
-    argument.beginStructure();
-    argument >> pixmap.width >> pixmap.height >> pixmap.bytes;
-    argument.endStructure();
-    return argument;
+    return readStructure(argument, pixmap.width, pixmap.height, pixmap.bytes);
 }
 
 QDBusArgument &operator<<(QDBusArgument &argument, const SniToolTip &toolTip)
 {
-    argument.beginStructure();
-    argument << toolTip.iconName << toolTip.icon << toolTip.title << toolTip.text;
-    argument.endStructure();
-    return argument;
+    return writeStructure(argument, toolTip.iconName, toolTip.icon, toolTip.title, toolTip.text);
 }
 
 const QDBusArgument &operator>>(const QDBusArgument &argument, SniToolTip &toolTip)
 {
-    argument.beginStructure();
-    argument >> toolTip.iconName >> toolTip.icon >> toolTip.title >> toolTip.text;
-    argument.endStructure();
-    return argument;
+    return readStructure(argument, toolTip.iconName, toolTip.icon, toolTip.title, toolTip.text);
 }
 
 void registerSniTypes()

@@ -3,12 +3,8 @@
 
 #include "Platform/Linux/StatusItem/SniStatusItem.h"
 
-#include "Platform/Linux/StatusItem/DbusProperties.h"
-
 #include <QCursor>
-#include <QDBusError>
 #include <QDBusPendingCall>
-#include <QHash>
 
 #include <chrono>
 #include <utility>
@@ -30,26 +26,11 @@ QPoint pointIn(const QVariantList &arguments)
     return {arguments.at(0).toInt(), arguments.at(1).toInt()};
 }
 
-// The signature that each method takes.
-QString signatureOf(const QString &method)
-{
-    static const QHash<QString, QString> signatures{
-        {QStringLiteral("Activate"), QStringLiteral("ii")},
-        {QStringLiteral("SecondaryActivate"), QStringLiteral("ii")},
-        {QStringLiteral("XAyatanaSecondaryActivate"), QStringLiteral("u")},
-        {QStringLiteral("ContextMenu"), QStringLiteral("ii")},
-        {QStringLiteral("Scroll"), QStringLiteral("is")},
-        {QStringLiteral("ProvideXdgActivationToken"), QStringLiteral("s")},
-    };
-    return signatures.value(method);
-}
-
 }  // namespace
 
 SniStatusItem::SniStatusItem(QDBusConnection connection, QString iconThemePath, const StatusHost &host,
                              StatusItemAppearance appearance, QObject *parent)
-    : QDBusVirtualObject(parent)
-    , m_connection(std::move(connection))
+    : DbusObject(std::move(connection), objectPath(), itemInterface, parent)
     , m_iconThemePath(std::move(iconThemePath))
     , m_host(host)
     , m_appearance(std::move(appearance))
@@ -62,12 +43,32 @@ SniStatusItem::SniStatusItem(QDBusConnection connection, QString iconThemePath, 
         tellChangesSince(withoutLabel(m_properties));
     });
     registerSniTypes();
-    m_connection.registerVirtualObject(objectPath(), this);
+    setMethods(methods());
 }
 
-SniStatusItem::~SniStatusItem()
+// What a click sets off waits for the next turn of the loop, so that the host has its answer first.
+DbusObject::Methods SniStatusItem::methods()
 {
-    m_connection.unregisterObject(objectPath());
+    using React = std::function<void(const QVariantList &arguments)>;
+    const auto method = [this](const char *signature, const React &react) {
+        return Method{QLatin1String(signature), [this, react](const QDBusMessage &call) {
+                          QMetaObject::invokeMethod(
+                              this, [react, arguments = call.arguments()] { react(arguments); }, Qt::QueuedConnection);
+                          return call.createReply();
+                      }};
+    };
+    const React click = [this](const auto &arguments) { activate(pointIn(arguments)); };
+    const React clickSomewhere = [this](const auto & /*time*/) { activate(QCursor::pos()); };
+    const React menuClick = [this](const auto &arguments) { Q_EMIT menuRequested(pointIn(arguments)); };
+    const React takeToken = [this](const auto &arguments) { m_activationToken = arguments.at(0).toString(); };
+    return {
+        {QStringLiteral("Activate"), method("ii", click)},
+        {QStringLiteral("SecondaryActivate"), method("ii", click)},
+        {QStringLiteral("XAyatanaSecondaryActivate"), method("u", clickSomewhere)},
+        {QStringLiteral("ContextMenu"), method("ii", menuClick)},
+        {QStringLiteral("Scroll"), method("is", [](const auto & /*distance*/) {})},
+        {QStringLiteral("ProvideXdgActivationToken"), method("s", takeToken)},
+    };
 }
 
 QString SniStatusItem::objectPath()
@@ -99,13 +100,9 @@ void SniStatusItem::refresh()
 void SniStatusItem::tellChangesSince(const QVariantMap &before)
 {
     const auto news = sniSignals(before, m_properties);
-    for (const auto &item : news) {
-        auto signal = QDBusMessage::createSignal(objectPath(), itemInterface, item.name);
-        signal.setArguments(item.arguments);
-        m_connection.send(signal);
-    }
-    if (const auto signal = propertiesChanged(objectPath(), itemInterface, before, m_properties))
-        m_connection.send(*signal);
+    for (const auto &item : news)
+        send(item.name, item.arguments);
+    sendChangedProperties(before);
 }
 
 // By the path: every watcher takes the sender of the call as the other half of the address.
@@ -116,7 +113,7 @@ void SniStatusItem::announce()
                                                QStringLiteral("RegisterStatusNotifierItem"));
     call.setArguments({objectPath()});
     call.setAutoStartService(false);
-    m_connection.asyncCall(call);
+    connection().asyncCall(call);
 }
 
 // Once for each announcement, else a host that reads all at every signal would never come to rest.
@@ -133,52 +130,14 @@ QString SniStatusItem::takeActivationToken()
 
 bool SniStatusItem::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
 {
-    if (const auto reply = answerToPropertiesCall(message, itemInterface, m_properties)) {
-        if (message.member() == QLatin1String("GetAll"))
-            wasReadWhole();
-        return connection.send(*reply);
-    }
-    if (message.interface() != itemInterface && !message.interface().isEmpty())
-        return false;
-    const auto reply = answer(message);
-    return !message.isReplyRequired() || connection.send(reply);
-}
-
-// What a click sets off waits for the next turn of the loop, so that the host has its answer first.
-QDBusMessage SniStatusItem::answer(const QDBusMessage &call)
-{
-    const auto method = call.member();
-    const auto signature = signatureOf(method);
-    if (signature.isEmpty())
-        return call.createErrorReply(QDBusError::UnknownMethod, QStringLiteral("No such method: ") + method);
-    if (signature != call.signature())
-        return call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("Wrong arguments for ") + method);
-    const auto arguments = call.arguments();
-    QMetaObject::invokeMethod(
-        this, [this, method, arguments] { react(method, arguments); }, Qt::QueuedConnection);
-    return call.createReply();
-}
-
-void SniStatusItem::react(const QString &method, const QVariantList &arguments)
-{
-    if (method == QLatin1String("ProvideXdgActivationToken"))
-        m_activationToken = arguments.at(0).toString();
-    else if (method == QLatin1String("Activate") || method == QLatin1String("SecondaryActivate"))
-        activate(pointIn(arguments));
-    else if (method == QLatin1String("XAyatanaSecondaryActivate"))
-        activate(QCursor::pos());  // it brings a time and no place
-    else if (method == QLatin1String("ContextMenu"))
-        Q_EMIT menuRequested(pointIn(arguments));
+    if (message.member() == QLatin1String("GetAll"))
+        wasReadWhole();
+    return DbusObject::handleMessage(message, connection);
 }
 
 void SniStatusItem::activate(QPoint position)
 {
     Q_EMIT activated(position, takeActivationToken());
-}
-
-QString SniStatusItem::introspect(const QString & /*path*/) const
-{
-    return interfaceDescription(itemInterface);
 }
 
 }  // namespace velquarin

@@ -2,28 +2,24 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Linux/StatusItem/DbusObject.h"
 #include "Platform/Linux/StatusItem/SniProperties.h"
 #include "Platform/Linux/StatusItem/StatusHost.h"
 #include "Platform/StatusItem.h"
 
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
 #include <QTimer>
 
 namespace velquarin {
 
-//! The item as a service on the session bus that status bars look at. An object that answers each call itself,
-//! since only so a property can be left out. Source: StatusNotifierItem specification, and
-//! docs/decisions/0004-status-item.md
-class SniStatusItem : public QDBusVirtualObject
+//! The item as a service on the session bus that status bars look at.
+//! Source: StatusNotifierItem specification, and docs/decisions/0004-status-item.md
+class SniStatusItem : public DbusObject
 {
     Q_OBJECT
 public:
     //! Stands on @p connection under objectPath() while it exists; nobody looks at it before announce().
     SniStatusItem(QDBusConnection connection, QString iconThemePath, const StatusHost &host,
                   StatusItemAppearance appearance, QObject *parent = nullptr);
-    ~SniStatusItem() override;
 
     [[nodiscard]] static QString objectPath();
 
@@ -38,7 +34,6 @@ public:
     //! The token that the host gave for the next activation; given out once, may be empty.
     [[nodiscard]] QString takeActivationToken();
 
-    [[nodiscard]] QString introspect(const QString &path) const override;
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override;
 
 Q_SIGNALS:
@@ -49,14 +44,13 @@ Q_SIGNALS:
     void menuRequested(QPoint position);
 
 private:
-    [[nodiscard]] QDBusMessage answer(const QDBusMessage &call);
-    void react(const QString &method, const QVariantList &arguments);
+    [[nodiscard]] QVariantMap properties() const override { return m_properties; }
+    [[nodiscard]] Methods methods();
     void activate(QPoint position);
     void refresh();
     void tellChangesSince(const QVariantMap &before);
     void wasReadWhole();
 
-    QDBusConnection m_connection;
     QString m_iconThemePath;
     StatusHost m_host;
     StatusItemAppearance m_appearance;

@@ -3,8 +3,10 @@
 
 #include "Platform/Linux/StatusItem/StatusMenu.h"
 
-#include <QCoreApplication>
-#include <QMenu>
+#include "Platform/Linux/Windows/DarkPalette.h"
+
+#include <QApplication>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -35,6 +37,26 @@ bool isOnScreen(QPoint point, const QList<QRect> &screens)
 // No panel is thicker than this, so a point counted from an item's corner is nearer to the origin.
 constexpr QRect besideOrigin(0, 0, 64, 64);
 
+constexpr int halfLength = 60;
+constexpr int halfWidth = 1;
+constexpr int middleGrey = 128;
+
+// Where other windows than those of X11 are about, the X server cannot tell what they show.
+bool knowsScreen()
+{
+    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland")) &&
+           qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+QImage pictureOf(QPoint click)
+{
+    auto *screen = QGuiApplication::screenAt(click);
+    if (!screen || !knowsScreen())
+        return {};
+    const auto strip = panelStrip(click, screen->geometry()).translated(-screen->geometry().topLeft());
+    return screen->grabWindow(0, strip.x(), strip.y(), strip.width(), strip.height()).toImage();
+}
+
 }  // namespace
 
 QList<MenuEntry> withOpenEntry(const QList<MenuEntry> &entries, std::function<void()> open)
@@ -55,6 +77,33 @@ QPoint believablePosition(QPoint said, QPoint cursor, const QList<QRect> &screen
 {
     const auto isDoubtful = !isOnScreen(said, screens) || besideOrigin.contains(said);
     return isDoubtful && isOnScreen(cursor, screens) ? cursor : said;
+}
+
+QRect panelStrip(QPoint click, const QRect &screen)
+{
+    const auto toSide = std::min(click.x() - screen.left(), screen.right() - click.x());
+    const auto toTopOrBottom = std::min(click.y() - screen.top(), screen.bottom() - click.y());
+    const auto half = toTopOrBottom <= toSide ? QPoint(halfLength, halfWidth) : QPoint(halfWidth, halfLength);
+    return QRect(click - half, click + half) & screen;
+}
+
+bool isMostlyDark(const QImage &picture)
+{
+    qsizetype dark = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            dark += qGray(picture.pixel(x, y)) < middleGrey ? 1 : 0;
+    }
+    return 2 * dark > qsizetype(picture.width()) * picture.height();
+}
+
+void matchPanel(QMenu &menu, QPoint click)
+{
+    menu.setPalette(QPalette());
+    const auto ofDesktop = menu.palette();
+    const auto wanted = darkenedWhere(isMostlyDark(pictureOf(click)), ofDesktop);
+    if (wanted != ofDesktop)
+        menu.setPalette(wanted);
 }
 
 }  // namespace velquarin

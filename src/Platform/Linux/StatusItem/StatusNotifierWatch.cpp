@@ -40,7 +40,7 @@ StatusNotifierWatch::StatusNotifierWatch(QDBusConnection connection, QObject *pa
 {
     connect(&m_names, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &owner) { ownerChanged(owner); });
-    // A signal that named its sender would make the connection ask the bus for him, and wait.
+    // A signal that named its sender would make the connection ask the bus for it, and wait.
     m_connection.connect({}, watcherPath, watcherName, QStringLiteral("StatusNotifierHostRegistered"), this,
                          SLOT(viewerCame(QDBusMessage)));
     m_connection.connect({}, watcherPath, watcherName, QStringLiteral("StatusNotifierHostUnregistered"), this,
@@ -51,23 +51,30 @@ StatusNotifierWatch::StatusNotifierWatch(QDBusConnection connection, QObject *pa
     askForOwner();
 }
 
-QDBusMessage StatusNotifierWatch::askBus(const QString &method, const QString &name) const
+// An answer that comes after the watcher has changed is dropped.
+void StatusNotifierWatch::ask(const QDBusMessage &question, const std::function<void(const QDBusPendingCall &)> &take)
+{
+    auto *reply = new QDBusPendingCallWatcher(m_connection.asyncCall(question), this);
+    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, take, asked = m_generation] {
+        reply->deleteLater();
+        if (asked == m_generation)
+            take(*reply);
+    });
+}
+
+void StatusNotifierWatch::askBus(const QString &method, const QString &name,
+                                 const std::function<void(const QDBusPendingCall &)> &take)
 {
     const auto bus = QStringLiteral("org.freedesktop.DBus");
     auto call = QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, method);
     call.setArguments({name});
-    return call;
+    ask(call, take);
 }
 
 void StatusNotifierWatch::askForOwner()
 {
-    auto *reply =
-        new QDBusPendingCallWatcher(m_connection.asyncCall(askBus(QStringLiteral("GetNameOwner"), watcherName)), this);
-    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, asked = m_generation] {
-        reply->deleteLater();
-        if (asked == m_generation)
-            ownerChanged(resultOf<QString>(*reply));
-    });
+    askBus(QStringLiteral("GetNameOwner"), watcherName,
+           [this](const auto &answer) { ownerChanged(resultOf<QString>(answer)); });
 }
 
 void StatusNotifierWatch::ownerChanged(const QString &owner)
@@ -86,13 +93,8 @@ void StatusNotifierWatch::ownerChanged(const QString &owner)
 
 void StatusNotifierWatch::askForProcess(const QString &owner)
 {
-    auto *reply = new QDBusPendingCallWatcher(
-        m_connection.asyncCall(askBus(QStringLiteral("GetConnectionUnixProcessID"), owner)), this);
-    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, asked = m_generation] {
-        reply->deleteLater();
-        if (asked == m_generation)
-            takeProcess(resultOf<uint>(*reply));
-    });
+    askBus(QStringLiteral("GetConnectionUnixProcessID"), owner,
+           [this](const auto &answer) { takeProcess(resultOf<uint>(answer)); });
 }
 
 void StatusNotifierWatch::takeProcess(uint processId)
@@ -112,13 +114,9 @@ void StatusNotifierWatch::askForViewer()
     auto call = QDBusMessage::createMethodCall(m_owner, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
                                                QStringLiteral("Get"));
     call.setArguments({watcherName, QStringLiteral("IsStatusNotifierHostRegistered")});
-    auto *reply = new QDBusPendingCallWatcher(m_connection.asyncCall(call), this);
-    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, asked = m_generation] {
-        reply->deleteLater();
-        if (asked != m_generation)
-            return;
-        m_answers = !reply->isError();
-        const bool isShown = !m_answers || resultOf<QDBusVariant>(*reply).variant().toBool();
+    ask(call, [this](const auto &answer) {
+        m_answers = !answer.isError();
+        const bool isShown = !m_answers || resultOf<QDBusVariant>(answer).variant().toBool();
         if (isShown || !m_patience.isActive())
             tell(isShown);
     });

@@ -6,10 +6,12 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QTimer>
 
+#include <functional>
 #include <optional>
 
 namespace velquarin {
@@ -44,7 +46,9 @@ private:
     void tell(bool isShown);
     Q_SLOT void viewerCame(const QDBusMessage &signal);
     Q_SLOT void viewerWent(const QDBusMessage &signal);
-    [[nodiscard]] QDBusMessage askBus(const QString &method, const QString &name) const;
+    void ask(const QDBusMessage &question, const std::function<void(const QDBusPendingCall &answer)> &take);
+    void askBus(const QString &method, const QString &name,
+                const std::function<void(const QDBusPendingCall &answer)> &take);
 
     QDBusConnection m_connection;
     QDBusServiceWatcher m_names;

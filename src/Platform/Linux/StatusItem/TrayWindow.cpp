@@ -32,8 +32,8 @@ quint8 depthOf(const xcb_screen_t *screen, xcb_visualid_t visual)
     return screen->root_depth;
 }
 
-// The toolkit counts positions in the screen's pixels from each screen's own corner, and sizes in its own.
-QRect inToolkitPixels(const QRect &place)
+// Qt counts positions in the screen's pixels from each screen's own corner, and sizes in device-independent ones.
+QRect inDeviceIndependentPixels(const QRect &place)
 {
     const auto screens = QGuiApplication::screens();
     for (const auto *screen : screens) {
@@ -53,7 +53,7 @@ Qt::MouseButton buttonOf(xcb_button_t button)
 
 }  // namespace
 
-// The toolkit's own eyes may be elsewhere on the root window: what they see is kept.
+// Qt listens to events of the root window, too: its mask is kept.
 TrayWindow::TrayWindow(QObject *parent)
     : QObject(parent)
     , m_display(x11Display())
@@ -200,36 +200,36 @@ void TrayWindow::paint() const
 bool TrayWindow::nativeEventFilter(const QByteArray &eventType, void *message, qintptr * /*result*/)
 {
     if (eventType == "xcb_generic_event_t")
-        heed(*static_cast<const xcb_generic_event_t *>(message));
+        handle(*static_cast<const xcb_generic_event_t *>(message));
     return false;
 }
 
-void TrayWindow::heed(const xcb_generic_event_t &event)
+void TrayWindow::handle(const xcb_generic_event_t &event)
 {
     constexpr unsigned wasSentByAProgram = 0x80;
     switch (event.response_type & ~wasSentByAProgram) {
     case XCB_CLIENT_MESSAGE:
-        return heedMessage(reinterpret_cast<const xcb_client_message_event_t &>(event));
+        return handleClientMessage(reinterpret_cast<const xcb_client_message_event_t &>(event));
     case XCB_DESTROY_NOTIFY:
-        return heedEnd(reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window);
+        return handleDestroy(reinterpret_cast<const xcb_destroy_notify_event_t &>(event).window);
     case XCB_CONFIGURE_NOTIFY:
-        return heedSize(reinterpret_cast<const xcb_configure_notify_event_t &>(event));
+        return handleConfigure(reinterpret_cast<const xcb_configure_notify_event_t &>(event));
     case XCB_EXPOSE:
-        return heedExposure(reinterpret_cast<const xcb_expose_event_t &>(event));
+        return handleExpose(reinterpret_cast<const xcb_expose_event_t &>(event));
     case XCB_BUTTON_PRESS:
-        return heedPress(reinterpret_cast<const xcb_button_press_event_t &>(event));
+        return handleButtonPress(reinterpret_cast<const xcb_button_press_event_t &>(event));
     case XCB_BUTTON_RELEASE:
-        return heedRelease(reinterpret_cast<const xcb_button_release_event_t &>(event));
+        return handleButtonRelease(reinterpret_cast<const xcb_button_release_event_t &>(event));
     case XCB_ENTER_NOTIFY:
     case XCB_LEAVE_NOTIFY:
-        return heedPointer(reinterpret_cast<const xcb_enter_notify_event_t &>(event));
+        return handleCrossing(reinterpret_cast<const xcb_enter_notify_event_t &>(event));
     default:
         return;
     }
 }
 
 // A tray that begins tells everybody, by the name that it now owns.
-void TrayWindow::heedMessage(const xcb_client_message_event_t &message)
+void TrayWindow::handleClientMessage(const xcb_client_message_event_t &message)
 {
     if (message.type != m_manager || message.data.data32[1] != m_traySelection || message.data.data32[2] == m_tray)
         return;
@@ -238,7 +238,7 @@ void TrayWindow::heedMessage(const xcb_client_message_event_t &message)
 }
 
 // A tray that is being rebuilt may take the window along and stay; one that refuses it is asked no second time.
-void TrayWindow::heedEnd(xcb_window_t window)
+void TrayWindow::handleDestroy(xcb_window_t window)
 {
     if (window == XCB_WINDOW_NONE || (window != m_tray && window != m_window))
         return;
@@ -248,7 +248,7 @@ void TrayWindow::heedEnd(xcb_window_t window)
         dock();
 }
 
-void TrayWindow::heedSize(const xcb_configure_notify_event_t &event)
+void TrayWindow::handleConfigure(const xcb_configure_notify_event_t &event)
 {
     const QSize size(event.width, event.height);
     if (event.window != m_window || size == m_size)
@@ -257,7 +257,7 @@ void TrayWindow::heedSize(const xcb_configure_notify_event_t &event)
     paint();
 }
 
-void TrayWindow::heedExposure(const xcb_expose_event_t &event)
+void TrayWindow::handleExpose(const xcb_expose_event_t &event)
 {
     if (event.window != m_window || event.count != 0)
         return;
@@ -265,7 +265,7 @@ void TrayWindow::heedExposure(const xcb_expose_event_t &event)
     paint();
 }
 
-void TrayWindow::heedPress(const xcb_button_press_event_t &event)
+void TrayWindow::handleButtonPress(const xcb_button_press_event_t &event)
 {
     if (event.event == m_window)
         m_isPressed = true;
@@ -273,7 +273,7 @@ void TrayWindow::heedPress(const xcb_button_press_event_t &event)
 
 // What opens at a click takes the pointer, which belongs to the click until it is let go. A release alone ends what began
 // elsewhere.
-void TrayWindow::heedRelease(const xcb_button_release_event_t &event)
+void TrayWindow::handleButtonRelease(const xcb_button_release_event_t &event)
 {
     if (event.event != m_window || !std::exchange(m_isPressed, false))
         return;
@@ -281,10 +281,10 @@ void TrayWindow::heedRelease(const xcb_button_release_event_t &event)
     if (button == Qt::NoButton || !QRect(QPoint(), m_size).contains(event.event_x, event.event_y))
         return;
     const QPoint corner(event.root_x - event.event_x, event.root_y - event.event_y);
-    Q_EMIT clicked(button, inToolkitPixels({corner, m_size}));
+    Q_EMIT clicked(button, inDeviceIndependentPixels({corner, m_size}));
 }
 
-void TrayWindow::heedPointer(const xcb_enter_notify_event_t &event)
+void TrayWindow::handleCrossing(const xcb_enter_notify_event_t &event)
 {
     if (event.event == m_window)
         Q_EMIT pointedAt((event.response_type & 0x7f) == XCB_ENTER_NOTIFY);

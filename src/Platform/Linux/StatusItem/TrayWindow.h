@@ -35,14 +35,14 @@ Q_SIGNALS:
 
 private:
     bool nativeEventFilter(const QByteArray &eventType, void *message, qintptr *result) override;
-    void heed(const xcb_generic_event_t &event);
-    void heedMessage(const xcb_client_message_event_t &message);
-    void heedEnd(xcb_window_t window);
-    void heedSize(const xcb_configure_notify_event_t &event);
-    void heedExposure(const xcb_expose_event_t &event);
-    void heedPress(const xcb_button_press_event_t &event);
-    void heedRelease(const xcb_button_release_event_t &event);
-    void heedPointer(const xcb_enter_notify_event_t &event);
+    void handle(const xcb_generic_event_t &event);
+    void handleClientMessage(const xcb_client_message_event_t &message);
+    void handleDestroy(xcb_window_t window);
+    void handleConfigure(const xcb_configure_notify_event_t &event);
+    void handleExpose(const xcb_expose_event_t &event);
+    void handleButtonPress(const xcb_button_press_event_t &event);
+    void handleButtonRelease(const xcb_button_release_event_t &event);
+    void handleCrossing(const xcb_enter_notify_event_t &event);
 
     void dock();
     void undock();

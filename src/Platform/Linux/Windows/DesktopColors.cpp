@@ -3,9 +3,13 @@
 
 #include "Platform/Linux/Windows/DesktopColors.h"
 
+#include "Platform/Linux/Session/SessionBus.h"
 #include "Platform/Linux/Windows/DarkPalette.h"
 
 #include <QApplication>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
 #include <QEvent>
 
 #include <chrono>
@@ -17,10 +21,85 @@ using namespace std::chrono_literals;
 
 namespace {
 
+const QString portalName = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
+const QString appearance = QStringLiteral("org.freedesktop.appearance");
+const QString colorScheme = QStringLiteral("color-scheme");
+
+constexpr uint preferDark = 1;
+
+// The answer to the question is wrapped once more than the value of the signal.
+QVariant unwrapped(const QVariant &value)
+{
+    auto inner = value;
+    while (inner.userType() == qMetaTypeId<QDBusVariant>())
+        inner = inner.value<QDBusVariant>().variant();
+    return inner;
+}
+
 // Desktops whose palette follows by itself tell of it and of the setting in any order.
 constexpr auto desktopsTurn = 300ms;
 
 }  // namespace
+
+ColorSchemeSetting::ColorSchemeSetting(SessionBus &bus, QObject *parent)
+    : QObject(parent)
+    , m_bus(bus)
+{
+    const bool stands = m_bus.connection().isConnected();
+    connect(&m_bus, &SessionBus::connected, this, &ColorSchemeSetting::follow);
+    if (stands)
+        follow();
+}
+
+ColorSchemeSetting::~ColorSchemeSetting() = default;
+
+// A signal that named its sender would make the connection ask the bus for it, and wait.
+void ColorSchemeSetting::follow()
+{
+    auto connection = m_bus.connection();
+    connection.connect({}, portalPath, settings, QStringLiteral("SettingChanged"), {appearance, colorScheme}, {}, this,
+                       SLOT(hear(QString, QString, QDBusVariant)));
+    awaitPortals(connection);
+    ask(connection);
+}
+
+// One that starts slowly has let the first question go unanswered.
+void ColorSchemeSetting::awaitPortals(const QDBusConnection &connection)
+{
+    m_portals = std::make_unique<QDBusServiceWatcher>(portalName, connection, QDBusServiceWatcher::WatchForOwnerChange);
+    connect(m_portals.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
+            [this, connection](const QString &, const QString &, const QString &owner) {
+                if (!owner.isEmpty())
+                    ask(connection);
+            });
+}
+
+// What has changed since the question was asked is told by a signal that comes after the answer.
+void ColorSchemeSetting::ask(QDBusConnection connection)
+{
+    auto question = QDBusMessage::createMethodCall(portalName, portalPath, settings, QStringLiteral("Read"));
+    question.setArguments({appearance, colorScheme});
+    auto *reply = new QDBusPendingCallWatcher(connection.asyncCall(question), this);
+    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
+        reply->deleteLater();
+        if (!reply->isError())
+            take(reply->reply().arguments().value(0));
+    });
+}
+
+void ColorSchemeSetting::hear(const QString & /*group*/, const QString & /*key*/, const QDBusVariant &value)
+{
+    take(value.variant());
+}
+
+void ColorSchemeSetting::take(const QVariant &value)
+{
+    const bool asksForDark = unwrapped(value).toUInt() == preferDark;
+    if (std::exchange(m_asksForDark, asksForDark) != asksForDark)
+        Q_EMIT changed(asksForDark);
+}
 
 DesktopColors::DesktopColors(SessionBus &bus, QObject *parent)
     : QObject(parent)
@@ -52,7 +131,7 @@ void DesktopColors::follow()
     if (m_isOurs)
         QApplication::setPalette(wanted);
     m_desktopsTurn.stop();  // what we set ourselves is nothing new of the desktop's
-    Q_EMIT looked();
+    Q_EMIT applied();
 }
 
 }  // namespace velquarin

@@ -2,15 +2,49 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/Linux/Windows/ColorSchemeSetting.h"
-
+#include <QDBusConnection>
+#include <QDBusVariant>
 #include <QObject>
 #include <QTimer>
 
+#include <memory>
+
+class QDBusServiceWatcher;
+
 namespace velquarin {
 
+class SessionBus;
+
+//! Whether the user has asked the desktop for dark windows, as the desktop's portal tells it. Without a bus or a portal
+//! nobody has; each portal that comes is asked. Nothing waits for the answer, which comes through the event loop.
+//! Source: XDG Desktop Portal, org.freedesktop.portal.Settings, "color-scheme" of org.freedesktop.appearance
+class ColorSchemeSetting : public QObject
+{
+    Q_OBJECT
+public:
+    explicit ColorSchemeSetting(SessionBus &bus, QObject *parent = nullptr);
+    ~ColorSchemeSetting() override;
+
+    [[nodiscard]] bool asksForDark() const { return m_asksForDark; }
+
+Q_SIGNALS:
+    //! Never for an equal value.
+    void changed(bool asksForDark);
+
+private:
+    void follow();
+    void awaitPortals(const QDBusConnection &connection);
+    void ask(QDBusConnection connection);
+    void take(const QVariant &value);
+    Q_SLOT void hear(const QString &group, const QString &key, const QDBusVariant &value);
+
+    SessionBus &m_bus;
+    std::unique_ptr<QDBusServiceWatcher> m_portals;  // on the connection that stands
+    bool m_asksForDark = false;
+};
+
 //! Keeps the program's palette as dark as the user wants it where the desktop says so and its palette does not follow, as
-//! GNOME's does not: a style switch there leaves the theme that the toolkit takes its colours from as it was. A palette
+//! GNOME's does not: a style switch there leaves the theme that Qt takes its colours from as it was. A palette
 //! that is dark already stays as it is; each new one of the desktop's is judged anew.
 //! Source: docs/decisions/0007-look.md
 class DesktopColors : public QObject
@@ -23,8 +57,8 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
-    //! What the user wants or the desktop's palette has changed, and ours is as he wants it.
-    void looked();
+    //! What the user wants or the desktop's palette has changed, and ours is as it should be.
+    void applied();
 
 private:
     void follow();

@@ -36,7 +36,7 @@ void FolderDialog::choose(const Request &request, QObject &window, Chosen chosen
 {
     auto *const dialog = makeDialog(request, qobject_cast<QWidget *>(&window));
     dialog->setDirectory(m_place);
-    // Of its signals the one that the desktop's dialog and the toolkit's both send.
+    // Of its signals the one that the desktop's dialog and Qt's both send.
     QObject::connect(dialog, &QFileDialog::fileSelected, dialog,
                      [this, chosen = std::move(chosen)](const QString &path) {
                          m_place = QFileInfo(path).path();

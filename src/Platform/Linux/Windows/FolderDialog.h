@@ -8,7 +8,7 @@
 
 namespace velquarin {
 
-//! Asks with the desktop's own dialog where there is one, else with the toolkit's. It opens beside the folder
+//! Asks with the desktop's own dialog where there is one, else with Qt's. It opens beside the folder
 //! that was last chosen in this run, first in the home folder.
 class FolderDialog : public FolderChooser
 {

@@ -30,7 +30,7 @@ void lookForLayerShell(void *isOffered, wl_registry * /*registry*/, uint32_t /*n
 
 void ignoreRemoval(void * /*data*/, wl_registry * /*registry*/, uint32_t /*name*/) {}
 
-// On a queue of its own: what the toolkit waits for stays where it is.
+// On a queue of its own: what Qt waits for stays where it is.
 bool isOfferedBy(wl_display *display)
 {
     bool isOffered = false;

@@ -3,66 +3,58 @@
 
 #include "Platform/Linux/Windows/X11Display.h"
 
-#include <QGuiApplication>
+#include <QApplication>
+#include <QCursor>
 
+#include <algorithm>
 #include <xcb/xcb_renderutil.h>
+#include <xcb/xtest.h>
 
 namespace velquarin {
 
 namespace {
 
-// A picture with an alpha that the server keeps while it is drawn.
-class ServerPicture
+// The server's copy of an image, which the caller has to free.
+xcb_pixmap_t pixmapOf(xcb_connection_t *display, xcb_window_t beside, const QImage &image)
 {
-public:
-    ServerPicture(xcb_connection_t *display, xcb_drawable_t drawable, xcb_render_pictformat_t format)
-        : m_display(display)
-        , m_picture(xcb_generate_id(display))
-    {
-        xcb_render_create_picture(display, m_picture, drawable, format, 0, nullptr);
-    }
-    ~ServerPicture() { xcb_render_free_picture(m_display, m_picture); }
-    ServerPicture(const ServerPicture &) = delete;
-    ServerPicture &operator=(const ServerPicture &) = delete;
+    const auto pixels = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    const auto width = quint16(pixels.width());
+    const auto height = quint16(pixels.height());
+    const auto pixmap = xcb_generate_id(display);
+    const auto context = xcb_generate_id(display);
+    xcb_create_pixmap(display, 32, pixmap, beside, width, height);
+    xcb_create_gc(display, context, pixmap, 0, nullptr);
+    xcb_put_image(display, XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context, width, height, 0, 0, 0, 32,
+                  quint32(pixels.sizeInBytes()), pixels.constBits());
+    xcb_free_gc(display, context);
+    return pixmap;
+}
 
-    [[nodiscard]] xcb_render_picture_t id() const { return m_picture; }
-
-private:
-    xcb_connection_t *m_display;
-    xcb_render_picture_t m_picture;
-};
-
-class ServerImage
+// What the server draws from or on, which the caller has to free.
+xcb_render_picture_t pictureOf(xcb_connection_t *display, xcb_drawable_t drawable, xcb_render_pictformat_t format)
 {
-public:
-    ServerImage(xcb_connection_t *display, xcb_window_t beside, const QImage &image)
-        : m_display(display)
-        , m_pixmap(xcb_generate_id(display))
-    {
-        const auto pixels = image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
-        const auto width = quint16(pixels.width());
-        const auto height = quint16(pixels.height());
-        const auto context = xcb_generate_id(display);
-        xcb_create_pixmap(display, 32, m_pixmap, beside, width, height);
-        xcb_create_gc(display, context, m_pixmap, 0, nullptr);
-        xcb_put_image(display, XCB_IMAGE_FORMAT_Z_PIXMAP, m_pixmap, context, width, height, 0, 0, 0, 32,
-                      quint32(pixels.sizeInBytes()), pixels.constBits());
-        xcb_free_gc(display, context);
-    }
-    ~ServerImage() { xcb_free_pixmap(m_display, m_pixmap); }
-    ServerImage(const ServerImage &) = delete;
-    ServerImage &operator=(const ServerImage &) = delete;
+    const auto picture = xcb_generate_id(display);
+    xcb_render_create_picture(display, picture, drawable, format, 0, nullptr);
+    return picture;
+}
 
-    [[nodiscard]] xcb_pixmap_t id() const { return m_pixmap; }
-
-private:
-    xcb_connection_t *m_display;
-    xcb_pixmap_t m_pixmap;
-};
+// The server is told of buttons as they lie on the device, and left-handed people have them stand for others. Zero where
+// none stands for the right one.
+quint8 rightButton(xcb_connection_t *display)
+{
+    constexpr quint8 rightOne = 3;
+    const auto reply = x11Owned(xcb_get_pointer_mapping_reply(display, xcb_get_pointer_mapping(display), nullptr));
+    if (!reply)
+        return 0;
+    const auto *first = xcb_get_pointer_mapping_map(reply.get());
+    const auto *end = first + xcb_get_pointer_mapping_map_length(reply.get());
+    const auto *found = std::find(first, end, rightOne);
+    return found == end ? quint8(0) : quint8(found - first + 1);
+}
 
 }  // namespace
 
-// The toolkit's platform without a screen has the interface and no display behind it.
+// Qt's platform without a screen has the interface and no display behind it.
 xcb_connection_t *x11Display()
 {
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -101,11 +93,30 @@ void x11PaintOver(xcb_connection_t *display, xcb_window_t window, xcb_visualid_t
     const auto *ofWindow = xcb_render_util_find_visual_format(formats, visual);
     if (!ofImage || !ofWindow)
         return;
-    const ServerImage serverImage(display, window, image);
-    const ServerPicture source(display, serverImage.id(), ofImage->id);
-    const ServerPicture target(display, window, ofWindow->format);
-    xcb_render_composite(display, XCB_RENDER_PICT_OP_OVER, source.id(), XCB_RENDER_PICTURE_NONE, target.id(), 0, 0, 0,
-                         0, qint16(at.x()), qint16(at.y()), quint16(image.width()), quint16(image.height()));
+    const auto pixmap = pixmapOf(display, window, image);
+    const auto source = pictureOf(display, pixmap, ofImage->id);
+    const auto target = pictureOf(display, window, ofWindow->format);
+    xcb_render_composite(display, XCB_RENDER_PICT_OP_OVER, source, XCB_RENDER_PICTURE_NONE, target, 0, 0, 0, 0,
+                         qint16(at.x()), qint16(at.y()), quint16(image.width()), quint16(image.height()));
+    xcb_render_free_picture(display, target);
+    xcb_render_free_picture(display, source);
+    xcb_free_pixmap(display, pixmap);
+}
+
+void x11RepeatRightClick(QPoint position)
+{
+    if ((QCursor::pos() - position).manhattanLength() >= QApplication::startDragDistance())
+        return;
+    auto *display = x11Display();
+    const auto *extension = display ? xcb_get_extension_data(display, &xcb_test_id) : nullptr;
+    if (!extension || extension->present == 0)
+        return;
+    const auto button = rightButton(display);
+    if (button == 0)
+        return;
+    for (const auto type : {XCB_BUTTON_PRESS, XCB_BUTTON_RELEASE})
+        xcb_test_fake_input(display, quint8(type), button, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    xcb_flush(display);
 }
 
 }  // namespace velquarin

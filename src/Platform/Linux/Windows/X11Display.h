@@ -12,7 +12,7 @@
 
 namespace velquarin {
 
-//! The toolkit's own connection to the X server; null where the program shows itself on another kind of display.
+//! Qt's own connection to the X server; null where the program shows itself on another kind of display.
 [[nodiscard]] xcb_connection_t *x11Display();
 
 //! The screen that the program was started on. Source: X(7), "DISPLAY NAMES"
@@ -33,5 +33,10 @@ template <typename Reply>
 //! does up to 256 by 256 pixels. Source: X Rendering Extension
 void x11PaintOver(xcb_connection_t *display, xcb_window_t window, xcb_visualid_t visual, const QImage &image,
                   QPoint at);
+
+//! Clicks with the right button at @p position, as the user has just done while a window of ours kept every click for
+//! itself: what lies there gets it after all. Does nothing where the pointer has moved on meanwhile, elsewhere than on X11,
+//! and where the server lets nobody do so. Source: X Test Extension Protocol 2.2, "XTestFakeInput"
+void x11RepeatRightClick(QPoint position);
 
 }  // namespace velquarin

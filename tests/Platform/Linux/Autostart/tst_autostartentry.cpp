@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "Platform/Linux/Autostart/AutostartEntry.h"
-#include "Platform/Linux/Autostart/AutostartEnvironment.h"
-#include "Platform/Linux/Autostart/DesktopEntry.h"
-#include "Platform/Linux/Autostart/ExecCommand.h"
 
 #include "support/Strict.h"
 #include "support/TestProgram.h"
@@ -22,12 +19,17 @@ namespace {
 const QString program = u"/opt/velquarin/bin/velquarin"_s;
 
 // A machine on which exactly these programs are, seen from KDE on a distribution of its own name.
-AutostartJudge judge(const QStringList &programs = {program, u"/bin/true"_s})
+struct Machine
 {
-    return {{u"Neon"_s, u"KDE"_s}, {u"/usr/bin"_s, u"/bin"_s}, [programs](const QString &path) {
-                return programs.contains(path);
-            }};
-}
+    QStringList programs{program, u"/bin/true"_s};
+    QStringList desktop{u"Neon"_s, u"KDE"_s};
+
+    [[nodiscard]] LoginItemStatus statusOf(const QByteArray &content) const
+    {
+        const AutostartEnvironment environment{{}, {}, desktop, {u"/usr/bin"_s, u"/bin"_s}, program};
+        return autostartStatus(content, environment, [this](const QString &path) { return programs.contains(path); });
+    }
+};
 
 QByteArray entry(const QByteArray &keys)
 {
@@ -176,7 +178,7 @@ void TestAutostartEntry::anEntryThatStartsAProgramIs_data()
 void TestAutostartEntry::anEntryThatStartsAProgramIs()
 {
     QFETCH(QByteArray, content);
-    QTEST(QByteArray(nameOf(autostartStatus(content, judge()))), "status");
+    QTEST(QByteArray(nameOf(Machine().statusOf(content))), "status");
 }
 
 void TestAutostartEntry::theDesktopDecidesWhetherAnEntryIsForIt_data()
@@ -212,9 +214,8 @@ void TestAutostartEntry::theDesktopDecidesWhetherAnEntryIsForIt()
     QFETCH(QByteArray, keys);
     QFETCH(QStringList, desktop);
     QFETCH(bool, isForIt);
-    auto here = judge();
-    here.currentDesktop = desktop;
-    QCOMPARE(nameOf(autostartStatus(usualEntryAnd(keys), here)), isForIt ? "enabled" : "not registered");
+    const Machine here{.desktop = desktop};
+    QCOMPARE(nameOf(here.statusOf(usualEntryAnd(keys))), isForIt ? "enabled" : "not registered");
 }
 
 void TestAutostartEntry::theCommandNames_data()
@@ -234,6 +235,8 @@ void TestAutostartEntry::theCommandNames_data()
     QTest::newRow("a program beside codes of all kinds") << u"velquarin %f %F %u %U %i %c %k"_s << u"velquarin"_s;
     QTest::newRow("a program beside codes of old files") << u"velquarin %d %D %n %N %v %m"_s << u"velquarin"_s;
     QTest::newRow("an empty program in quotes") << u"\"\" x"_s << u""_s;
+    QTest::newRow("a program as long as a file may be")
+        << u"\"/"_s + u"a\\\""_s.repeated(300'000) + u'"' << u"/"_s + u"a\""_s.repeated(300'000);
     QTest::newRow("nothing when it is empty") << u""_s << QString();
     QTest::newRow("nothing when it is blank") << u" \t "_s << QString();
     QTest::newRow("nothing when a quote is not closed") << u"velquarin \"x"_s << QString();
@@ -281,7 +284,7 @@ void TestAutostartEntry::aProgramIsFoundWhereItIsNamed()
     QFETCH(QString, place);
     QFETCH(bool, isFound);
     const auto content = entry("Type=Application\nExec=" + command + '\n');
-    QCOMPARE(nameOf(autostartStatus(content, judge({place}))), isFound ? "enabled" : "not found");
+    QCOMPARE(nameOf(Machine{.programs = {place}}.statusOf(content)), isFound ? "enabled" : "not found");
 }
 
 void TestAutostartEntry::aStringHolds_data()
@@ -303,14 +306,12 @@ void TestAutostartEntry::aStringHolds()
 {
     QFETCH(QByteArray, value);
     QFETCH(QString, expected);
-    const auto parsed = DesktopEntry::parse(entry("Key=" + value + '\n'));
+    const auto parsed = parseDesktopEntry(entry("Key=" + value + '\n'));
     QVERIFY(parsed.has_value());
-    const auto string = parsed->string("Key");
+    const auto string = stringIn(parsed->value("Key"));
     QCOMPARE(string.has_value(), !expected.isNull());
     QCOMPARE(string.value_or(QString()), expected);
-    QVERIFY(!parsed->string("Another").has_value());
-    if (string)
-        QCOMPARE(DesktopEntry::parse(entry("Key=" + desktopEntryString(*string)))->string("Key"), string);
+    QVERIFY(!stringIn(parsed->value("Another")).has_value());
 }
 
 void TestAutostartEntry::aListHolds_data()
@@ -333,10 +334,11 @@ void TestAutostartEntry::aListHolds()
 {
     QFETCH(QByteArray, value);
     QFETCH(bool, isReadable);
-    const auto parsed = DesktopEntry::parse(entry("Key=" + value + '\n'));
+    const auto parsed = parseDesktopEntry(entry("Key=" + value + '\n'));
     QVERIFY(parsed.has_value());
-    QCOMPARE(parsed->strings("Key").has_value(), isReadable);
-    QTEST(parsed->strings("Key").value_or(QStringList()), "items");
+    const auto list = listIn(parsed->value("Key"));
+    QCOMPARE(list.has_value(), isReadable);
+    QTEST(list.value_or(QStringList()), "items");
 }
 
 void TestAutostartEntry::aProgramIsQuotedWhereItHasToBe_data()
@@ -361,17 +363,17 @@ void TestAutostartEntry::aProgramIsQuotedWhereItHasToBe_data()
 void TestAutostartEntry::aProgramIsQuotedWhereItHasToBe()
 {
     QFETCH(QString, path);
-    QTEST(desktopEntryString(execOfProgram(path)), "inFile");
+    QTEST(execOfProgram(path), "inFile");
 }
 
 void TestAutostartEntry::whatIsQuotedIsReadBackWhateverItsLetters()
 {
     for (char16_t letter = 1; letter < 0x180; ++letter) {
         for (const auto &path : {u"/a"_s + letter + u"b"_s, u"/"_s + letter, u"/"_s + letter + letter + u" x"_s}) {
-            const auto content = "[Desktop Entry]\nExec=" + desktopEntryString(execOfProgram(path)) + '\n';
-            const auto parsed = DesktopEntry::parse(content);
+            const auto content = "[Desktop Entry]\nExec=" + execOfProgram(path) + '\n';
+            const auto parsed = parseDesktopEntry(content);
             QVERIFY2(parsed, content.constData());
-            QCOMPARE(programOfExec(*parsed->string("Exec")), std::optional(path));
+            QCOMPARE(programOfExec(*stringIn(parsed->value("Exec"))), std::optional(path));
         }
     }
 }
@@ -411,19 +413,17 @@ void TestAutostartEntry::whatWeWriteIsThisAndNoMore()
 void TestAutostartEntry::whatWeWriteIsEnabledOnEveryDesktop()
 {
     for (const auto &desktop : {QStringList(), {u"GNOME"_s}, {u"X-Own"_s, u"XFCE"_s}}) {
-        auto there = judge();
-        there.currentDesktop = desktop;
-        QCOMPARE(nameOf(autostartStatus(autostartEntry(program), there)), "enabled");
+        const Machine there{.desktop = desktop};
+        QCOMPARE(nameOf(there.statusOf(autostartEntry(program))), "enabled");
     }
-    QCOMPARE(nameOf(autostartStatus(autostartEntry(program), judge({}))), "not found");
+    QCOMPARE(nameOf(Machine{.programs = {}}.statusOf(autostartEntry(program))), "not found");
 }
 
 void TestAutostartEntry::whatWeHideIsNotRegisteredOnAnyDesktop()
 {
     for (const auto &desktop : {QStringList(), {u"GNOME"_s}, {u"X-Own"_s, u"XFCE"_s}}) {
-        auto there = judge();
-        there.currentDesktop = desktop;
-        QCOMPARE(nameOf(autostartStatus(hiddenAutostartEntry(program), there)), "not registered");
+        const Machine there{.desktop = desktop};
+        QCOMPARE(nameOf(there.statusOf(hiddenAutostartEntry(program))), "not registered");
     }
 }
 
@@ -432,7 +432,7 @@ void TestAutostartEntry::cuttingWhatWeWriteShortNeverStartsAnotherProgram()
     const auto whole = autostartEntry(program);
     const auto endOfExec = whole.indexOf("\nIcon");
     for (qsizetype length = 0; length < endOfExec; ++length)
-        QCOMPARE(nameOf(autostartStatus(whole.left(length), judge())), "not found");
+        QCOMPARE(nameOf(Machine().statusOf(whole.left(length))), "not found");
 }
 
 void TestAutostartEntry::theEnvironmentSays_data()

@@ -2,10 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "Platform/Linux/Process/BootTimeTimers.h"
-#include "Platform/Linux/Process/StandardOutput.h"
+#include "Platform/Linux/Process/StandardStreams.h"
 #include "Platform/Linux/Process/SystemClock.h"
 #include "Platform/Linux/Process/TerminationSignals.h"
-#include "Platform/Linux/Process/ZoneVariable.h"
 #include "support/CapturedStandardError.h"
 #include "support/FakeClock.h"
 #include "support/Strict.h"
@@ -225,7 +224,7 @@ void TestSystemAdapters::aSignalArrivesInTheMainLoop()
 
 void TestSystemAdapters::theClockIsTheSystems()
 {
-    // The toolkit's own idea of it rounds in newer versions.
+    // Qt's own idea of it rounds in newer versions.
     const auto milliseconds = [] {
         timespec time{};
         return clock_gettime(CLOCK_REALTIME, &time) == 0 ? time.tv_sec * 1000LL + time.tv_nsec / 1'000'000 : -1;

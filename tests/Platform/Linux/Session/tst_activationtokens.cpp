@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/Session/LaunchTokens.h"
-#include "Platform/Linux/Windows/InputTime.h"
+#include "Platform/Linux/Session/SingleInstance.h"
 #include "Platform/Linux/Windows/StartupNotification.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"

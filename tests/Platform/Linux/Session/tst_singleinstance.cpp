@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/Session/BusProbe.h"
 #include "Platform/Linux/Session/SessionBus.h"
 #include "Platform/Linux/Session/SingleInstance.h"
 #include "support/Strict.h"
@@ -224,7 +223,7 @@ void TestSingleInstance::aStrangersLockKeepsNobodyFromStarting()
     close(strangers);
 }
 
-// An administrator may write everywhere: even he not in the folder that describes his own process.
+// An administrator may write everywhere, but not in the folder that describes a process.
 void TestSingleInstance::aFolderThatCannotBeWrittenKeepsNobodyFromStarting()
 {
     qputenv("XDG_RUNTIME_DIR", "/proc/self");

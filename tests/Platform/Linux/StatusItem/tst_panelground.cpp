@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/StatusItem/PanelGround.h"
+#include "Platform/Linux/StatusItem/StatusMenu.h"
 
 #include "Platform/Linux/Windows/DarkPalette.h"
 #include "support/Offscreen.h"

@@ -198,7 +198,7 @@ void TestDesktopColors::aDesktopThatFollowsByItselfKeepsItsOwnDarkness()
     FakePortal portal(noPreference);
     SessionBus bus;
     DesktopColors colors(bus);
-    const QSignalSpy looked(&colors, &DesktopColors::looked);
+    const QSignalSpy looked(&colors, &DesktopColors::applied);
     QTRY_COMPARE(portal.asked.size(), 1);
     portal.become(preferDark);
     QApplication::setPalette(darkOfADesktop());
@@ -216,7 +216,7 @@ void TestDesktopColors::aDesktopThatTurnsDarkLaterGetsItsOwnDarkness()
     SessionBus bus;
     DesktopColors colors(bus);
     QTRY_VERIFY(isProgramDark());
-    const QSignalSpy looked(&colors, &DesktopColors::looked);
+    const QSignalSpy looked(&colors, &DesktopColors::applied);
     const QScopeGuard backToLight([] { QApplication::setStyle(QStringLiteral("Fusion")); });
     QApplication::setStyle(new DarkStyle);
     QTRY_COMPARE(looked.size(), 1);
@@ -230,7 +230,7 @@ void TestDesktopColors::aDesktopThatTurnsLightWhileTheUserWantsDarkIsDarkened()
     FakePortal portal(preferDark);
     SessionBus bus;
     DesktopColors colors(bus);
-    const QSignalSpy looked(&colors, &DesktopColors::looked);
+    const QSignalSpy looked(&colors, &DesktopColors::applied);
     QTRY_COMPARE(looked.size(), 1);
     QApplication::setPalette(m_ofDesktop);
     QVERIFY(!isProgramDark());

@@ -20,7 +20,7 @@ using namespace velquarin;
 
 namespace {
 
-// A window that asks for folders below one of its own, and what it was told. The dialog is the toolkit's.
+// A window that asks for folders below one of its own, and what it was told. The dialog is Qt's.
 struct Asking
 {
     QTemporaryDir folder;
@@ -44,7 +44,7 @@ struct Asking
         return dialog != nullptr && QTest::qWaitForWindowExposed(dialog) ? dialog : nullptr;
     }
 
-    // Types and confirms as a user does; whatever the toolkit asks back rests.
+    // Types and confirms as a user does; whatever Qt asks back rests.
     static void type(QFileDialog *dialog, const QString &path)
     {
         auto *const line = dialog->findChild<QLineEdit *>(QStringLiteral("fileNameEdit"));

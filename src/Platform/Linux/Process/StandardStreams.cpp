@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/Process/StandardDescriptors.h"
+#include "Platform/Linux/Process/StandardStreams.h"
+
+#include <QString>
 
 #include <algorithm>
 #include <cerrno>
@@ -41,6 +43,20 @@ void writeWithoutWaiting(int descriptor, QByteArrayView bytes)
             return;
         bytes = bytes.sliced(std::max(written, ssize_t(0)));
     }
+}
+
+void StandardOutput::printLine(const QString &line)
+{
+    const QByteArray bytes = line.toUtf8() + '\n';
+    writeWithoutWaiting(STDOUT_FILENO, bytes);
+}
+
+// Not Qt's own logging, which may go to the journal instead.
+void printErrorLine(const QString &text)
+{
+    const QString line = QStringLiteral("velquarin: ") + text + u'\n';
+    const auto bytes = line.toUtf8();
+    writeWithoutWaiting(STDERR_FILENO, bytes);
 }
 
 }  // namespace velquarin

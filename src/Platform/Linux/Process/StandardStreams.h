@@ -2,7 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Output.h"
+
 #include <QByteArrayView>
+
+class QString;
 
 namespace velquarin {
 
@@ -14,5 +18,16 @@ void openStandardDescriptors();
 //! SIGPIPE.
 //! Source: write(2), poll(2), pipe(7)
 void writeWithoutWaiting(int descriptor, QByteArrayView bytes);
+
+//! Standard output, unbuffered. Never waits: what nobody takes is lost. The process must ignore SIGPIPE.
+//! Source: write(2), poll(2)
+class StandardOutput : public Output
+{
+public:
+    void printLine(const QString &line) override;
+};
+
+//! Writes "velquarin: " and @p text as one line on standard error. From any thread; what nobody reads is lost.
+void printErrorLine(const QString &text);
 
 }  // namespace velquarin

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Views/Controls/Style.h"
+
+#include <optional>
+
+namespace velquarin {
+
+//! How the square of a day is filled.
+struct DayColor
+{
+    std::optional<style::Accent> accent;  //!< nothing where nothing is drawn
+    double opacity = 0;                   //!< 0 to 1
+    friend bool operator==(const DayColor &, const DayColor &) = default;
+
+    [[nodiscard]] QColor in(const QPalette &palette) const;
+};
+
+//! Which shade a day with so many commits has: 0 none, 1 up to two, 2 up to five, 3 up to ten, 4 more than ten. A
+//! negative count is in the last band.
+[[nodiscard]] int countBand(qint64 count);
+
+//! In the strip of the last days: grey without any commits, and the fuller a green the more there are.
+[[nodiscard]] DayColor colorForCount(qint64 count);
+
+//! In the year, where the colours are fainter. Out of range it is clear.
+//! Errors: none; a negative count is clear.
+[[nodiscard]] DayColor colorForCount(qint64 count, bool isInRange);
+
+}  // namespace velquarin
