@@ -21,7 +21,7 @@ QString branchFor(const QList<QByteArray> &answers)
     runner.answer(QStringLiteral("symbolic-ref refs/remotes/origin/HEAD --short"), answers.value(0));
     runner.answer(QStringLiteral("branch --list main"), answers.value(1));
     runner.answer(QStringLiteral("branch --list master"), answers.value(2));
-    return GitQueries(runner, clock, {}).defaultBranch(QStringLiteral("/somewhere"));
+    return GitQueries(runner, clock, {}).getDefaultBranch(QStringLiteral("/somewhere"));
 }
 
 bool isControl(QChar character)

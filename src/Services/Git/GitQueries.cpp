@@ -69,7 +69,7 @@ bool GitQueries::hasLocalBranch(const QString &name, const QString &directory)
     return !trimmedOutput({QStringLiteral("branch"), QStringLiteral("--list"), name}, directory).isEmpty();
 }
 
-QString GitQueries::defaultBranch(const QString &directory)
+QString GitQueries::getDefaultBranch(const QString &directory)
 {
     auto remote = trimmedOutput(
         {QStringLiteral("symbolic-ref"), QStringLiteral("refs/remotes/origin/HEAD"), QStringLiteral("--short")},
@@ -93,12 +93,12 @@ DayStarts &GitQueries::dayStarts()
     return m_dayStarts;
 }
 
-QList<Instant> GitQueries::commits(const QString &directory, Instant since, Instant until)
+QList<Instant> GitQueries::getCommits(const QString &directory, Instant since, Instant until)
 {
     auto &starts = dayStarts();
     const auto sinceText = isoDateAtGreenwich(since);
     const auto untilText = isoDateAtGreenwich(starts.calendar().addDays(until, 1).value_or(until));
-    const auto branch = defaultBranch(directory);
+    const auto branch = getDefaultBranch(directory);
     const auto log =
         runGit({QStringLiteral("log"), branch, QStringLiteral("--format=%ad"), QStringLiteral("--date=short"),
                 QStringLiteral("--since=") + sinceText, QStringLiteral("--until=") + untilText},
@@ -106,7 +106,7 @@ QList<Instant> GitQueries::commits(const QString &directory, Instant since, Inst
     return daysFromLog(log, starts);
 }
 
-DayCounts GitQueries::commitHistory(const QString &directory, qint64 days)
+DayCounts GitQueries::getCommitHistory(const QString &directory, qint64 days)
 {
     const auto calendar = m_clock.calendar();
     const auto today = calendar.startOfDay(m_clock.now());
@@ -114,14 +114,14 @@ DayCounts GitQueries::commitHistory(const QString &directory, qint64 days)
     if (!start)
         return {};
     DayCounts counts;
-    for (const auto day : commits(directory, *start, m_clock.now()))
+    for (const auto day : getCommits(directory, *start, m_clock.now()))
         ++counts[m_dayStarts.startOfDay(day)];
     return counts;
 }
 
-std::optional<Instant> GitQueries::lastCommitDate(const QString &directory)
+std::optional<Instant> GitQueries::getLastCommitDate(const QString &directory)
 {
-    const auto branch = defaultBranch(directory);
+    const auto branch = getDefaultBranch(directory);
     const auto output =
         runGit({QStringLiteral("log"), branch, QStringLiteral("-1"), QStringLiteral("--format=%aI")}, directory);
     return instantFromIso(output.trimmed());

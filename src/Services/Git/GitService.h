@@ -2,13 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Models/StreakData.h"
-#include "Platform/Instant.h"
 #include "Services/Git/GitQueries.h"
 #include "Services/Git/SerialWorker.h"
 
 #include <QFuture>
-#include <QList>
 #include <QObject>
 #include <QProcessEnvironment>
 #include <QString>
@@ -37,17 +34,20 @@ public:
                const QProcessEnvironment &inherited = QProcessEnvironment::systemEnvironment());
     ~GitService() override;
 
-    //! The branch or revision whose history counts; never empty, never an error.
-    [[nodiscard]] QFuture<QString> getDefaultBranch(const QString &in);
-
-    //! The starts of the commits' author days, newest commit first, one for each commit.
-    [[nodiscard]] QFuture<QList<Instant>> getCommits(const QString &in, Instant since, Instant until);
-
-    //! Commits a day in the @p days calendar days that end today; at least one day.
-    [[nodiscard]] QFuture<DayCounts> getCommitHistory(const QString &in, qint64 days);
-
-    //! When the newest commit was made; nothing where there is none.
-    [[nodiscard]] QFuture<std::optional<Instant>> getLastCommitDate(const QString &in);
+    //! Calls @p question on git's thread with the GitQueries there, and answers what it returns. All that it asks and
+    //! counts is one operation, about the repository at @p path.
+    template <typename Question>
+    [[nodiscard]] auto ask(const QString &path, Question question)
+    {
+        const auto work = [this, question = std::move(question)] {
+            auto answer = question(m_queries);
+            // What git did not come to is not what the repository holds.
+            if (m_isStopped)
+                throw WorkerStopped();
+            return answer;
+        };
+        return m_worker.run(work, path);
+    }
 
     //! Whether git can be started in that folder; a folder without a repository passes, a missing one does not.
     [[nodiscard]] QFuture<bool> isGitRepository(const QString &at);
@@ -55,26 +55,8 @@ public:
     //! The working trees in a folder and at most @p maxDepth - 1 levels below it; never an error.
     [[nodiscard]] QFuture<QStringList> scanForRepositories(const QString &in, qint64 maxDepth);
 
-    //! Does @p work on a second thread, one after another. To count what git told can take longer than a window may stand
-    //! still: the days of a stranger's history are as many and as odd as the stranger likes. No search holds it up.
-    template <typename Work>
-    [[nodiscard]] auto count(Work work)
-    {
-        return m_counting.run(std::move(work));
-    }
-
-    //! The same, where nobody waits for the end.
-    template <typename Work>
-    void countMeanwhile(Work work)
-    {
-        static_cast<void>(m_counting.run([work = std::move(work)] {
-            work();
-            return true;
-        }));
-    }
-
-    //! Kills a running git and ends both threads. Returns whether both ended within @p patience; a file system that
-    //! hangs can hold the first longer.
+    //! Kills a running git and ends the thread. Returns whether it ended within @p patience; a file system that hangs can
+    //! hold it longer.
     bool stop(std::chrono::milliseconds patience);
 
 Q_SIGNALS:
@@ -82,18 +64,11 @@ Q_SIGNALS:
     void repositoryBeingReadChanged(const std::optional<QString> &path);
 
 private:
-    template <typename Question>
-    [[nodiscard]] auto ask(const QString &repository, Question question)
-    {
-        return m_worker.run(std::move(question), repository);
-    }
-
     ProcessRunner &m_runner;
     const FileTree &m_files;
     GitQueries m_queries;
     std::atomic<bool> m_isStopped = false;
     SerialWorker m_worker;
-    SerialWorker m_counting;
 };
 
 }  // namespace velquarin

@@ -16,6 +16,7 @@
 #include <QPointer>
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace velquarin {
@@ -26,13 +27,40 @@ constexpr qint64 daysRead = 730;
 constexpr qint64 daysOfWeek = 7;
 constexpr std::chrono::seconds autoDiscoveryScanInterval(300);
 
+// A folder in which git cannot even be started is passed over in silence: a drive that is not there is no error. What was
+// added before a question fails stays.
+void readRepository(GitQueries &git, const TrackedRepository &repository, Instant since, Instant until,
+                    MergedHistory &history)
+{
+    if (!git.isGitRepository(repository.path))
+        return;
+    const auto week = git.getCommitHistory(repository.path, daysOfWeek);
+    history.addWeek(week);
+    history.addCommits(git.getCommits(repository.path, since, until));
+    RepositoryStats stats;
+    stats.path = repository.path;
+    stats.name = repository.name;
+    stats.lastCommitDate = git.getLastCommitDate(repository.path);
+    history.addRepository(std::move(stats), week);
+}
+
+QString errorOf(const std::function<void()> &work)
+{
+    try {
+        work();
+    } catch (const std::exception &error) {
+        return QString::fromUtf8(error.what());
+    }
+    return {};
+}
+
 }  // namespace
 
-//! The history belongs to the counting thread until all is read.
+//! What comes back from git's thread of one repository.
 struct StreakManager::Reading
 {
-    Instant start;
-    MergedHistory history;
+    QString error;
+    std::optional<RefreshFigures> figures;  //!< with the last one: those of all together
 };
 
 StreakManager::StreakManager(GitService &gitService, AppSettings &settings, NotificationService &notificationService,
@@ -125,54 +153,37 @@ QCoro::Task<> StreakManager::readRepositories(QList<TrackedRepository> repositor
         co_return;
 
     const QPointer self(this);
-    const auto reading = std::make_shared<Reading>(Reading{*start, {calendar, today}});
+    const auto history = std::make_shared<MergedHistory>(calendar, today);
+    std::optional<RefreshFigures> figures;
     for (const auto &repository : std::as_const(repositories)) {
-        co_await readRepository(repository, reading);
+        // Named, since the compiler would destroy the captures twice where it is part of what is waited for.
+        const auto asked = ask(repository, *start, history, &repository == &repositories.constLast());
+        const auto reading = co_await asked;
         if (!self)
             co_return;
+        if (!reading.error.isEmpty())
+            m_output.printLine(QStringLiteral("Error processing repo ") + repository.path + QStringLiteral(": ") +
+                               reading.error);
+        figures = reading.figures;
     }
-    // Named, since the compiler would destroy the capture twice where it is part of what is waited for.
-    const auto counted = m_gitService.count([reading] { return reading->history.figures(); });
-    const auto figures = co_await counted;
-    if (!self)
-        co_return;
-    publish(figures);
+    publish(*figures);
     co_await m_notificationService.checkAndNotifyStreakRisk(m_currentStreak, m_hasCommittedToday,
                                                             m_settings.notifyOnStreakRisk());
 }
 
-// A folder in which git cannot even be started is passed over in silence: a drive that is not there is no error.
-QCoro::Task<> StreakManager::readRepository(TrackedRepository repository, std::shared_ptr<Reading> reading)
+// To count what git told can take longer than a window may stand still: the days of a stranger's history are as many and
+// as odd as the stranger likes. The last repository's job counts at once, so that no search comes in between.
+QFuture<StreakManager::Reading> StreakManager::ask(const TrackedRepository &repository, Instant start,
+                                                   std::shared_ptr<MergedHistory> history, bool isLast)
 {
-    const QPointer self(this);
-    try {
-        const auto isRepository = co_await m_gitService.isGitRepository(repository.path);
-        if (self && isRepository)
-            co_await queryRepository(repository, reading);
-    } catch (const std::exception &error) {
-        if (self)
-            m_output.printLine(QStringLiteral("Error processing repo ") + repository.path + QStringLiteral(": ") +
-                               QString::fromUtf8(error.what()));
-    }
-}
-
-QCoro::Task<> StreakManager::queryRepository(TrackedRepository repository, std::shared_ptr<Reading> reading)
-{
-    const QPointer self(this);
-    const auto week = co_await m_gitService.getCommitHistory(repository.path, daysOfWeek);
-    if (!self)
-        co_return;
-    m_gitService.countMeanwhile([reading, week] { reading->history.addWeek(week); });
-    const auto commits = co_await m_gitService.getCommits(repository.path, reading->start, m_clock.now());
-    if (!self)
-        co_return;
-    m_gitService.countMeanwhile([reading, commits] { reading->history.addCommits(commits); });
-    RepositoryStats stats;
-    stats.lastCommitDate = co_await m_gitService.getLastCommitDate(repository.path);
-    stats.path = repository.path;
-    stats.name = repository.name;
-    if (self)
-        m_gitService.countMeanwhile([reading, stats, week] { reading->history.addRepository(stats, week); });
+    const auto &clock = m_clock;
+    return m_gitService.ask(repository.path, [=, &clock](GitQueries &git) {
+        Reading reading;
+        reading.error = errorOf([&] { readRepository(git, repository, start, clock.now(), *history); });
+        if (isLast)
+            reading.figures = history->figures();
+        return reading;
+    });
 }
 
 void StreakManager::publish(const RefreshFigures &figures)

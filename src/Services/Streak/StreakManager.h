@@ -9,6 +9,7 @@
 #include "Platform/Instant.h"
 
 #include <QCoroTask>
+#include <QFuture>
 #include <QList>
 #include <QObject>
 #include <QSet>
@@ -23,6 +24,7 @@ namespace velquarin {
 class AppSettings;
 class Clock;
 class GitService;
+class MergedHistory;
 class NotificationService;
 class Output;
 struct RefreshFigures;
@@ -107,12 +109,11 @@ Q_SIGNALS:
     void showYearViewWillChange(bool newValue);
 
 private:
-    //! What one refresh works with, on the day on which it began.
     struct Reading;
 
     QCoro::Task<> readRepositories(QList<TrackedRepository> repositories);
-    QCoro::Task<> readRepository(TrackedRepository repository, std::shared_ptr<Reading> reading);
-    QCoro::Task<> queryRepository(TrackedRepository repository, std::shared_ptr<Reading> reading);
+    [[nodiscard]] QFuture<Reading> ask(const TrackedRepository &repository, Instant start,
+                                       std::shared_ptr<MergedHistory> history, bool isLast);
     QCoro::Task<> scanFolders(QList<WatchedFolder> folders, QSet<QString> *found, QStringList *added);
     [[nodiscard]] QList<TrackedRepository> enabledRepositories() const;
     [[nodiscard]] bool shouldRunAutoDiscovery() const;

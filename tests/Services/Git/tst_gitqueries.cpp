@@ -127,14 +127,14 @@ void TestGitQueries::theDefaultBranchIs()
     world.runner.answer(remoteHead, remote);
     world.runner.answer(listMain, main);
     world.runner.answer(listMaster, master);
-    QTEST(world.queries.defaultBranch(folder), "expected");
+    QTEST(world.queries.getDefaultBranch(folder), "expected");
     QCOMPARE(world.runner.commands(), (QStringList{remoteHead, listMain, listMaster}.mid(0, questions)));
 }
 
 void TestGitQueries::aLaunchThatFailsLeadsToTheNextQuestion()
 {
     World world;
-    QCOMPARE(world.queries.defaultBranch(folder), QStringLiteral("HEAD"));
+    QCOMPARE(world.queries.getDefaultBranch(folder), QStringLiteral("HEAD"));
     QCOMPARE(world.runner.commands(), (QStringList{remoteHead, listMain, listMaster}));
 }
 
@@ -153,7 +153,8 @@ void TestGitQueries::commitsAreAskedForWithSixArguments()
     World world;
     world.runner.answer(remoteHead, "origin/main\n");
     world.runner.answer(logBetween("main", "2024-03-01", "2024-03-08"), "2024-03-07\n2024-03-07\n2024-03-01\n");
-    const auto days = world.queries.commits(folder, instant("2024-03-01T00:00:00Z"), instant("2024-03-07T12:00:00Z"));
+    const auto days =
+        world.queries.getCommits(folder, instant("2024-03-01T00:00:00Z"), instant("2024-03-07T12:00:00Z"));
     QCOMPARE(days, (QList{instant("2024-03-07T00:00:00Z"), instant("2024-03-07T00:00:00Z"),
                           instant("2024-03-01T00:00:00Z")}));
     QCOMPARE(world.runner.requests().constLast().arguments,
@@ -193,7 +194,7 @@ void TestGitQueries::commitsAreAskedForByGreenwichDates()
     world.clock.setNow(instant(now.toLatin1().constData()));
     const auto expected = logBetween("HEAD", since.constData(), until.constData());
     world.runner.answer(expected, {});
-    QVERIFY(world.queries.commitHistory(folder, 7).empty());
+    QVERIFY(world.queries.getCommitHistory(folder, 7).empty());
     QCOMPARE(world.runner.commands().constLast(), expected);
 }
 
@@ -202,7 +203,7 @@ void TestGitQueries::aDayBeforeThePeriodIsKept()
     World world;
     world.clock.setZone("Asia/Kolkata");
     world.runner.answer(logBetween("HEAD", "2024-02-29", "2024-03-08"), "2024-03-07\n2024-02-29\n");
-    const auto history = world.queries.commitHistory(folder, 7);
+    const auto history = world.queries.getCommitHistory(folder, 7);
     QCOMPARE(history, (DayCounts{{instant("2024-02-28T18:30:00Z"), 1}, {instant("2024-03-06T18:30:00Z"), 1}}));
 }
 
@@ -211,7 +212,7 @@ void TestGitQueries::theHistoryCountsCommitsADay()
     World world;
     world.runner.answer(logBetween("HEAD", "2024-03-01", "2024-03-08"),
                         "2024-03-07\n2024-03-07\n2024-03-07\n2024-03-06\n");
-    QCOMPARE(world.queries.commitHistory(folder, 7),
+    QCOMPARE(world.queries.getCommitHistory(folder, 7),
              (DayCounts{{instant("2024-03-06T00:00:00Z"), 1}, {instant("2024-03-07T00:00:00Z"), 3}}));
 }
 
@@ -220,7 +221,7 @@ void TestGitQueries::oneDayIsTodayAlone()
     World world;
     const auto expected = logBetween("HEAD", "2024-03-07", "2024-03-08");
     world.runner.answer(expected, {});
-    QVERIFY(world.queries.commitHistory(folder, 1).empty());
+    QVERIFY(world.queries.getCommitHistory(folder, 1).empty());
     QCOMPARE(world.runner.commands().constLast(), expected);
 }
 
@@ -229,7 +230,7 @@ void TestGitQueries::aYearEndsToday()
     World world;
     const auto expected = logBetween("HEAD", "2023-03-09", "2024-03-08");
     world.runner.answer(expected, {});
-    QVERIFY(world.queries.commitHistory(folder, 365).empty());
+    QVERIFY(world.queries.getCommitHistory(folder, 365).empty());
     QCOMPARE(world.runner.commands().constLast(), expected);
 }
 
@@ -240,7 +241,7 @@ void TestGitQueries::aHistoryThatCannotBeginAsksNothing()
     // Two days back from 1 January is the date that Apia left out.
     world.clock.setNow(instant("2011-12-31T12:00:00Z"));
     QCOMPARE(world.clock.calendar().dateOf(world.clock.now()), QDate(2012, 1, 1));
-    QVERIFY(world.queries.commitHistory(folder, 3).empty());
+    QVERIFY(world.queries.getCommitHistory(folder, 3).empty());
     QVERIFY(world.runner.commands().isEmpty());
 }
 
@@ -248,7 +249,7 @@ void TestGitQueries::theLastCommitIsAskedForWithFourArguments()
 {
     World world;
     world.runner.answer(QStringLiteral("log HEAD -1 --format=%aI"), "2024-03-07T21:15:02+01:00\n");
-    QCOMPARE(world.queries.lastCommitDate(folder), std::optional(instant("2024-03-07T20:15:02Z")));
+    QCOMPARE(world.queries.getLastCommitDate(folder), std::optional(instant("2024-03-07T20:15:02Z")));
     QCOMPARE(world.runner.requests().constLast().arguments,
              (QStringList{QStringLiteral("log"), QStringLiteral("HEAD"), QStringLiteral("-1"),
                           QStringLiteral("--format=%aI")}));
@@ -259,25 +260,25 @@ void TestGitQueries::aRepositoryWithoutCommitsHasNoFigures()
     World world;
     world.runner.answer(logBetween("HEAD", "2024-03-01", "2024-03-08"), {});
     world.runner.answer(QStringLiteral("log HEAD -1 --format=%aI"), {});
-    QVERIFY(world.queries.commitHistory(folder, 7).empty());
-    QVERIFY(world.queries.commits(folder, instant("2024-03-01T00:00:00Z"), world.clock.now()).isEmpty());
-    QVERIFY(!world.queries.lastCommitDate(folder).has_value());
+    QVERIFY(world.queries.getCommitHistory(folder, 7).empty());
+    QVERIFY(world.queries.getCommits(folder, instant("2024-03-01T00:00:00Z"), world.clock.now()).isEmpty());
+    QVERIFY(!world.queries.getLastCommitDate(folder).has_value());
 }
 
 void TestGitQueries::whatIsNotUtf8IsNothing()
 {
     World world;
     world.runner.answer(logBetween("HEAD", "2024-03-01", "2024-03-08"), "2024-03-07\n\xff\xfe\n2024-03-06\n");
-    QVERIFY(world.queries.commitHistory(folder, 7).empty());
+    QVERIFY(world.queries.getCommitHistory(folder, 7).empty());
     world.runner.answer(remoteHead, "origin/\xc3\x28\n");
-    QCOMPARE(world.queries.defaultBranch(folder), QStringLiteral("HEAD"));
+    QCOMPARE(world.queries.getDefaultBranch(folder), QStringLiteral("HEAD"));
 }
 
 void TestGitQueries::aFailedLaunchIsThrown()
 {
     World world;
-    QVERIFY_EXCEPTION_THROWN(static_cast<void>(world.queries.commitHistory(folder, 7)), LaunchError);
-    QVERIFY_EXCEPTION_THROWN(static_cast<void>(world.queries.lastCommitDate(folder)), LaunchError);
+    QVERIFY_EXCEPTION_THROWN(static_cast<void>(world.queries.getCommitHistory(folder, 7)), LaunchError);
+    QVERIFY_EXCEPTION_THROWN(static_cast<void>(world.queries.getLastCommitDate(folder)), LaunchError);
     QVERIFY(!world.queries.isGitRepository(folder));
 }
 

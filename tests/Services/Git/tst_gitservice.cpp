@@ -7,14 +7,14 @@
 #include "Platform/Linux/Process/ChildProcessRunner.h"
 #include "support/Await.h"
 #include "support/FakeClock.h"
+#include "support/GitQuestions.h"
+#include "support/SlowTree.h"
 #include "support/Standstill.h"
 #include "support/Strict.h"
 #include "support/TempRepository.h"
 #include "support/TestProgram.h"
 
 #include <QDirIterator>
-#include <QScopeGuard>
-#include <QSemaphore>
 #include <QTest>
 #include <QTimer>
 
@@ -37,12 +37,12 @@ struct World
 
 QString branchOf(World &world, const QString &path)
 {
-    return await(world.git.getDefaultBranch(path));
+    return await(getDefaultBranch(world.git, path));
 }
 
 DayCounts weekOf(World &world, const QString &path)
 {
-    return await(world.git.getCommitHistory(path, 7));
+    return await(getCommitHistory(world.git, path, 7));
 }
 
 qint64 totalCommits(const DayCounts &history)
@@ -52,20 +52,6 @@ qint64 totalCommits(const DayCounts &history)
         total += count;
     return total;
 }
-
-// A disk that does not answer before it is let.
-class SlowTree : public PosixFileTree
-{
-public:
-    bool visit(const std::string &path, const Visitor &visitor) const override
-    {
-        isAsked.release();
-        mayAnswer.acquire();
-        return PosixFileTree::visit(path, visitor);
-    }
-    mutable QSemaphore isAsked;
-    mutable QSemaphore mayAnswer;
-};
 
 bool makeFifo(const QString &path)
 {
@@ -104,7 +90,6 @@ private Q_SLOTS:
     void foldersOfAnyNameAreRead();
     void aFolderNamedLikeTheBranchIsNoTrouble();
     void answersComeInTheOrderOfTheQuestions();
-    void countingDoesNotWaitForASearch();
     void aRepositoryIsToldOnceItsQuestionBegins();
     void theEventLoopGoesOnMeanwhile();
     void aHangingGitEndsWithTheService();
@@ -151,8 +136,8 @@ void TestGitService::aFreshRepositoryHasNoFigures()
     QCOMPARE(branchOf(world, repository.path()), QStringLiteral("HEAD"));
     QVERIFY(weekOf(world, repository.path()).empty());
     QVERIFY(
-        await(world.git.getCommits(repository.path(), instant("2022-01-01T00:00:00Z"), world.clock.now())).isEmpty());
-    QVERIFY(!await(world.git.getLastCommitDate(repository.path())).has_value());
+        await(getCommits(world.git, repository.path(), instant("2022-01-01T00:00:00Z"), world.clock.now())).isEmpty());
+    QVERIFY(!await(getLastCommitDate(world.git, repository.path())).has_value());
 }
 
 void TestGitService::aFolderWithoutRepositoryHasNoFigures()
@@ -161,7 +146,7 @@ void TestGitService::aFolderWithoutRepositoryHasNoFigures()
     World world;
     QVERIFY(await(world.git.isGitRepository(folder.path())));
     QVERIFY(weekOf(world, folder.path()).empty());
-    QVERIFY(!await(world.git.getLastCommitDate(folder.path())).has_value());
+    QVERIFY(!await(getLastCommitDate(world.git, folder.path())).has_value());
 }
 
 void TestGitService::aMissingFolderIsAnError()
@@ -171,7 +156,7 @@ void TestGitService::aMissingFolderIsAnError()
     World world;
     QVERIFY(!await(world.git.isGitRepository(missing)));
     QVERIFY_EXCEPTION_THROWN(weekOf(world, missing), LaunchError);
-    QVERIFY_EXCEPTION_THROWN(await(world.git.getLastCommitDate(missing)), LaunchError);
+    QVERIFY_EXCEPTION_THROWN(await(getLastCommitDate(world.git, missing)), LaunchError);
     QCOMPARE(branchOf(world, missing), QStringLiteral("HEAD"));
 }
 
@@ -202,7 +187,7 @@ void TestGitService::commitsAreCountedByTheirAuthorsDay()
     World world;
     QCOMPARE(weekOf(world, repository.path()),
              (DayCounts{{instant("2024-03-06T00:00:00Z"), 1}, {instant("2024-03-07T00:00:00Z"), 3}}));
-    QCOMPARE(await(world.git.getLastCommitDate(repository.path())), std::optional(instant("2024-03-07T09:45:00Z")));
+    QCOMPARE(await(getLastCommitDate(world.git, repository.path())), std::optional(instant("2024-03-07T09:45:00Z")));
 }
 
 void TestGitService::authorDatesOfAnyAgeAreKept()
@@ -231,7 +216,7 @@ void TestGitService::thousandsOfCommitsAreReadWhole()
     repository.git({QStringLiteral("fast-import"), QStringLiteral("--quiet")}, stream);
     World world;
     const auto days =
-        await(world.git.getCommits(repository.path(), instant("2024-02-01T00:00:00Z"), world.clock.now()));
+        await(getCommits(world.git, repository.path(), instant("2024-02-01T00:00:00Z"), world.clock.now()));
     QCOMPARE(days.size(), commits);
 }
 
@@ -262,22 +247,6 @@ void TestGitService::aFolderNamedLikeTheBranchIsNoTrouble()
     QCOMPARE(totalCommits(weekOf(world, repository.path())), 1);
 }
 
-void TestGitService::countingDoesNotWaitForASearch()
-{
-    ChildProcessRunner runner;
-    const FakeClock clock;
-    const SlowTree files;
-    GitService git(runner, files, clock);
-    const QTemporaryDir folder;
-    const auto search = git.scanForRepositories(folder.path(), 5);
-    files.isAsked.acquire();
-    const QScopeGuard letItEnd([&] { files.mayAnswer.release(); });
-    const auto counted = git.count([] { return 3; });
-    QTRY_VERIFY(counted.isFinished());
-    QCOMPARE(counted.result(), 3);
-    QVERIFY(!search.isFinished());
-}
-
 void TestGitService::aRepositoryIsToldOnceItsQuestionBegins()
 {
     const TempRepository repository;
@@ -292,7 +261,7 @@ void TestGitService::aRepositoryIsToldOnceItsQuestionBegins()
     const QTemporaryDir folder;
     const auto search = git.scanForRepositories(folder.path(), 5);
     files.isAsked.acquire();
-    const auto question = git.getDefaultBranch(repository.path());
+    const auto question = getDefaultBranch(git, repository.path());
     QCoreApplication::processEvents();
     const bool isToldEarly = !told.isEmpty();
     files.mayAnswer.release();
@@ -309,7 +278,7 @@ void TestGitService::answersComeInTheOrderOfTheQuestions()
     World world;
     QObject context;
     QStringList order;
-    const auto first = world.git.getDefaultBranch(repository.path()).then(&context, [&](const QString &) {
+    const auto first = getDefaultBranch(world.git, repository.path()).then(&context, [&](const QString &) {
         order << QStringLiteral("first");
     });
     const auto second =
@@ -326,7 +295,7 @@ void TestGitService::theEventLoopGoesOnMeanwhile()
     QTimer timer;
     connect(&timer, &QTimer::timeout, this, [&ticks] { ++ticks; });
     timer.start(1ms);
-    const auto hanging = world.git.getDefaultBranch(repository.path());
+    const auto hanging = getDefaultBranch(world.git, repository.path());
     QTRY_VERIFY2(ticks >= 50, "the event loop stands still");
     QVERIFY(!hanging.isFinished());
 }
@@ -337,8 +306,8 @@ void TestGitService::aHangingGitEndsWithTheService()
     QVERIFY(QFile::remove(repository.file(QStringLiteral(".git/HEAD"))));
     QVERIFY(makeFifo(repository.file(QStringLiteral(".git/HEAD"))));
     World world;
-    const auto hanging = world.git.getLastCommitDate(repository.path());
-    const auto waiting = world.git.getDefaultBranch(repository.path());
+    const auto hanging = getLastCommitDate(world.git, repository.path());
+    const auto waiting = getDefaultBranch(world.git, repository.path());
     QTRY_VERIFY2(hasReader(repository.file(QStringLiteral(".git/HEAD"))),
                  "nobody reads the fifo: " + sightOfChildren());
     QVERIFY2(world.git.stop(60s), sightOfChildren());
@@ -350,7 +319,7 @@ void TestGitService::afterTheEndNothingStarts()
     const TempRepository repository;
     World world;
     QVERIFY(world.git.stop(60s));
-    QVERIFY_EXCEPTION_THROWN(await(world.git.getDefaultBranch(repository.path())), WorkerStopped);
+    QVERIFY_EXCEPTION_THROWN(await(getDefaultBranch(world.git, repository.path())), WorkerStopped);
     QVERIFY_EXCEPTION_THROWN(world.runner.run({QStringLiteral("/usr/bin/git"), {}, repository.path(), {}}),
                              LaunchError);
 }
@@ -375,7 +344,7 @@ void TestGitService::readingChangesNoFile()
     World world;
     QVERIFY(await(world.git.isGitRepository(repository.path())));
     QCOMPARE(totalCommits(weekOf(world, repository.path())), 1);
-    QVERIFY(await(world.git.getLastCommitDate(repository.path())).has_value());
+    QVERIFY(await(getLastCommitDate(world.git, repository.path())).has_value());
     QCOMPARE(snapshot(), before);
 }
 

@@ -95,7 +95,7 @@ void TestGitSettings::noSettingByItselfRunsAProgram()
     SystemService service(Confinement::Missing);
     for (const auto &setting : settingsToTry(settings)) {
         repository.write(QStringLiteral(".git/config"), configuration + asConfiguration(setting, repository.program()));
-        QVERIFY2(answerOf(service.git.getLastCommitDate(repository.path())), qPrintable(setting));
+        QVERIFY2(answerOf(getLastCommitDate(service.git, repository.path())), qPrintable(setting));
         QVERIFY2(!repository.programWasRun(), qPrintable(setting));
     }
 }

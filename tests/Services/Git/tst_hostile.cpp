@@ -382,7 +382,7 @@ void TestHostile::anEndlessBranchEndsAtTheLimitOfMemory()
     QVERIFY(QFile::remove(branch) && QFile::link(QStringLiteral("/dev/zero"), branch));
     QVERIFY(NaiveReader::read(repository.path()).ateMemory);
     SystemService service(Confinement::Wanted);
-    QCOMPARE(answerOf(service.git.getDefaultBranch(repository.path())), std::optional(QStringLiteral("HEAD")));
+    QCOMPARE(answerOf(getDefaultBranch(service.git, repository.path())), std::optional(QStringLiteral("HEAD")));
     QVERIFY(largestChildInKilobytes() <= dataLimitInKilobytes + 64L * 1024);
 }
 
@@ -394,7 +394,7 @@ void TestHostile::aSmallFileThatHoldsGigabytesEndsAtTheLimitOfMemory()
     repository.write(QStringLiteral(".git/refs/heads/main"), id.toLatin1() + '\n');
     QVERIFY(NaiveReader::read(repository.path()).ateMemory);
     SystemService service(Confinement::Wanted);
-    const auto last = answerOf(service.git.getLastCommitDate(repository.path()));
+    const auto last = answerOf(getLastCommitDate(service.git, repository.path()));
     QVERIFY(last && !*last);
     QVERIFY(largestChildInKilobytes() <= dataLimitInKilobytes + 64L * 1024);
 }
@@ -418,7 +418,7 @@ void TestHostile::whereGitCannotButHangTheServiceEndsAtOnce()
         repository.moveReferencesToTables();
     repository.makeFifo(fifo);
     SystemService service(Confinement::Wanted);
-    const auto hanging = service.git.getLastCommitDate(repository.path());
+    const auto hanging = getLastCommitDate(service.git, repository.path());
     int end = -1;
     // Opened once: git may go on where all it waited for was somebody at the other end.
     QTRY_VERIFY2(end >= 0 || (end = otherEnd(repository.file(fifo))) >= 0,

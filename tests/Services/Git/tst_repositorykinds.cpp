@@ -284,14 +284,14 @@ void TestRepositoryKinds::figuresAreThoseOfGitByHandFor()
 
     SystemService service(Confinement::Wanted);
     const auto calendar = service.clock.calendar();
-    const auto commits = await(service.git.getCommits(path, instant("2022-03-08T00:00:00Z"), service.clock.now()));
-    QCOMPARE(await(service.git.getDefaultBranch(path)), branch);
+    const auto commits = await(getCommits(service.git, path, instant("2022-03-08T00:00:00Z"), service.clock.now()));
+    QCOMPARE(await(getDefaultBranch(service.git, path)), branch);
     QCOMPARE(commits.size(), kind.commits);
     QCOMPARE(days(commits, calendar), daysByHand(path, branch, "2022-03-08"));
-    QCOMPARE(counted(await(service.git.getCommitHistory(path, 7)), calendar),
+    QCOMPARE(counted(await(getCommitHistory(service.git, path, 7)), calendar),
              counted(daysByHand(path, branch, "2024-03-01")));
     QCOMPARE(
-        await(service.git.getLastCommitDate(path)),
+        await(getLastCommitDate(service.git, path)),
         instantOf(byHand(path, {QStringLiteral("log"), branch, QStringLiteral("-1"), QStringLiteral("--format=%aI")})));
 }
 
@@ -317,10 +317,10 @@ void TestRepositoryKinds::whatBelongsToSomebodyElseIsNotRead()
     const TempRepository repository;
     repository.git(words("fast-import --quiet"), sevenCommits);
     SystemService service(Confinement::Missing);
-    QVERIFY(await(service.git.getLastCommitDate(repository.path())).has_value());
+    QVERIFY(await(getLastCommitDate(service.git, repository.path())).has_value());
     for (const auto &path : {repository.path(), repository.file(QStringLiteral(".git"))})
         QCOMPARE(chown(QFile::encodeName(path).constData(), nobody, nobody), 0);
-    QVERIFY(!await(service.git.getLastCommitDate(repository.path())).has_value());
+    QVERIFY(!await(getLastCommitDate(service.git, repository.path())).has_value());
 }
 
 VELQUARIN_TEST(TestRepositoryKinds)

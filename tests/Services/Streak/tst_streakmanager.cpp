@@ -5,10 +5,13 @@
 
 #include "Platform/DateTexts.h"
 #include "support/Engine.h"
+#include "support/SlowTree.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"
 
 #include <QDir>
+#include <QScopeGuard>
+#include <QSemaphore>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -116,6 +119,7 @@ private Q_SLOTS:
     void aFailingRepositoryIsReportedAndWhatItAddedStays();
     void aRepositoryWhoseLastQuestionFailsCountsAllTheSame();
     void theOthersAreShownWhenOneFails();
+    void theFiguresDoNotWaitForASearchThatBeginsMeanwhile();
     void aFolderThatIsNoRepositoryIsShownWithoutFigures();
     void theTimeOfARefreshIsThatOfItsEnd();
     void aLongRunOfOneDayIsCountedToItsLastCommit_data();
@@ -407,6 +411,30 @@ void TestStreakManager::theOthersAreShownWhenOneFails()
     QCOMPARE(engine.output.lines(),
              QStringList{QStringLiteral("Error processing repo /repos/odd\nname: no such program")});
     QCOMPARE(names(engine.manager), QStringList{QStringLiteral("second")});
+}
+
+void TestStreakManager::theFiguresDoNotWaitForASearchThatBeginsMeanwhile()
+{
+    Engine engine;
+    engine.track(first, "2026-11-20\n", "2026-11-20\n", {});
+    QSemaphore isAsked;
+    QSemaphore mayAnswer;
+    engine.runner.answerWith(first + QStringLiteral("|log HEAD -1 --format=%aI"), [&] {
+        isAsked.release();
+        mayAnswer.acquire();
+        return QByteArray("2026-11-20T09:00:00Z");
+    });
+    const SlowTree files;
+    GitService git(engine.runner, files, engine.clock);
+    StreakManager manager(git, engine.settings, engine.notifications, engine.clock, engine.timers, engine.output);
+    const auto refresh = manager.refresh();
+    isAsked.acquire();
+    const QTemporaryDir folder;
+    const auto search = git.scanForRepositories(folder.path(), 5);
+    const QScopeGuard letItEnd([&] { files.mayAnswer.release(); });
+    mayAnswer.release();
+    QTRY_COMPARE(manager.currentStreak(), 1);
+    QVERIFY(!search.isFinished());
 }
 
 void TestStreakManager::aFolderThatIsNoRepositoryIsShownWithoutFigures()

@@ -11,6 +11,7 @@
 #include "Services/Git/GitService.h"
 #include "support/Await.h"
 #include "support/FakeClock.h"
+#include "support/GitQuestions.h"
 #include "support/NaiveReader.h"
 #include "support/Standstill.h"
 
@@ -88,16 +89,16 @@ inline QString isoText(std::optional<Instant> moment)
 inline std::optional<Figures> figuresOf(SystemService &service, const QString &path)
 {
     Figures figures{{}, 0, 0, {}};
-    const auto branch = answerOf(service.git.getDefaultBranch(path));
+    const auto branch = answerOf(getDefaultBranch(service.git, path));
     if (!branch || !answerOf(service.git.isGitRepository(path)))
         return std::nullopt;
     figures.branch = *branch;
-    const auto last = answerOf(service.git.getLastCommitDate(path));
+    const auto last = answerOf(getLastCommitDate(service.git, path));
     if (!last)
         return std::nullopt;
     figures.last = isoText(*last);
-    const auto week = answerOf(service.git.getCommitHistory(path, 7));
-    const auto commits = answerOf(service.git.getCommits(path, instant("2022-03-08T00:00:00Z"), service.clock.now()));
+    const auto week = answerOf(getCommitHistory(service.git, path, 7));
+    const auto commits = answerOf(getCommits(service.git, path, instant("2022-03-08T00:00:00Z"), service.clock.now()));
     if (!week || !commits)
         return std::nullopt;
     for (const auto &[day, count] : week->asKeyValueRange())
