@@ -61,7 +61,7 @@ struct World
     NotificationService notifications{center, store, clock, timers, output};
     StreakManager manager{git, settings, notifications, clock, timers, output};
     RecordingLoginItem loginItem;
-    LaunchAtLogin launchAtLogin{loginItem, timers};
+    LaunchAtLogin launchAtLogin{loginItem};
     ScriptedFolderChooser chooser;
     SettingsView view{{settings, manager, launchAtLogin, git, chooser, clock, [] { return QByteArray("en_US"); }}};
 
