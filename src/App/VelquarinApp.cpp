@@ -95,10 +95,11 @@ void VelquarinApp::run()
                    folderChooser});
     AppDelegate delegate(
         shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, dataFolder(QStringLiteral("icons"))); },
-                 [] { QCoreApplication::quit(); }, &x11RepeatRightClick, layerShellAnchoring()});
+                 [] { QCoreApplication::exit(); }, &x11RepeatRightClick, layerShellAnchoring()});
     QObject::connect(&instance, &SingleInstance::showRequested, &delegate, openingFor(delegate));
     QObject::connect(&notifications, &NotificationCenter::openRequested, &delegate, openingFor(delegate));
-    const TerminationSignals signals([] { QCoreApplication::quit(); });
+    // Not quit(), which asks every window first: the dashboard refuses to be closed by anybody but its user.
+    const TerminationSignals signals([] { QCoreApplication::exit(); });
 
     delegate.applicationDidFinishLaunching();
     finishStartup(m_launchTokens.startupId);

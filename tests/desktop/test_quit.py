@@ -12,6 +12,7 @@ from desktop import Desktop
 from item import PanelPlace, StatusItem, click_last_entry, open_menu
 from program import AT_ONCE, Program
 from repositories import HangingRepository, Repository, tracked_days_ago
+from settings import Session
 from waiting import wait_until
 
 
@@ -66,6 +67,13 @@ class Quit(unittest.TestCase):
         with Desktop(self.id()) as desktop, self.started_while_git_hangs(desktop) as program:
             program.terminate()
             self.assert_ended_whole(program)
+
+    def test_a_request_to_terminate_is_met_while_windows_are_open(self):
+        with Desktop(self.id()) as desktop:
+            session = Session(desktop)
+            session.open()
+            session.open_dashboard()
+            self.assertEqual(session.end(), (0, ""))
 
     def test_a_kill_takes_the_git_that_hangs_along(self):
         with Desktop(self.id()) as desktop, self.started_while_git_hangs(desktop) as program:
