@@ -162,7 +162,7 @@ void JsonPreferencesStore::writeNewest()
     }
     if (isCopyWanted)
         m_file.keepCopyOfLoaded();
-    const auto encoded = write(before, now, earlier);
+    const auto encoded = write(before, now, earlier, touched.empty() && m_unwritten.empty());
 
     lock.lock();
     m_own = now;
@@ -175,13 +175,16 @@ void JsonPreferencesStore::writeNewest()
 }
 
 // Returns what the file holds, or would hold if it could be written.
-QJsonObject JsonPreferencesStore::write(const QJsonObject &before, const QJsonObject &now, const QJsonObject &earlier)
+QJsonObject JsonPreferencesStore::write(const QJsonObject &before, const QJsonObject &now, const QJsonObject &earlier,
+                                        bool isOnlyALook)
 {
     const auto folderLock = m_file.lock();
     const auto theirs = m_file.changeOfOthers().value_or(earlier);
     if (isAnyLost(theirs, before, now, m_unwritten))
         m_file.keepCopyOfPresent();
     auto encoded = merged(now, theirs, m_unwritten);
+    if (isOnlyALook)
+        return encoded;
     if (m_file.write(encodePreferences(encoded)))
         m_unwritten.clear();
     return encoded;

@@ -60,7 +60,8 @@ private:
     [[nodiscard]] static bool isBeyondJson(const Entry &entry);
     void put(const QString &key, Entry entry);
     void writeNewest();
-    [[nodiscard]] QJsonObject write(const QJsonObject &before, const QJsonObject &now, const QJsonObject &earlier);
+    [[nodiscard]] QJsonObject write(const QJsonObject &before, const QJsonObject &now, const QJsonObject &earlier,
+                                    bool isOnlyALook);
 
     mutable std::mutex m_mutex;
     std::map<QString, Entry> m_entries;   // guarded by m_mutex: set here and not yet, or never to be, in m_encoded
