@@ -104,7 +104,6 @@ private Q_SLOTS:
         QStringList order;
         FileManagerViewer viewer(*m_bus);
         viewer.reveal(m_folder.path(), [&] { order << QStringLiteral("way, %1 calls").arg(manager.calls.size()); });
-        QCOMPARE(order, QStringList());
         QTRY_COMPARE(manager.calls.size(), 1);
         QCOMPARE(order, QStringList{QStringLiteral("way, 0 calls")});
     }
