@@ -14,6 +14,10 @@ ENVIRONMENT = {
     "PATH": "/usr/bin:/bin",
     "GIT_CONFIG_GLOBAL": "/dev/null",
     "GIT_CONFIG_SYSTEM": "/dev/null",
+    # It would tidy up behind our back.
+    "GIT_CONFIG_COUNT": "1",
+    "GIT_CONFIG_KEY_0": "maintenance.auto",
+    "GIT_CONFIG_VALUE_0": "false",
     "GIT_AUTHOR_NAME": "Ada",
     "GIT_AUTHOR_EMAIL": "ada@example.org",
     "GIT_COMMITTER_NAME": "Ada",
