@@ -215,8 +215,7 @@ class OnSway(Host):
         return act_until(act, lambda: tallest(filter(None, [self.what_is_open(desktop)])), "something opens")
 
     def closed(self, desktop, act):
-        act()
-        wait_until(lambda: not self.what_is_open(desktop), "something closes")
+        act_until(act, lambda: not self.what_is_open(desktop), "something closes")
 
     def _below_the_panel(self, desktop):
         return desktop.screen.whole._replace(top=panel.HEIGHT)
