@@ -20,7 +20,7 @@ bool isSourceLanguage(const QString &language)
 
 std::unique_ptr<QTranslator> translationFor(const QStringList &languages, const QString &folder)
 {
-    // Without a folder the toolkit would look where the program happens to stand.
+    // Without a folder Qt would look where the program happens to stand.
     if (folder.isEmpty())
         return nullptr;
     auto translator = std::make_unique<QTranslator>();

@@ -14,7 +14,7 @@ namespace velquarin {
 //! since the texts in the source are English.
 //! Shape:  @p languages as QLocale::uiLanguages() gives them, "pt-BR" for instance; @p folder holds files such as
 //!         velquarin_pt_BR.qm or velquarin_pt.qm.
-//! Source: our own decision; the toolkit's own search would go past an English that is preferred.
+//! Source: our own decision; Qt's own search would go past an English that is preferred.
 [[nodiscard]] std::unique_ptr<QTranslator> translationFor(const QStringList &languages, const QString &folder);
 
 //! Has the program say its texts in that language from now on, and stand in the direction in which it is written. For

@@ -48,7 +48,7 @@ QString dataFolder(const QString &name)
 }
 
 // What is left to take down holds nothing that the user could lose, and some of it waits for others: for a thread that a
-// file system holds, and on Wayland, now and then, the toolkit's threads for each other.
+// file system holds, and on Wayland, now and then, Qt's threads for each other.
 [[noreturn]] void end(int status)
 {
     std::_Exit(status);

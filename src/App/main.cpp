@@ -25,7 +25,7 @@ int main(int argc, char **argv)
 
     velquarin::dropUnknownZone();
 
-    // From Qt 6.10 on the toolkit complains here where the desktop has no portal, which we do without.
+    // From 6.10 on Qt complains here where the desktop has no portal, which we do without.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.services.warning=false"));
 
     auto launchTokens = velquarin::takeLaunchTokens();
@@ -35,7 +35,7 @@ int main(int argc, char **argv)
     QApplication::setApplicationVersion(QStringLiteral(VELQUARIN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("io.velquarin.Velquarin"));
     QApplication::setQuitOnLastWindowClosed(false);
-    // A desktop's own dialogs count their jobs in the toolkit, and the last one to finish would end the program.
+    // A desktop's own dialogs count their jobs in Qt, and the last one to finish would end the program.
     QApplication::setQuitLockEnabled(false);
 
     velquarin::VelquarinApp(std::move(launchTokens)).run();

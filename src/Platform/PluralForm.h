@@ -6,7 +6,7 @@
 
 namespace velquarin {
 
-//! A number with the plural form of @p count, which translations choose their words by, small enough for the toolkit:
+//! A number with the plural form of @p count, which translations choose their words by, small enough for Qt:
 //! forms depend on the last digits, and beyond a million on nothing else.
 //! Source: Unicode CLDR, plural rules
 [[nodiscard]] constexpr int pluralForm(qint64 count)

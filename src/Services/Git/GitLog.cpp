@@ -38,7 +38,7 @@ QDate dateFromText(QByteArrayView text)
     const auto year = number(text.first(yearLength));
     const auto month = number(text.sliced(yearLength + 1, 2));
     const auto day = number(text.last(2));
-    // The toolkit takes the year 0 for an error, and so do we: there was none.
+    // Qt takes the year 0 for an error, and so do we: there was none.
     return year && month && day ? QDate(*year, *month, *day) : QDate();
 }
 
@@ -126,7 +126,7 @@ std::optional<Instant> instantFromIso(QByteArrayView text)
 
 QString isoDateAtGreenwich(Instant moment)
 {
-    // Not the toolkit's own text: it has none for years beyond 9999.
+    // Not Qt's own text: it has none for years beyond 9999.
     const auto date = Calendar(QTimeZone::utc()).dateOf(moment);
     return QString::asprintf("%04d-%02d-%02d", date.year(), date.month(), date.day());
 }

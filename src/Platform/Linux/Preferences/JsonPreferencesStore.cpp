@@ -183,6 +183,7 @@ QJsonObject JsonPreferencesStore::write(const QJsonObject &before, const QJsonOb
     if (isAnyLost(theirs, before, now, m_unwritten))
         m_file.keepCopyOfPresent();
     auto encoded = merged(now, theirs, m_unwritten);
+    // Nothing of ours is new: a file that somebody edits by hand keeps its layout.
     if (isOnlyALook)
         return encoded;
     if (m_file.write(encodePreferences(encoded)))
