@@ -561,8 +561,10 @@ void TestAppDelegate::theDashboardClosesWhenTheBarOpensTheMenu()
     QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
     world.delegate.openDashboard({});
     QVERIFY(windowTitled(QStringLiteral("Velquarin")));
+    qputenv("WAYLAND_DISPLAY", "wayland-1");
     Q_EMIT world.item->menuOpened();
     QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
+    qunsetenv("WAYLAND_DISPLAY");
 }
 
 void TestAppDelegate::theServicesAreMadeOnce()

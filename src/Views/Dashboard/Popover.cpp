@@ -183,6 +183,12 @@ void Popover::open(const QString &activationToken)
     openAt(m_click.value_or(likelyItem(area, layoutDirection())), activationToken);
 }
 
+void Popover::giveWayToMenu()
+{
+    if (m_kind == Kind::Managed || !knowsPointer())
+        hide();
+}
+
 void Popover::openAt(QPoint click, const QString &activationToken)
 {
     m_click = click;

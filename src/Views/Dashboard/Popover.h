@@ -57,6 +57,10 @@ public:
     //! Opens it for another reason than a click: where it was last, else near the panel.
     void open(const QString &activationToken);
 
+    //! Closes it when the status item's menu has opened. Where it takes every click no menu opens beside it: what tells of
+    //! one there comes late, and the popover has opened since.
+    void giveWayToMenu();
+
     [[nodiscard]] bool isShown() const { return isVisible(); }
 
 Q_SIGNALS:

@@ -79,6 +79,8 @@ private Q_SLOTS:
     void whereTheHostIsWrongThePointerIsRight();
     void wherePartOfTheScreenIsNotX11TheHostIsRight();
     void wherePartOfTheScreenIsNotX11EveryClickComesToUs();
+    void itGivesWayToAMenuUnlessItTakesEveryClick_data();
+    void itGivesWayToAMenuUnlessItTakesEveryClick();
     void anotherClickOnTheItemOpensItAtTheSamePlace();
     void withoutAClickItOpensWhereItWas();
     void withoutAnyClickItOpensNearThePanel();
@@ -182,6 +184,28 @@ void TestPopover::wherePartOfTheScreenIsNotX11EveryClickComesToUs()
     Popover managed(new Content(200), Popover::Kind::Managed);
     managed.toggle(item, {});
     QVERIFY(!windows().contains(screen));
+}
+
+void TestPopover::itGivesWayToAMenuUnlessItTakesEveryClick_data()
+{
+    QTest::addColumn<Popover::Kind>("kind");
+    QTest::addColumn<QByteArray>("waylandDisplay");
+    QTest::addColumn<bool>("staysOpen");
+    QTest::newRow("X11") << Popover::Kind::Grabbing << QByteArray() << true;
+    QTest::newRow("where not all is X11") << Popover::Kind::Grabbing << QByteArray("wayland-1") << false;
+    QTest::newRow("Wayland") << Popover::Kind::Managed << QByteArray("wayland-1") << false;
+}
+
+void TestPopover::itGivesWayToAMenuUnlessItTakesEveryClick()
+{
+    QFETCH(Popover::Kind, kind);
+    QFETCH(QByteArray, waylandDisplay);
+    if (!waylandDisplay.isEmpty())
+        qputenv("WAYLAND_DISPLAY", waylandDisplay);
+    Popover popover(new Content(200), kind);
+    popover.toggle(item, {});
+    popover.giveWayToMenu();
+    QTEST(popover.isShown(), "staysOpen");
 }
 
 void TestPopover::anotherClickOnTheItemOpensItAtTheSamePlace()
