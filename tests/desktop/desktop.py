@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """A whole desktop of the test's own, on a screen that exists only in memory."""
 
+import contextlib
 import os
 import pathlib
 import select
@@ -17,12 +18,15 @@ import processes
 from bus import Bus
 from keeper import Keeper
 from screen import Screen
-from waiting import LIMIT_SECONDS, wait_until
+from waiting import LIMIT_SECONDS, PATIENCE_SECONDS, wait_until
 from windows import Windows
 
 WATCHER = "org.kde.StatusNotifierWatcher"
 NOTIFICATIONS = "org.freedesktop.Notifications"
 FILE_MANAGER = "org.freedesktop.FileManager1"
+
+# One start in a hundred never shows its window.
+TRAYER_STARTS = 4
 
 DUNST_SETTINGS = """[global]
     origin = bottom-right
@@ -182,10 +186,16 @@ class Desktop:
     def start_old_tray(self):
         """A tray of the kind that needs no session bus; it takes the upper edge of the screen."""
         without = panel.picture(self.screen)
-        self.start("trayer", "trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel", "--width", "100",
-                   "--heighttype", "pixel", "--height", str(panel.HEIGHT), "--transparent", "false",
-                   "--tint", "0x353535")
-        wait_until(lambda: self.windows.has_tray() and panel.picture(self.screen) != without, "the tray")
+        for _ in range(TRAYER_STARTS):
+            self.start("trayer", "trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel",
+                       "--width", str(panel.NARROWEST), "--heighttype", "pixel", "--height", str(panel.HEIGHT),
+                       "--transparent", "false", "--tint", panel.BACKGROUND.replace("#", "0x"))
+            with contextlib.suppress(TimeoutError):
+                wait_until(lambda: self.windows.has_tray() and panel.picture(self.screen) != without, "the tray",
+                           PATIENCE_SECONDS)
+                return
+            self.end("trayer")
+        raise TimeoutError(f"trayer was started {TRAYER_STARTS} times and showed nothing")
 
     def _keep_remains(self):
         keep = os.environ.get("VELQUARIN_DESKTOP_FAILURES")

@@ -15,6 +15,7 @@ class Host:
     services     names that its session bus may start by itself
     environment  what else its session has in its environment
     desktop      the kind of desktop that it lives on
+    process      the name that the desktop knows its process by
     is_on_bus    whether it takes items from the session bus
     is_wide      whether it shows the number beside the flame
     ground       its colour where it shows nothing
@@ -23,6 +24,7 @@ class Host:
     services = ()
     environment = {}
     desktop = Desktop
+    process = "host"
     is_on_bus = True
     is_wide = False
     ground = panel.BACKGROUND
@@ -45,11 +47,11 @@ class Host:
     def start(self, desktop):
         """Returns when it can be seen."""
         without = panel.pictures(desktop.screen)
-        desktop.start("host", *self.command(desktop))
+        desktop.start(self.process, *self.command(desktop))
         wait_until(lambda: self.is_ready(desktop) and panel.pictures(desktop.screen) != without, "the host")
 
     def end(self, desktop):
-        desktop.end("host")
+        desktop.end(self.process)
         wait_until(lambda: not self.is_ready(desktop) and panel.is_empty(desktop.screen), "the host has gone")
 
     def command(self, desktop):
@@ -172,11 +174,10 @@ class OldTray(Host):
 class Trayer(OldTray):
     ground = "#dcdad5"
     needed = {"trayer": "trayer"}
+    process = "trayer"
 
-    def command(self, desktop):
-        return ("trayer", "--edge", "top", "--align", "right", "--widthtype", "pixel", "--width", "100",
-                "--heighttype", "pixel", "--height", str(panel.HEIGHT), "--transparent", "false", "--tint",
-                panel.BACKGROUND.replace("#", "0x"))
+    def start(self, desktop):
+        desktop.start_old_tray()
 
 
 TINT2_SETTINGS = """rounded = 0
@@ -215,7 +216,8 @@ class OnSway(Host):
         return act_until(act, lambda: tallest(filter(None, [self.what_is_open(desktop)])), "something opens")
 
     def closed(self, desktop, act):
-        act_until(act, lambda: not self.what_is_open(desktop), "something closes")
+        act()
+        wait_until(lambda: not self.what_is_open(desktop), "something closes")
 
     def _below_the_panel(self, desktop):
         return desktop.screen.whole._replace(top=panel.HEIGHT)
