@@ -39,12 +39,6 @@ QList<Record> withDifferentIds(QList<Record> records)
 }
 
 template <typename Record>
-bool holdsPath(const QList<Record> &records, const QString &path)
-{
-    return std::any_of(records.begin(), records.end(), [&](const Record &record) { return record.path == path; });
-}
-
-template <typename Record>
 QList<Record> without(QList<Record> records, const QUuid &id)
 {
     records.removeIf([&](const Record &record) { return record.id == id; });
@@ -91,11 +85,12 @@ void write(PreferencesStore &store, const QString &key, const std::optional<Inst
         store.remove(key);
 }
 
-// A list goes over as a copy that shares its records: turning it into text is left to whoever writes it.
+// A list that cannot be made into text leaves what is stored.
 template <typename Record>
 void write(PreferencesStore &store, const QString &key, const QList<Record> &list)
 {
-    store.setData(key, [list] { return encodeRecords(list); });
+    if (auto data = encodeRecords(list))
+        store.set(key, *std::move(data));
 }
 
 }  // namespace
@@ -146,11 +141,26 @@ void AppSettings::save()
 
 void AppSettings::addRepository(const QString &path, bool isAutoDiscovered)
 {
-    if (holdsPath(m_trackedRepositories, path))
-        return;
-    setTrackedRepositories(
-        m_trackedRepositories +
-        QList<TrackedRepository>{{QUuid::createUuid(), path, lastPathComponent(path), true, isAutoDiscovered}});
+    addRepositories({path}, isAutoDiscovered);
+}
+
+QStringList AppSettings::addRepositories(const QStringList &paths, bool isAutoDiscovered)
+{
+    QSet<QString> known;
+    for (const auto &repository : std::as_const(m_trackedRepositories))
+        known.insert(repository.path);
+    QStringList added;
+    auto repositories = m_trackedRepositories;
+    for (const auto &path : paths) {
+        if (known.contains(path))
+            continue;
+        known.insert(path);
+        added.append(path);
+        repositories.append({QUuid::createUuid(), path, lastPathComponent(path), true, isAutoDiscovered});
+    }
+    if (!added.isEmpty())
+        setTrackedRepositories(std::move(repositories));
+    return added;
 }
 
 void AppSettings::removeRepository(const TrackedRepository &repository)
@@ -160,7 +170,7 @@ void AppSettings::removeRepository(const TrackedRepository &repository)
 
 void AppSettings::addWatchedFolder(const QString &path, qint64 maxDepth)
 {
-    if (holdsPath(m_watchedFolders, path))
+    if (std::ranges::find(m_watchedFolders, path, &WatchedFolder::path) != m_watchedFolders.end())
         return;
     setWatchedFolders(m_watchedFolders +
                       QList<WatchedFolder>{{QUuid::createUuid(), path, lastPathComponent(path), true, maxDepth}});

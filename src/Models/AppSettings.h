@@ -9,6 +9,7 @@
 #include <QList>
 #include <QObject>
 #include <QSet>
+#include <QStringList>
 
 #include <optional>
 #include <utility>
@@ -94,6 +95,9 @@ public:
     //! Adds an enabled repository at the end, named after the last component of @p path. One with exactly this
     //! path that is there already stays as it is, and nothing is saved.
     void addRepository(const QString &path, bool isAutoDiscovered);
+
+    //! Adds each of @p paths, as addRepository() does, with one save. Returns those that were not there.
+    QStringList addRepositories(const QStringList &paths, bool isAutoDiscovered);
 
     //! Removes every record with the id of @p repository. Saves whether or not there was one.
     void removeRepository(const TrackedRepository &repository);

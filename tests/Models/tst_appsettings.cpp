@@ -122,6 +122,7 @@ private Q_SLOTS:
     void aTrailingSlashMakesAnotherPathWithTheSameName();
     void pathsDifferInCase();
     void aRefusedRepositorySavesNothing();
+    void manyRepositoriesAreAddedWithOneSave();
     void aFolderIsWatchedOnceWhateverItsDepth();
     void additionsStandAtTheEnd();
     void idsAreNew();
@@ -565,6 +566,21 @@ void TestAppSettings::aRefusedRepositorySavesNothing()
     QCOMPARE(store.operations, QStringList());
     QCOMPARE(repositoriesSpy.size(), 0);
     QCOMPARE(foldersSpy.size(), 0);
+}
+
+void TestAppSettings::manyRepositoriesAreAddedWithOneSave()
+{
+    MemoryPreferences store;
+    AppSettings settings(store);
+    settings.addRepository(u"/b"_s, false);
+    const QSignalSpy changes(&settings, &AppSettings::trackedRepositoriesWillChange);
+    QCOMPARE(settings.addRepositories({u"/c"_s, u"/b"_s, u"/a"_s, u"/c"_s}, true), (QStringList{u"/c"_s, u"/a"_s}));
+    QCOMPARE(changes.size(), 1);
+    QCOMPARE(pathsOf(settings), (QStringList{u"/b"_s, u"/c"_s, u"/a"_s}));
+    QVERIFY(!settings.trackedRepositories().constFirst().isAutoDiscovered);
+    QVERIFY(settings.trackedRepositories().constLast().isAutoDiscovered);
+    QCOMPARE(settings.addRepositories({u"/a"_s}, true), QStringList());
+    QCOMPARE(changes.size(), 1);
 }
 
 void TestAppSettings::aFolderIsWatchedOnceWhateverItsDepth()

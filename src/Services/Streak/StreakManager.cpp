@@ -7,7 +7,6 @@
 #include "Platform/Clock.h"
 #include "Platform/Output.h"
 #include "Platform/Timers.h"
-#include "Services/Git/Breather.h"
 #include "Services/Git/GitService.h"
 #include "Services/Reminder/NotificationService.h"
 #include "Services/Streak/MergedHistory.h"
@@ -233,33 +232,9 @@ QCoro::Task<> StreakManager::scanFolders(QList<WatchedFolder> folders, QSet<QStr
         const auto paths = co_await m_gitService.scanForRepositories(folder.path, folder.maxDepth);
         if (!self)
             co_return;
-        co_await trackDiscovered(paths, found, added);
-        if (!self)
-            co_return;
+        found->unite({paths.begin(), paths.end()});
+        added->append(m_settings.addRepositories(paths, true));
     }
-}
-
-QCoro::Task<> StreakManager::trackDiscovered(QStringList paths, QSet<QString> *found, QStringList *added)
-{
-    const QPointer self(this);
-    Breather breather;
-    for (const auto &path : std::as_const(paths)) {
-        if (breather.isPauseDue())
-            co_await breather.pause();
-        if (!self)
-            co_return;
-        found->insert(path);
-        if (isTracked(path))
-            continue;
-        m_settings.addRepository(path, true);
-        added->append(path);
-    }
-}
-
-bool StreakManager::isTracked(const QString &path) const
-{
-    const auto tracked = m_settings.trackedRepositories();
-    return std::ranges::find(tracked, path, &TrackedRepository::path) != tracked.end();
 }
 
 QSet<QString> StreakManager::pathsAddedByHand() const

@@ -117,8 +117,6 @@ private:
     QCoro::Task<> scanFolders(QList<WatchedFolder> folders, QSet<QString> *found, QStringList *added);
     [[nodiscard]] QList<TrackedRepository> enabledRepositories() const;
     [[nodiscard]] bool shouldRunAutoDiscovery() const;
-    QCoro::Task<> trackDiscovered(QStringList paths, QSet<QString> *found, QStringList *added);
-    [[nodiscard]] bool isTracked(const QString &path) const;
     [[nodiscard]] QSet<QString> pathsAddedByHand() const;
     void publish(const RefreshFigures &figures);
     void publishNothing();

@@ -6,7 +6,6 @@
 #include "Models/AppSettings.h"
 #include "Platform/FolderChooser.h"
 #include "Platform/PluralForm.h"
-#include "Services/Git/Breather.h"
 #include "Services/Git/GitService.h"
 #include "Services/Streak/StreakManager.h"
 
@@ -14,7 +13,6 @@
 #include <QCoroFuture>
 #include <QPointer>
 
-#include <algorithm>
 #include <utility>
 
 namespace velquarin {
@@ -98,40 +96,13 @@ QCoro::Task<> RepositoryActions::scan(QString path)
     const auto found = co_await walk;
     if (!self)
         co_return;
-    const auto added = co_await trackNew(found);
-    if (!self)
-        co_return;
+    const auto added = m_settings.addRepositories(found, false);
     m_isScanning = false;
     m_scanProgress.reset();
-    const auto outcome = scanOutcome(found.size(), added);
+    const auto outcome = scanOutcome(found.size(), added.size());
     setMessage(outcome.message);
     if (outcome.isRefreshDue)
         m_streakManager.refresh();
-}
-
-// Asked anew for each path: one that was found twice is added once.
-QCoro::Task<qsizetype> RepositoryActions::trackNew(QStringList found)
-{
-    const QPointer self(this);
-    Breather breather;
-    qsizetype added = 0;
-    for (const auto &path : std::as_const(found)) {
-        if (breather.isPauseDue())
-            co_await breather.pause();
-        if (!self)
-            co_return added;
-        if (isTracked(path))
-            continue;
-        m_settings.addRepository(path, false);
-        ++added;
-    }
-    co_return added;
-}
-
-bool RepositoryActions::isTracked(const QString &path) const
-{
-    const auto tracked = m_settings.trackedRepositories();
-    return std::ranges::find(tracked, path, &TrackedRepository::path) != tracked.end();
 }
 
 void RepositoryActions::setMessage(std::optional<QString> message)

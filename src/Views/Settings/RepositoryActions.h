@@ -5,7 +5,6 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QString>
-#include <QStringList>
 
 #include <optional>
 
@@ -64,8 +63,6 @@ Q_SIGNALS:
 private:
     QCoro::Task<> checkAndAdd(QString path);
     QCoro::Task<> scan(QString path);
-    QCoro::Task<qsizetype> trackNew(QStringList found);
-    [[nodiscard]] bool isTracked(const QString &path) const;
     void setMessage(std::optional<QString> message);
 
     AppSettings &m_settings;
