@@ -9,15 +9,10 @@
 #include <QFuture>
 #include <QString>
 
-#include <functional>
 #include <optional>
 #include <variant>
 
 namespace velquarin {
-
-//! Binary data that is made only when it is written or read, on whichever thread that happens: it must own
-//! all it needs. Nothing means that the data could not be made; what was stored before then stays.
-using LazyData = std::function<std::optional<QByteArray>()>;
 
 //! Something is stored under the key, but it is of no type that we know.
 struct UnreadableValue
@@ -38,7 +33,6 @@ public:
     [[nodiscard]] virtual std::optional<PreferenceValue> value(const QString &key) const = 0;
 
     virtual void set(const QString &key, PreferenceValue value) = 0;
-    virtual void setData(const QString &key, LazyData data) = 0;
     virtual void remove(const QString &key) = 0;
 
     //! Done once value() answers what the user's other instances have written by now, too; later, through the event loop.

@@ -12,7 +12,7 @@
 
 namespace velquarin::test {
 
-//! A store without a disk, which notes down what is done to it. Data is made when it is set.
+//! A store without a disk, which notes down what is done to it.
 class MemoryPreferences : public PreferencesStore
 {
 public:
@@ -32,13 +32,6 @@ public:
     {
         operations.append(QStringLiteral("set ") + key);
         values.insert(key, std::move(value));
-    }
-
-    void setData(const QString &key, LazyData data) override
-    {
-        operations.append(QStringLiteral("set ") + key);
-        if (auto made = data())
-            values.insert(key, *std::move(made));
     }
 
     void remove(const QString &key) override

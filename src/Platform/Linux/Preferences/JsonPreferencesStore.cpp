@@ -60,7 +60,7 @@ JsonPreferencesStore::JsonPreferencesStore(const QString &path)
     , m_writer([this] { writeNewest(); }, patience)
 {
     m_own = m_file.load();
-    m_encoded = m_own;
+    m_merged = m_own;
 }
 
 JsonPreferencesStore::~JsonPreferencesStore()
@@ -70,31 +70,21 @@ JsonPreferencesStore::~JsonPreferencesStore()
 
 std::optional<PreferenceValue> JsonPreferencesStore::value(const QString &key) const
 {
-    std::unique_lock lock(m_mutex);
-    const QJsonValue encoded = m_encoded.value(key);
-    const auto found = m_entries.find(key);
-    const bool isSet = found != m_entries.end();
-    const auto entry = isSet ? found->second : Entry();
-    lock.unlock();
-    return isSet ? preferenceOf(entry, encoded) : preferenceIn(encoded);
+    const std::lock_guard lock(m_mutex);
+    const auto set = m_set.find(key);
+    return preferenceIn(set == m_set.end() ? m_merged.value(key) : set->second);
 }
 
 void JsonPreferencesStore::set(const QString &key, PreferenceValue value)
 {
-    if (!std::holds_alternative<UnreadableValue>(value))
-        put(key, Entry(std::in_place, std::in_place_type<PreferenceValue>, std::move(value)));
+    put(key, jsonFrom(value).value_or(QJsonValue::Undefined));
 }
 
-void JsonPreferencesStore::setData(const QString &key, LazyData data)
-{
-    put(key, Entry(std::in_place, std::in_place_type<LazyData>, std::move(data)));
-}
-
-void JsonPreferencesStore::put(const QString &key, Entry entry)
+void JsonPreferencesStore::put(const QString &key, const QJsonValue &value)
 {
     {
         const std::lock_guard lock(m_mutex);
-        m_entries.insert_or_assign(key, std::move(entry));
+        m_set.insert_or_assign(key, value);
         m_touched.insert(key);
     }
     m_isEverChanged = true;
@@ -105,10 +95,10 @@ void JsonPreferencesStore::remove(const QString &key)
 {
     {
         const std::lock_guard lock(m_mutex);
-        if (!m_entries.contains(key) && !m_encoded.contains(key) && !m_own.contains(key))
+        if (!m_set.contains(key) && !m_merged.contains(key) && !m_own.contains(key))
             return;
     }
-    put(key, std::nullopt);
+    put(key, QJsonValue::Undefined);
 }
 
 QFuture<void> JsonPreferencesStore::takeOverChanges()
@@ -148,27 +138,26 @@ void JsonPreferencesStore::writeNewest()
     auto looks = std::exchange(m_looks, {});
     if (touched.empty() && m_unwritten.empty() && looks.empty())
         return;
-    const auto entries = m_entries;
+    const auto set = m_set;
     const auto before = m_own;
-    const auto earlier = m_encoded;
+    const auto earlier = m_merged;
     const bool isCopyWanted = std::exchange(m_isCopyWanted, false);
     lock.unlock();
 
     auto now = before;
     for (const auto &key : touched) {
-        now.insert(key, jsonOf(entries.at(key), before.value(key)));
+        now.insert(key, set.at(key));
         if (now.value(key) != before.value(key))
             m_unwritten.insert(key);
     }
     if (isCopyWanted)
         m_file.keepCopyOfLoaded();
-    const auto encoded = write(before, now, earlier, touched.empty() && m_unwritten.empty());
+    const auto merged = write(before, now, earlier, touched.empty() && m_unwritten.empty());
 
     lock.lock();
     m_own = now;
-    m_encoded = encoded;
-    std::erase_if(m_entries,
-                  [this](const auto &item) { return !m_touched.contains(item.first) && !isBeyondJson(item.second); });
+    m_merged = merged;
+    std::erase_if(m_set, [this](const auto &item) { return !m_touched.contains(item.first); });
     lock.unlock();
     for (auto &look : looks)
         look.finish();
@@ -182,40 +171,11 @@ QJsonObject JsonPreferencesStore::write(const QJsonObject &before, const QJsonOb
     const auto theirs = m_file.changeOfOthers().value_or(earlier);
     if (isAnyLost(theirs, before, now, m_unwritten))
         m_file.keepCopyOfPresent();
-    auto encoded = merged(now, theirs, m_unwritten);
+    auto all = merged(now, theirs, m_unwritten);
     // Nothing of ours is new: a file that somebody edits by hand keeps its layout.
-    if (isOnlyALook)
-        return encoded;
-    if (m_file.write(encodePreferences(encoded)))
+    if (!isOnlyALook && m_file.write(encodePreferences(all)))
         m_unwritten.clear();
-    return encoded;
-}
-
-std::optional<PreferenceValue> JsonPreferencesStore::preferenceOf(const Entry &entry, const QJsonValue &earlier)
-{
-    if (!entry)
-        return std::nullopt;
-    if (const auto *value = std::get_if<PreferenceValue>(&*entry))
-        return *value;
-    if (auto data = std::get<LazyData>(*entry)())
-        return *std::move(data);
-    return preferenceIn(earlier);
-}
-
-QJsonValue JsonPreferencesStore::jsonOf(const Entry &entry, const QJsonValue &earlier)
-{
-    if (!entry)
-        return QJsonValue::Undefined;
-    if (const auto *value = std::get_if<PreferenceValue>(&*entry))
-        return jsonFrom(*value).value_or(QJsonValue::Undefined);
-    const auto data = std::get<LazyData>(*entry)();
-    return data ? jsonFrom(*data).value_or(QJsonValue::Undefined) : earlier;
-}
-
-bool JsonPreferencesStore::isBeyondJson(const Entry &entry)
-{
-    const auto *value = entry ? std::get_if<PreferenceValue>(&*entry) : nullptr;
-    return value && !jsonFrom(*value);
+    return all;
 }
 
 }  // namespace velquarin

@@ -13,7 +13,6 @@
 #include <map>
 #include <mutex>
 #include <set>
-#include <variant>
 #include <vector>
 
 namespace velquarin {
@@ -36,12 +35,8 @@ public:
     [[nodiscard]] std::optional<PreferenceValue> value(const QString &key) const override;
 
     //! A value equal to the one that was last set here, or loaded, is no change: at the next write the key gets what
-    //! somebody else has written since. A value that JSON cannot hold (jsonFrom() tells which) is there until the
-    //! program ends, and nothing of it is in the file. Setting an UnreadableValue leaves what is there.
+    //! somebody else has written since. A value that JSON cannot hold (jsonFrom() tells which) leaves the key empty.
     void set(const QString &key, PreferenceValue value) override;
-
-    //! Where the data cannot be made, the key holds what it held before, as the last write has left it.
-    void setData(const QString &key, LazyData data) override;
 
     void remove(const QString &key) override;
     [[nodiscard]] QFuture<void> takeOverChanges() override;
@@ -52,21 +47,15 @@ public:
     bool flush(std::chrono::milliseconds limit);
 
 private:
-    //! What was set, or how to make it; nothing for a key that was removed.
-    using Entry = std::optional<std::variant<PreferenceValue, LazyData>>;
-
-    [[nodiscard]] static std::optional<PreferenceValue> preferenceOf(const Entry &entry, const QJsonValue &earlier);
-    [[nodiscard]] static QJsonValue jsonOf(const Entry &entry, const QJsonValue &earlier);
-    [[nodiscard]] static bool isBeyondJson(const Entry &entry);
-    void put(const QString &key, Entry entry);
+    void put(const QString &key, const QJsonValue &value);
     void writeNewest();
     [[nodiscard]] QJsonObject write(const QJsonObject &before, const QJsonObject &now, const QJsonObject &earlier,
                                     bool isOnlyALook);
 
     mutable std::mutex m_mutex;
-    std::map<QString, Entry> m_entries;   // guarded by m_mutex: set here and not yet, or never to be, in m_encoded
-    QJsonObject m_encoded;                // guarded by m_mutex: the values as the writer last put them together
-    QJsonObject m_own;                    // guarded by m_mutex: what was last set here, or loaded
+    std::map<QString, QJsonValue> m_set;  // guarded by m_mutex: set here, or undefined, and not yet in m_merged
+    QJsonObject m_merged;                 // guarded by m_mutex: the values as the writer last put them together
+    QJsonObject m_own;                    // guarded by m_mutex: what the writer last knew to be set here, or loaded
     std::set<QString> m_touched;          // guarded by m_mutex: what was set or removed since the last write
     bool m_isCopyWanted = false;          // guarded by m_mutex
     std::vector<QPromise<void>> m_looks;  // guarded by m_mutex: who waits for what others have written

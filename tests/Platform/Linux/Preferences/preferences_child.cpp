@@ -28,7 +28,7 @@ void answer(const char *text)
     answer("saving");
     for (int round = 0;; ++round) {
         const QByteArray data(100'000 + round % 1000, static_cast<char>('a' + round % 26));
-        store.setData(QStringLiteral("data"), [data] { return data; });
+        store.set(QStringLiteral("data"), data);
         store.flush(std::chrono::minutes(1));
     }
 }

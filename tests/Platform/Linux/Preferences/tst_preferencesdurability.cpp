@@ -21,7 +21,6 @@
 #include <QTest>
 
 #include <algorithm>
-#include <future>
 #include <limits>
 #include <thread>
 
@@ -194,8 +193,6 @@ private Q_SLOTS:
     void aChangeIsOnDiskWithin100Milliseconds();
     void aThousandAssignmentsEndInFewWrites();
     void anEqualValueIsNotWrittenAgain();
-    void aSlowWriterHoldsNobodyUp();
-    void dataIsMadeOnTheWriter();
     void theEndWritesWhatIsPending();
     void flushingWritesWhatIsPending();
     void theWriterDoesNotExistBeforeItIsNeeded();
@@ -274,44 +271,6 @@ void TestPreferencesDurability::anEqualValueIsNotWrittenAgain()
     settings.setRefreshInterval(60.0);
     store.flush(std::chrono::minutes(1));
     QCOMPARE(watch.names().count(fileName), 1);
-}
-
-// The writer hangs in the middle of its work until everything else is done.
-void TestPreferencesDurability::aSlowWriterHoldsNobodyUp()
-{
-    const PreferencesPlace place;
-    JsonPreferencesStore store(place.path);
-    std::promise<void> hasBegun;
-    std::promise<void> mayEnd;
-    store.setData(u"slow"_s, [&, isFirst = true]() mutable -> std::optional<QByteArray> {
-        if (std::exchange(isFirst, false)) {
-            hasBegun.set_value();
-            mayEnd.get_future().wait();
-        }
-        return QByteArray("late");
-    });
-    hasBegun.get_future().wait();
-    for (int i = 0; i < 1000; ++i)
-        store.set(numberKey, double(i));
-    QVERIFY(store.value(numberKey) == PreferenceValue(999.0));
-    store.set(u"slow"_s, u"done"_s);
-    mayEnd.set_value();
-    store.flush(std::chrono::minutes(1));
-    QCOMPARE(objectIn(place.content()), objectIn(R"({"number": 999, "slow": "done"})"));
-}
-
-void TestPreferencesDurability::dataIsMadeOnTheWriter()
-{
-    const PreferencesPlace place;
-    JsonPreferencesStore store(place.path);
-    std::thread::id maker;
-    store.setData(u"data"_s, [&maker] {
-        maker = std::this_thread::get_id();
-        return QByteArray("x");
-    });
-    store.flush(std::chrono::minutes(1));
-    QVERIFY(maker != std::thread::id());
-    QVERIFY(maker != std::this_thread::get_id());
 }
 
 void TestPreferencesDurability::theEndWritesWhatIsPending()
@@ -408,15 +367,15 @@ void TestPreferencesDurability::aFullFileSystemLeavesTheOldFile()
     const CapturedStandardError error;
     {
         JsonPreferencesStore store(place.path);
-        store.setData(u"data"_s, [] { return QByteArray(1000, 'x'); });
+        store.set(u"data"_s, QByteArray(1000, 'x'));
         store.flush(std::chrono::minutes(1));
         const auto original = place.content();
-        store.setData(u"data"_s, [] { return QByteArray(200'000, 'y'); });
+        store.set(u"data"_s, QByteArray(200'000, 'y'));
         store.flush(std::chrono::minutes(1));
         QCOMPARE(place.content(), original);
         QCOMPARE(error.lines().size(), 1);
         QCOMPARE(namesIn(place.folder), QStringList{fileName});
-        store.setData(u"data"_s, [] { return QByteArray(1000, 'z'); });
+        store.set(u"data"_s, QByteArray(1000, 'z'));
         store.flush(std::chrono::minutes(1));
     }
     QVERIFY(place.content().contains("zzz"));
