@@ -59,8 +59,8 @@ void AppDelegate::setupPopover()
 {
     const auto &platform = m_shared.platform();
     m_popover = std::make_unique<Popover>(new MenuBarView(*m_streakManager, platform.clock, platform.timers,
-                                                          platform.fileViewer, [this] { openSettings(); }));
-    m_popover->standAtEdgesBy(m_desktop.anchorWindow);
+                                                          platform.fileViewer, [this] { openSettings(); }),
+                                          m_desktop.windowSystem);
     connect(m_statusItem.get(), &StatusItem::menuOpened, m_popover.get(), &Popover::giveWayToMenu);
     // Once the click itself is over: a second one within it would be lost.
     connect(m_popover.get(), &Popover::rightClickKept, this, m_desktop.repeatRightClick, Qt::QueuedConnection);

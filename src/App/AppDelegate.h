@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/WindowAnchor.h"
+#include "Platform/WindowSystem.h"
 #include "Services/Streak/StreakManager.h"
 
 #include <QObject>
@@ -33,7 +33,7 @@ public:
         std::function<std::unique_ptr<StatusItem>()> makeStatusItem;
         std::function<void()> terminate;
         std::function<void(QPoint position)> repeatRightClick;
-        AnchorWindow anchorWindow = {};
+        WindowSystem windowSystem = {};
     };
 
     AppDelegate(Shared &shared, Desktop desktop);

@@ -13,7 +13,7 @@
 #include "Platform/Linux/Windows/DesktopColors.h"
 #include "Platform/Linux/Windows/FileManagerViewer.h"
 #include "Platform/Linux/Windows/FolderDialog.h"
-#include "Platform/Linux/Windows/LayerShell.h"
+#include "Platform/Linux/Windows/LinuxWindowSystem.h"
 #include "Platform/Linux/Windows/StartupNotification.h"
 #include "Platform/Linux/Windows/X11Display.h"
 #include "Views/Controls/Symbols.h"
@@ -95,7 +95,7 @@ void VelquarinApp::run()
                    folderChooser});
     AppDelegate delegate(
         shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, dataFolder(QStringLiteral("icons"))); },
-                 [] { QCoreApplication::exit(); }, &x11RepeatRightClick, layerShellAnchoring()});
+                 [] { QCoreApplication::exit(); }, &x11RepeatRightClick, linuxWindowSystem()});
     QObject::connect(&instance, &SingleInstance::showRequested, &delegate, openingFor(delegate));
     QObject::connect(&notifications, &NotificationCenter::openRequested, &delegate, openingFor(delegate));
     // Not quit(), which asks every window first: the dashboard refuses to be closed by anybody but its user.

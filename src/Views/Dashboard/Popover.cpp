@@ -53,15 +53,9 @@ QScreen *screenOf(QPoint point)
     return screen ? screen : QGuiApplication::primaryScreen();
 }
 
-// Where other windows than those of X11 are about, the X server does not hear of what happens over them.
-bool knowsPointer()
+Qt::WindowFlags flagsOn(const WindowSystem &windowSystem)
 {
-    return qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-}
-
-Qt::WindowFlags flagsOf(Popover::Kind kind)
-{
-    return Qt::FramelessWindowHint | (kind == Popover::Kind::Grabbing ? Qt::Popup : Qt::Tool);
+    return Qt::FramelessWindowHint | (windowSystem.placesWindows ? Qt::Popup : Qt::Tool);
 }
 
 Qt::ScrollBarPolicy scrollBarWhere(bool isNeeded)
@@ -69,51 +63,11 @@ Qt::ScrollBarPolicy scrollBarWhere(bool isNeeded)
     return isNeeded ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff;
 }
 
-// Qt looks for a token in the environment, and nowhere else, when a window is shown or activated. It is there no
-// longer than that: a program that we start later would pass itself off as this window.
-class OfferedToken
-{
-public:
-    explicit OfferedToken(const QString &token)
-        : m_isOffered(!token.isEmpty())
-    {
-        if (m_isOffered)
-            qputenv(variable, token.toUtf8());
-    }
-    ~OfferedToken()
-    {
-        if (m_isOffered)
-            qunsetenv(variable);
-    }
-    OfferedToken(const OfferedToken &) = delete;
-    OfferedToken &operator=(const OfferedToken &) = delete;
-
-private:
-    static constexpr auto variable = "XDG_ACTIVATION_TOKEN";
-    bool m_isOffered;
-};
-
 }  // namespace
 
-Popover::Kind Popover::kindOfThisDesktop()
-{
-    return QGuiApplication::platformName().startsWith(QLatin1String("wayland")) ? Kind::Managed : Kind::Grabbing;
-}
-
-Popover::Surface Popover::surfaceOf(Kind kind)
-{
-    return kind == Kind::Managed ? Surface::Rounded : Surface::Square;
-}
-
-Popover::Popover(QWidget *content, Kind kind)
-    : Popover(content, kind, surfaceOf(kind))
-{
-}
-
-Popover::Popover(QWidget *content, Kind kind, Surface surface)
-    : QWidget(nullptr, flagsOf(kind))
-    , m_kind(kind)
-    , m_surface(surface)
+Popover::Popover(QWidget *content, WindowSystem windowSystem)
+    : QWidget(nullptr, flagsOn(windowSystem))
+    , m_windowSystem(std::move(windowSystem))
 {
     setUpWindow();
     setUpContent(content);
@@ -127,7 +81,7 @@ void Popover::setUpWindow()
     setAccessibleName(windowTitle());
     // The click that closes it is over: an icon of our own in a tray would open it again.
     setAttribute(Qt::WA_NoMouseReplay);
-    setAttribute(Qt::WA_TranslucentBackground, m_surface == Surface::Rounded);
+    setAttribute(Qt::WA_TranslucentBackground, !m_windowSystem.placesWindows);
 }
 
 // The surface is painted by the window; what lies on it lets it through.
@@ -152,11 +106,6 @@ void Popover::setUpContent(QWidget *content)
     layout->addWidget(m_scrollArea);
 }
 
-void Popover::standAtEdgesBy(AnchorWindow anchorWindow)
-{
-    m_anchorWindow = std::move(anchorWindow);
-}
-
 void Popover::toggle(QPoint position, const QString &activationToken)
 {
     if (isVisible()) {
@@ -169,7 +118,7 @@ void Popover::toggle(QPoint position, const QString &activationToken)
 
 void Popover::openNear(QPoint position, const QString &activationToken)
 {
-    const auto click = clickedPoint(position, knowsPointer() ? QCursor::pos() : position, screenAreas());
+    const auto click = clickedPoint(position, m_windowSystem.knowsPointer ? QCursor::pos() : position, screenAreas());
     if (click)
         openAt(steadyClick(m_click, *click, style::points(itemExtent)), activationToken);
     else
@@ -185,7 +134,7 @@ void Popover::open(const QString &activationToken)
 
 void Popover::giveWayToMenu()
 {
-    if (m_kind == Kind::Managed || !knowsPointer())
+    if (!m_windowSystem.placesWindows || !m_windowSystem.knowsPointer)
         hide();
 }
 
@@ -196,18 +145,19 @@ void Popover::openAt(QPoint click, const QString &activationToken)
     if (!isVisible())
         leaveFocusNowhere();
     fit();
-    const OfferedToken offered(m_kind == Kind::Managed ? activationToken : QString());
     catchClicks();
-    show();
-    raise();
-    activateWindow();
+    m_windowSystem.showWithToken(activationToken, [this] {
+        show();
+        raise();
+        activateWindow();
+    });
 }
 
 // X11 does not hear of clicks over the windows of others there, nor of the focus that they take. So a window of ours that
 // nobody sees lies below the popover, and wherever the click comes, it comes to us.
 void Popover::catchClicks()
 {
-    if (m_kind != Kind::Grabbing || knowsPointer() || m_clickCatcher)
+    if (!m_windowSystem.placesWindows || m_windowSystem.knowsPointer || m_clickCatcher)
         return;
     m_clickCatcher = std::make_unique<QWidget>(nullptr, Qt::ToolTip | Qt::FramelessWindowHint);
     m_clickCatcher->setAttribute(Qt::WA_TranslucentBackground);
@@ -235,7 +185,7 @@ PopoverDimensions Popover::dimensions() const
     return {.width = style::points(contentWidth),
             .contentHeight = contentHeight(),
             .leastHeight = style::points(leastHeight),
-            .item = style::points(m_anchorWindow ? unseenPanel : itemExtent),
+            .item = style::points(m_windowSystem.anchorWindow ? unseenPanel : itemExtent),
             .gap = style::points(gap),
             .scrollBar = m_scrollArea->verticalScrollBar()->sizeHint().width()};
 }
@@ -255,13 +205,13 @@ void Popover::fit()
 // On Wayland the place is not ours to say, unless by edges. How thick the panel is, the compositor knows.
 void Popover::standAt(const QRect &place)
 {
-    if (m_kind == Kind::Grabbing) {
+    if (m_windowSystem.placesWindows) {
         move(place.topLeft());
-    } else if (m_anchorWindow) {
+    } else if (m_windowSystem.anchorWindow) {
         create();
         windowHandle()->setScreen(screenOf(*m_click));
         const auto anchor = anchorPopover(*m_click, place, screenAreas(), style::points(gapToUnseenPanel));
-        m_anchorWindow(*windowHandle(), anchor);
+        m_windowSystem.anchorWindow(*windowHandle(), anchor);
     }
 }
 
@@ -272,7 +222,7 @@ bool Popover::wasJustDeactivated() const
 
 bool Popover::event(QEvent *event)
 {
-    if (event->type() == QEvent::WindowDeactivate && m_kind == Kind::Managed && isVisible()) {
+    if (event->type() == QEvent::WindowDeactivate && !m_windowSystem.placesWindows && isVisible()) {
         m_sinceDeactivation.start();
         hide();
     }
@@ -319,7 +269,7 @@ void Popover::mouseReleaseEvent(QMouseEvent *event)
     hide();
     const auto position = event->globalPosition().toPoint();
     const bool isClick = (position - *m_pressedElsewhere).manhattanLength() < QApplication::startDragDistance();
-    if (event->button() == Qt::RightButton && isClick && knowsPointer())
+    if (event->button() == Qt::RightButton && isClick && m_windowSystem.knowsPointer)
         Q_EMIT rightClickKept(position);
 }
 
@@ -331,7 +281,7 @@ void Popover::paintEvent(QPaintEvent * /*event*/)
     const auto edge = QRectF(rect()).adjusted(hairline / 2, hairline / 2, -hairline / 2, -hairline / 2);
     painter.setPen(QPen(style::divider(palette()), hairline));
     painter.setBrush(ground);
-    if (m_surface == Surface::Square) {
+    if (m_windowSystem.placesWindows) {
         painter.drawRect(edge);
         return;
     }
@@ -343,7 +293,7 @@ void Popover::paintEvent(QPaintEvent * /*event*/)
 // dashboard had before, or the settings, would close the one that has just opened. Clicks and Esc find it anyway.
 void Popover::closeEvent(QCloseEvent *event)
 {
-    event->setAccepted(m_kind == Kind::Managed);
+    event->setAccepted(!m_windowSystem.placesWindows);
 }
 
 void Popover::showEvent(QShowEvent *event)

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/WindowAnchor.h"
+#include "Platform/WindowSystem.h"
 #include "Views/Dashboard/PopoverPlacement.h"
 
 #include <QElapsedTimer>
@@ -23,29 +23,9 @@ class Popover : public QWidget
 {
     Q_OBJECT
 public:
-    //! How the window lives on this desktop.
-    enum class Kind {
-        Grabbing,  //!< X11: it takes every click while it is open, and stands where we say
-        Managed,   //!< Wayland: it closes when another window is activated, and stands where the compositor says, or
-                   //!< at the edges that it can be told
-    };
-
-    enum class Surface {
-        Square,
-        Rounded,  //!< needs a compositor, without which the corners would be black
-    };
-
-    [[nodiscard]] static Kind kindOfThisDesktop();
-
-    //! Wayland always has a compositor; on X11 nobody tells us.
-    [[nodiscard]] static Surface surfaceOf(Kind kind);
-
-    //! Takes @p content, which should be points(300) wide and is made as high as it asks to be.
-    explicit Popover(QWidget *content, Kind kind = kindOfThisDesktop());
-    Popover(QWidget *content, Kind kind, Surface surface);
-
-    //! Lets a managed one stand beside the panel. To be called before it opens first; empty changes nothing.
-    void standAtEdgesBy(AnchorWindow anchorWindow);
+    //! Takes @p content, which should be points(300) wide and is made as high as it asks to be. Where a compositor places
+    //! windows it is rounded, and stands at the edges that it can be told; elsewhere the corners would be black.
+    explicit Popover(QWidget *content, WindowSystem windowSystem = {});
 
     //! A click on the status item, where the host says. Where a click on the item already closed the popover by taking
     //! the activation from it, the click is over with that.
@@ -94,9 +74,7 @@ private:
     void catchClicks();
     [[nodiscard]] bool wasJustDeactivated() const;
 
-    Kind m_kind;
-    Surface m_surface;
-    AnchorWindow m_anchorWindow;
+    WindowSystem m_windowSystem;
     QScrollArea *m_scrollArea = nullptr;
     std::optional<QPoint> m_click;
     std::optional<QPoint> m_pressedElsewhere;

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/WindowAnchor.h"
+#include "Platform/WindowSystem.h"
 
 #include <QList>
 #include <QPoint>

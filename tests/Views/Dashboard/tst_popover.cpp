@@ -29,6 +29,10 @@ namespace {
 constexpr QPoint item(400, 10);
 constexpr QRect besideItem(250, 28, 300, 350);
 
+const WindowSystem x11;
+const WindowSystem partlyX11{.knowsPointer = false};
+const WindowSystem wayland{.placesWindows = false, .knowsPointer = false};
+
 // As wide as the popover, as high as it is told to be, with two buttons.
 class Content : public QWidget
 {
@@ -110,9 +114,7 @@ private Q_SLOTS:
     void theClickThatDeactivatedItDoesNotOpenItAgain();
     void closedByEscapeItOpensAtOnce();
     void aManagedOneStandsAtTheEdgesThatItCanBeTold();
-    void aManagedOneOffersTheActivationTokenWhileItIsShown();
-    void noProgramStartedLaterFindsTheActivationToken();
-    void aGrabbingOneNeedsNoActivationToken();
+    void itIsShownWithTheActivationToken();
     void itsSurfaceIsTheWindowsColourWithAHairline();
     void roundedCornersAreTransparent();
     void noPressIsHandedOnWhenItCloses();
@@ -126,9 +128,7 @@ void TestPopover::init()
     auto font = QApplication::font();
     font.setPixelSize(13);
     QApplication::setFont(font);
-    qunsetenv("WAYLAND_DISPLAY");
     QCursor::setPos(item);
-    qunsetenv("XDG_ACTIVATION_TOKEN");
 }
 
 void TestPopover::itOpensAtTheItemAndClosesWithTheNextClick()
@@ -153,8 +153,7 @@ void TestPopover::whereTheHostIsWrongThePointerIsRight()
 // The pointer stays where it last was over a window of X11.
 void TestPopover::wherePartOfTheScreenIsNotX11TheHostIsRight()
 {
-    qputenv("WAYLAND_DISPLAY", "wayland-1");
-    Popover popover(new Content(200), Popover::Kind::Grabbing);
+    Popover popover(new Content(200), partlyX11);
     QCursor::setPos(700, 700);
     popover.toggle(item, {});
     QCOMPARE(popover.geometry(), besideItem);
@@ -172,37 +171,31 @@ void TestPopover::wherePartOfTheScreenIsNotX11EveryClickComesToUs()
         return places;
     };
     const auto screen = QGuiApplication::primaryScreen()->virtualGeometry();
-    Popover popover(new Content(200), Popover::Kind::Grabbing);
-    popover.toggle(item, {});
-    QVERIFY(!windows().contains(screen));
-    popover.toggle(item, {});
-    qputenv("WAYLAND_DISPLAY", "wayland-1");
+    Popover popover(new Content(200), partlyX11);
     popover.toggle(item, {});
     QVERIFY(windows().contains(screen));
     popover.toggle(item, {});
     QCOMPARE(windows(), QList<QRect>());
-    Popover managed(new Content(200), Popover::Kind::Managed);
-    managed.toggle(item, {});
-    QVERIFY(!windows().contains(screen));
+    for (const auto &other : {x11, wayland}) {
+        Popover alone(new Content(200), other);
+        alone.toggle(item, {});
+        QVERIFY(!windows().contains(screen));
+    }
 }
 
 void TestPopover::itGivesWayToAMenuUnlessItTakesEveryClick_data()
 {
-    QTest::addColumn<Popover::Kind>("kind");
-    QTest::addColumn<QByteArray>("waylandDisplay");
+    QTest::addColumn<WindowSystem>("windowSystem");
     QTest::addColumn<bool>("staysOpen");
-    QTest::newRow("X11") << Popover::Kind::Grabbing << QByteArray() << true;
-    QTest::newRow("where not all is X11") << Popover::Kind::Grabbing << QByteArray("wayland-1") << false;
-    QTest::newRow("Wayland") << Popover::Kind::Managed << QByteArray("wayland-1") << false;
+    QTest::newRow("X11") << x11 << true;
+    QTest::newRow("where not all is X11") << partlyX11 << false;
+    QTest::newRow("Wayland") << wayland << false;
 }
 
 void TestPopover::itGivesWayToAMenuUnlessItTakesEveryClick()
 {
-    QFETCH(Popover::Kind, kind);
-    QFETCH(QByteArray, waylandDisplay);
-    if (!waylandDisplay.isEmpty())
-        qputenv("WAYLAND_DISPLAY", waylandDisplay);
-    Popover popover(new Content(200), kind);
+    QFETCH(WindowSystem, windowSystem);
+    Popover popover(new Content(200), windowSystem);
     popover.toggle(item, {});
     popover.giveWayToMenu();
     QTEST(popover.isShown(), "staysOpen");
@@ -242,16 +235,16 @@ void TestPopover::withoutAnyClickItOpensNearThePanel()
 
 void TestPopover::escapeClosesIt_data()
 {
-    QTest::addColumn<Popover::Kind>("kind");
-    QTest::newRow("one that grabs") << Popover::Kind::Grabbing;
-    QTest::newRow("one that is managed") << Popover::Kind::Managed;
+    QTest::addColumn<WindowSystem>("windowSystem");
+    QTest::newRow("one that grabs") << x11;
+    QTest::newRow("one that is managed") << wayland;
 }
 
 void TestPopover::escapeClosesIt()
 {
-    QFETCH(Popover::Kind, kind);
+    QFETCH(WindowSystem, windowSystem);
     auto *content = new Content(200);
-    Popover popover(content, kind);
+    Popover popover(content, windowSystem);
     popover.toggle(item, {});
     QTest::keyClick(&popover, Qt::Key_Escape);
     QVERIFY(!popover.isShown());
@@ -264,7 +257,7 @@ void TestPopover::escapeClosesIt()
 // Until the button is up again it holds the pointer, so that the status item never sees half a click.
 void TestPopover::itStaysOpenWhereTheApplicationIsNoLongerTheActiveOne()
 {
-    Popover popover(new Content(200), Popover::Kind::Grabbing);
+    Popover popover(new Content(200), x11);
     popover.toggle(item, {});
     QVERIFY(QTest::qWaitForWindowExposed(&popover));
     QEvent inactive(QEvent::ApplicationDeactivate);
@@ -288,24 +281,22 @@ void TestPopover::aRightClickBesideItIsNotKept_data()
 {
     QTest::addColumn<QPoint>("position");
     QTest::addColumn<Qt::MouseButton>("button");
-    QTest::addColumn<QByteArray>("waylandDisplay");
+    QTest::addColumn<WindowSystem>("windowSystem");
     QTest::addColumn<int>("repeated");
     const QPoint elsewhere(700, 700);
-    QTest::newRow("the right button on the item") << item << Qt::RightButton << QByteArray() << 1;
-    QTest::newRow("the right button elsewhere") << elsewhere << Qt::RightButton << QByteArray() << 1;
-    QTest::newRow("the right button inside") << besideItem.center() << Qt::RightButton << QByteArray() << 0;
-    QTest::newRow("the left button on the item") << item << Qt::LeftButton << QByteArray() << 0;
-    QTest::newRow("where not all is X11") << item << Qt::RightButton << QByteArray("wayland-1") << 0;
+    QTest::newRow("the right button on the item") << item << Qt::RightButton << x11 << 1;
+    QTest::newRow("the right button elsewhere") << elsewhere << Qt::RightButton << x11 << 1;
+    QTest::newRow("the right button inside") << besideItem.center() << Qt::RightButton << x11 << 0;
+    QTest::newRow("the left button on the item") << item << Qt::LeftButton << x11 << 0;
+    QTest::newRow("where not all is X11") << item << Qt::RightButton << partlyX11 << 0;
 }
 
 void TestPopover::aRightClickBesideItIsNotKept()
 {
     QFETCH(QPoint, position);
     QFETCH(Qt::MouseButton, button);
-    QFETCH(QByteArray, waylandDisplay);
-    if (!waylandDisplay.isEmpty())
-        qputenv("WAYLAND_DISPLAY", waylandDisplay);
-    Popover popover(new Content(200), Popover::Kind::Grabbing);
+    QFETCH(WindowSystem, windowSystem);
+    Popover popover(new Content(200), windowSystem);
     int repeated = 0;
     connect(&popover, &Popover::rightClickKept, this, [&](QPoint at) {
         QVERIFY(!popover.isShown());
@@ -322,7 +313,7 @@ void TestPopover::aRightClickBesideItIsNotKept()
 
 void TestPopover::aRightButtonThatIsLetGoElsewhereIsNoClick()
 {
-    Popover popover(new Content(200), Popover::Kind::Grabbing);
+    Popover popover(new Content(200), x11);
     const QSignalSpy kept(&popover, &Popover::rightClickKept);
     popover.toggle(item, {});
     QVERIFY(QTest::qWaitForWindowExposed(&popover));
@@ -354,17 +345,15 @@ void TestPopover::theReleaseOfTheClickThatOpenedItLeavesItOpen()
 void TestPopover::closedInAnyWayItKeepsItsWindow_data()
 {
     using Close = std::function<void(Popover &)>;
-    QTest::addColumn<Popover::Kind>("kind");
+    QTest::addColumn<WindowSystem>("windowSystem");
     QTest::addColumn<Close>("close");
-    QTest::newRow("a click on the item") << Popover::Kind::Grabbing
-                                         << Close([](Popover &popover) { popover.toggle(item, {}); });
-    QTest::newRow("Esc") << Popover::Kind::Grabbing
-                         << Close([](Popover &popover) { QTest::keyClick(&popover, Qt::Key_Escape); });
-    QTest::newRow("a click elsewhere") << Popover::Kind::Grabbing << Close([](Popover &popover) {
+    QTest::newRow("a click on the item") << x11 << Close([](Popover &popover) { popover.toggle(item, {}); });
+    QTest::newRow("Esc") << x11 << Close([](Popover &popover) { QTest::keyClick(&popover, Qt::Key_Escape); });
+    QTest::newRow("a click elsewhere") << x11 << Close([](Popover &popover) {
         send(popover, QEvent::MouseButtonPress, {700, 700});
         send(popover, QEvent::MouseButtonRelease, {700, 700});
     });
-    QTest::newRow("another window") << Popover::Kind::Managed << Close([](Popover &popover) {
+    QTest::newRow("another window") << wayland << Close([](Popover &popover) {
         QEvent deactivation(QEvent::WindowDeactivate);
         QApplication::sendEvent(&popover, &deactivation);
     });
@@ -372,9 +361,9 @@ void TestPopover::closedInAnyWayItKeepsItsWindow_data()
 
 void TestPopover::closedInAnyWayItKeepsItsWindow()
 {
-    QFETCH(Popover::Kind, kind);
+    QFETCH(WindowSystem, windowSystem);
     QFETCH(std::function<void(Popover &)>, close);
-    Popover popover(new Content(200), kind);
+    Popover popover(new Content(200), windowSystem);
     popover.toggle(item, {});
     QVERIFY(QTest::qWaitForWindowExposed(&popover));
     const auto window = popover.internalWinId();
@@ -491,9 +480,9 @@ void TestPopover::nothingHasTheFocusWhenItOpens_data()
 
 void TestPopover::nothingHasTheFocusWhenItOpens()
 {
-    QFETCH(Popover::Kind, kind);
+    QFETCH(WindowSystem, windowSystem);
     auto *content = new Content(200);
-    Popover popover(content, kind);
+    Popover popover(content, windowSystem);
     for (int opening = 0; opening < 2; ++opening) {
         popover.open({});
         QVERIFY(QTest::qWaitForWindowActive(&popover));
@@ -532,7 +521,7 @@ void TestPopover::itIsNamed()
 void TestPopover::anActivatedWindowClosesAManagedOne()
 {
     QWidget other;
-    Popover popover(new Content(200), Popover::Kind::Managed);
+    Popover popover(new Content(200), wayland);
     popover.toggle(item, {});
     QVERIFY(QTest::qWaitForWindowActive(&popover));
     other.show();
@@ -542,7 +531,7 @@ void TestPopover::anActivatedWindowClosesAManagedOne()
 
 void TestPopover::theClickThatDeactivatedItDoesNotOpenItAgain()
 {
-    Popover popover(new Content(200), Popover::Kind::Managed);
+    Popover popover(new Content(200), wayland);
     popover.toggle(item, {});
     QEvent deactivation(QEvent::WindowDeactivate);
     QApplication::sendEvent(&popover, &deactivation);
@@ -559,7 +548,7 @@ void TestPopover::theClickThatDeactivatedItDoesNotOpenItAgain()
 
 void TestPopover::closedByEscapeItOpensAtOnce()
 {
-    Popover popover(new Content(200), Popover::Kind::Managed);
+    Popover popover(new Content(200), wayland);
     popover.toggle(item, {});
     QTest::keyClick(&popover, Qt::Key_Escape);
     popover.toggle(item, {});
@@ -568,13 +557,14 @@ void TestPopover::closedByEscapeItOpensAtOnce()
 
 void TestPopover::aManagedOneStandsAtTheEdgesThatItCanBeTold()
 {
-    Popover popover(new Content(200), Popover::Kind::Managed);
+    auto windowSystem = wayland;
     QList<WindowAnchor> anchors;
-    popover.standAtEdgesBy([&](const QWindow &window, const WindowAnchor &anchor) {
-        QCOMPARE(&window, popover.windowHandle());
+    windowSystem.anchorWindow = [&](const QWindow &window, const WindowAnchor &anchor) {
+        QCOMPARE(window.title(), QStringLiteral("Velquarin"));
         QVERIFY(anchors.isEmpty() != window.isVisible());
         anchors.append(anchor);
-    });
+    };
+    Popover popover(new Content(200), windowSystem);
     popover.toggle(item, {});
     QCOMPARE(anchors.value(0).edges, Qt::TopEdge | Qt::RightEdge);
     QCOMPARE(anchors.value(0).margins.left(), besideItem.left());
@@ -584,37 +574,28 @@ void TestPopover::aManagedOneStandsAtTheEdgesThatItCanBeTold()
     QCOMPARE(anchors.value(1), anchors.value(0));
 }
 
-void TestPopover::aManagedOneOffersTheActivationTokenWhileItIsShown()
+void TestPopover::itIsShownWithTheActivationToken()
 {
-    Popover popover(new Content(200), Popover::Kind::Managed);
-    QByteArray offered;
-    connect(&popover, &Popover::shown, this, [&offered] { offered = qgetenv("XDG_ACTIVATION_TOKEN"); });
+    auto windowSystem = wayland;
+    QStringList tokens;
+    Popover *shown = nullptr;
+    windowSystem.showWithToken = [&](const QString &token, const std::function<void()> &show) {
+        QVERIFY(!shown->isShown());
+        show();
+        QVERIFY(shown->isShown());
+        tokens.append(token);
+    };
+    Popover popover(new Content(200), windowSystem);
+    shown = &popover;
     popover.toggle(item, QStringLiteral("token-7"));
-    QCOMPARE(offered, QByteArray("token-7"));
-}
-
-void TestPopover::noProgramStartedLaterFindsTheActivationToken()
-{
-    Popover popover(new Content(200), Popover::Kind::Managed);
-    popover.toggle(item, QStringLiteral("token-7"));
-    QVERIFY(popover.isShown());
-    QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+    popover.hide();
     popover.open(QStringLiteral("token-8"));
-    QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
-}
-
-void TestPopover::aGrabbingOneNeedsNoActivationToken()
-{
-    Popover popover(new Content(200), Popover::Kind::Grabbing);
-    QByteArray offered("nothing was shown");
-    connect(&popover, &Popover::shown, this, [&offered] { offered = qgetenv("XDG_ACTIVATION_TOKEN"); });
-    popover.toggle(item, QStringLiteral("token-7"));
-    QCOMPARE(offered, QByteArray());
+    QCOMPARE(tokens, (QStringList{QStringLiteral("token-7"), QStringLiteral("token-8")}));
 }
 
 void TestPopover::itsSurfaceIsTheWindowsColourWithAHairline()
 {
-    Popover popover(new Content(200), Popover::Kind::Grabbing, Popover::Surface::Square);
+    Popover popover(new Content(200), x11);
     popover.setPalette(QPalette(QColor(0x336699), QColor(0x336699)));
     popover.toggle(item, {});
     const auto image = popover.grab().toImage();
@@ -627,7 +608,7 @@ void TestPopover::itsSurfaceIsTheWindowsColourWithAHairline()
 
 void TestPopover::roundedCornersAreTransparent()
 {
-    Popover popover(new Content(200), Popover::Kind::Managed, Popover::Surface::Rounded);
+    Popover popover(new Content(200), wayland);
     popover.setPalette(QPalette(QColor(0x336699), QColor(0x336699)));
     popover.toggle(item, {});
     const auto image = popover.grab().toImage();
@@ -645,17 +626,17 @@ void TestPopover::noPressIsHandedOnWhenItCloses()
 
 void TestPopover::itsEdgeIsDrawnByNumbers_data()
 {
-    QTest::addColumn<Popover::Surface>("surface");
+    QTest::addColumn<WindowSystem>("windowSystem");
     QTest::addColumn<int>("radius");
-    QTest::newRow("square") << Popover::Surface::Square << 0;
-    QTest::newRow("rounded") << Popover::Surface::Rounded << 10;
+    QTest::newRow("square") << x11 << 0;
+    QTest::newRow("rounded") << wayland << 10;
 }
 
 void TestPopover::itsEdgeIsDrawnByNumbers()
 {
-    QFETCH(Popover::Surface, surface);
+    QFETCH(WindowSystem, windowSystem);
     QFETCH(int, radius);
-    Popover popover(new Content(200), Popover::Kind::Managed, surface);
+    Popover popover(new Content(200), windowSystem);
     popover.resize(300, 350);
     QImage drawn(popover.size(), QImage::Format_ARGB32_Premultiplied);
     drawn.fill(Qt::transparent);

@@ -9,6 +9,7 @@
 #include "Platform/Linux/StatusItem/StatusMenu.h"
 #include "Platform/Linux/StatusItem/StatusNotifierWatch.h"
 #include "Platform/Linux/StatusItem/XEmbedStatusItem.h"
+#include "Platform/Linux/Windows/LinuxWindowSystem.h"
 #include "Platform/Linux/Windows/MenuWindow.h"
 
 #include <QCursor>
@@ -33,12 +34,6 @@ QList<QRect> screenRectangles()
 bool hasTraysOfTheOlderKind()
 {
     return QGuiApplication::platformName() == QLatin1String("xcb");
-}
-
-// Beside a panel that belongs to another program.
-bool canPlaceMenus()
-{
-    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 }
 
 }  // namespace
@@ -185,7 +180,7 @@ void LinuxStatusItem::openFromMenu()
 void LinuxStatusItem::popUpMenu(QPoint position)
 {
     Q_EMIT menuOpened();
-    if (canPlaceMenus())
+    if (canPlaceWindows())
         popUpAt(believablePosition(position, QCursor::pos(), screenRectangles()));
     else
         toggleMenuWindow();

@@ -4,6 +4,7 @@
 #include "Platform/Linux/StatusItem/StatusMenu.h"
 
 #include "Platform/Linux/Windows/DarkPalette.h"
+#include "Platform/Linux/Windows/LinuxWindowSystem.h"
 
 #include <QApplication>
 #include <QScreen>
@@ -41,17 +42,10 @@ constexpr int halfLength = 60;
 constexpr int halfWidth = 1;
 constexpr int middleGrey = 128;
 
-// Where other windows than those of X11 are about, the X server cannot tell what they show.
-bool knowsScreen()
-{
-    return !QGuiApplication::platformName().startsWith(QLatin1String("wayland")) &&
-           qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-}
-
 QImage pictureOf(QPoint click)
 {
     auto *screen = QGuiApplication::screenAt(click);
-    if (!screen || !knowsScreen())
+    if (!screen || !isAllX11())
         return {};
     const auto strip = panelStrip(click, screen->geometry()).translated(-screen->geometry().topLeft());
     return screen->grabWindow(0, strip.x(), strip.y(), strip.width(), strip.height()).toImage();

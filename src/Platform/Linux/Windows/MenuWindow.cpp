@@ -3,6 +3,8 @@
 
 #include "Platform/Linux/Windows/MenuWindow.h"
 
+#include "Platform/Linux/Windows/LinuxWindowSystem.h"
+
 #include <QKeyEvent>
 
 #include <algorithm>
@@ -24,14 +26,12 @@ void MenuWindow::toggle(const QString &activationToken)
         hide();
         return;
     }
-    if (!activationToken.isEmpty())
-        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
     setActiveAction(nullptr);
     setFixedSize(sizeHint());
-    show();
-    activateWindow();
-    // A program that we start later would pass itself off as this window.
-    qunsetenv("XDG_ACTIVATION_TOKEN");
+    showWithToken(activationToken, [this] {
+        show();
+        activateWindow();
+    });
 }
 
 bool MenuWindow::event(QEvent *event)
