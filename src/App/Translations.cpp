@@ -34,7 +34,7 @@ std::unique_ptr<QTranslator> translationFor(const QStringList &languages, const 
     return nullptr;
 }
 
-void speak(QTranslator *translation)
+void useTranslation(QTranslator *translation)
 {
     if (!translation)
         return;

@@ -17,8 +17,8 @@ namespace velquarin {
 //! Source: our own decision; Qt's own search would go past an English that is preferred.
 [[nodiscard]] std::unique_ptr<QTranslator> translationFor(const QStringList &languages, const QString &folder);
 
-//! Has the program say its texts in that language from now on, and stand in the direction in which it is written. For
+//! Has the program show its texts in that language from now on, and stand in the direction in which it is written. For
 //! nothing it stays with English, from left to right.
-void speak(QTranslator *translation);
+void useTranslation(QTranslator *translation);
 
 }  // namespace velquarin

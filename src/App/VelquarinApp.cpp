@@ -79,7 +79,7 @@ void VelquarinApp::run()
     }
 
     const auto translation = translationFor(QLocale().uiLanguages(), dataFolder(QStringLiteral("translations")));
-    speak(translation.get());
+    useTranslation(translation.get());
     // Title bars and switchers on X11 need not look for the desktop file.
     QGuiApplication::setWindowIcon(style::programIcon());
     const DesktopColors colors(m_bus);

@@ -149,7 +149,7 @@ void TestTranslations::theProgramStandsInTheDirectionOfItsLanguage()
     const auto before = QGuiApplication::layoutDirection();
     const auto putBack = qScopeGuard([before] { QGuiApplication::setLayoutDirection(before); });
     const auto translation = translationFor({language}, QStringLiteral(TRANSLATIONS_FOLDER));
-    speak(translation.get());
+    useTranslation(translation.get());
     QCOMPARE(QGuiApplication::layoutDirection(), direction);
 }
 

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "Services/Reminder/ReminderDecision.h"
-#include "Platform/PluralForm.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -48,9 +47,7 @@ NotificationRequest reminderRequest(qint64 currentStreak, Instant moment)
     return {
         .identifier = reminderIdentifier(moment),
         .title = Words::tr("Streak at Risk!"),
-        .body = Words::tr("You haven't committed today. Your %1-day streak will reset at midnight!", nullptr,
-                          pluralForm(currentStreak))
-                    .arg(currentStreak),
+        .body = Words::tr("You haven't committed today. Your %1-day streak will reset at midnight!").arg(currentStreak),
         .categoryIdentifier = categoryIdentifier,
     };
 }

@@ -3,7 +3,6 @@
 
 #include "Views/Dashboard/HeaderSection.h"
 
-#include "Platform/PluralForm.h"
 #include "Views/Controls/Divider.h"
 #include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
@@ -108,13 +107,9 @@ QLayout *HeaderSection::makeStatistics()
 void HeaderSection::setFigures(const HeaderFigures &figures)
 {
     m_streak->setText(QString::number(figures.currentStreak));
-    m_longest->setValue(tr("%1 days", nullptr, pluralForm(figures.longestStreak)).arg(figures.longestStreak),
-                        Ink::Primary);
-    m_thisWeek->setValue(
-        tr("%1 commits", nullptr, pluralForm(figures.totalCommitsThisWeek)).arg(figures.totalCommitsThisWeek),
-        Ink::Primary);
-    m_repositories->setValue(tr("%1 tracked", nullptr, pluralForm(figures.repositories)).arg(figures.repositories),
-                             Ink::Primary);
+    m_longest->setValue(tr("%1 days").arg(figures.longestStreak), Ink::Primary);
+    m_thisWeek->setValue(tr("%1 commits").arg(figures.totalCommitsThisWeek), Ink::Primary);
+    m_repositories->setValue(tr("%1 tracked").arg(figures.repositories), Ink::Primary);
     if (figures.hasCommittedToday) {
         m_flame->setName(QStringLiteral("flame.fill"));
         m_flame->setFill(Accent::Orange);

@@ -4,7 +4,6 @@
 #include "Views/Dashboard/HeatmapGrid.h"
 
 #include "Platform/DateTexts.h"
-#include "Platform/PluralForm.h"
 
 #include <QCoreApplication>
 
@@ -116,8 +115,7 @@ QString toolTipOf(const DayCell &cell, const DateTexts &texts)
     if (!cell.isInRange)
         return {};
     const auto words = cell.count == 1 ? QCoreApplication::translate("YearHeatmapView", "%1: %2 commit")
-                                       : QCoreApplication::translate("YearHeatmapView", "%1: %2 commits", nullptr,
-                                                                     pluralForm(cell.count));
+                                       : QCoreApplication::translate("YearHeatmapView", "%1: %2 commits");
     return words.arg(texts.mediumDate(cell.date), QString::number(cell.count));
 }
 

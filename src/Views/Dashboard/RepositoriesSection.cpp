@@ -5,7 +5,6 @@
 
 #include "Platform/DateTexts.h"
 #include "Platform/FileViewer.h"
-#include "Platform/PluralForm.h"
 #include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
 
@@ -71,8 +70,7 @@ void RepoRow::setStats(const RepositoryStats &stats, const DateTexts &texts, Ins
 void RepoRow::setFigures(const RepositoryStats &stats, const DateTexts &texts, Instant now)
 {
     const bool isActive = stats.todayCommits >= 1;
-    m_activity->setText(isActive ? tr("%1 today", nullptr, pluralForm(stats.todayCommits)).arg(stats.todayCommits)
-                                 : stats.lastCommitRelative(texts, now));
+    m_activity->setText(isActive ? tr("%1 today").arg(stats.todayCommits) : stats.lastCommitRelative(texts, now));
     m_activity->setTone(isActive ? style::Tone(Accent::Green) : style::Tone(Ink::Secondary));
 }
 
@@ -169,7 +167,7 @@ void RepositoriesSection::setRepositories(const QList<RepositoryStats> &reposito
                                           Instant now)
 {
     const auto leftOut = repositoriesLeftOut(repositories.size());
-    m_more->setText(leftOut > 0 ? tr("+%1 more", nullptr, pluralForm(leftOut)).arg(leftOut) : QString());
+    m_more->setText(leftOut > 0 ? tr("+%1 more").arg(leftOut) : QString());
     m_more->setVisible(leftOut > 0);
     m_placeholder->setVisible(repositories.isEmpty());
     fillRows(repositories, texts, now);

@@ -3,7 +3,6 @@
 
 #include "Views/Dashboard/YearSection.h"
 
-#include "Platform/PluralForm.h"
 #include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Text.h"
@@ -142,8 +141,8 @@ void YearSection::setHistory(const DayCounts &yearHistory, const DateTexts &text
 {
     m_heatmap->setContents(yearHistory, calendar, now, texts);
     const auto totals = yearTotals(yearHistory);
-    m_commits->setText(tr("%1 commits", nullptr, pluralForm(totals.commits)).arg(totals.commits));
-    m_activeDays->setText(tr("%1 active days", nullptr, pluralForm(totals.activeDays)).arg(totals.activeDays));
+    m_commits->setText(tr("%1 commits").arg(totals.commits));
+    m_activeDays->setText(tr("%1 active days").arg(totals.activeDays));
 }
 
 void YearSection::bringTodayIntoSight()

@@ -4,7 +4,6 @@
 #include "Views/Settings/RepositoriesTab.h"
 
 #include "Models/AppSettings.h"
-#include "Platform/PluralForm.h"
 #include "Views/Controls/ProgressLine.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Text.h"
@@ -107,7 +106,7 @@ void RepositoriesTab::render()
 {
     m_shown = m_settings.trackedRepositories();
     showRecords(*m_list, *m_empty, idsOf(m_shown), *m_add);
-    m_count->setText(tr("%1 repos", nullptr, pluralForm(m_shown.size())).arg(m_shown.size()));
+    m_count->setText(tr("%1 repos").arg(m_shown.size()));
     m_refresh->setVisible(!m_shown.isEmpty());
     renderMessages();
 }

@@ -5,7 +5,6 @@
 
 #include "Models/AppSettings.h"
 #include "Platform/FolderChooser.h"
-#include "Platform/PluralForm.h"
 #include "Services/Git/GitService.h"
 #include "Services/Streak/StreakManager.h"
 
@@ -33,7 +32,7 @@ ScanOutcome scanOutcome(qsizetype found, qsizetype added)
     if (found == 0)
         return {Words::tr("No git repositories found in selected folder"), false};
     if (added == 0)
-        return {Words::tr("Found %1 repos, all already tracked", nullptr, pluralForm(found)).arg(found), false};
+        return {Words::tr("Found %1 repos, all already tracked").arg(found), false};
     return {std::nullopt, true};
 }
 

@@ -7,7 +7,6 @@
 #include "Platform/Clock.h"
 #include "Platform/DateTexts.h"
 #include "Platform/PathNames.h"
-#include "Platform/PluralForm.h"
 #include "Services/Streak/StreakManager.h"
 #include "Views/Controls/OutsetItem.h"
 #include "Views/Controls/ProgressLine.h"
@@ -188,7 +187,7 @@ void WatchedFoldersTab::renderDiscovered()
         showLine(*m_discoveredLines.at(line), name);
     }
     const auto more = paths.size() - discoveredShown;
-    showLine(*m_more, more > 0 ? tr("...and %1 more", nullptr, pluralForm(more)).arg(more) : QString());
+    showLine(*m_more, more > 0 ? tr("...and %1 more").arg(more) : QString());
     m_discovered->setVisible(!paths.isEmpty());
 }
 
