@@ -48,37 +48,36 @@ GitQueries::GitQueries(ProcessRunner &runner, const Clock &clock, const QProcess
 {
 }
 
-QByteArray GitQueries::runGit(const QStringList &arguments, const QString &directory)
+QByteArray GitQueries::runGit(const QStringList &arguments, const QString &path)
 {
     const auto &environment = m_runner.confine(git) ? m_confinedEnvironment : m_unconfinedEnvironment;
-    auto output = m_runner.run({git, arguments, directory, environment});
+    auto output = m_runner.run({git, arguments, path, environment});
     return QUtf8StringView(output).isValidUtf8() ? output : QByteArray();
 }
 
-QString GitQueries::trimmedOutput(const QStringList &arguments, const QString &directory)
+QString GitQueries::trimmedOutput(const QStringList &arguments, const QString &path)
 {
     try {
-        return text(runGit(arguments, directory)).trimmed();
+        return text(runGit(arguments, path)).trimmed();
     } catch (const LaunchError &) {
         return {};
     }
 }
 
-bool GitQueries::hasLocalBranch(const QString &name, const QString &directory)
+bool GitQueries::hasLocalBranch(const QString &name, const QString &path)
 {
-    return !trimmedOutput({QStringLiteral("branch"), QStringLiteral("--list"), name}, directory).isEmpty();
+    return !trimmedOutput({QStringLiteral("branch"), QStringLiteral("--list"), name}, path).isEmpty();
 }
 
-QString GitQueries::getDefaultBranch(const QString &directory)
+QString GitQueries::getDefaultBranch(const QString &path)
 {
     auto remote = trimmedOutput(
-        {QStringLiteral("symbolic-ref"), QStringLiteral("refs/remotes/origin/HEAD"), QStringLiteral("--short")},
-        directory);
+        {QStringLiteral("symbolic-ref"), QStringLiteral("refs/remotes/origin/HEAD"), QStringLiteral("--short")}, path);
     remote.remove(QLatin1String("origin/"));
     if (isUsableBranch(remote))
         return remote;
     for (const auto &name : {QStringLiteral("main"), QStringLiteral("master")}) {
-        if (hasLocalBranch(name, directory))
+        if (hasLocalBranch(name, path))
             return name;
     }
     return QStringLiteral("HEAD");
@@ -93,20 +92,20 @@ DayStarts &GitQueries::dayStarts()
     return m_dayStarts;
 }
 
-QList<Instant> GitQueries::getCommits(const QString &directory, Instant since, Instant until)
+QList<Instant> GitQueries::getCommits(const QString &path, Instant since, Instant until)
 {
     auto &starts = dayStarts();
     const auto sinceText = isoDateAtGreenwich(since);
     const auto untilText = isoDateAtGreenwich(starts.calendar().addDays(until, 1).value_or(until));
-    const auto branch = getDefaultBranch(directory);
+    const auto branch = getDefaultBranch(path);
     const auto log =
         runGit({QStringLiteral("log"), branch, QStringLiteral("--format=%ad"), QStringLiteral("--date=short"),
                 QStringLiteral("--since=") + sinceText, QStringLiteral("--until=") + untilText},
-               directory);
+               path);
     return daysFromLog(log, starts);
 }
 
-DayCounts GitQueries::getCommitHistory(const QString &directory, qint64 days)
+DayCounts GitQueries::getCommitHistory(const QString &path, qint64 days)
 {
     const auto calendar = m_clock.calendar();
     const auto today = calendar.startOfDay(m_clock.now());
@@ -114,23 +113,23 @@ DayCounts GitQueries::getCommitHistory(const QString &directory, qint64 days)
     if (!start)
         return {};
     DayCounts counts;
-    for (const auto day : getCommits(directory, *start, m_clock.now()))
+    for (const auto day : getCommits(path, *start, m_clock.now()))
         ++counts[m_dayStarts.startOfDay(day)];
     return counts;
 }
 
-std::optional<Instant> GitQueries::getLastCommitDate(const QString &directory)
+std::optional<Instant> GitQueries::getLastCommitDate(const QString &path)
 {
-    const auto branch = getDefaultBranch(directory);
+    const auto branch = getDefaultBranch(path);
     const auto output =
-        runGit({QStringLiteral("log"), branch, QStringLiteral("-1"), QStringLiteral("--format=%aI")}, directory);
+        runGit({QStringLiteral("log"), branch, QStringLiteral("-1"), QStringLiteral("--format=%aI")}, path);
     return instantFromIso(output.trimmed());
 }
 
-bool GitQueries::isGitRepository(const QString &directory)
+bool GitQueries::isGitRepository(const QString &path)
 {
     try {
-        static_cast<void>(runGit({QStringLiteral("rev-parse"), QStringLiteral("--git-dir")}, directory));
+        static_cast<void>(runGit({QStringLiteral("rev-parse"), QStringLiteral("--git-dir")}, path));
         return true;
     } catch (const LaunchError &) {
         return false;

@@ -27,25 +27,25 @@ public:
     GitQueries(ProcessRunner &runner, const Clock &clock, const QProcessEnvironment &inherited);
 
     //! The remote's default branch, else a local "main", else a local "master", else "HEAD". Never throws.
-    [[nodiscard]] QString getDefaultBranch(const QString &directory);
+    [[nodiscard]] QString getDefaultBranch(const QString &path);
 
     //! The author days of the default branch's commits, newest first, one for each commit.
     //! git selects by committer date from the Greenwich date of @p since to the day after that of @p until.
-    [[nodiscard]] QList<Instant> getCommits(const QString &directory, Instant since, Instant until);
+    [[nodiscard]] QList<Instant> getCommits(const QString &path, Instant since, Instant until);
 
     //! Commits a day of the @p days calendar days that end today.
-    [[nodiscard]] DayCounts getCommitHistory(const QString &directory, qint64 days);
+    [[nodiscard]] DayCounts getCommitHistory(const QString &path, qint64 days);
 
     //! The author date of the newest commit on the default branch.
-    [[nodiscard]] std::optional<Instant> getLastCommitDate(const QString &directory);
+    [[nodiscard]] std::optional<Instant> getLastCommitDate(const QString &path);
 
     //! Whether git can be started in the folder. What it says there is not looked at.
-    [[nodiscard]] bool isGitRepository(const QString &directory);
+    [[nodiscard]] bool isGitRepository(const QString &path);
 
 private:
-    [[nodiscard]] QByteArray runGit(const QStringList &arguments, const QString &directory);
-    [[nodiscard]] QString trimmedOutput(const QStringList &arguments, const QString &directory);
-    [[nodiscard]] bool hasLocalBranch(const QString &name, const QString &directory);
+    [[nodiscard]] QByteArray runGit(const QStringList &arguments, const QString &path);
+    [[nodiscard]] QString trimmedOutput(const QStringList &arguments, const QString &path);
+    [[nodiscard]] bool hasLocalBranch(const QString &name, const QString &path);
     [[nodiscard]] DayStarts &dayStarts();
 
     ProcessRunner &m_runner;

@@ -21,9 +21,9 @@ GitService::~GitService()
     stop(std::chrono::milliseconds(0));
 }
 
-QFuture<bool> GitService::isGitRepository(const QString &at)
+QFuture<bool> GitService::isGitRepository(const QString &path)
 {
-    return ask(at, [at](GitQueries &git) { return git.isGitRepository(at); });
+    return ask(path, [path](GitQueries &git) { return git.isGitRepository(path); });
 }
 
 QFuture<QStringList> GitService::scanForRepositories(const QString &in, qint64 maxDepth)

@@ -50,7 +50,7 @@ public:
     }
 
     //! Whether git can be started in that folder; a folder without a repository passes, a missing one does not.
-    [[nodiscard]] QFuture<bool> isGitRepository(const QString &at);
+    [[nodiscard]] QFuture<bool> isGitRepository(const QString &path);
 
     //! The working trees in a folder and at most @p maxDepth - 1 levels below it; never an error.
     [[nodiscard]] QFuture<QStringList> scanForRepositories(const QString &in, qint64 maxDepth);
