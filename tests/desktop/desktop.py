@@ -195,6 +195,7 @@ class Desktop:
                            PATIENCE_SECONDS)
                 return
             self.end("trayer")
+            print("once more: trayer")
         raise TimeoutError(f"trayer was started {TRAYER_STARTS} times and showed nothing")
 
     def _keep_remains(self):

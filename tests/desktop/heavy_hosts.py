@@ -150,7 +150,7 @@ class BesideWatcher(Host):
     """One that shows what another program collects, which stays when it ends."""
 
     def end(self, desktop):
-        desktop.end("host")
+        desktop.end(self.process)
 
 
 class Budgie(BesideWatcher):

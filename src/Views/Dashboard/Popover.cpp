@@ -38,6 +38,9 @@ constexpr double cornerRadius = 10;
 // A press on the item takes the activation away, and the click is reported at its release.
 constexpr auto pressToRelease = 250ms;
 
+// No hand opens the popover and then the menu in that time, and no bar takes so long to tell of its menu.
+constexpr auto wordOfMenu = 250ms;
+
 QList<ScreenArea> screenAreas()
 {
     QList<ScreenArea> areas;
@@ -134,7 +137,7 @@ void Popover::open(const QString &activationToken)
 
 void Popover::giveWayToMenu()
 {
-    if (!m_windowSystem.placesWindows || !m_windowSystem.knowsPointer)
+    if (!hasJustOpened())
         hide();
 }
 
@@ -151,6 +154,7 @@ void Popover::openAt(QPoint click, const QString &activationToken)
         raise();
         activateWindow();
     });
+    m_sinceOpening.start();
 }
 
 // X11 does not hear of clicks over the windows of others there, nor of the focus that they take. So a window of ours that
@@ -218,6 +222,11 @@ void Popover::standAt(const QRect &place)
 bool Popover::wasJustDeactivated() const
 {
     return m_sinceDeactivation.isValid() && !m_sinceDeactivation.hasExpired(pressToRelease.count());
+}
+
+bool Popover::hasJustOpened() const
+{
+    return m_sinceOpening.isValid() && !m_sinceOpening.hasExpired(wordOfMenu.count());
 }
 
 bool Popover::event(QEvent *event)

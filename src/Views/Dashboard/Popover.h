@@ -37,8 +37,8 @@ public:
     //! Opens it for another reason than a click: where it was last, else near the panel.
     void open(const QString &activationToken);
 
-    //! Closes it when the status item's menu has opened. Where it takes every click no menu opens beside it: what tells of
-    //! one there comes late, and the popover has opened since.
+    //! Closes it when the status item's menu has opened. A bar may tell of its menu some milliseconds late, when that has
+    //! gone and a click has opened the popover: right after it has opened it stays.
     void giveWayToMenu();
 
     [[nodiscard]] bool isShown() const { return isVisible(); }
@@ -73,12 +73,14 @@ private:
     [[nodiscard]] PopoverDimensions dimensions() const;
     void catchClicks();
     [[nodiscard]] bool wasJustDeactivated() const;
+    [[nodiscard]] bool hasJustOpened() const;
 
     WindowSystem m_windowSystem;
     QScrollArea *m_scrollArea = nullptr;
     std::optional<QPoint> m_click;
     std::optional<QPoint> m_pressedElsewhere;
     QElapsedTimer m_sinceDeactivation;
+    QElapsedTimer m_sinceOpening;
     std::unique_ptr<QWidget> m_clickCatcher;
 };
 

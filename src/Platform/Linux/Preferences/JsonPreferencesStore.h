@@ -53,7 +53,7 @@ private:
                                     bool isOnlyALook);
 
     mutable std::mutex m_mutex;
-    std::map<QString, QJsonValue> m_set;  // guarded by m_mutex: set here, or undefined, and not yet in m_merged
+    std::map<QString, QJsonValue> m_set;  // guarded by m_mutex: set here and not yet in m_merged; undefined: removed
     QJsonObject m_merged;                 // guarded by m_mutex: the values as the writer last put them together
     QJsonObject m_own;                    // guarded by m_mutex: what the writer last knew to be set here, or loaded
     std::set<QString> m_touched;          // guarded by m_mutex: what was set or removed since the last write

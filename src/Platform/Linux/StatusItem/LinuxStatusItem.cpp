@@ -176,7 +176,7 @@ void LinuxStatusItem::openFromMenu()
     Q_EMIT openRequested(QCursor::pos(), m_bar ? m_bar->takeActivationToken() : QString());
 }
 
-// The dashboard goes first, unless the click that asks for the menu has closed it.
+// The dashboard goes first: two that keep every click would be in each other's way.
 void LinuxStatusItem::popUpMenu(QPoint position)
 {
     Q_EMIT menuOpened();

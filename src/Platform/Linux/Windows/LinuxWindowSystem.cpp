@@ -11,10 +11,12 @@ namespace velquarin {
 
 WindowSystem linuxWindowSystem()
 {
-    return {.placesWindows = canPlaceWindows(),
-            .knowsPointer = isAllX11(),
-            .anchorWindow = layerShellAnchoring(),
-            .showWithToken = &showWithToken};
+    WindowSystem system{.placesWindows = canPlaceWindows(), .knowsPointer = isAllX11()};
+    if (!system.placesWindows) {
+        system.anchorWindow = layerShellAnchoring();
+        system.showWithToken = &showWithToken;
+    }
+    return system;
 }
 
 bool canPlaceWindows()
