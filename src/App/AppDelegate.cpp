@@ -62,6 +62,7 @@ void AppDelegate::setupPopover()
                                                           platform.fileViewer, [this] { openSettings(); }),
                                           m_desktop.windowSystem);
     connect(m_statusItem.get(), &StatusItem::menuOpened, m_popover.get(), &Popover::giveWayToMenu);
+    connect(m_statusItem.get(), &StatusItem::ownMenuOpens, m_popover.get(), &Popover::hide);
     // Once the click itself is over: a second one within it would be lost.
     connect(m_popover.get(), &Popover::rightClickKept, this, m_desktop.repeatRightClick, Qt::QueuedConnection);
 }

@@ -50,8 +50,11 @@ Q_SIGNALS:
     //! empty.
     void activated(QPoint position, const QString &activationToken);
 
-    //! The status bar has opened the menu, or ours is about to open.
+    //! The status bar says that it has opened the menu, a little late perhaps.
     void menuOpened();
+
+    //! Our own menu is about to open.
+    void ownMenuOpens();
 
     //! The entry of a menu that opens, and never closes.
     void openRequested(QPoint position, const QString &activationToken);

@@ -566,6 +566,9 @@ void TestAppDelegate::theDashboardClosesWhenTheBarOpensTheMenu()
         return !windowTitled(QStringLiteral("Velquarin"));
     };
     QTRY_VERIFY(hasClosed());
+    world.delegate.openDashboard({});
+    Q_EMIT world.item->ownMenuOpens();
+    QVERIFY(!windowTitled(QStringLiteral("Velquarin")));
 }
 
 void TestAppDelegate::theServicesAreMadeOnce()

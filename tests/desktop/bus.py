@@ -5,7 +5,7 @@
 from gi.repository import Gio, GLib
 
 import processes
-from waiting import wait_until
+from waiting import LIMIT_SECONDS, wait_until
 
 # The panel keeps its settings there.
 ACTIVATABLE = ("org.xfce.Xfconf",)
@@ -80,7 +80,8 @@ class Bus:
     def call(self, name, path, interface, method, arguments=None):
         """The results of a call, as a tuple."""
         answer = self.connection.call_sync(
-            name, path, interface, method, arguments, None, Gio.DBusCallFlags.NO_AUTO_START, 5000, None)
+            name, path, interface, method, arguments, None, Gio.DBusCallFlags.NO_AUTO_START,
+            round(1000 * LIMIT_SECONDS), None)
         return answer.unpack()
 
     def send(self, name, path, interface, method, arguments=None):

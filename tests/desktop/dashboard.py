@@ -8,7 +8,7 @@ import accessibility
 import case
 import preferences
 from item import PanelPlace, StatusItem
-from program import Program
+from program import Program, wait_until_through
 from repositories import Repository
 from waiting import act_until, wait_until
 
@@ -78,7 +78,9 @@ class Dashboard:
         return self.reader.window(WINDOW)
 
     def open(self):
-        return act_until(self.click_item, self.window, f"the window {WINDOW!r}", state=self.reader.texts)
+        window = act_until(self.click_item, self.window, f"the window {WINDOW!r}", state=self.reader.texts)
+        wait_until_through(self.desktop.bus)
+        return window
 
     def close(self):
         """Closes whatever of the program is open, by the key that does it."""

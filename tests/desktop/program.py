@@ -83,6 +83,11 @@ class Program:
         return self.wait_for_end()
 
 
+def wait_until_through(bus):
+    """Returns when the program is through with what it is about: a window that it shows takes no click before that."""
+    bus.call(BUS_NAME, "/io/velquarin/Velquarin", "org.freedesktop.DBus.Introspectable", "Introspect")
+
+
 def _clock(offset):
     if offset is None:
         return {}

@@ -12,7 +12,7 @@ import panel
 import wayland
 from item import PanelPlace, StatusItem, click_first_entry, click_last_entry, tallest
 from look import GREY, ORANGE, Look
-from program import BUS_NAME, Program
+from program import BUS_NAME, Program, wait_until_through
 from repositories import Hold, tracked_days_ago
 from waiting import wait_until
 
@@ -95,8 +95,10 @@ class User:
         self.desktop.screen.click(place.left + place.width * next(self._thirds) // 3, place.centre[1], button)
 
     def open(self, button):
-        """The rectangle of what a click opens."""
-        return HOST.opened(self.desktop, lambda: self.click(button))
+        """The rectangle of what a click opens, once it takes what is clicked next."""
+        place = HOST.opened(self.desktop, lambda: self.click(button))
+        wait_until_through(self.desktop.bus)
+        return place
 
     def close(self, button):
         """Closes what is open by a click."""

@@ -179,7 +179,7 @@ void LinuxStatusItem::openFromMenu()
 // The dashboard goes first: two that keep every click would be in each other's way.
 void LinuxStatusItem::popUpMenu(QPoint position)
 {
-    Q_EMIT menuOpened();
+    Q_EMIT ownMenuOpens();
     if (canPlaceWindows())
         popUpAt(believablePosition(position, QCursor::pos(), screenRectangles()));
     else
