@@ -37,8 +37,8 @@ public:
     //! Opens it for another reason than a click: where it was last, else near the panel.
     void open(const QString &activationToken);
 
-    //! Closes it when a bar says that it has opened the status item's menu. A bar may tell of its menu some milliseconds late, when that has
-    //! gone and a click has opened the popover: right after it has opened it stays.
+    //! Closes it when a bar says that it has opened the status item's menu. A bar may tell of its menu some milliseconds
+    //! late, when that has gone and a click has opened the popover: right after it has opened it stays.
     void giveWayToMenu();
 
     [[nodiscard]] bool isShown() const { return isVisible(); }
