@@ -15,7 +15,8 @@ namespace velquarin {
 
 class GitService;
 
-//! Delivers the path of a repository once git has been asked about it for 30 seconds, and nothing when that is over. While git does not run no timer does.
+//! Delivers the path of a repository once git has been asked about it for 30 seconds, and nothing when that is over. While
+//! git does not run no timer does.
 class HangObserver : public QObject
 {
     Q_OBJECT
