@@ -146,9 +146,15 @@ def click_last_entry(screen, menu):
     _click_entry(screen, menu, menu.bottom - HALF_A_LINE)
 
 
+# Ground and edge alone are no entries yet: a menu that is painted only now would pass for one in which an entry lights up.
+def _painted(screen, menu):
+    picture = screen.picture(menu)
+    return picture if len(set(picture.pixels())) > 2 else None
+
+
 # Some menus take a click for the one that opened them, until the pointer has moved about in them as a hand does.
 def _click_entry(screen, menu, height):
-    before = screen.picture(menu)
+    before = wait_until(lambda: _painted(screen, menu), "the entries of the menu")
     steps = itertools.cycle((menu.centre[0], menu.centre[0] + 1))
 
     def lights_up():
