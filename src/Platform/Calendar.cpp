@@ -39,8 +39,8 @@ Instant midnightInUtc(QDate date)
 class QtZone : public Zone
 {
 public:
-    explicit QtZone(QTimeZone zone)
-        : m_zone(std::move(zone))
+    explicit QtZone(const QTimeZone &zone)
+        : m_zone(zone)
     {
     }
     [[nodiscard]] std::chrono::seconds offsetAt(Instant moment) const override

@@ -85,7 +85,7 @@ FolderLock PreferencesFile::lock() const
     const auto folder = QFileInfo(followLinks(m_path).path).path();
     if (!m_isGivenUp)
         makeFolder(folder);
-    return FolderLock(folder, patienceWithOthers);
+    return {folder, patienceWithOthers};
 }
 
 QJsonObject PreferencesFile::read(const QString &path)
