@@ -52,12 +52,11 @@ Result await(QFuture<Result> future, Place place = Place{__builtin_FILE(), __bui
     return future.result();
 }
 
-//! Runs the event loop until the coroutine has ended.
-inline void await(QCoro::Task<> task, Place place = Place{__builtin_FILE(), __builtin_LINE()})
+//! Runs the event loop until the coroutine has ended, with an error or without.
+template <typename Result>
+void await(const QCoro::Task<Result> &task, Place place = Place{__builtin_FILE(), __builtin_LINE()})
 {
-    bool isDone = false;
-    task.then([&isDone] { isDone = true; });
-    awaitThat([&isDone] { return isDone; }, place);
+    awaitThat([&task] { return task.isReady(); }, place);
 }
 
 }  // namespace velquarin::test

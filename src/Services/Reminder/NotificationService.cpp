@@ -6,10 +6,9 @@
 #include "Platform/Clock.h"
 #include "Platform/Output.h"
 #include "Platform/PreferencesStore.h"
+#include "Platform/WhileAlive.h"
 #include "Services/Reminder/ReminderDecision.h"
 
-#include <QCoroFuture>
-#include <QPointer>
 #include <QTimer>
 
 namespace velquarin {
@@ -41,24 +40,18 @@ void NotificationService::setAuthorized(bool isAuthorized)
 
 QCoro::Task<> NotificationService::checkAuthorizationStatus()
 {
-    const QPointer<NotificationService> self(this);
-    const bool isAuthorized = co_await m_center.isAuthorized();
-    if (self)
-        setAuthorized(isAuthorized);
+    setAuthorized(co_await whileAlive(this, m_center.isAuthorized()));
 }
 
 QCoro::Task<bool> NotificationService::requestAuthorization()
 {
-    const QPointer<NotificationService> self(this);
     bool isGranted = false;
     try {
-        isGranted = co_await m_center.requestAuthorization();
-    } catch (const std::exception &error) {
-        if (self)
-            m_output.printLine(QLatin1String("Notification authorization error: ") + QString::fromUtf8(error.what()));
+        isGranted = co_await whileAlive(this, m_center.requestAuthorization());
+    } catch (const NotificationError &error) {
+        m_output.printLine(QLatin1String("Notification authorization error: ") + QString::fromUtf8(error.what()));
     }
-    if (self)
-        setAuthorized(isGranted);
+    setAuthorized(isGranted);
     co_return isGranted;
 }
 
@@ -74,15 +67,13 @@ QCoro::Task<> NotificationService::checkAndNotifyStreakRisk(qint64 currentStreak
         withdrawReminder();
     if (!isDue(currentStreak, hasCommittedToday, notificationsEnabled))
         co_return;
-    const QPointer<NotificationService> self(this);
     // Another instance of the user's, in a session beside this one, may have reminded already.
-    co_await m_preferences.takeOverChanges();
-    if (!self || !isDue(currentStreak, hasCommittedToday, notificationsEnabled))
+    co_await whileAlive(this, m_preferences.takeOverChanges());
+    if (!isDue(currentStreak, hasCommittedToday, notificationsEnabled))
         co_return;
-    bool mayNotify = m_isAuthorized;
-    if (!mayNotify)
-        mayNotify = co_await requestAuthorization();
-    if (self && mayNotify)
+    if (!m_isAuthorized)
+        co_await requestAuthorization();
+    if (m_isAuthorized)
         co_await sendStreakRiskNotification(currentStreak);
 }
 
@@ -100,18 +91,13 @@ bool NotificationService::isDue(qint64 currentStreak, bool hasCommittedToday, bo
 
 QCoro::Task<> NotificationService::sendStreakRiskNotification(qint64 currentStreak)
 {
-    const QPointer<NotificationService> self(this);
     const auto postedAt = m_clock.now();
-    const auto request = reminderRequest(currentStreak, postedAt);
     try {
-        co_await m_center.add(request);
-    } catch (const std::exception &error) {
-        if (self)
-            m_output.printLine(QLatin1String("Failed to send notification: ") + QString::fromUtf8(error.what()));
+        co_await whileAlive(this, m_center.add(reminderRequest(currentStreak, postedAt)));
+    } catch (const NotificationError &error) {
+        m_output.printLine(QLatin1String("Failed to send notification: ") + QString::fromUtf8(error.what()));
         co_return;
     }
-    if (!self)
-        co_return;
     m_preferences.set(lastNotificationKey, m_clock.now());
     m_output.printLine(QStringLiteral("Streak risk notification sent"));
     m_postedAt = postedAt;

@@ -7,12 +7,10 @@
 #include "Platform/Clock.h"
 #include "Platform/Output.h"
 #include "Platform/Timers.h"
+#include "Platform/WhileAlive.h"
 #include "Services/Git/GitService.h"
 #include "Services/Reminder/NotificationService.h"
 #include "Services/Streak/MergedHistory.h"
-
-#include <QCoroFuture>
-#include <QPointer>
 
 #include <algorithm>
 #include <functional>
@@ -104,18 +102,14 @@ QCoro::Task<> StreakManager::refresh()
     assign(m_isRefreshing, true, &StreakManager::isRefreshingWillChange);
     assign(m_error, std::optional<QString>(), &StreakManager::errorWillChange);
 
-    const QPointer self(this);
     if (m_settings.autoDiscoveryEnabled() && shouldRunAutoDiscovery())
         co_await runAutoDiscovery();
-    if (!self)
-        co_return;
     const auto repositories = enabledRepositories();
     if (repositories.isEmpty())
         publishNothing();
     else
         co_await readRepositories(repositories);
-    if (self)
-        endRefresh();
+    endRefresh();
 }
 
 QList<TrackedRepository> StreakManager::enabledRepositories() const
@@ -151,15 +145,12 @@ QCoro::Task<> StreakManager::readRepositories(QList<TrackedRepository> repositor
     if (!start)
         co_return;
 
-    const QPointer self(this);
     const auto history = std::make_shared<MergedHistory>(calendar, today);
     std::optional<RefreshFigures> figures;
     for (const auto &repository : std::as_const(repositories)) {
         // Named, since the compiler would destroy the captures twice where it is part of what is waited for.
         const auto asked = ask(repository, *start, history, &repository == &repositories.constLast());
-        const auto reading = co_await asked;
-        if (!self)
-            co_return;
+        const auto reading = co_await whileAlive(this, asked);
         if (!reading.error.isEmpty())
             m_output.printLine(QStringLiteral("Error processing repo ") + repository.path + QStringLiteral(": ") +
                                reading.error);
@@ -210,12 +201,9 @@ QCoro::Task<> StreakManager::runAutoDiscovery()
     if (!std::ranges::any_of(folders, &WatchedFolder::isEnabled))
         co_return;
     assign(m_isScanning, true, &StreakManager::isScanningWillChange);
-    const QPointer self(this);
     QSet<QString> found;
     QStringList added;
     co_await scanFolders(folders, &found, &added);
-    if (!self)
-        co_return;
     m_settings.pruneOrphanedAutoDiscoveredRepos(found + pathsAddedByHand());
     m_settings.setLastAutoDiscoveryScan(m_clock.now());
     assign(m_lastDiscoveredRepos, added, &StreakManager::lastDiscoveredReposWillChange);
@@ -225,13 +213,10 @@ QCoro::Task<> StreakManager::runAutoDiscovery()
 // The folders are those of the moment at which the run began; one that is added meanwhile has a run of its own.
 QCoro::Task<> StreakManager::scanFolders(QList<WatchedFolder> folders, QSet<QString> *found, QStringList *added)
 {
-    const QPointer self(this);
     for (const auto &folder : std::as_const(folders)) {
         if (!folder.isEnabled)
             continue;
-        const auto paths = co_await m_gitService.scanForRepositories(folder.path, folder.maxDepth);
-        if (!self)
-            co_return;
+        const auto paths = co_await whileAlive(this, m_gitService.scanForRepositories(folder.path, folder.maxDepth));
         found->unite({paths.begin(), paths.end()});
         added->append(m_settings.addRepositories(paths, true));
     }

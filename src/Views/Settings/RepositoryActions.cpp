@@ -5,12 +5,11 @@
 
 #include "Models/AppSettings.h"
 #include "Platform/FolderChooser.h"
+#include "Platform/WhileAlive.h"
 #include "Services/Git/GitService.h"
 #include "Services/Streak/StreakManager.h"
 
 #include <QCoreApplication>
-#include <QCoroFuture>
-#include <QPointer>
 
 #include <utility>
 
@@ -70,11 +69,7 @@ void RepositoryActions::forgetMessage()
 
 QCoro::Task<> RepositoryActions::checkAndAdd(QString path)
 {
-    const QPointer self(this);
-    const auto check = m_gitService.isGitRepository(path);
-    const bool isRepository = co_await check;
-    if (!self)
-        co_return;
+    const bool isRepository = co_await whileAlive(this, m_gitService.isGitRepository(path));
     if (!isRepository) {
         setMessage(tr("Selected folder is not a git repository"));
         co_return;
@@ -90,11 +85,7 @@ QCoro::Task<> RepositoryActions::scan(QString path)
     m_scanProgress = tr("Scanning...");
     setMessage(std::nullopt);
 
-    const QPointer self(this);
-    const auto walk = m_gitService.scanForRepositories(path, depthOfScan);
-    const auto found = co_await walk;
-    if (!self)
-        co_return;
+    const auto found = co_await whileAlive(this, m_gitService.scanForRepositories(path, depthOfScan));
     const auto added = m_settings.addRepositories(found, false);
     m_isScanning = false;
     m_scanProgress.reset();

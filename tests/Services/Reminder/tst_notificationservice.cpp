@@ -6,6 +6,7 @@
 #include "Platform/PreferencesStore.h"
 #include "Services/Reminder/ReminderDecision.h"
 
+#include "support/Await.h"
 #include "support/FakeClock.h"
 #include "support/FakeTimers.h"
 #include "support/MemoryPreferences.h"
@@ -19,6 +20,7 @@
 
 using namespace velquarin;
 using namespace std::chrono_literals;
+using test::await;
 using test::instant;
 
 namespace {
@@ -532,7 +534,7 @@ void TestNotificationService::aServiceThatIsGoneHearsNoLeave()
     auto task = world.service->requestAuthorization();
     world.service.reset();
     world.center.answer();
-    QVERIFY(!QCoro::waitFor(task));
+    await(task);
     QVERIFY(world.output.lines().isEmpty());
 }
 
@@ -544,7 +546,7 @@ void TestNotificationService::aServiceThatIsGoneSendsNothing()
     QCOMPARE(world.center.leaveQuestions(), 1);
     world.service.reset();
     world.center.answer();
-    QCoro::waitFor(task);
+    await(task);
     QVERIFY(world.center.added().isEmpty());
 }
 
@@ -556,7 +558,7 @@ void TestNotificationService::aServiceThatIsGoneStoresNothing()
     QCOMPARE(world.center.added().size(), 1);
     world.service.reset();
     world.center.answer();
-    QCoro::waitFor(task);
+    await(task);
     QVERIFY(!world.lastReminder());
     QVERIFY(world.output.lines().isEmpty());
     QVERIFY(world.timers.live().empty());

@@ -5,10 +5,10 @@
 
 #include "Platform/Linux/Notifications/NotificationCalls.h"
 #include "Platform/Linux/Session/SessionBus.h"
+#include "Platform/WhileAlive.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QPointer>
 
 #include <algorithm>
 
@@ -50,20 +50,17 @@ QCoro::Task<bool> FreedesktopNotifications::requestAuthorization()
 // Said to the connection that answered the questions: the signals of what it shows come from there.
 QCoro::Task<> FreedesktopNotifications::add(NotificationRequest request)
 {
-    const QPointer<FreedesktopNotifications> self(this);
     withdraw();
-    const auto server = co_await askNotificationServer(m_bus.connection(), m_patience.forQuestions);
-    if (!self)
-        throw NotificationError("The program is ending");
+    const auto server =
+        co_await whileAlive(this, askNotificationServer(m_bus.connection(), m_patience.forQuestions));
     listen();
     try {
         const auto call = showing(server, request, m_category);
-        const auto answer = co_await answerTo(call, m_bus.connection(), m_patience.forShowing, QStringLiteral("u"));
-        if (self)
-            m_shown = Shown{server.owner, answer.arguments().constFirst().toUInt(), {}};
+        const auto answer = co_await whileAlive(
+            this, answerTo(call, m_bus.connection(), m_patience.forShowing, QStringLiteral("u")));
+        m_shown = Shown{server.owner, answer.arguments().constFirst().toUInt(), {}};
     } catch (const NotificationError &) {
-        if (self)
-            stopListening();
+        stopListening();
         throw;
     }
 }

@@ -8,6 +8,7 @@
 #include "Platform/PathNames.h"
 
 #include <algorithm>
+#include <csignal>
 #include <utility>
 
 namespace velquarin {
@@ -17,7 +18,21 @@ using namespace std::chrono_literals;
 namespace {
 
 // Long enough to catch all values of one save and most of a burst, short enough to have any change on disk in time.
-constexpr auto patience = 20ms;
+constexpr auto burst = 20ms;
+
+// A thread inherits the signals that are blocked where it is started. This one takes none, so that they all reach the
+// main thread, which knows what they mean.
+template <typename Function>
+std::thread threadWithoutSignals(Function function)
+{
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    std::thread thread(std::move(function));
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    return thread;
+}
 
 // Ours under the keys that were changed here, theirs under all others. Inserting what is undefined removes the key.
 QJsonObject merged(const QJsonObject &ours, QJsonObject theirs, const std::set<QString> &changedKeys)
@@ -57,7 +72,6 @@ QString defaultPreferencesPath()
 
 JsonPreferencesStore::JsonPreferencesStore(const QString &path)
     : m_file(path)
-    , m_writer([this] { writeNewest(); }, patience)
 {
     m_own = m_file.load();
     m_merged = m_own;
@@ -66,6 +80,14 @@ JsonPreferencesStore::JsonPreferencesStore(const QString &path)
 JsonPreferencesStore::~JsonPreferencesStore()
 {
     flush(std::chrono::hours(1));
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isEnding = true;
+        m_isHurried = true;
+    }
+    m_woken.notify_all();
+    if (m_writer.joinable())
+        m_writer.join();
 }
 
 std::optional<PreferenceValue> JsonPreferencesStore::value(const QString &key) const
@@ -88,7 +110,7 @@ void JsonPreferencesStore::put(const QString &key, const QJsonValue &value)
         m_touched.insert(key);
     }
     m_isEverChanged = true;
-    m_writer.request();
+    wakeWriter();
 }
 
 void JsonPreferencesStore::remove(const QString &key)
@@ -110,7 +132,7 @@ QFuture<void> JsonPreferencesStore::takeOverChanges()
         const std::lock_guard lock(m_mutex);
         m_looks.push_back(std::move(look));
     }
-    m_writer.request();
+    wakeWriter();
     return done;
 }
 
@@ -125,57 +147,91 @@ bool JsonPreferencesStore::flush(std::chrono::milliseconds limit)
 {
     if (!m_isEverChanged)
         return true;
-    m_writer.request();
-    return m_writer.finish(limit);
+    wakeWriter();
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    std::unique_lock lock(m_mutex);
+    m_isHurried = true;
+    m_woken.notify_all();
+    const bool isDone = m_woken.wait_until(lock, deadline, [this] { return !m_isDue && !m_isRunning; });
+    m_isHurried = false;
+    return isDone;
+}
+
+void JsonPreferencesStore::wakeWriter()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isDue = true;
+    }
+    m_woken.notify_all();
+    if (!m_writer.joinable())
+        m_writer = threadWithoutSignals([this] { serve(); });
+}
+
+void JsonPreferencesStore::serve()
+{
+    std::unique_lock lock(m_mutex);
+    while (true) {
+        m_woken.wait(lock, [this] { return m_isDue || m_isEnding; });
+        if (!m_isDue)
+            return;
+        m_woken.wait_for(lock, burst, [this] { return m_isHurried; });
+        m_isDue = false;
+        m_isRunning = true;
+        writeNewest(lock);
+        m_isRunning = false;
+        m_woken.notify_all();
+    }
 }
 
 // Only what differs from what was set here last, or loaded, is ours to write: setting an equal value takes back nothing
 // that somebody else has written since.
-void JsonPreferencesStore::writeNewest()
+void JsonPreferencesStore::writeNewest(std::unique_lock<std::mutex> &lock)
 {
-    std::unique_lock lock(m_mutex);
     const auto touched = std::exchange(m_touched, {});
     auto looks = std::exchange(m_looks, {});
     if (touched.empty() && m_unwritten.empty() && looks.empty())
         return;
-    const auto set = m_set;
-    const auto before = m_own;
+    if (std::exchange(m_isCopyWanted, false))
+        m_file.keepCopyOfLoaded();
+    const auto before = std::exchange(m_own, withNewest(touched));
+    const auto now = m_own;
     const auto earlier = m_merged;
-    const bool isCopyWanted = std::exchange(m_isCopyWanted, false);
     lock.unlock();
 
-    auto now = before;
-    for (const auto &key : touched) {
-        now.insert(key, set.at(key));
-        if (now.value(key) != before.value(key))
-            m_unwritten.insert(key);
-    }
-    if (isCopyWanted)
-        m_file.keepCopyOfLoaded();
-    const auto merged = write(before, now, earlier, touched.empty() && m_unwritten.empty());
+    const auto folderLock = m_file.lock();
+    const auto all = withChangesOfOthers(before, now, earlier);
+    // Nothing of ours is new: a file that somebody edits by hand keeps its layout.
+    const bool isOnlyALook = touched.empty() && m_unwritten.empty();
+    if (!isOnlyALook && m_file.write(encodePreferences(all)))
+        m_unwritten.clear();
 
     lock.lock();
-    m_own = now;
-    m_merged = merged;
+    m_merged = all;
     std::erase_if(m_set, [this](const auto &item) { return !m_touched.contains(item.first); });
-    lock.unlock();
     for (auto &look : looks)
         look.finish();
 }
 
-// Returns what the file holds, or would hold if it could be written.
-QJsonObject JsonPreferencesStore::write(const QJsonObject &before, const QJsonObject &now, const QJsonObject &earlier,
-                                        bool isOnlyALook)
+QJsonObject JsonPreferencesStore::withNewest(const std::set<QString> &touched)
 {
-    const auto folderLock = m_file.lock();
+    auto now = m_own;
+    for (const auto &key : touched) {
+        now.insert(key, m_set.at(key));
+        if (now.value(key) != m_own.value(key))
+            m_unwritten.insert(key);
+    }
+    return now;
+}
+
+// Returns what the file holds once ours is written, or would hold if it could be.
+QJsonObject JsonPreferencesStore::withChangesOfOthers(const QJsonObject &before, const QJsonObject &now,
+                                                      const QJsonObject &earlier)
+{
     const auto theirs = m_file.changeOfOthers().value_or(earlier);
     if (isAnyLost(theirs, before, now, m_unwritten))
         m_file.keepCopyOfPresent();
-    auto all = merged(now, theirs, m_unwritten);
-    // Nothing of ours is new: a file that somebody edits by hand keeps its layout.
-    if (!isOnlyALook && m_file.write(encodePreferences(all)))
-        m_unwritten.clear();
-    return all;
+    return merged(now, theirs, m_unwritten);
 }
 
 }  // namespace velquarin

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/Linux/Preferences/CoalescingWorker.h"
 #include "Platform/Linux/Preferences/PreferencesFile.h"
 #include "Platform/PreferencesStore.h"
 
@@ -10,9 +9,11 @@
 #include <QPromise>
 
 #include <chrono>
+#include <condition_variable>
 #include <map>
 #include <mutex>
 #include <set>
+#include <thread>
 #include <vector>
 
 namespace velquarin {
@@ -21,7 +22,7 @@ namespace velquarin {
 [[nodiscard]] QString defaultPreferencesPath();
 
 //! The preferences as one JSON file, which is read when the store is made and written on a thread that sleeps
-//! otherwise. What somebody else, a second instance of the user, has written under keys that were not
+//! otherwise, once for all changes that come close together. What somebody else, a second instance of the user, has written under keys that were not
 //! changed here since is taken over at the next write, or when asked for.
 //! Source: docs/decisions/0002-preferences-file.md
 class JsonPreferencesStore final : public PreferencesStore
@@ -48,11 +49,19 @@ public:
 
 private:
     void put(const QString &key, const QJsonValue &value);
-    void writeNewest();
-    [[nodiscard]] QJsonObject write(const QJsonObject &before, const QJsonObject &now, const QJsonObject &earlier,
-                                    bool isOnlyALook);
+    void wakeWriter();
+    void serve();
+    void writeNewest(std::unique_lock<std::mutex> &lock);
+    [[nodiscard]] QJsonObject withNewest(const std::set<QString> &touched);
+    [[nodiscard]] QJsonObject withChangesOfOthers(const QJsonObject &before, const QJsonObject &now,
+                                                  const QJsonObject &earlier);
 
     mutable std::mutex m_mutex;
+    std::condition_variable m_woken;      // of anything that the writer or who waits for it looks at
+    bool m_isDue = false;                 // guarded by m_mutex: a run is wanted that has not begun
+    bool m_isRunning = false;             // guarded by m_mutex
+    bool m_isHurried = false;             // guarded by m_mutex: nobody waits for the end of a burst
+    bool m_isEnding = false;              // guarded by m_mutex
     std::map<QString, QJsonValue> m_set;  // guarded by m_mutex: set here and not yet in m_merged; undefined: removed
     QJsonObject m_merged;                 // guarded by m_mutex: the values as the writer last put them together
     QJsonObject m_own;                    // guarded by m_mutex: what the writer last knew to be set here, or loaded
@@ -62,7 +71,7 @@ private:
     bool m_isEverChanged = false;         // main thread only
     std::set<QString> m_unwritten;        // the writer's: the keys that were changed here and are not in the file yet
     PreferencesFile m_file;               // the writer's, once the constructor is done
-    CoalescingWorker m_writer;            // last, so that its thread ends before anything else does
+    std::thread m_writer;                 // from the first change on
 };
 
 }  // namespace velquarin

@@ -19,7 +19,8 @@ public:
     {
     }
 
-    [[nodiscard]] bool await_ready() const { return m_watcher->isFinished(); }
+    // What fails at once is told later as well: nobody is called back in the middle of asking.
+    [[nodiscard]] bool await_ready() const { return false; }
 
     void await_suspend(std::coroutine_handle<> caller) const
     {

@@ -3,9 +3,11 @@
 
 #include "Platform/Linux/StatusItem/StatusNotifierWatch.h"
 
+#include "Platform/Linux/Session/AsyncBus.h"
+#include "Platform/WhileAlive.h"
+
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusReply>
 #include <QDBusVariant>
 
 #include <chrono>
@@ -23,12 +25,23 @@ const QString watcherPath = QStringLiteral("/StatusNotifierWatcher");
 // Longer than any bar takes to start.
 constexpr auto patienceForViewer = 2s;
 
+// As long as the bus itself would wait.
+constexpr auto patienceForAnswer = 25s;
+
 // An error's text would otherwise pass for the result.
 template <typename Value>
-Value resultOf(const QDBusPendingCall &call)
+Value resultOf(const QDBusMessage &answer)
 {
-    const QDBusPendingReply<Value> reply(call);
-    return reply.isError() ? Value() : reply.value();
+    const QDBusReply<Value> reply(answer);
+    return reply.isValid() ? reply.value() : Value();
+}
+
+QDBusMessage questionToBus(const QString &method, const QString &name)
+{
+    const auto bus = QStringLiteral("org.freedesktop.DBus");
+    auto call = QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, method);
+    call.setArguments({name});
+    return call;
 }
 
 }  // namespace
@@ -37,6 +50,7 @@ StatusNotifierWatch::StatusNotifierWatch(QDBusConnection connection, QObject *pa
     : QObject(parent)
     , m_connection(std::move(connection))
     , m_names(watcherName, m_connection, QDBusServiceWatcher::WatchForOwnerChange)
+    , m_asker(std::make_unique<QObject>())
 {
     connect(&m_names, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &owner) { ownerChanged(owner); });
@@ -51,35 +65,20 @@ StatusNotifierWatch::StatusNotifierWatch(QDBusConnection connection, QObject *pa
     askForOwner();
 }
 
-// An answer that comes after the watcher has changed is dropped.
-void StatusNotifierWatch::ask(const QDBusMessage &question, const std::function<void(const QDBusPendingCall &)> &take)
+QCoro::Task<QDBusMessage> StatusNotifierWatch::answerTo(const QDBusMessage &question)
 {
-    auto *reply = new QDBusPendingCallWatcher(m_connection.asyncCall(question), this);
-    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply, take, asked = m_generation] {
-        reply->deleteLater();
-        if (asked == m_generation)
-            take(*reply);
-    });
+    return whileAlive(m_asker.get(), replyTo(question, m_connection, patienceForAnswer));
 }
 
-void StatusNotifierWatch::askBus(const QString &method, const QString &name,
-                                 const std::function<void(const QDBusPendingCall &)> &take)
+QCoro::Task<> StatusNotifierWatch::askForOwner()
 {
-    const auto bus = QStringLiteral("org.freedesktop.DBus");
-    auto call = QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus, method);
-    call.setArguments({name});
-    ask(call, take);
-}
-
-void StatusNotifierWatch::askForOwner()
-{
-    askBus(QStringLiteral("GetNameOwner"), watcherName,
-           [this](const auto &answer) { ownerChanged(resultOf<QString>(answer)); });
+    const auto question = questionToBus(QStringLiteral("GetNameOwner"), watcherName);
+    ownerChanged(resultOf<QString>(co_await answerTo(question)));
 }
 
 void StatusNotifierWatch::ownerChanged(const QString &owner)
 {
-    ++m_generation;
+    m_asker = std::make_unique<QObject>();
     m_owner = owner;
     m_host.reset();
     m_hasViewer = false;
@@ -91,35 +90,29 @@ void StatusNotifierWatch::ownerChanged(const QString &owner)
         askForProcess(owner);
 }
 
-void StatusNotifierWatch::askForProcess(const QString &owner)
+QCoro::Task<> StatusNotifierWatch::askForProcess(QString owner)
 {
-    askBus(QStringLiteral("GetConnectionUnixProcessID"), owner,
-           [this](const auto &answer) { takeProcess(resultOf<uint>(answer)); });
-}
-
-void StatusNotifierWatch::takeProcess(uint processId)
-{
-    m_host = statusHostOfProcess(processId);
+    const auto question = questionToBus(QStringLiteral("GetConnectionUnixProcessID"), owner);
+    m_host = statusHostOfProcess(resultOf<uint>(co_await answerTo(question)));
     if (m_hasViewer) {
         tell(true);
-        return;
+        co_return;
     }
     m_patience.start();
     askForViewer();
 }
 
 // Whoever cannot answer is taken for one that shows items.
-void StatusNotifierWatch::askForViewer()
+QCoro::Task<> StatusNotifierWatch::askForViewer()
 {
-    auto call = QDBusMessage::createMethodCall(m_owner, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"),
-                                               QStringLiteral("Get"));
-    call.setArguments({watcherName, QStringLiteral("IsStatusNotifierHostRegistered")});
-    ask(call, [this](const auto &answer) {
-        m_answers = !answer.isError();
-        const bool isShown = !m_answers || resultOf<QDBusVariant>(answer).variant().toBool();
-        if (isShown || !m_patience.isActive())
-            tell(isShown);
-    });
+    auto question = QDBusMessage::createMethodCall(m_owner, watcherPath,
+                                                   QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    question.setArguments({watcherName, QStringLiteral("IsStatusNotifierHostRegistered")});
+    const auto answer = co_await answerTo(question);
+    m_answers = answer.type() == QDBusMessage::ReplyMessage;
+    const bool isShown = !m_answers || resultOf<QDBusVariant>(answer).variant().toBool();
+    if (isShown || !m_patience.isActive())
+        tell(isShown);
 }
 
 // GNOME's says so in the moment in which it takes its name, before we know that it is GNOME's.

@@ -4,14 +4,14 @@
 
 #include "Platform/Linux/StatusItem/StatusHost.h"
 
+#include <QCoroTask>
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCall>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QTimer>
 
-#include <functional>
+#include <memory>
 #include <optional>
 
 namespace velquarin {
@@ -38,17 +38,14 @@ Q_SIGNALS:
     void absent();
 
 private:
-    void askForOwner();
+    QCoro::Task<> askForOwner();
     void ownerChanged(const QString &owner);
-    void askForProcess(const QString &owner);
-    void takeProcess(uint processId);
-    void askForViewer();
+    QCoro::Task<> askForProcess(QString owner);
+    QCoro::Task<> askForViewer();
     void tell(bool isShown);
     Q_SLOT void viewerCame(const QDBusMessage &signal);
     Q_SLOT void viewerWent(const QDBusMessage &signal);
-    void ask(const QDBusMessage &question, const std::function<void(const QDBusPendingCall &answer)> &take);
-    void askBus(const QString &method, const QString &name,
-                const std::function<void(const QDBusPendingCall &answer)> &take);
+    [[nodiscard]] QCoro::Task<QDBusMessage> answerTo(const QDBusMessage &question);
 
     QDBusConnection m_connection;
     QDBusServiceWatcher m_names;
@@ -58,7 +55,7 @@ private:
     std::optional<bool> m_isShown;     // what was told of this watcher
     bool m_answers = true;             // whether the watcher could say who shows what it collects
     QTimer m_patience;                 // with a watcher whose items nobody shows yet
-    int m_generation = 0;              // an answer to a question that was asked before the last change is dropped
+    std::unique_ptr<QObject> m_asker;  // goes when the watcher changes, and with it whatever waits for an answer
 };
 
 }  // namespace velquarin

@@ -3,12 +3,13 @@
 
 #include "Platform/Linux/Windows/DesktopColors.h"
 
+#include "Platform/Linux/Session/AsyncBus.h"
 #include "Platform/Linux/Session/SessionBus.h"
 #include "Platform/Linux/Windows/DarkPalette.h"
+#include "Platform/WhileAlive.h"
 
 #include <QApplication>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QEvent>
 
@@ -28,6 +29,9 @@ const QString appearance = QStringLiteral("org.freedesktop.appearance");
 const QString colorScheme = QStringLiteral("color-scheme");
 
 constexpr uint preferDark = 1;
+
+// As long as the bus itself would wait.
+constexpr auto patience = 25s;
 
 // The answer to the question is wrapped once more than the value of the signal.
 QVariant unwrapped(const QVariant &value)
@@ -77,16 +81,13 @@ void ColorSchemeSetting::awaitPortals(const QDBusConnection &connection)
 }
 
 // What has changed since the question was asked is told by a signal that comes after the answer.
-void ColorSchemeSetting::ask(QDBusConnection connection)
+QCoro::Task<> ColorSchemeSetting::ask(QDBusConnection connection)
 {
     auto question = QDBusMessage::createMethodCall(portalName, portalPath, settings, QStringLiteral("Read"));
     question.setArguments({appearance, colorScheme});
-    auto *reply = new QDBusPendingCallWatcher(connection.asyncCall(question), this);
-    connect(reply, &QDBusPendingCallWatcher::finished, this, [this, reply] {
-        reply->deleteLater();
-        if (!reply->isError())
-            take(reply->reply().arguments().value(0));
-    });
+    const auto reply = co_await whileAlive(this, replyTo(question, connection, patience));
+    if (reply.type() == QDBusMessage::ReplyMessage)
+        take(reply.arguments().value(0));
 }
 
 void ColorSchemeSetting::hear(const QString & /*group*/, const QString & /*key*/, const QDBusVariant &value)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QCoroTask>
 #include <QDBusConnection>
 #include <QDBusVariant>
 #include <QObject>
@@ -34,7 +35,7 @@ Q_SIGNALS:
 private:
     void follow();
     void awaitPortals(const QDBusConnection &connection);
-    void ask(QDBusConnection connection);
+    QCoro::Task<> ask(QDBusConnection connection);
     void take(const QVariant &value);
     Q_SLOT void hear(const QString &group, const QString &key, const QDBusVariant &value);
 
