@@ -3,10 +3,8 @@
 
 #include "App/AppDelegate.h"
 
-#include "App/HangObserver.h"
 #include "App/Shared.h"
 #include "App/StatusItemPlan.h"
-#include "App/StreakObserver.h"
 #include "Platform/StatusItem.h"
 #include "Views/Dashboard/MenuBarView.h"
 #include "Views/Dashboard/Popover.h"

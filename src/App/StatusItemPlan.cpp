@@ -3,9 +3,17 @@
 
 #include "App/StatusItemPlan.h"
 
+#include "Services/Git/GitService.h"
+#include "Services/Streak/StreakManager.h"
+
 #include <QCoreApplication>
 
+#include <chrono>
+#include <utility>
+
 namespace velquarin {
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -40,6 +48,48 @@ StatusItemAppearance statusItemAppearance(qint64 streak, bool isRefreshing, bool
     if (hasCommittedToday)
         return {QStringLiteral("flame.fill"), false, Words::tr("Velquarin"), titleFor(streak)};
     return {QStringLiteral("flame"), true, Words::tr("Velquarin"), titleFor(streak)};
+}
+
+StreakObserver::StreakObserver(const StreakManager &manager, Timers &timers, Deliver deliver)
+    : m_manager(manager)
+    , m_timers(timers)
+    , m_deliver(std::move(deliver))
+{
+    connect(&manager, &StreakManager::currentStreakWillChange, this, &StreakObserver::waitForQuiet);
+    connect(&manager, &StreakManager::isRefreshingWillChange, this, &StreakObserver::waitForQuiet);
+    connect(&manager, &StreakManager::hasCommittedTodayWillChange, this, &StreakObserver::waitForQuiet);
+    waitForQuiet();
+}
+
+void StreakObserver::waitForQuiet()
+{
+    m_quiet = m_timers.after(200ms, [this] { deliver(); });
+}
+
+// The values are read now: the signals came before theirs were stored.
+void StreakObserver::deliver() const
+{
+    m_deliver(m_manager.currentStreak(), m_manager.isRefreshing(), m_manager.hasCommittedToday());
+}
+
+HangObserver::HangObserver(const GitService &gitService, Timers &timers, Deliver deliver)
+    : m_timers(timers)
+    , m_deliver(std::move(deliver))
+{
+    connect(&gitService, &GitService::repositoryBeingReadChanged, this, &HangObserver::watch);
+}
+
+void HangObserver::watch(const std::optional<QString> &path)
+{
+    m_patience.reset();
+    if (std::exchange(m_isDelivered, false))
+        m_deliver(std::nullopt);
+    if (!path)
+        return;
+    m_patience = m_timers.after(30s, [this, path] {
+        m_isDelivered = true;
+        m_deliver(path);
+    });
 }
 
 }  // namespace velquarin

@@ -5,7 +5,6 @@
 #include "Platform/Linux/Files/PosixFileTree.h"
 #include "Platform/Linux/Notifications/FreedesktopNotifications.h"
 #include "Platform/Linux/Preferences/JsonPreferencesStore.h"
-#include "Platform/Linux/Process/BootTimeTimers.h"
 #include "Platform/Linux/Process/ChildProcessRunner.h"
 #include "Platform/Linux/Process/StandardStreams.h"
 #include "Platform/Linux/Process/SystemClock.h"

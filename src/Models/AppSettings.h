@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Models/TrackedRepository.h"
-#include "Models/WatchedFolder.h"
-#include "Platform/Instant.h"
+#include "Models/SettingsRecords.h"
+#include "Platform/Calendar.h"
 
 #include <QList>
 #include <QObject>

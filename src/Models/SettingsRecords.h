@@ -2,15 +2,36 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Models/TrackedRepository.h"
-#include "Models/WatchedFolder.h"
-
 #include <QByteArray>
 #include <QList>
+#include <QString>
+#include <QUuid>
 
 #include <optional>
 
 namespace velquarin {
+
+//! One local git working tree whose commits count towards the streak.
+struct TrackedRepository
+{
+    QUuid id;                       //!< which record this is, whatever else changes about it
+    QString path;                   //!< absolute, exactly as it was given: no normalisation, no links resolved
+    QString name;                   //!< what people see
+    bool isEnabled = true;          //!< whether refreshes read it
+    bool isAutoDiscovered = false;  //!< found under a watched folder; only such records are ever pruned
+    friend bool operator==(const TrackedRepository &, const TrackedRepository &) = default;
+};
+
+//! One folder under which repositories are found automatically.
+struct WatchedFolder
+{
+    QUuid id;               //!< which record this is, whatever else changes about it
+    QString path;           //!< absolute, exactly as it was given
+    QString name;           //!< what people see
+    bool isEnabled = true;  //!< whether it is scanned
+    qint64 maxDepth = 0;    //!< how many levels below the folder a scan goes down
+    friend bool operator==(const WatchedFolder &, const WatchedFolder &) = default;
+};
 
 //! The lists of records as they are stored: a JSON array with an object a record, in the order of the list,
 //! whose members are named like the fields. Ids are upper-case text of 36 characters.

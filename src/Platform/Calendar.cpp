@@ -3,8 +3,6 @@
 
 #include "Platform/Calendar.h"
 
-#include "Platform/UniversalTime.h"
-
 #include <QDateTime>
 #include <QTimeZone>
 
@@ -17,6 +15,19 @@ using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 
 namespace {
+
+// More different days than any honest history has; whoever invents more shall not fill the memory with them.
+constexpr std::size_t mostRemembered = 36'525;
+
+template <typename Starts, typename LookUp>
+auto remembered(Starts &starts, qint64 key, LookUp lookUp)
+{
+    if (const auto found = starts.find(key); found != starts.end())
+        return found->second;
+    if (starts.size() >= mostRemembered)
+        starts.clear();
+    return starts.emplace(key, lookUp()).first->second;
+}
 
 constexpr auto day = milliseconds(24h);
 
@@ -152,6 +163,27 @@ std::chrono::milliseconds untilNextDay(Instant now, const Calendar &calendar)
             return *next - now;
     }
     return day;
+}
+
+DayStarts::DayStarts(Calendar calendar)
+    : m_calendar(std::move(calendar))
+{
+}
+
+std::optional<Instant> DayStarts::startOf(QDate date)
+{
+    return remembered(m_byDate, date.toJulianDay(), [&] {
+        ++m_lookUps;
+        return m_calendar.startOf(date);
+    });
+}
+
+Instant DayStarts::startOfDay(Instant moment)
+{
+    return remembered(m_byMoment, moment.time_since_epoch().count(), [&] {
+        ++m_lookUps;
+        return m_calendar.startOfDay(moment);
+    });
 }
 
 }  // namespace velquarin

@@ -2,19 +2,29 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/Instant.h"
 #include "Platform/Interface.h"
 
 #include <QDate>
 #include <QTime>
+#include <QTimeZone>
 
 #include <chrono>
 #include <memory>
 #include <optional>
-
-class QTimeZone;
+#include <unordered_map>
 
 namespace velquarin {
+
+//! What makes a date and time of Qt one in Greenwich: newer versions no longer take the name of the older.
+#if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
+constexpr auto universalTime = Qt::UTC;
+#else
+constexpr auto universalTime = QTimeZone::UTC;
+#endif
+
+//! A moment, the same everywhere on earth.
+//! Units: milliseconds since 1970-01-01T00:00Z.
+using Instant = std::chrono::sys_time<std::chrono::milliseconds>;
 
 //! How far ahead of Greenwich the clocks of a place are. Safe to ask from any thread.
 class Zone : public Interface
@@ -67,5 +77,28 @@ private:
 
 //! How long until the calendar day of @p now is over; always more than nothing.
 [[nodiscard]] std::chrono::milliseconds untilNextDay(Instant now, const Calendar &calendar);
+
+//! The starts of days in one calendar, each of them looked up once: that takes a microsecond or two, and a refresh asks
+//! for the same few hundred days over and over.
+class DayStarts
+{
+public:
+    explicit DayStarts(Calendar calendar);
+
+    [[nodiscard]] const Calendar &calendar() const { return m_calendar; }
+
+    //! As the calendar says.
+    [[nodiscard]] std::optional<Instant> startOf(QDate date);
+    [[nodiscard]] Instant startOfDay(Instant moment);
+
+    //! How many answers were not remembered.
+    [[nodiscard]] qint64 lookUps() const { return m_lookUps; }
+
+private:
+    Calendar m_calendar;
+    std::unordered_map<qint64, std::optional<Instant>> m_byDate;  // by Julian day
+    std::unordered_map<qint64, Instant> m_byMoment;               // by milliseconds
+    qint64 m_lookUps = 0;
+};
 
 }  // namespace velquarin

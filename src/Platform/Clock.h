@@ -3,8 +3,11 @@
 #pragma once
 
 #include "Platform/Calendar.h"
-#include "Platform/Instant.h"
 #include "Platform/Interface.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
 
 namespace velquarin {
 
@@ -15,6 +18,27 @@ class Clock : public Interface
 public:
     [[nodiscard]] virtual Instant now() const = 0;
     [[nodiscard]] virtual Calendar calendar() const = 0;
+};
+
+//! A timer that runs while it exists. Once destroyed, a tick that was pending never comes.
+class Timer : public Interface
+{
+};
+
+//! Makes timers of the main loop. Time spent in suspend counts; a tick that fell due meanwhile comes once on
+//! waking.
+class Timers : public Interface
+{
+public:
+    using Seconds = std::chrono::duration<double>;
+    using Tick = std::function<void()>;
+
+    //! Ticks every @p period, first one period from now. Any positive period works, from a millisecond to
+    //! centuries.
+    [[nodiscard]] virtual std::unique_ptr<Timer> every(Seconds period, Tick tick) = 0;
+
+    //! Ticks once, @p delay from now.
+    [[nodiscard]] virtual std::unique_ptr<Timer> after(Seconds delay, Tick tick) = 0;
 };
 
 }  // namespace velquarin

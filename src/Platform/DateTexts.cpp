@@ -3,7 +3,7 @@
 
 #include "Platform/DateTexts.h"
 
-#include "Platform/UniversalTime.h"
+#include "Platform/Calendar.h"
 
 #include <unicode/measfmt.h>
 #include <unicode/measunit.h>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/Instant.h"
+#include "Platform/Calendar.h"
 #include "Platform/Interface.h"
 
 #include <QByteArray>

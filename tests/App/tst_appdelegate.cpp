@@ -2,11 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "App/AppDelegate.h"
-#include "App/HangObserver.h"
 #include "App/Shared.h"
 #include "App/StatusItemPlan.h"
-#include "App/StreakObserver.h"
-#include "Platform/Linux/Process/BootTimeTimers.h"
+#include "Platform/Linux/Process/SystemClock.h"
 #include "support/Engine.h"
 #include "support/Offscreen.h"
 #include "support/RecordingFileViewer.h"

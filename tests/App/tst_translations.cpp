@@ -3,8 +3,8 @@
 
 #include "App/StatusItemPlan.h"
 #include "App/Translations.h"
+#include "Platform/Linux/StatusItem/StatusIconPainter.h"
 #include "Platform/Linux/StatusItem/StatusMenu.h"
-#include "Platform/Linux/StatusItem/StatusWords.h"
 #include "Services/Reminder/ReminderDecision.h"
 #include "support/Offscreen.h"
 #include "support/RecordingFileViewer.h"

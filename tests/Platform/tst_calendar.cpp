@@ -3,7 +3,6 @@
 
 #include "Platform/Calendar.h"
 
-#include "Platform/UniversalTime.h"
 #include "support/FakeClock.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"

@@ -5,8 +5,8 @@
 // which does not. Both in turns, once each for each line on standard input, which may ask for days that are "mixed";
 // answers with the two times in milliseconds, or -1 where the counts are wrong.
 
+#include "Platform/Calendar.h"
 #include "Services/Git/GitLog.h"
-#include "Services/Streak/DayStarts.h"
 #include "Services/Streak/MergedHistory.h"
 
 #include <QElapsedTimer>

@@ -5,9 +5,9 @@
 // ./bench reads the same from "-o -,csv".
 
 #include "Models/AppSettings.h"
+#include "Platform/Calendar.h"
 #include "Platform/Linux/Preferences/JsonPreferencesStore.h"
 #include "Services/Git/GitLog.h"
-#include "Services/Streak/DayStarts.h"
 #include "Services/Streak/MergedHistory.h"
 #include "Services/Streak/StreakCalculation.h"
 #include "Views/Dashboard/HeatmapGrid.h"

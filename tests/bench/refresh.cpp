@@ -9,7 +9,6 @@
 
 #include "Models/AppSettings.h"
 #include "Platform/Linux/Files/PosixFileTree.h"
-#include "Platform/Linux/Process/BootTimeTimers.h"
 #include "Platform/Linux/Process/ChildProcessRunner.h"
 #include "Platform/Linux/Process/StandardStreams.h"
 #include "Platform/Linux/Process/SystemClock.h"

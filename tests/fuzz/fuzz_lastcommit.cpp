@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/UniversalTime.h"
+#include "Platform/Calendar.h"
 #include "Services/Git/GitLog.h"
 #include "Target.h"
 

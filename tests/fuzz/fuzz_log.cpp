@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
+#include "Platform/Calendar.h"
 #include "Services/Git/GitLog.h"
-#include "Services/Streak/DayStarts.h"
 #include "Target.h"
 #include "Zones.h"
 

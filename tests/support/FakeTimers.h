@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/Timers.h"
+#include "Platform/Clock.h"
 
 #include <QTest>
 

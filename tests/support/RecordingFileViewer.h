@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/FileViewer.h"
+#include "Platform/Folders.h"
 
 #include <QStringList>
 

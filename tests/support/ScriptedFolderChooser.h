@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/FolderChooser.h"
+#include "Platform/Folders.h"
 
 #include <QList>
 #include <QObject>

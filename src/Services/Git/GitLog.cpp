@@ -3,7 +3,7 @@
 
 #include "Services/Git/GitLog.h"
 
-#include "Services/Streak/DayStarts.h"
+#include "Platform/Calendar.h"
 
 #include <QTimeZone>
 

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "Models/StreakData.h"
+#include "Platform/Calendar.h"
 #include "Platform/Clock.h"
 #include "Platform/ProcessRunner.h"
-#include "Services/Streak/DayStarts.h"
 
 #include <QList>
 #include <QProcessEnvironment>

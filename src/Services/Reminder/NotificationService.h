@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/Instant.h"
+#include "Platform/Calendar.h"
+#include "Platform/Clock.h"
 #include "Platform/NotificationCenter.h"
-#include "Platform/Timers.h"
 
 #include <QCoroTask>
 #include <QObject>

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "Platform/Calendar.h"
-#include "Platform/Instant.h"
 #include "Platform/NotificationCenter.h"
 #include "Platform/PreferencesStore.h"
 

@@ -4,8 +4,6 @@
 
 #include "Models/StreakData.h"
 #include "Platform/Calendar.h"
-#include "Platform/Instant.h"
-#include "Services/Streak/DayStarts.h"
 #include "Services/Streak/StreakCalculation.h"
 
 #include <QList>

@@ -6,7 +6,6 @@
 #include "Models/AppSettings.h"
 #include "Platform/Clock.h"
 #include "Platform/Output.h"
-#include "Platform/Timers.h"
 #include "Platform/WhileAlive.h"
 #include "Services/Git/GitService.h"
 #include "Services/Reminder/NotificationService.h"

@@ -2,11 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Models/SettingsRecords.h"
 #include "Models/StreakData.h"
-#include "Models/TrackedRepository.h"
-#include "Models/WatchedFolder.h"
 #include "Platform/Calendar.h"
-#include "Platform/Instant.h"
 
 #include <QCoroTask>
 #include <QFuture>

@@ -3,7 +3,6 @@
 
 #include "Views/Dashboard/FooterSection.h"
 
-#include "Views/Controls/OutsetItem.h"
 #include "Views/Controls/PlainButton.h"
 #include "Views/Controls/Text.h"
 

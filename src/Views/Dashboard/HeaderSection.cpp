@@ -3,7 +3,7 @@
 
 #include "Views/Dashboard/HeaderSection.h"
 
-#include "Views/Controls/Divider.h"
+#include "Views/Controls/Decorations.h"
 #include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
 

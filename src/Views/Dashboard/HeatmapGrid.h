@@ -4,7 +4,6 @@
 
 #include "Models/StreakData.h"
 #include "Platform/Calendar.h"
-#include "Platform/Instant.h"
 
 #include <QList>
 #include <QString>

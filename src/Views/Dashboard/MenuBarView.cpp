@@ -5,7 +5,7 @@
 
 #include "Platform/Clock.h"
 #include "Services/Streak/StreakManager.h"
-#include "Views/Controls/Divider.h"
+#include "Views/Controls/Decorations.h"
 #include "Views/Controls/Style.h"
 #include "Views/Dashboard/FooterSection.h"
 #include "Views/Dashboard/HeaderSection.h"

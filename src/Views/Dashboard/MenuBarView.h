@@ -3,9 +3,8 @@
 #pragma once
 
 #include "Platform/Calendar.h"
+#include "Platform/Clock.h"
 #include "Platform/DateTexts.h"
-#include "Platform/Instant.h"
-#include "Platform/Timers.h"
 #include "Views/Controls/Rendering.h"
 
 #include <QByteArray>

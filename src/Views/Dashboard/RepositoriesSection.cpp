@@ -4,7 +4,7 @@
 #include "Views/Dashboard/RepositoriesSection.h"
 
 #include "Platform/DateTexts.h"
-#include "Platform/FileViewer.h"
+#include "Platform/Folders.h"
 #include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "Models/StreakData.h"
-#include "Platform/Instant.h"
+#include "Platform/Calendar.h"
 #include "Views/Controls/PlainButton.h"
 
 #include <QList>

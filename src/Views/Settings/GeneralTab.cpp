@@ -7,11 +7,11 @@
 #include "Services/LaunchAtLogin.h"
 #include "Services/Streak/StreakManager.h"
 #include "Views/Controls/Accessibility.h"
-#include "Views/Controls/Picker.h"
+#include "Views/Controls/Decorations.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Switch.h"
 #include "Views/Controls/Text.h"
-#include "Views/Controls/TintedGround.h"
+#include "Views/Settings/TabParts.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

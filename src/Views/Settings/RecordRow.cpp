@@ -3,13 +3,12 @@
 
 #include "Views/Settings/RecordRow.h"
 
-#include "Models/TrackedRepository.h"
-#include "Models/WatchedFolder.h"
-#include "Views/Controls/Badge.h"
-#include "Views/Controls/Picker.h"
+#include "Models/SettingsRecords.h"
+#include "Views/Controls/Decorations.h"
 #include "Views/Controls/PlainButton.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Text.h"
+#include "Views/Settings/TabParts.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>

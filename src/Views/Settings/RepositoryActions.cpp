@@ -4,7 +4,7 @@
 #include "Views/Settings/RepositoryActions.h"
 
 #include "Models/AppSettings.h"
-#include "Platform/FolderChooser.h"
+#include "Platform/Folders.h"
 #include "Platform/WhileAlive.h"
 #include "Services/Git/GitService.h"
 #include "Services/Streak/StreakManager.h"

@@ -4,8 +4,8 @@
 #include "Views/Settings/RowList.h"
 
 #include "Views/Controls/Accessibility.h"
+#include "Views/Controls/Decorations.h"
 #include "Views/Controls/Style.h"
-#include "Views/Controls/TintedGround.h"
 
 #include <QComboBox>
 #include <QKeyEvent>

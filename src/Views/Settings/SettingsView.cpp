@@ -4,7 +4,7 @@
 #include "Views/Settings/SettingsView.h"
 
 #include "Views/Controls/Accessibility.h"
-#include "Views/Controls/Divider.h"
+#include "Views/Controls/Decorations.h"
 #include "Views/Controls/MnemonicStyle.h"
 #include "Views/Controls/Style.h"
 #include "Views/Settings/GeneralTab.h"

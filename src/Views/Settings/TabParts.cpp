@@ -9,8 +9,10 @@
 #include "Views/Settings/RowList.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include <algorithm>
 
@@ -25,6 +27,26 @@ constexpr double symbolTextSize = 34;
 constexpr double titleSize = 17;
 
 }  // namespace
+
+Picker::Picker(QWidget *parent)
+    : QComboBox(parent)
+{
+    setFocusPolicy(Qt::TabFocus);
+}
+
+// Qt takes them for its own, and some for the beginning of a word to look for.
+void Picker::keyPressEvent(QKeyEvent *event)
+{
+    if (event->modifiers().testFlag(Qt::ControlModifier))
+        event->ignore();
+    else
+        QComboBox::keyPressEvent(event);
+}
+
+void Picker::wheelEvent(QWheelEvent *event)
+{
+    event->ignore();
+}
 
 TabColumn::TabColumn(QWidget *tab)
     : QVBoxLayout(tab)

@@ -2,20 +2,33 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QComboBox>
 #include <QList>
 #include <QString>
 #include <QUuid>
 #include <QVBoxLayout>
 #include <QWidget>
 
-class QBoxLayout;
 class QPushButton;
-class QWidget;
 
 namespace velquarin {
 
 class RowList;
 class Text;
+
+//! A pop-up of a few values. It may show none of them, and turning the wheel over it scrolls what it stands in instead
+//! of choosing something by accident. Keys with Control are its window's. A screen reader finds what it shows under its
+//! name, and what it is for in the label whose buddy it is.
+class Picker : public QComboBox
+{
+    Q_OBJECT
+public:
+    explicit Picker(QWidget *parent = nullptr);
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+};
 
 //! The column of a tab: default padding all round, 16 points between its parts. Where there is so much to say that the
 //! window has no room for it, the parts move together before a line of them is cut.

@@ -4,7 +4,7 @@
 #include "Views/Settings/WatchedFolderActions.h"
 
 #include "Models/AppSettings.h"
-#include "Platform/FolderChooser.h"
+#include "Platform/Folders.h"
 #include "Services/Streak/StreakManager.h"
 
 #include <algorithm>

@@ -8,7 +8,7 @@
 #include "Platform/DateTexts.h"
 #include "Platform/PathNames.h"
 #include "Services/Streak/StreakManager.h"
-#include "Views/Controls/OutsetItem.h"
+#include "Views/Controls/PlainButton.h"
 #include "Views/Controls/ProgressLine.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Switch.h"

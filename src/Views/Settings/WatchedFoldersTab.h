@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Models/WatchedFolder.h"
+#include "Models/SettingsRecords.h"
 #include "Views/Controls/Rendering.h"
 
 #include <QByteArray>

@@ -3,7 +3,7 @@
 
 #include "Services/Git/GitLog.h"
 
-#include "Services/Streak/DayStarts.h"
+#include "Platform/Calendar.h"
 #include "support/FakeClock.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"

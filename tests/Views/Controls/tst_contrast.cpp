@@ -5,7 +5,7 @@
 #include "support/Picture.h"
 #include "support/RecordingFileViewer.h"
 #include "support/TestProgram.h"
-#include "Views/Controls/Badge.h"
+#include "Views/Controls/Decorations.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Switch.h"
 #include "Views/Controls/Text.h"

@@ -9,7 +9,7 @@
 #include "support/RecordingFileViewer.h"
 #include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
-#include "Views/Controls/Divider.h"
+#include "Views/Controls/Decorations.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"

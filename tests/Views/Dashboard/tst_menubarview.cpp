@@ -10,7 +10,7 @@
 #include "support/RecordingFileViewer.h"
 #include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
-#include "Views/Controls/Divider.h"
+#include "Views/Controls/Decorations.h"
 #include "Views/Controls/PlainButton.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Symbols.h"

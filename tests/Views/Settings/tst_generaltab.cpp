@@ -4,12 +4,12 @@
 #include "support/Offscreen.h"
 #include "support/PaintedText.h"
 #include "support/TestProgram.h"
-#include "Views/Controls/Picker.h"
+#include "Views/Controls/Decorations.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Switch.h"
 #include "Views/Controls/Text.h"
-#include "Views/Controls/TintedGround.h"
 #include "Views/Settings/GeneralTab.h"
+#include "Views/Settings/TabParts.h"
 
 #include "SettingsWindow.h"
 

@@ -5,7 +5,7 @@
 #include "support/PaintedText.h"
 #include "support/Picture.h"
 #include "support/TestProgram.h"
-#include "Views/Controls/Badge.h"
+#include "Views/Controls/Decorations.h"
 #include "Views/Controls/PlainButton.h"
 #include "Views/Controls/ProgressLine.h"
 #include "Views/Controls/Style.h"

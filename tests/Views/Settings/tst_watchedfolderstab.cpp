@@ -6,12 +6,12 @@
 #include "support/PaintedText.h"
 #include "support/Picture.h"
 #include "support/TestProgram.h"
-#include "Views/Controls/Picker.h"
 #include "Views/Controls/PlainButton.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Switch.h"
 #include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
+#include "Views/Settings/TabParts.h"
 
 #include "SettingsWindow.h"
 

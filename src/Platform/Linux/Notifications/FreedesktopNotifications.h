@@ -4,10 +4,12 @@
 
 #include "Platform/NotificationCenter.h"
 
+#include <QCoroTask>
+#include <QDBusConnection>
+#include <QDBusMessage>
+
 #include <chrono>
 #include <optional>
-
-class QDBusMessage;
 
 namespace velquarin {
 

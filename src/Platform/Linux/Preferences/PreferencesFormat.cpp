@@ -3,7 +3,7 @@
 
 #include "Platform/Linux/Preferences/PreferencesFormat.h"
 
-#include "Platform/UniversalTime.h"
+#include "Platform/Calendar.h"
 
 #include <QDateTime>
 #include <QJsonDocument>

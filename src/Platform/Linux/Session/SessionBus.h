@@ -3,7 +3,9 @@
 #pragma once
 
 #include <QByteArray>
+#include <QCoroTask>
 #include <QDBusConnection>
+#include <QDBusMessage>
 #include <QObject>
 
 #include <chrono>
@@ -47,5 +49,11 @@ private:
     int m_looks = 0;
     int m_attempts = 0;
 };
+
+//! The reply to @p call, or the error message that came instead: of the other side, of the bus, of a
+//! connection that does not stand, or of a reply that took longer than @p timeout. Waits without blocking, and
+//! goes on in step with the signals of the connection: what the other side sent after its reply comes after.
+[[nodiscard]] QCoro::Task<QDBusMessage> replyTo(QDBusMessage call, QDBusConnection connection,
+                                                std::chrono::milliseconds timeout);
 
 }  // namespace velquarin

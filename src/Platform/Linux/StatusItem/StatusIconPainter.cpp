@@ -4,20 +4,32 @@
 #include "Platform/Linux/StatusItem/StatusIconPainter.h"
 
 #include "Platform/Linux/StatusItem/NumberDrawing.h"
-#include "Platform/Linux/StatusItem/StatusWords.h"
 
+#include <QCoreApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QSvgRenderer>
-#include <QtEndian>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <QtEndian>
 
 namespace velquarin {
 
 namespace {
+
+QString words(const char *text)
+{
+    return QCoreApplication::translate("StatusItem", text);
+}
+
+// The description says the same until there is more to say.
+StatusWords syncingWords(const QString &description)
+{
+    const auto headline = words(QT_TRANSLATE_NOOP("StatusItem", "Syncing"));
+    return {headline, description == headline ? QString() : description};
+}
 
 // Heights of the digits in whole pixels, chosen by eye for one, two and three characters, so that their upper
 // and lower edges are crisp; and the width of the halo.
@@ -97,6 +109,23 @@ int digitHeight(const NumberSize &size, const QString &number)
 }
 
 }  // namespace
+
+bool isSyncing(const StatusItemAppearance &appearance)
+{
+    return !appearance.symbolName.startsWith(QLatin1String("flame"));
+}
+
+StatusWords statusWords(const StatusItemAppearance &appearance)
+{
+    if (isSyncing(appearance))
+        return syncingWords(appearance.accessibilityDescription);
+    const auto count = appearance.title.trimmed();
+    auto headline = count.isEmpty() ? words(QT_TRANSLATE_NOOP("StatusItem", "No streak yet"))
+                                    : words(QT_TRANSLATE_NOOP("StatusItem", "%1-day streak")).arg(count);
+    auto detail = appearance.isTemplate ? words(QT_TRANSLATE_NOOP("StatusItem", "No commit today yet"))
+                                        : words(QT_TRANSLATE_NOOP("StatusItem", "Committed today"));
+    return {std::move(headline), std::move(detail)};
+}
 
 QString numberInPicture(const QString &title)
 {

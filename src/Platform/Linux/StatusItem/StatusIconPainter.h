@@ -9,6 +9,20 @@
 
 namespace velquarin {
 
+//! What the item shows, said in words for a tooltip.
+struct StatusWords
+{
+    QString headline;  //!< never empty
+    QString detail;    //!< may be empty
+    friend bool operator==(const StatusWords &, const StatusWords &) = default;
+};
+
+//! The words for an appearance, in the user's language.
+[[nodiscard]] StatusWords statusWords(const StatusItemAppearance &appearance);
+
+//! Whether the appearance says that the figures are being read.
+[[nodiscard]] bool isSyncing(const StatusItemAppearance &appearance);
+
 //! The colours of the status pictures. The panel's own colour is not known, so each reads on a light panel and
 //! on a dark one; the number brings its ground along as a halo.
 namespace statuscolor {

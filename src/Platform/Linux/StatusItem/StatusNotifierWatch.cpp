@@ -3,7 +3,7 @@
 
 #include "Platform/Linux/StatusItem/StatusNotifierWatch.h"
 
-#include "Platform/Linux/Session/AsyncBus.h"
+#include "Platform/Linux/Session/SessionBus.h"
 #include "Platform/WhileAlive.h"
 
 #include <QDBusMessage>
@@ -105,8 +105,8 @@ QCoro::Task<> StatusNotifierWatch::askForProcess(QString owner)
 // Whoever cannot answer is taken for one that shows items.
 QCoro::Task<> StatusNotifierWatch::askForViewer()
 {
-    auto question = QDBusMessage::createMethodCall(m_owner, watcherPath,
-                                                   QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    auto question = QDBusMessage::createMethodCall(
+        m_owner, watcherPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     question.setArguments({watcherName, QStringLiteral("IsStatusNotifierHostRegistered")});
     const auto answer = co_await answerTo(question);
     m_answers = answer.type() == QDBusMessage::ReplyMessage;

@@ -4,7 +4,6 @@
 #include "Platform/Linux/StatusItem/XEmbedStatusItem.h"
 
 #include "Platform/Linux/StatusItem/StatusIconPainter.h"
-#include "Platform/Linux/StatusItem/StatusWords.h"
 
 #include <QApplication>
 #include <QCursor>

@@ -6,6 +6,7 @@
 #include <QDBusConnection>
 #include <QDBusVariant>
 #include <QObject>
+#include <QPalette>
 #include <QTimer>
 
 #include <memory>
@@ -15,6 +16,13 @@ class QDBusServiceWatcher;
 namespace velquarin {
 
 class SessionBus;
+
+//! Whether it writes light on dark.
+[[nodiscard]] bool isDark(const QPalette &palette);
+
+//! The palette for what shall be dark or may be as it is. Shape: @p ofDesktop itself where it serves; else one of our own,
+//! in which what is selected keeps the desktop's accent.
+[[nodiscard]] QPalette darkenedWhere(bool shallBeDark, const QPalette &ofDesktop);
 
 //! Whether the user has asked the desktop for dark windows, as the desktop's portal tells it. Without a bus or a portal
 //! nobody has; each portal that comes is asked. Nothing waits for the answer, which comes through the event loop.

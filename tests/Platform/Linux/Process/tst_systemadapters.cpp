@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/Process/BootTimeTimers.h"
 #include "Platform/Linux/Process/StandardStreams.h"
 #include "Platform/Linux/Process/SystemClock.h"
 #include "Platform/Linux/Process/TerminationSignals.h"

@@ -3,7 +3,7 @@
 
 #include "Platform/Linux/StatusItem/StatusMenu.h"
 
-#include "Platform/Linux/Windows/DarkPalette.h"
+#include "Platform/Linux/Windows/DesktopColors.h"
 #include "support/Offscreen.h"
 #include "support/TestProgram.h"
 

@@ -3,7 +3,6 @@
 
 #include "Platform/Linux/StatusItem/StatusIconPainter.h"
 
-#include "Platform/Linux/StatusItem/StatusWords.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"
 

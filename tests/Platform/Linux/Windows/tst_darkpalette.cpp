@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/Windows/DarkPalette.h"
+#include "Platform/Linux/Windows/DesktopColors.h"
 
 #include "support/TestProgram.h"
 

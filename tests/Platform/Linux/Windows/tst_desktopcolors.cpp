@@ -4,7 +4,6 @@
 #include "Platform/Linux/Windows/DesktopColors.h"
 
 #include "Platform/Linux/Session/SessionBus.h"
-#include "Platform/Linux/Windows/DarkPalette.h"
 #include "support/DbusTesting.h"
 #include "support/PrivateBus.h"
 #include "support/Strict.h"

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/Windows/FileManagerViewer.h"
+#include "Platform/Linux/Windows/FolderWindows.h"
 
 #include "Platform/Linux/Session/SessionBus.h"
 #include "support/DbusTesting.h"

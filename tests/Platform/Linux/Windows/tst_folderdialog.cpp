@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/Windows/FolderDialog.h"
+#include "Platform/Linux/Windows/FolderWindows.h"
 #include "support/Offscreen.h"
 #include "support/TestProgram.h"
 

@@ -4,10 +4,10 @@
 
 #include "Attack.h"
 
+#include "Platform/Calendar.h"
 #include "Platform/Linux/Files/PosixFileTree.h"
 #include "Platform/Linux/Process/ChildProcessRunner.h"
 #include "Platform/Linux/Process/ProgramConfinement.h"
-#include "Platform/UniversalTime.h"
 #include "Services/Git/GitService.h"
 #include "support/Await.h"
 #include "support/FakeClock.h"

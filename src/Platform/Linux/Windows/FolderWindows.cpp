@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/Windows/FileManagerViewer.h"
+#include "Platform/Linux/Windows/FolderWindows.h"
 
-#include "Platform/Linux/Session/AsyncBus.h"
 #include "Platform/Linux/Session/SessionBus.h"
 
 #include <QCoroFuture>
 #include <QDesktopServices>
+#include <QDir>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QUrl>
 
@@ -17,6 +18,18 @@
 namespace velquarin {
 
 namespace {
+
+// A link stays the link that was chosen: the user knows the repository by that path.
+QFileDialog *makeDialog(const FolderChooser::Request &request, QWidget *window)
+{
+    auto *const dialog = new QFileDialog(window, request.message);
+    dialog->setObjectName(QStringLiteral("folderDialog"));
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOptions(QFileDialog::ShowDirsOnly | QFileDialog::DontResolveSymlinks);
+    dialog->setLabelText(QFileDialog::Accept, request.confirmTitle);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    return dialog;
+}
 
 constexpr std::chrono::seconds patience(25);
 
@@ -58,6 +71,24 @@ QCoro::Task<> revealFolder(QDBusConnection connection, QString path, QString act
 }
 
 }  // namespace
+
+FolderDialog::FolderDialog()
+    : m_place(QDir::homePath())
+{
+}
+
+void FolderDialog::choose(const Request &request, QObject &window, Chosen chosen)
+{
+    auto *const dialog = makeDialog(request, qobject_cast<QWidget *>(&window));
+    dialog->setDirectory(m_place);
+    // Of its signals the one that the desktop's dialog and Qt's both send.
+    QObject::connect(dialog, &QFileDialog::fileSelected, dialog,
+                     [this, chosen = std::move(chosen)](const QString &path) {
+                         m_place = QFileInfo(path).path();
+                         chosen(path);
+                     });
+    dialog->open();
+}
 
 void FileManagerViewer::reveal(const QString &path, const std::function<void()> &makeWay)
 {

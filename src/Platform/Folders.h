@@ -28,4 +28,14 @@ public:
     virtual void choose(const Request &request, QObject &window, Chosen chosen) = 0;
 };
 
+//! Shows folders to the user in the file manager of the desktop.
+class FileViewer : public Interface
+{
+public:
+    //! Opens a window on the folder at @p path; returns at once. A folder that is not there does nothing.
+    //! @p makeWay is called once the folder is known to be there and before the window comes, which may be when whoever
+    //! asked is gone.
+    virtual void reveal(const QString &path, const std::function<void()> &makeWay) = 0;
+};
+
 }  // namespace velquarin

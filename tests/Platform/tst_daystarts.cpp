@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Services/Streak/DayStarts.h"
+#include "Platform/Calendar.h"
 
 #include "support/FakeClock.h"
 #include "support/Strict.h"

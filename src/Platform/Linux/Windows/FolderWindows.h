@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/FileViewer.h"
+#include "Platform/Folders.h"
 
 #include <QString>
 
@@ -12,6 +12,19 @@
 namespace velquarin {
 
 class SessionBus;
+
+//! Asks with the desktop's own dialog where there is one, else with Qt's. It opens beside the folder
+//! that was last chosen in this run, first in the home folder.
+class FolderDialog : public FolderChooser
+{
+public:
+    FolderDialog();
+
+    void choose(const Request &request, QObject &window, Chosen chosen) override;
+
+private:
+    QString m_place;
+};
 
 //! Shows folders in the desktop's file manager over the session bus; where there is no bus, or nobody on it who can,
 //! in whatever the desktop opens folders with. Nothing here waits: not for the file manager, and not for the folder,
