@@ -127,8 +127,7 @@ public:
     {
     }
 
-    // What fails at once is told later as well: nobody is called back in the middle of asking.
-    [[nodiscard]] bool await_ready() const { return false; }
+    [[nodiscard]] bool await_ready() const { return m_watcher->isFinished(); }
 
     void await_suspend(std::coroutine_handle<> caller) const
     {

@@ -62,7 +62,8 @@ StatusNotifierWatch::StatusNotifierWatch(QDBusConnection connection, QObject *pa
     m_patience.setSingleShot(true);
     m_patience.setInterval(patienceForViewer);
     connect(&m_patience, &QTimer::timeout, this, [this] { tell(false); });
-    askForOwner();
+    // On the next turn of the loop: where there is no bus the answer comes at once, before anybody listens.
+    QTimer::singleShot(0, this, &StatusNotifierWatch::askForOwner);
 }
 
 QCoro::Task<QDBusMessage> StatusNotifierWatch::answerTo(const QDBusMessage &question)
