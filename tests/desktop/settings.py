@@ -86,9 +86,9 @@ class Session:
     def wait_for_tab(self, tab):
         self.wait(lambda window: current_tab(window) == tab, f"the tab {tab!r}")
 
-    def wait_for_keyboard(self):
-        """Returns when what is pressed goes to the settings."""
-        wait_until(lambda: self.desktop.windows.active() == WINDOW, "the settings have the keyboard",
+    def wait_for_keyboard(self, window=WINDOW):
+        """Returns when what is pressed goes to that window."""
+        wait_until(lambda: self.desktop.windows.active() == window, f"{window!r} has the keyboard",
                    state=self.desktop.windows.active)
 
     def wait(self, condition, what):

@@ -39,7 +39,9 @@ class Keyboard(unittest.TestCase):
     def ask(self, session, key, question):
         session.press(key)
         session.reader.wait_for_window(question)
+        session.wait_for_keyboard(question)
         session.press("Escape")
+        session.reader.wait_without_window(question)
         session.wait_for_keyboard()
 
     def test_tab_goes_through_every_tab_as_the_eye_does_and_each_control_says_what_it_is(self):
