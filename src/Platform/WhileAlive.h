@@ -18,7 +18,8 @@ class ObjectGone : public std::exception
 };
 
 //! What @p wait gives or throws, for as long as @p owner lives: afterwards the coroutine may use it without looking.
-//! @p wait is a QCoro::Task or a QFuture. Errors: ObjectGone, in place of any other, where @p owner went meanwhile.
+//! @p wait is a QCoro::Task or a QFuture; name it before, since older compilers lose what is made in the expression that
+//! waits. Errors: ObjectGone, in place of any other, where @p owner went meanwhile.
 template <template <typename> typename Wait, typename Value>
 [[nodiscard]] QCoro::Task<Value> whileAlive(const QObject *owner, Wait<Value> wait)
 {

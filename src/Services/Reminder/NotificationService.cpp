@@ -11,6 +11,8 @@
 
 #include <QTimer>
 
+#include <utility>
+
 namespace velquarin {
 
 namespace {
@@ -40,14 +42,17 @@ void NotificationService::setAuthorized(bool isAuthorized)
 
 QCoro::Task<> NotificationService::checkAuthorizationStatus()
 {
-    setAuthorized(co_await whileAlive(this, m_center.isAuthorized()));
+    auto question = m_center.isAuthorized();
+    const bool isAuthorized = co_await whileAlive(this, std::move(question));
+    setAuthorized(isAuthorized);
 }
 
 QCoro::Task<bool> NotificationService::requestAuthorization()
 {
     bool isGranted = false;
     try {
-        isGranted = co_await whileAlive(this, m_center.requestAuthorization());
+        auto question = m_center.requestAuthorization();
+        isGranted = co_await whileAlive(this, std::move(question));
     } catch (const NotificationError &error) {
         m_output.printLine(QLatin1String("Notification authorization error: ") + QString::fromUtf8(error.what()));
     }
@@ -68,7 +73,8 @@ QCoro::Task<> NotificationService::checkAndNotifyStreakRisk(qint64 currentStreak
     if (!isDue(currentStreak, hasCommittedToday, notificationsEnabled))
         co_return;
     // Another instance of the user's, in a session beside this one, may have reminded already.
-    co_await whileAlive(this, m_preferences.takeOverChanges());
+    const auto look = m_preferences.takeOverChanges();
+    co_await whileAlive(this, look);
     if (!isDue(currentStreak, hasCommittedToday, notificationsEnabled))
         co_return;
     if (!m_isAuthorized)
@@ -93,7 +99,8 @@ QCoro::Task<> NotificationService::sendStreakRiskNotification(qint64 currentStre
 {
     const auto postedAt = m_clock.now();
     try {
-        co_await whileAlive(this, m_center.add(reminderRequest(currentStreak, postedAt)));
+        auto posting = m_center.add(reminderRequest(currentStreak, postedAt));
+        co_await whileAlive(this, std::move(posting));
     } catch (const NotificationError &error) {
         m_output.printLine(QLatin1String("Failed to send notification: ") + QString::fromUtf8(error.what()));
         co_return;

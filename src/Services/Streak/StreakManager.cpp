@@ -147,7 +147,6 @@ QCoro::Task<> StreakManager::readRepositories(QList<TrackedRepository> repositor
     const auto history = std::make_shared<MergedHistory>(calendar, today);
     std::optional<RefreshFigures> figures;
     for (const auto &repository : std::as_const(repositories)) {
-        // Named, since the compiler would destroy the captures twice where it is part of what is waited for.
         const auto asked = ask(repository, *start, history, &repository == &repositories.constLast());
         const auto reading = co_await whileAlive(this, asked);
         if (!reading.error.isEmpty())
@@ -215,7 +214,8 @@ QCoro::Task<> StreakManager::scanFolders(QList<WatchedFolder> folders, QSet<QStr
     for (const auto &folder : std::as_const(folders)) {
         if (!folder.isEnabled)
             continue;
-        const auto paths = co_await whileAlive(this, m_gitService.scanForRepositories(folder.path, folder.maxDepth));
+        const auto walk = m_gitService.scanForRepositories(folder.path, folder.maxDepth);
+        const auto paths = co_await whileAlive(this, walk);
         found->unite({paths.begin(), paths.end()});
         added->append(m_settings.addRepositories(paths, true));
     }

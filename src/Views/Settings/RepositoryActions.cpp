@@ -69,7 +69,8 @@ void RepositoryActions::forgetMessage()
 
 QCoro::Task<> RepositoryActions::checkAndAdd(QString path)
 {
-    const bool isRepository = co_await whileAlive(this, m_gitService.isGitRepository(path));
+    const auto check = m_gitService.isGitRepository(path);
+    const bool isRepository = co_await whileAlive(this, check);
     if (!isRepository) {
         setMessage(tr("Selected folder is not a git repository"));
         co_return;
@@ -85,7 +86,8 @@ QCoro::Task<> RepositoryActions::scan(QString path)
     m_scanProgress = tr("Scanning...");
     setMessage(std::nullopt);
 
-    const auto found = co_await whileAlive(this, m_gitService.scanForRepositories(path, depthOfScan));
+    const auto walk = m_gitService.scanForRepositories(path, depthOfScan);
+    const auto found = co_await whileAlive(this, walk);
     const auto added = m_settings.addRepositories(found, false);
     m_isScanning = false;
     m_scanProgress.reset();

@@ -12,6 +12,7 @@
 #include <QDBusMessage>
 
 #include <algorithm>
+#include <utility>
 
 namespace velquarin {
 
@@ -183,12 +184,13 @@ QCoro::Task<bool> FreedesktopNotifications::requestAuthorization()
 QCoro::Task<> FreedesktopNotifications::add(NotificationRequest request)
 {
     withdraw();
-    const auto server = co_await whileAlive(this, askNotificationServer(m_bus.connection(), m_patience.forQuestions));
+    auto question = askNotificationServer(m_bus.connection(), m_patience.forQuestions);
+    const auto server = co_await whileAlive(this, std::move(question));
     listen();
     try {
         const auto call = showing(server, request, m_category);
-        const auto answer =
-            co_await whileAlive(this, answerTo(call, m_bus.connection(), m_patience.forShowing, QStringLiteral("u")));
+        auto shown = answerTo(call, m_bus.connection(), m_patience.forShowing, QStringLiteral("u"));
+        const auto answer = co_await whileAlive(this, std::move(shown));
         m_shown = Shown{server.owner, answer.arguments().constFirst().toUInt(), {}};
     } catch (const NotificationError &) {
         stopListening();

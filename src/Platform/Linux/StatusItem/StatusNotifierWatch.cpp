@@ -74,7 +74,8 @@ QCoro::Task<QDBusMessage> StatusNotifierWatch::answerTo(const QDBusMessage &ques
 QCoro::Task<> StatusNotifierWatch::askForOwner()
 {
     const auto question = questionToBus(QStringLiteral("GetNameOwner"), watcherName);
-    ownerChanged(resultOf<QString>(co_await answerTo(question)));
+    const auto answer = co_await answerTo(question);
+    ownerChanged(resultOf<QString>(answer));
 }
 
 void StatusNotifierWatch::ownerChanged(const QString &owner)
@@ -94,7 +95,8 @@ void StatusNotifierWatch::ownerChanged(const QString &owner)
 QCoro::Task<> StatusNotifierWatch::askForProcess(QString owner)
 {
     const auto question = questionToBus(QStringLiteral("GetConnectionUnixProcessID"), owner);
-    m_host = statusHostOfProcess(resultOf<uint>(co_await answerTo(question)));
+    const auto answer = co_await answerTo(question);
+    m_host = statusHostOfProcess(resultOf<uint>(answer));
     if (m_hasViewer) {
         tell(true);
         co_return;

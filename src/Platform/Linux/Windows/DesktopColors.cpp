@@ -135,7 +135,8 @@ QCoro::Task<> ColorSchemeSetting::ask(QDBusConnection connection)
 {
     auto question = QDBusMessage::createMethodCall(portalName, portalPath, settings, QStringLiteral("Read"));
     question.setArguments({appearance, colorScheme});
-    const auto reply = co_await whileAlive(this, replyTo(question, connection, patience));
+    auto asked = replyTo(question, connection, patience);
+    const auto reply = co_await whileAlive(this, std::move(asked));
     if (reply.type() == QDBusMessage::ReplyMessage)
         take(reply.arguments().value(0));
 }
