@@ -32,7 +32,39 @@ struct FolderIdentity
     friend bool operator==(const FolderIdentity &, const FolderIdentity &) = default;
 };
 
-//! Looks at folders on disk. Paths are bytes, as the system has them.
+//! Whether a symbolic link stands for what it leads to, or for itself.
+enum class Links { Follow, Stay };
+
+//! What the system notes about a file. All of it the same means the same content only where the times are older than
+//! the steps in which the file system counts.
+struct FileStatus
+{
+    std::uint64_t device = 0;
+    std::uint64_t number = 0;
+    std::uint32_t mode = 0;  //!< kind and permissions
+    std::uint32_t owner = 0;
+    std::uint32_t group = 0;
+    std::int64_t size = 0;        //!< bytes
+    std::int64_t modifiedAt = 0;  //!< nanoseconds since 1970: when the content was last written, as programs say
+    std::int64_t changedAt = 0;   //!< nanoseconds since 1970: when anything about it last changed, as the system says
+    friend bool operator==(const FileStatus &, const FileStatus &) = default;
+};
+
+//! What a look into a file gave.
+struct FileContent
+{
+    enum class Outcome {
+        Read,     //!< a regular file, whole
+        Absent,   //!< nothing is there
+        Folder,   //!< a folder is there
+        Refused,  //!< something else, or too large, or not ours to read
+    };
+    Outcome outcome = Outcome::Absent;
+    std::string bytes;
+    FileStatus status;
+};
+
+//! Looks at folders and files on disk. Paths are bytes, as the system has them.
 class FileTree : public Interface
 {
 public:
@@ -44,6 +76,15 @@ public:
 
     //! The folder that is there; follows links. Nothing where there is none.
     [[nodiscard]] virtual std::optional<FolderIdentity> folderAt(const std::string &path) const = 0;
+
+    //! Nothing where nothing is there.
+    [[nodiscard]] virtual std::optional<FileStatus> status(const std::string &path, Links links) const = 0;
+
+    //! Reads a regular file of at most @p limit bytes. Opens nothing else, and never waits for another program.
+    [[nodiscard]] virtual FileContent read(const std::string &path, Links links, std::int64_t limit) const = 0;
+
+    //! The path of an existing folder without links; nothing where there is none.
+    [[nodiscard]] virtual std::optional<std::string> realPath(const std::string &folder) const = 0;
 
     //! Shows the entries of a folder in the order of the file system, without "." and "..".
     //! False where the folder cannot be read.

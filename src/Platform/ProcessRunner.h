@@ -29,6 +29,13 @@ struct ProcessRequest
     QProcessEnvironment environment;  //!< the whole environment, nothing is inherited beside it
 };
 
+//! What a program left behind.
+struct ProcessOutput
+{
+    QByteArray text;      //!< its standard output, byte for byte
+    int exitStatus = -1;  //!< negative where it did not end by itself
+};
+
 //! Runs one child process at a time and hands back what it printed.
 class ProcessRunner : public Interface
 {
@@ -38,10 +45,9 @@ public:
     //! False where the system has no such means; then children run unconfined.
     virtual bool confine(const QString &program) = 0;
 
-    //! Runs the program to its end and returns its standard output, byte for byte. Blocks the calling thread
-    //! for as long as the program lives. The exit status is not looked at. Errors: LaunchError when the
-    //! program does not start, and after stop().
-    virtual QByteArray run(const ProcessRequest &request) = 0;
+    //! Runs the program to its end. Blocks the calling thread for as long as it lives. Errors: LaunchError when it
+    //! does not start, and after stop().
+    virtual ProcessOutput run(const ProcessRequest &request) = 0;
 
     //! Kills the running program with all it has started, and lets no further one start. Callable from any
     //! thread; returns at once.

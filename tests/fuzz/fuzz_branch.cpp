@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
+#include "Platform/Linux/Files/PosixFileTree.h"
 #include "Services/Git/GitQueries.h"
 #include "support/FakeClock.h"
 #include "support/FakeProcessRunner.h"
@@ -21,7 +22,7 @@ QString branchFor(const QList<QByteArray> &answers)
     runner.answer(QStringLiteral("symbolic-ref refs/remotes/origin/HEAD --short"), answers.value(0));
     runner.answer(QStringLiteral("branch --list main"), answers.value(1));
     runner.answer(QStringLiteral("branch --list master"), answers.value(2));
-    return GitQueries(runner, clock, {}).getDefaultBranch(QStringLiteral("/somewhere"));
+    return GitQueries(runner, PosixFileTree(), clock, {}).getDefaultBranch(QStringLiteral("/somewhere"));
 }
 
 bool isControl(QChar character)

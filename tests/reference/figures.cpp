@@ -40,7 +40,7 @@ public:
     {
     }
 
-    QByteArray run(const ProcessRequest &request) override
+    ProcessOutput run(const ProcessRequest &request) override
     {
         auto changed = request;
         changed.environment.insert(QStringLiteral("GIT_TEST_DATE_NOW"), QString::number(m_seconds));

@@ -70,7 +70,7 @@ public:
         return m_confines;
     }
 
-    QByteArray run(const ProcessRequest &request) override { return answerTo(request)(); }
+    ProcessOutput run(const ProcessRequest &request) override { return {answerTo(request)(), 0}; }
 
     void stop() override {}
 

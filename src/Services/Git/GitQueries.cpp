@@ -3,19 +3,16 @@
 
 #include "Services/Git/GitQueries.h"
 
-#include "Services/Git/GitEnvironment.h"
 #include "Services/Git/GitLog.h"
 
+#include <QFile>
 #include <QStringDecoder>
-#include <QUtf8StringView>
 
 #include <algorithm>
 
 namespace velquarin {
 
 namespace {
-
-const QString git = QStringLiteral("/usr/bin/git");
 
 // Those that git allows in no name.
 bool isControl(QChar character)
@@ -39,20 +36,29 @@ QString text(const QByteArray &utf8)
 
 }  // namespace
 
-GitQueries::GitQueries(ProcessRunner &runner, const Clock &clock, const QProcessEnvironment &inherited)
-    : m_runner(runner)
+GitQueries::GitQueries(ProcessRunner &runner, const FileTree &files, const Clock &clock,
+                       const QProcessEnvironment &inherited)
+    : m_files(files)
     , m_clock(clock)
-    , m_confinedEnvironment(gitEnvironment(inherited, true))
-    , m_unconfinedEnvironment(gitEnvironment(inherited, false))
+    , m_runner(runner, inherited)
+    , m_memory(m_runner, files, clock, inherited)
     , m_dayStarts(clock.calendar())
 {
 }
 
+void GitQueries::beginLook(const QString &path)
+{
+    m_memory.beginLook(path);
+}
+
+void GitQueries::endLook()
+{
+    m_memory.endLook();
+}
+
 QByteArray GitQueries::runGit(const QStringList &arguments, const QString &path)
 {
-    const auto &environment = m_runner.confine(git) ? m_confinedEnvironment : m_unconfinedEnvironment;
-    auto output = m_runner.run({git, arguments, path, environment});
-    return QUtf8StringView(output).isValidUtf8() ? output : QByteArray();
+    return m_memory.answer(arguments, path);
 }
 
 QString GitQueries::trimmedOutput(const QStringList &arguments, const QString &path)
@@ -124,6 +130,11 @@ std::optional<Instant> GitQueries::getLastCommitDate(const QString &path)
     const auto output =
         runGit({QStringLiteral("log"), branch, QStringLiteral("-1"), QStringLiteral("--format=%aI")}, path);
     return instantFromIso(output.trimmed());
+}
+
+QList<WatchPlace> GitQueries::watchPlaces(const QString &path)
+{
+    return velquarin::watchPlaces(m_files, QFile::encodeName(path).toStdString(), getDefaultBranch(path));
 }
 
 bool GitQueries::isGitRepository(const QString &path)

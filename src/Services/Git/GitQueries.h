@@ -5,7 +5,7 @@
 #include "Models/StreakData.h"
 #include "Platform/Calendar.h"
 #include "Platform/Clock.h"
-#include "Platform/ProcessRunner.h"
+#include "Services/Git/GitMemory.h"
 
 #include <QList>
 #include <QProcessEnvironment>
@@ -18,13 +18,18 @@ namespace velquarin {
 //! The questions that are asked of one repository, each answered by git's output alone. Everything here blocks and
 //! belongs on the git thread.
 //!
-//! Git's exit status and its error output are never looked at: a command that fails prints nothing, and that is an
-//! empty answer. Only a git that cannot be started is an error, thrown as LaunchError.
+//! No answer depends on git's exit status or its error output: a command that fails prints nothing, and that is an empty
+//! answer. Only a git that cannot be started is an error, thrown as LaunchError.
 class GitQueries
 {
 public:
     //! @p inherited is the program's own environment, from which git's is made.
-    GitQueries(ProcessRunner &runner, const Clock &clock, const QProcessEnvironment &inherited);
+    GitQueries(ProcessRunner &runner, const FileTree &files, const Clock &clock, const QProcessEnvironment &inherited);
+
+    //! What is asked about the repository at @p path until endLook() is one look at it: what git is known to answer as
+    //! before is not asked.
+    void beginLook(const QString &path);
+    void endLook();
 
     //! The remote's default branch, else a local "main", else a local "master", else "HEAD". Never throws.
     [[nodiscard]] QString getDefaultBranch(const QString &path);
@@ -39,6 +44,9 @@ public:
     //! The author date of the newest commit on the default branch.
     [[nodiscard]] std::optional<Instant> getLastCommitDate(const QString &path);
 
+    //! What on disk tells of a commit on the default branch. Never throws.
+    [[nodiscard]] QList<WatchPlace> watchPlaces(const QString &path);
+
     //! Whether git can be started in the folder. What it says there is not looked at.
     [[nodiscard]] bool isGitRepository(const QString &path);
 
@@ -48,10 +56,10 @@ private:
     [[nodiscard]] bool hasLocalBranch(const QString &name, const QString &path);
     [[nodiscard]] DayStarts &dayStarts();
 
-    ProcessRunner &m_runner;
+    const FileTree &m_files;
     const Clock &m_clock;
-    QProcessEnvironment m_confinedEnvironment;
-    QProcessEnvironment m_unconfinedEnvironment;
+    GitRunner m_runner;
+    GitMemory m_memory;
     DayStarts m_dayStarts;
 };
 

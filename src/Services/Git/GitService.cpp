@@ -11,7 +11,7 @@ GitService::GitService(ProcessRunner &runner, const FileTree &files, const Clock
                        const QProcessEnvironment &inherited)
     : m_runner(runner)
     , m_files(files)
-    , m_queries(runner, clock, inherited)
+    , m_queries(runner, files, clock, inherited)
 {
     connect(&m_worker, &SerialWorker::subjectChanged, this, &GitService::repositoryBeingReadChanged);
 }
@@ -30,6 +30,11 @@ QFuture<QStringList> GitService::scanForRepositories(const QString &in, qint64 m
 {
     return m_worker.run(
         [this, in, maxDepth] { return velquarin::scanForRepositories(m_files, in, maxDepth, m_isStopped); });
+}
+
+QFuture<bool> GitService::watch(RepositoryWatch &watch, const QList<WatchPlace> &places)
+{
+    return m_worker.run([&watch, places] { return watch.watch(places); });
 }
 
 bool GitService::stop(std::chrono::milliseconds patience)

@@ -39,8 +39,10 @@ public:
     template <typename Question>
     [[nodiscard]] auto ask(const QString &path, Question question)
     {
-        const auto work = [this, question = std::move(question)] {
+        const auto work = [this, path, question = std::move(question)] {
+            m_queries.beginLook(path);
             auto answer = question(m_queries);
+            m_queries.endLook();
             // What git did not come to is not what the repository holds.
             if (m_isStopped)
                 throw WorkerStopped();
@@ -54,6 +56,9 @@ public:
 
     //! The working trees in a folder and at most @p maxDepth - 1 levels below it; never an error.
     [[nodiscard]] QFuture<QStringList> scanForRepositories(const QString &in, qint64 maxDepth);
+
+    //! Has @p watch watch these places and no others, between two operations: it waits for the disk. Whether any is new.
+    [[nodiscard]] QFuture<bool> watch(RepositoryWatch &watch, const QList<WatchPlace> &places);
 
     //! Kills a running git and ends the thread. Returns whether it ended within @p patience; a file system that hangs can
     //! hold it longer.

@@ -49,7 +49,7 @@ public:
 
     bool confine(const QString & /*program*/) override { return ChildProcessRunner::confine(m_standIn); }
 
-    QByteArray run(const ProcessRequest &request) override
+    ProcessOutput run(const ProcessRequest &request) override
     {
         auto changed = request;
         changed.program = m_standIn;

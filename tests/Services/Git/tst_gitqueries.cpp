@@ -3,6 +3,8 @@
 
 #include "Services/Git/GitQueries.h"
 
+#include "Platform/Linux/Files/PosixFileTree.h"
+
 #include "support/FakeClock.h"
 #include "support/FakeProcessRunner.h"
 #include "support/Strict.h"
@@ -38,7 +40,8 @@ struct World
 {
     FakeProcessRunner runner;
     FakeClock clock{instant("2024-03-07T12:00:00Z")};
-    GitQueries queries{runner, clock, QProcessEnvironment()};
+    PosixFileTree files;
+    GitQueries queries{runner, files, clock, QProcessEnvironment()};
 };
 
 }  // namespace
@@ -298,7 +301,8 @@ void TestGitQueries::theEnvironmentIsCleanedAndPinned()
     inherited.insert(QStringLiteral("LC_ALL"), QStringLiteral("de_DE.UTF-8"));
     FakeProcessRunner runner;
     const FakeClock clock;
-    GitQueries queries(runner, clock, inherited);
+    const PosixFileTree files;
+    GitQueries queries(runner, files, clock, inherited);
     QVERIFY(!queries.isGitRepository(folder));
     const auto environment = runner.requests().constFirst().environment;
     QCOMPARE(environment.value(QStringLiteral("HOME")), QStringLiteral("/home/me"));

@@ -309,8 +309,8 @@ void TestStreakManager::theQuestionsOfARefreshAreFixed()
                                           .mid(0, lookups);
     const QStringList last{QStringLiteral("log"), branch, QStringLiteral("-1"), QStringLiteral("--format=%aI")};
     using Commands = QList<QStringList>;
-    const auto expected = Commands({words("rev-parse --git-dir")}) + lookup + Commands({log("--since=2026-11-14")}) +
-                          lookup + Commands({log("--since=2024-11-20")}) + lookup + Commands({last});
+    const auto expected = Commands({words("rev-parse --git-dir")}) + lookup +
+                          Commands({log("--since=2026-11-14"), log("--since=2024-11-20"), last});
 
     Engine engine;
     engine.settings.addRepository(first, false);

@@ -79,7 +79,7 @@ void ChildProcessRunner::prepareChild(pid_t parent) const
         _exit(EXIT_FAILURE);
 }
 
-QByteArray ChildProcessRunner::run(const ProcessRequest &request)
+ProcessOutput ChildProcessRunner::run(const ProcessRequest &request)
 {
     checkDirectory(request.directory);
     QProcess process;
@@ -100,7 +100,7 @@ QByteArray ChildProcessRunner::run(const ProcessRequest &request)
         killGroup();
     process.waitForFinished(-1);
     m_group = 0;
-    return process.readAllStandardOutput();
+    return {process.readAllStandardOutput(), process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1};
 }
 
 void ChildProcessRunner::stop()

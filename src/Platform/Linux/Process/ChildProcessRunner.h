@@ -19,7 +19,7 @@ class ChildProcessRunner : public ProcessRunner
 {
 public:
     bool confine(const QString &program) override;
-    QByteArray run(const ProcessRequest &request) override;
+    ProcessOutput run(const ProcessRequest &request) override;
     void stop() override;
 
 private:

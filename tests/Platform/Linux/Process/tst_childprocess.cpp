@@ -40,7 +40,7 @@ ProcessRequest shell(const QString &script)
 
 QByteArray outputOf(const QString &script)
 {
-    return ChildProcessRunner().run(shell(script));
+    return ChildProcessRunner().run(shell(script)).text;
 }
 
 long landlockVersion()
@@ -220,7 +220,7 @@ void TestChildProcess::argumentsReachTheProgramUnchanged()
         QStringLiteral("\"'`\\"),    QStringLiteral("new\nline"), QStringLiteral("\U0001F525")};
     auto request = shell(QStringLiteral("printf '<%s>' \"$@\""));
     request.arguments << QStringLiteral("sh") << odd;
-    QCOMPARE(QString::fromUtf8(ChildProcessRunner().run(request)),
+    QCOMPARE(QString::fromUtf8(ChildProcessRunner().run(request).text),
              QLatin1Char('<') + odd.join(QStringLiteral("><")) + QLatin1Char('>'));
 }
 
@@ -231,7 +231,7 @@ void TestChildProcess::theProgramRunsInItsFolderWithItsEnvironmentAlone()
     request.directory = folder.path();
     request.environment = QProcessEnvironment();
     request.environment.insert(QStringLiteral("ONLY"), QStringLiteral("this"));
-    QCOMPARE(ChildProcessRunner().run(request), folder.path().toUtf8() + "\nONLY=this\n");
+    QCOMPARE(ChildProcessRunner().run(request).text, folder.path().toUtf8() + "\nONLY=this\n");
 }
 
 void TestChildProcess::whatCannotBeLaunchedIsAnError_data()
@@ -269,7 +269,7 @@ void TestChildProcess::aDeniedFolderIsAnError()
     const AsOrdinaryUser ordinary(parent.path());
     auto request = shell(QStringLiteral("pwd"));
     request.directory = folder;
-    QVERIFY(!ChildProcessRunner().run(request).isEmpty());
+    QVERIFY(!ChildProcessRunner().run(request).text.isEmpty());
     QFile::setPermissions(parent.path(), {});
     QVERIFY_EXCEPTION_THROWN(ChildProcessRunner().run(request), LaunchError);
     QFile::setPermissions(parent.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -366,10 +366,10 @@ void TestChildProcess::aConfinedChildRunsItsProgramAlone()
         QSKIP("this kernel has no Landlock");
     ChildProcessRunner runner;
     QVERIFY(runner.confine(QStringLiteral("/usr/bin/git")));
-    QVERIFY(runner.run(git({QStringLiteral("--version")}, QStringLiteral("/"))).startsWith("git version"));
+    QVERIFY(runner.run(git({QStringLiteral("--version")}, QStringLiteral("/"))).text.startsWith("git version"));
     QVERIFY_EXCEPTION_THROWN(runner.run(shell(QStringLiteral("echo free"))), LaunchError);
     QVERIFY(runner.confine(QStringLiteral("/bin/bash")));
-    QCOMPARE(runner.run(bash(QStringLiteral("echo own; /usr/bin/env true || echo refused"))),
+    QCOMPARE(runner.run(bash(QStringLiteral("echo own; /usr/bin/env true || echo refused"))).text,
              QByteArray("own\nrefused\n"));
 }
 
@@ -391,10 +391,10 @@ void TestChildProcess::aConfinedChildConnectsToNobody()
     const LoopbackServer server;
     const auto script =
         QStringLiteral("if : 2> /dev/null < /dev/tcp/127.0.0.1/%1; then echo reached; fi").arg(server.port());
-    QCOMPARE(ChildProcessRunner().run(bash(script)), QByteArray("reached\n"));
+    QCOMPARE(ChildProcessRunner().run(bash(script)).text, QByteArray("reached\n"));
     ChildProcessRunner runner;
     QVERIFY(runner.confine(QStringLiteral("/bin/bash")));
-    QCOMPARE(runner.run(bash(script)), QByteArray());
+    QCOMPARE(runner.run(bash(script)).text, QByteArray());
 }
 
 void TestChildProcess::aConfinedChildIsRefused_data()
@@ -428,7 +428,7 @@ void TestChildProcess::aConfinedChildIsRefused()
         QDir(folder.path()).mkdir(QStringLiteral("below"));
         auto request = perl(expression, folder.path(), server.name());
         request.environment.insert(QStringLiteral("QUESTION"), QString::number(RNDGETENTCNT));
-        return runner.run(request);
+        return runner.run(request).text;
     };
     ChildProcessRunner free;
     QCOMPARE(answerOf(free), QByteArray("done"));
@@ -443,9 +443,9 @@ void TestChildProcess::aChildThatCannotBeConfinedDoesNotRun()
         QSKIP("this kernel has no Landlock");
     ChildProcessRunner runner;
     QVERIFY(runner.confine(QStringLiteral("/bin/bash")));
-    QCOMPARE(runner.run(bash(QStringLiteral("echo runs"))), QByteArray("runs\n"));
+    QCOMPARE(runner.run(bash(QStringLiteral("echo runs"))).text, QByteArray("runs\n"));
     QVERIFY(loseTheRules());
-    QCOMPARE(runner.run(bash(QStringLiteral("echo runs"))), QByteArray());
+    QCOMPARE(runner.run(bash(QStringLiteral("echo runs"))).text, QByteArray());
 }
 
 void TestChildProcess::ourselvesStayFree()
@@ -472,10 +472,10 @@ void TestChildProcess::aProgramThatIsUpgradedStillRuns()
     request.program = program;
     ChildProcessRunner runner;
     QVERIFY(runner.confine(program));
-    QCOMPARE(runner.run(request), QByteArray("runs\n"));
+    QCOMPARE(runner.run(request).text, QByteArray("runs\n"));
     QCOMPARE(rename(QFile::encodeName(upgrade).constData(), QFile::encodeName(program).constData()), 0);
     QVERIFY(runner.confine(program));
-    QCOMPARE(runner.run(request), QByteArray("runs\n"));
+    QCOMPARE(runner.run(request).text, QByteArray("runs\n"));
 }
 
 void TestChildProcess::scriptsAndMissingProgramsAreNotConfined()
@@ -487,7 +487,7 @@ void TestChildProcess::scriptsAndMissingProgramsAreNotConfined()
     ChildProcessRunner runner;
     for (const auto &program : {script.fileName(), QStringLiteral("/no/such/program"), QStringLiteral("/dev/null")}) {
         QVERIFY(!runner.confine(program));
-        QCOMPARE(runner.run(shell(QStringLiteral("echo free"))), QByteArray("free\n"));
+        QCOMPARE(runner.run(shell(QStringLiteral("echo free"))).text, QByteArray("free\n"));
     }
     QVERIFY(!elfInterpreter("/usr/bin/git").empty());
 }

@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/FileTree.h"
+
+#include <QByteArray>
+#include <QCryptographicHash>
+
+#include <map>
+#include <set>
+#include <string>
+#include <utility>
+
+namespace velquarin {
+
+//! Thrown where something is there of which we do not know what git makes of it.
+class NotUnderstood
+{
+};
+
+//! Looks at one file of a repository after another, and digests what they say. A stranger made them: only regular files are
+//! read, none for longer than its limit, all together no more than 4 MiB.
+//! Errors: each function throws NotUnderstood where git would read something that this would not.
+class StateReader
+{
+public:
+    explicit StateReader(const FileTree &files);
+
+    //! The content of a file of settings; empty where there is none.
+    const std::string &content(const std::string &path);
+
+    //! The content of a reference, which is no link; empty where there is none.
+    const std::string &reference(const std::string &path);
+
+    //! The same, of which only the caller knows what counts.
+    const std::string &unnotedReference(const std::string &path);
+
+    //! What there is: whose it is, and what may be done with it. Not followed where it is a link.
+    void entry(const std::string &path);
+
+    //! A folder: which one it is, whose, and who may search it.
+    void folder(const std::string &path);
+
+    //! A folder that git trusts, because it is the user's own.
+    void ownFolder(const std::string &path);
+
+    //! A file that may be large: when it was written, and what is in it only while that says too little.
+    void file(const std::string &path);
+
+    void names(const std::string &folder, std::set<std::string> &names, std::size_t most);
+
+    //! Whatever else decides.
+    void note(const std::string &name, const std::string &value);
+
+    //! Of all that was noted.
+    [[nodiscard]] QByteArray digest() const { return m_content.result(); }
+
+    //! Of which files were read, and when they had been written.
+    [[nodiscard]] QByteArray identity() const { return m_identity.result(); }
+
+private:
+    const FileContent &look(const std::string &path, Links links, std::int64_t limit);
+    const std::string &noted(const std::string &path, const FileContent &found);
+    FileStatus notedFolder(const std::string &path);
+
+    const FileTree &m_files;
+    std::map<std::pair<std::string, Links>, FileContent> m_known;  // many are looked at from several sides
+    std::int64_t m_room;                                           // bytes that may still be read
+    QCryptographicHash m_content{QCryptographicHash::Blake2b_256};
+    QCryptographicHash m_identity{QCryptographicHash::Blake2b_256};
+};
+
+}  // namespace velquarin

@@ -1,0 +1,362 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Services/Git/GitQueries.h"
+
+#include "Platform/Linux/Files/PosixFileTree.h"
+#include "Platform/Linux/Process/ChildProcessRunner.h"
+
+#include "support/FakeClock.h"
+#include "support/Files.h"
+#include "support/GitVersion.h"
+#include "support/Strict.h"
+#include "support/TempRepository.h"
+#include "support/TestProgram.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <array>
+#include <functional>
+#include <random>
+
+using namespace velquarin;
+using namespace velquarin::test;
+using namespace std::chrono_literals;
+
+namespace {
+
+// Git at the moment and in the zone of the test.
+class RunnerAt : public ChildProcessRunner
+{
+public:
+    ProcessOutput run(const ProcessRequest &request) override
+    {
+        ++count;
+        auto changed = request;
+        changed.environment.insert(QStringLiteral("GIT_TEST_DATE_NOW"), QString::number(now));
+        changed.environment.insert(QStringLiteral("TZ"), QString::fromLatin1(qgetenv("TZ")));
+        return ChildProcessRunner::run(changed);
+    }
+
+    qint64 now = 0;
+    int count = 0;
+};
+
+struct Answers
+{
+    bool isRepository = false;
+    QList<Instant> week;
+    QList<Instant> years;
+    std::optional<Instant> last;
+    QString error;
+    friend bool operator==(const Answers &, const Answers &) = default;
+};
+
+// One engine that remembers and one that asks each time, of the same repositories at the same moment.
+class Pair
+{
+public:
+    Pair() { setZone("UTC"); }
+
+    void setZone(const char *zone)
+    {
+        qputenv("TZ", zone);
+        m_clock.setZone(zone);
+    }
+
+    void setNow(qint64 seconds)
+    {
+        m_runner.now = seconds;
+        m_clock.setNow(Instant(std::chrono::seconds(seconds)));
+    }
+
+    [[nodiscard]] qint64 now() const { return m_runner.now; }
+    [[nodiscard]] QString home() const { return m_home.path(); }
+
+    // What the one that remembers answers; how many processes that took is then in processes().
+    Answers remembered(const QString &path)
+    {
+        const auto before = m_runner.count;
+        m_remembering.beginLook(path);
+        auto answers = askedOf(m_remembering, path);
+        m_remembering.endLook();
+        m_processes = m_runner.count - before;
+        return answers;
+    }
+
+    Answers asked(const QString &path) { return askedOf(m_forgetful, path); }
+
+    [[nodiscard]] int processes() const { return m_processes; }
+
+private:
+    [[nodiscard]] QProcessEnvironment environment() const
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("HOME"), m_home.path());
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home.filePath(QStringLiteral("xdg")));
+        return environment;
+    }
+
+    Answers askedOf(GitQueries &git, const QString &path)
+    {
+        Answers answers;
+        try {
+            answers.isRepository = git.isGitRepository(path);
+            const auto calendar = m_clock.calendar();
+            const auto today = calendar.startOfDay(m_clock.now());
+            answers.week = git.getCommits(path, calendar.addDays(today, -6).value_or(today), m_clock.now());
+            answers.years = git.getCommits(path, calendar.addDays(today, -730).value_or(today), m_clock.now());
+            answers.last = git.getLastCommitDate(path);
+        } catch (const LaunchError &error) {
+            answers.error = QString::fromUtf8(error.what());
+        }
+        return answers;
+    }
+
+    QTemporaryDir m_home;
+    RunnerAt m_runner;
+    PosixFileTree m_files;
+    FakeClock m_clock;
+    GitQueries m_remembering{m_runner, m_files, m_clock, environment()};
+    GitQueries m_forgetful{m_runner, m_files, m_clock, environment()};
+    int m_processes = 0;
+};
+
+constexpr qint64 day = 24 * 60 * 60;
+constexpr qint64 start = 1'780'000'000;  // 2026-05-28T20:26:40Z
+
+// A folder with repositories of every kind, in which anything may happen.
+class Village
+{
+public:
+    Village(Pair &pair, std::uint32_t seed)
+        : m_pair(pair)
+        , m_random(seed)
+    {
+        git(m_folder.path(), "init --quiet --initial-branch=main upstream");
+        commitIn(place("upstream"));
+        commitIn(place("upstream"));
+        git(m_folder.path(), "init --quiet --initial-branch=main plain");
+        git(m_folder.path(), "init --quiet --initial-branch=trunk other");
+        git(m_folder.path(), "clone --quiet upstream clone");
+        git(m_folder.path(), "clone --quiet --bare upstream bare");
+        git(m_folder.path(), "init --quiet --initial-branch=master --separate-git-dir=away apart");
+        git(m_folder.path(), "clone --quiet --depth=1 file://" + place("upstream").toUtf8() + " shallow");
+        git(place("clone"), "worktree add --quiet --detach ../linked");
+        repositories = {place("plain"), place("other"),   place("clone"),  place("bare"),
+                        place("apart"), place("shallow"), place("linked"), place("upstream")};
+        if (gitVersion() >= QVersionNumber(2, 45)) {
+            git(m_folder.path(), "init --quiet --ref-format=reftable tables");
+            repositories << place("tables");
+        }
+    }
+
+    // Does something somewhere; says what, and where it can be seen.
+    QString happen()
+    {
+        m_touched = repositories.at(number(repositories.size()));
+        const auto &[name, act] = happenings().at(std::size_t(number(qsizetype(happenings().size()))));
+        try {
+            act();
+        } catch (const std::runtime_error &) {
+            // Not everything is possible everywhere; git says no, and nothing has changed.
+        }
+        return QString::fromLatin1(name) + QStringLiteral(" in ") + m_touched;
+    }
+
+    [[nodiscard]] const QString &touched() const { return m_touched; }
+    [[nodiscard]] const QString &any() { return repositories.at(number(repositories.size())); }
+
+    QStringList repositories;
+
+private:
+    using Happening = std::pair<const char *, std::function<void()>>;
+
+    const std::vector<Happening> &happenings()
+    {
+        static const char *const zones[] = {"UTC",          "Europe/Berlin",  "America/New_York",
+                                            "Pacific/Apia", "Asia/Kathmandu", "America/Havana"};
+        if (m_happenings.empty()) {
+            m_happenings = {
+                {"a commit", [this] { commitIn(m_touched); }},
+                {"a commit", [this] { commitIn(m_touched); }},
+                {"an amended commit", [this] { here("commit --quiet --amend --allow-empty --no-edit"); }},
+                {"a reset", [this] { here("reset --quiet --hard HEAD~1"); }},
+                {"a new branch", [this] { here("checkout --quiet -b " + branch()); }},
+                {"another branch", [this] { here("checkout --quiet " + branch()); }},
+                {"a branch gone", [this] { here("branch -D " + branch()); }},
+                {"a renamed branch", [this] { here("branch -M " + branch()); }},
+                {"a detached head", [this] { here("checkout --quiet --detach"); }},
+                {"a merge", [this] { here("merge --quiet --no-ff --no-edit " + branch()); }},
+                {"a tag named like a branch", [this] { here("tag -f " + branch()); }},
+                {"a tag gone", [this] { here("tag -d " + branch()); }},
+                {"packed references", [this] { here("pack-refs --all"); }},
+                {"packed and committed", [this] { here("pack-refs --all"), commitIn(m_touched); }},
+                {"a fetch", [this] { here("fetch --quiet"); }},
+                {"a fetch into a branch", [this] { here("fetch --quiet --update-head-ok origin main:main"); }},
+                {"a push", [this] { git(place("upstream"), "push --quiet --force ../bare HEAD:main"); }},
+                {"a commit upstream", [this] { commitIn(place("upstream")); }},
+                {"another head of the remote", [this] { here("remote set-head origin " + branch()); }},
+                {"no head of the remote", [this] { here("remote set-head origin --delete"); }},
+                {"a head of the remote",
+                 [this] { here("symbolic-ref refs/remotes/origin/HEAD refs/remotes/origin/main"); }},
+                {"a tag named like the remote's branch", [this] { here("tag -f origin/main"); }},
+                {"that tag gone", [this] { here("tag -d origin/main"); }},
+                {"a stash", [this] { here("stash --quiet --include-untracked"); }},
+                {"a replaced commit", [this] { here("replace -f HEAD HEAD~1"); }},
+                {"no replaced commit", [this] { here("replace -d HEAD"); }},
+                {"the whole history", [this] { here("fetch --quiet --unshallow"); }},
+                {"a setting", [this] { here("config log.follow " + QByteArray(number(2) ? "true" : "false")); }},
+                {"an included setting", [this] { include(); }},
+                {"a setting of the user", [this] { settingOfUser(); }},
+                {"a graft", [this] { graft(); }},
+                {"an unborn branch", [this] { here("symbolic-ref HEAD refs/heads/none"); }},
+                {"a branch of a branch", [this] { here("symbolic-ref refs/heads/main refs/heads/side"); }},
+                {"hours", [this] { moveClock(number(30) * 60 * 60); }},
+                {"days", [this] { moveClock(number(9) * day); }},
+                {"a clock set back", [this] { moveClock(-number(5) * day); }},
+                {"midnight at Greenwich", [this] { moveClock(day - m_pair.now() % day + number(3) - 1); }},
+                {"midnight here", [this] { moveToMidnight(); }},
+                {"beside the edge of a commit", [this] { moveBesideCommit(); }},
+                {"beside the edge of a commit", [this] { moveBesideCommit(); }},
+                {"another zone", [this] { m_pair.setZone(zones[number(std::size(zones))]); }},
+                {"another season", [this] { moveClock(number(200) * day); }},
+            };
+        }
+        return m_happenings;
+    }
+
+    [[nodiscard]] qsizetype number(qsizetype below) { return qsizetype(m_random() % std::uint32_t(below)); }
+    [[nodiscard]] QString place(const char *name) const { return m_folder.filePath(QString::fromLatin1(name)); }
+
+    QByteArray branch()
+    {
+        static const std::array names{"main", "master", "trunk", "side", "a/b"};
+        return names.at(std::size_t(number(names.size())));
+    }
+
+    static QByteArray git(const QString &folder, const QByteArray &arguments)
+    {
+        RealGit git(folder);
+        git.set("GIT_CONFIG_COUNT", QStringLiteral("2"));
+        git.set("GIT_CONFIG_KEY_1", QStringLiteral("protocol.file.allow"));
+        git.set("GIT_CONFIG_VALUE_1", QStringLiteral("always"));
+        return git.run(QString::fromUtf8(arguments).split(u' '));
+    }
+
+    void here(const QByteArray &arguments) { git(m_touched, arguments); }
+
+    // Mostly of now; at times of a clock that was wrong.
+    void commitIn(const QString &folder)
+    {
+        const std::array skews{qint64(0), qint64(0), qint64(0), -day, -8 * day, -731 * day, 2 * day, 400 * day};
+        const auto author = m_pair.now() + skews.at(std::size_t(number(skews.size())));
+        const auto committed = m_pair.now() + skews.at(std::size_t(number(skews.size()))) - number(100);
+        RealGit git(folder);
+        git.set("GIT_AUTHOR_DATE", QStringLiteral("@%1 +0%200").arg(author).arg(number(9)));
+        git.set("GIT_COMMITTER_DATE", QStringLiteral("@%1 +0000").arg(committed));
+        git.run({QStringLiteral("commit"), QStringLiteral("--quiet"), QStringLiteral("--allow-empty"),
+                 QStringLiteral("-m"), QStringLiteral("x")});
+        m_commits << committed;
+    }
+
+    void moveClock(qint64 step) { m_pair.setNow(std::max(start - 900 * day, m_pair.now() + step)); }
+
+    void moveToMidnight()
+    {
+        std::time_t now = m_pair.now();
+        std::tm local = {};
+        localtime_r(&now, &local);
+        ++local.tm_mday;
+        local.tm_hour = local.tm_min = local.tm_sec = 0;
+        local.tm_isdst = -1;
+        m_pair.setNow(std::mktime(&local) + number(3) - 1);
+    }
+
+    // The edges of the windows have the time of day of now: a second before, at, or after that of a commit they pass it.
+    void moveBesideCommit()
+    {
+        if (m_commits.isEmpty())
+            return;
+        const auto commit = m_commits.at(number(m_commits.size()));
+        const std::array ages{qint64(0), qint64(-1), qint64(6), qint64(7), qint64(730), qint64(731)};
+        m_pair.setNow(commit + ages.at(std::size_t(number(ages.size()))) * day + number(3) - 1);
+    }
+
+    void include()
+    {
+        const auto file = m_folder.filePath(QStringLiteral("included"));
+        here("config include.path " + file.toUtf8());
+        writeFile(file, number(2) ? "[log]\n\tdate = iso\n" : "[log]\n\tshowRoot = false\n");
+    }
+
+    void settingOfUser()
+    {
+        writeFile(m_pair.home() + QStringLiteral("/.gitconfig"),
+                  number(2) ? "[core]\n\tabbrev = 9\n" : "[safe]\n\tbareRepository = explicit\n");
+    }
+
+    void graft()
+    {
+        const auto common = git(m_touched, "rev-parse --path-format=absolute --git-common-dir").trimmed();
+        writeFile(QString::fromUtf8(common) + QStringLiteral("/info/grafts"), git(m_touched, "rev-parse HEAD"));
+    }
+
+    Pair &m_pair;
+    std::mt19937 m_random;
+    QTemporaryDir m_folder;
+    std::vector<Happening> m_happenings;
+    QList<qint64> m_commits;
+    QString m_touched;
+};
+
+}  // namespace
+
+class TestGitMemory : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarning(); }
+    void answersAsGitWouldWhateverHappens_data();
+    void answersAsGitWouldWhateverHappens();
+};
+
+void TestGitMemory::answersAsGitWouldWhateverHappens_data()
+{
+    QTest::addColumn<std::uint32_t>("seed");
+    QTest::addColumn<int>("steps");
+    const auto steps = qEnvironmentVariableIntValue("VELQUARIN_MEMORY_STEPS");
+    QTest::newRow("every day") << std::uint32_t(20261122) << (steps > 0 ? steps : 300);
+    for (int more = 0; more < qEnvironmentVariableIntValue("VELQUARIN_MEMORY_SEEDS"); ++more) {
+        const auto seed = std::random_device()();
+        QTest::addRow("seed %u", seed) << seed << (steps > 0 ? steps : 300);
+    }
+}
+
+void TestGitMemory::answersAsGitWouldWhateverHappens()
+{
+    QFETCH(const std::uint32_t, seed);
+    QFETCH(const int, steps);
+    Pair pair;
+    pair.setNow(start);
+    Village village(pair, seed);
+    int comparisons = 0;
+    int withoutProcess = 0;
+    for (int step = 0; step < steps; ++step) {
+        const auto what = village.happen();
+        for (const auto &path : {village.touched(), village.any(), village.any()}) {
+            const auto remembered = pair.remembered(path);
+            ++comparisons;
+            withoutProcess += pair.processes() == 0 ? 1 : 0;
+            if (remembered != pair.asked(path))
+                QFAIL(qPrintable(QStringLiteral("step %1, after %2: %3").arg(step).arg(what, path)));
+        }
+    }
+    qInfo("%d of %d answers without a process", withoutProcess, comparisons);
+    QVERIFY(withoutProcess * 5 > comparisons);
+}
+
+VELQUARIN_TEST(TestGitMemory)
+#include "tst_gitmemory.moc"

@@ -1,0 +1,254 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Services/Git/RepositoryState.h"
+
+#include "Platform/Linux/Files/PosixFileTree.h"
+
+#include "support/Files.h"
+#include "support/Strict.h"
+#include "support/TempRepository.h"
+#include "support/TestProgram.h"
+
+#include <QFile>
+#include <QTest>
+
+#include <functional>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace velquarin;
+using namespace velquarin::test;
+
+namespace {
+
+const QString commitDate = QStringLiteral("2026-05-01T12:00:00Z");
+
+// A repository with two commits, at which one looks.
+struct World
+{
+    World()
+    {
+        repository.commit(commitDate);
+        repository.commit(commitDate);
+    }
+
+    [[nodiscard]] std::optional<RepositoryState> state(const QString &branch = QStringLiteral("main"),
+                                                       const GitConfig &config = {}) const
+    {
+        return repositoryState(files, repository.path().toStdString(), branch, config, {"/nowhere", "/nowhere"});
+    }
+
+    [[nodiscard]] QString git(const char *name) const
+    {
+        return repository.file(QStringLiteral(".git/") + QLatin1String(name));
+    }
+
+    TempRepository repository;
+    PosixFileTree files;
+};
+
+using Change = std::function<void(const World &)>;
+
+}  // namespace
+
+Q_DECLARE_METATYPE(Change)
+
+class TestRepositoryState : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init() { failOnAnyWarning(); }
+    void theSameTwiceIsTheSame();
+    void seesWhatDecides_data();
+    void seesWhatDecides();
+    void doubtsAreNotUnderstood_data();
+    void doubtsAreNotUnderstood();
+    void namesThatMayMeanSomethingElseAreNotUnderstood_data();
+    void namesThatMayMeanSomethingElseAreNotUnderstood();
+    void readsTheConfiguration();
+    void doubtfulSettingsAreNotUnderstood_data();
+    void doubtfulSettingsAreNotUnderstood();
+    void findsBothFolders();
+};
+
+void TestRepositoryState::theSameTwiceIsTheSame()
+{
+    const World world;
+    const auto state = world.state();
+    QVERIFY(state.has_value());
+    QVERIFY(world.state() == state);
+}
+
+void TestRepositoryState::seesWhatDecides_data()
+{
+    QTest::addColumn<Change>("change");
+    const auto row = [](const char *name, Change change) { QTest::newRow(name) << std::move(change); };
+    row("a commit", [](const World &world) { world.repository.commit(commitDate); });
+    row("a setting", [](const World &world) {
+        world.repository.git({QStringLiteral("config"), QStringLiteral("log.follow"), QStringLiteral("true")});
+    });
+    row("a tag of that name", [](const World &world) {
+        world.repository.git({QStringLiteral("tag"), QStringLiteral("main"), QStringLiteral("HEAD~1")});
+    });
+    row("a shallow end", [](const World &world) { writeFile(world.git("shallow"), "x\n"); });
+    row("a graft", [](const World &world) { writeFile(world.git("info/grafts"), "x\n"); });
+    row("a replacement", [](const World &world) {
+        world.repository.git({QStringLiteral("replace"), QStringLiteral("HEAD"), QStringLiteral("HEAD~1")});
+    });
+    row("packed references", [](const World &world) { writeFile(world.git("packed-refs"), "x\n"); });
+    row("a remote's head", [](const World &world) {
+        world.repository.git({QStringLiteral("symbolic-ref"), QStringLiteral("refs/remotes/origin/HEAD"),
+                              QStringLiteral("refs/remotes/origin/main")});
+    });
+    row("another head", [](const World &world) {
+        world.repository.git({QStringLiteral("checkout"), QStringLiteral("--quiet"), QStringLiteral("--detach")});
+    });
+    row("objects elsewhere", [](const World &world) {
+        writeFile(world.git("objects/info/alternates"), world.git("objects").toUtf8() + "/pack\n");
+    });
+    row("objects out of reach",
+        [](const World &world) { ::chmod(QFile::encodeName(world.git("objects")).constData(), 0500); });
+    row("settings of the working tree", [](const World &world) { writeFile(world.git("config.worktree"), "[log]\n"); });
+}
+
+void TestRepositoryState::seesWhatDecides()
+{
+    QFETCH(const Change, change);
+    const World world;
+    const auto before = world.state();
+    QVERIFY(before.has_value());
+    change(world);
+    const auto after = world.state();
+    QVERIFY(after.has_value());
+    QVERIFY(after->content != before->content);
+}
+
+void TestRepositoryState::doubtsAreNotUnderstood_data()
+{
+    QTest::addColumn<Change>("change");
+    const auto row = [](const char *name, Change change) { QTest::newRow(name) << std::move(change); };
+    const auto replaced = [](const World &world, const char *name, const std::function<void(const char *)> &make) {
+        const auto path = QFile::encodeName(world.git(name));
+        QFile::remove(world.git(name));
+        make(path.constData());
+    };
+    row("a fifo for a branch", [=](const World &world) {
+        replaced(world, "refs/heads/main", [](const char *path) { ::mkfifo(path, 0600); });
+    });
+    row("a fifo for the settings",
+        [=](const World &world) { replaced(world, "config", [](const char *path) { ::mkfifo(path, 0600); }); });
+    row("a link for a branch", [=](const World &world) {
+        replaced(world, "refs/heads/main",
+                 [](const char *path) { static_cast<void>(::symlink("/etc/hostname", path)); });
+    });
+    row("a device for the settings", [=](const World &world) {
+        replaced(world, "config", [](const char *path) { static_cast<void>(::symlink("/dev/zero", path)); });
+    });
+    row("a link in a circle", [=](const World &world) {
+        replaced(world, "config", [](const char *path) { static_cast<void>(::symlink(path, path)); });
+    });
+    row("a branch of gigabytes", [=](const World &world) {
+        static_cast<void>(::truncate(QFile::encodeName(world.git("refs/heads/main")).constData(), 1LL << 32));
+    });
+    row("settings of gigabytes", [=](const World &world) {
+        static_cast<void>(::truncate(QFile::encodeName(world.git("config")).constData(), 1LL << 32));
+    });
+    row("a branch that leads out",
+        [](const World &world) { writeFile(world.git("refs/heads/main"), "ref: ../../../etc/passwd\n"); });
+    row("a branch that leads up",
+        [](const World &world) { writeFile(world.git("refs/heads/main"), "ref: refs/heads/../../config\n"); });
+    row("branches in a circle",
+        [](const World &world) { writeFile(world.git("refs/heads/main"), "ref: refs/heads/main\n"); });
+    row("objects in quotes", [](const World &world) { writeFile(world.git("objects/info/alternates"), "\"x\"\n"); });
+    row("a remote's head elsewhere",
+        [](const World &world) { writeFile(world.git("refs/remotes/origin/HEAD"), "ref: refs/heads/main\n"); });
+    row("a link to the repository", [](const World &world) {
+        QVERIFY(QFile::rename(world.repository.file(QStringLiteral(".git")),
+                              world.repository.file(QStringLiteral("away"))));
+        QVERIFY(QFile::link(QStringLiteral("away"), world.repository.file(QStringLiteral(".git"))));
+    });
+    row("no repository", [](const World &world) {
+        QVERIFY(QFile::rename(world.repository.file(QStringLiteral(".git")),
+                              world.repository.file(QStringLiteral("away"))));
+    });
+}
+
+void TestRepositoryState::doubtsAreNotUnderstood()
+{
+    QFETCH(const Change, change);
+    const World world;
+    QVERIFY(world.state().has_value());
+    change(world);
+    QVERIFY(!world.state().has_value());
+}
+
+void TestRepositoryState::namesThatMayMeanSomethingElseAreNotUnderstood_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const auto *name : {"abcd", "0123456789abcdef0123456789abcdef01234567", "v1-gabcdef", "FETCH_HEAD", "@",
+                             "refs/heads/main", "worktrees/x", "bisect/bad"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+    QTest::newRow("none") << QString();
+}
+
+void TestRepositoryState::namesThatMayMeanSomethingElseAreNotUnderstood()
+{
+    QFETCH(const QString, name);
+    const World world;
+    world.repository.git({QStringLiteral("symbolic-ref"), QStringLiteral("refs/remotes/origin/HEAD"),
+                          QStringLiteral("refs/remotes/origin/") + (name.isEmpty() ? QStringLiteral("x") : name)});
+    QVERIFY(!world.state(name).has_value());
+}
+
+void TestRepositoryState::readsTheConfiguration()
+{
+    const QByteArray list("file:.git/config\0core.bare\nfalse\0"
+                          "file:.git/config\0include.path\nmore\0"
+                          "file:/home/me/.gitconfig\0includeIf.gitdir:/work/.path\n~/work.inc\0"
+                          "command line:\0color.ui\nfalse\0"
+                          "file:.git/config\0core.valueless\0",
+                          161);
+    const auto config = gitConfigFrom(list, "/repo", {"/home/me", "/home/me/.config"});
+    QVERIFY(config.has_value());
+    QCOMPARE(config->files, (std::set<std::string>{"/home/me/.gitconfig", "/home/me/work.inc", "/repo/.git/config",
+                                                   "/repo/.git/more"}));
+    QVERIFY(config->hasIncludes);
+    QVERIFY(!config->isReftable);
+}
+
+void TestRepositoryState::doubtfulSettingsAreNotUnderstood_data()
+{
+    QTest::addColumn<QByteArray>("setting");
+    QTest::addColumn<bool>("isUnderstood");
+    QTest::newRow("an extension that nobody knows") << QByteArray("extensions.tomorrow\ntrue") << false;
+    QTest::newRow("references behind an address") << QByteArray("extensions.refstorage\nfiles://x") << false;
+    QTest::newRow("references in tables") << QByteArray("extensions.refstorage\nreftable") << true;
+    QTest::newRow("longer names of objects") << QByteArray("extensions.objectformat\nsha256") << true;
+    QTest::newRow("somebody else's home") << QByteArray("include.path\n~you/x") << false;
+    QTest::newRow("git's own folder") << QByteArray("include.path\n%(prefix)/x") << false;
+}
+
+void TestRepositoryState::doubtfulSettingsAreNotUnderstood()
+{
+    QFETCH(const QByteArray, setting);
+    QFETCH(const bool, isUnderstood);
+    const auto list = QByteArray("file:.git/config") + '\0' + setting + '\0';
+    QCOMPARE(gitConfigFrom(list, "/repo", {}).has_value(), isUnderstood);
+}
+
+void TestRepositoryState::findsBothFolders()
+{
+    const World world;
+    const auto path = world.repository.path().toStdString();
+    QVERIFY(gitFolders(world.files, path) == (GitFolders{path + "/.git", path + "/.git"}));
+    world.repository.git({QStringLiteral("worktree"), QStringLiteral("add"), QStringLiteral("--quiet"),
+                          QStringLiteral("linked"), QStringLiteral("-b"), QStringLiteral("side")});
+    const auto linked = gitFolders(world.files, path + "/linked");
+    QVERIFY(linked.has_value());
+    QVERIFY(world.files.folderAt(linked->common) == world.files.folderAt(path + "/.git"));
+    QVERIFY(linked->own.ends_with("/worktrees/linked"));
+}
+
+VELQUARIN_TEST(TestRepositoryState)
+#include "tst_repositorystate.moc"
