@@ -20,6 +20,8 @@ AppDelegate::AppDelegate(Shared &shared, Desktop desktop)
     , m_streakManager(std::make_unique<StreakManager>(shared.gitService(), shared.appSettings(),
                                                       shared.notificationService(), shared.platform().clock,
                                                       shared.platform().timers, shared.platform().output))
+    , m_commitWatch(std::make_unique<CommitWatch>(*m_streakManager, shared.gitService(),
+                                                  shared.platform().repositoryWatch, shared.platform().timers))
 {
 }
 

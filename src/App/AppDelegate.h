@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Platform/WindowSystem.h"
+#include "Services/Streak/CommitWatch.h"
 #include "Services/Streak/StreakManager.h"
 
 #include <QObject>
@@ -67,6 +68,7 @@ private:
     Shared &m_shared;
     Desktop m_desktop;
     std::unique_ptr<StreakManager> m_streakManager;
+    std::unique_ptr<CommitWatch> m_commitWatch;
     std::unique_ptr<StatusItem> m_statusItem;
     std::unique_ptr<Popover> m_popover;
     std::unique_ptr<SettingsView> m_settings;

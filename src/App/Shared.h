@@ -20,6 +20,7 @@ class NotificationCenter;
 class Output;
 class PreferencesStore;
 class ProcessRunner;
+class RepositoryWatch;
 class Timers;
 
 //! What the desktop gives: one adapter for each interface, all longer-lived than whoever uses them.
@@ -35,6 +36,7 @@ struct Platform
     FileViewer &fileViewer;
     LoginItem &loginItem;
     FolderChooser &folderChooser;
+    RepositoryWatch &repositoryWatch;
 };
 
 //! The services of which there is one each: made at first use, kept for the life of the program. Only the application

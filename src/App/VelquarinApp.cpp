@@ -7,6 +7,7 @@
 #include "App/Shared.h"
 #include "App/Translations.h"
 #include "Platform/Linux/Autostart/XdgAutostart.h"
+#include "Platform/Linux/Files/InotifyWatch.h"
 #include "Platform/Linux/Process/TerminationSignals.h"
 #include "Platform/Linux/Session/SingleInstance.h"
 #include "Platform/Linux/StatusItem/LinuxStatusItem.h"
@@ -90,8 +91,9 @@ void VelquarinApp::run()
     XdgAutostart loginItem(
         autostartEnvironment(QProcessEnvironment::systemEnvironment(), QCoreApplication::applicationFilePath()));
     FolderDialog folderChooser;
+    InotifyWatch repositoryWatch;
     Shared shared({m_processes, m_files, m_clock, m_timers, m_output, preferences, notifications, fileViewer, loginItem,
-                   folderChooser});
+                   folderChooser, repositoryWatch});
     AppDelegate delegate(
         shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, dataFolder(QStringLiteral("icons"))); },
                  [] { QCoreApplication::exit(); }, &x11RepeatRightClick, linuxWindowSystem()});

@@ -9,6 +9,7 @@
 #include "support/Offscreen.h"
 #include "support/RecordingFileViewer.h"
 #include "support/RecordingLoginItem.h"
+#include "support/RecordingRepositoryWatch.h"
 #include "support/RecordingStatusItem.h"
 #include "support/ScriptedFolderChooser.h"
 #include "support/TestProgram.h"
@@ -49,7 +50,8 @@ struct World
     RecordingFileViewer viewer;
     RecordingLoginItem loginItem;
     ScriptedFolderChooser chooser;
-    Shared shared{{processes, files, clock, timers, output, preferences, center, viewer, loginItem, chooser}};
+    RecordingRepositoryWatch watch;
+    Shared shared{{processes, files, clock, timers, output, preferences, center, viewer, loginItem, chooser, watch}};
     RecordingStatusItem *item = nullptr;
     int terminations = 0;
     QList<QPoint> repeatedClicks;

@@ -83,7 +83,7 @@ class Shown(unittest.TestCase):
     def refresh_reads_anew_and_the_view_follows(self, dashboard):
         dashboard.open()
         for count, act in ((4, dashboard.click), (5, dashboard.press)):
-            dashboard.repositories["busy"].commit(dashboard.now.now)
+            dashboard.repositories["busy"].commit_unheard(dashboard.now.now)
             act("Refresh")
             wait_until(lambda count=count: any(f"{count} today" in text
                                                for text in dashboard.window().texts()), "the new commit")

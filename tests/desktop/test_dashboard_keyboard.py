@@ -62,7 +62,7 @@ class Keyboard(unittest.TestCase):
             dashboard.press_key(key)
             dashboard.wait_for_focus("Show Year")
 
-        dashboard.repositories["busy"].commit(dashboard.now.now)
+        dashboard.repositories["busy"].commit_unheard(dashboard.now.now)
         self.walk(dashboard, "Tab", [*(dashboard.row_name(name) for name in DAYS), "Refresh"])
         dashboard.press_key("space")
         wait_until(lambda: "4 today" in dashboard.row_name("busy"), "the new commit")

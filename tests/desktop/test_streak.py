@@ -16,7 +16,7 @@ ZONE = "Asia/Kolkata"
 
 class Streak(unittest.TestCase):
 
-    def test_the_streak_of_two_repositories_grows_with_a_commit(self):
+    def test_the_streak_of_two_repositories_grows_with_a_commit_and_follows_a_refresh(self):
         noon = case.ShiftedTime(12, 0, ZONE)
         with Desktop(self.id()) as desktop:
             one, other = Repository(desktop.home / "one"), Repository(desktop.home / "other one")
@@ -31,10 +31,14 @@ class Streak(unittest.TestCase):
             self.assertIn("4", " ".join(item.tooltip()))
             self.assertEqual(item.entries(), ["Refresh", None, "Quit Velquarin"])
 
+            yesterday = one.head()
             one.commit(noon.now)
-            click_first_entry(desktop.screen, open_menu(desktop, place.find()))
             item.wait_for_label(" 5")
             self.assertIn("5", " ".join(item.tooltip()))
+
+            one.write_head(yesterday)
+            click_first_entry(desktop.screen, open_menu(desktop, place.find()))
+            item.wait_for_label(" 4")
             self.assertEqual(program.end(), 0)
 
     def test_without_a_streak_only_the_flame_shows(self):

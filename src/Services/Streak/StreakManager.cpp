@@ -26,10 +26,11 @@ constexpr std::chrono::seconds autoDiscoveryScanInterval(300);
 // A folder in which git cannot even be started is passed over in silence: a drive that is not there is no error. What was
 // added before a question fails stays.
 void readRepository(GitQueries &git, const TrackedRepository &repository, Instant since, Instant until,
-                    MergedHistory &history)
+                    MergedHistory &history, QList<WatchPlace> &places)
 {
     if (!git.isGitRepository(repository.path))
         return;
+    places = git.watchPlaces(repository.path);
     const auto week = git.getCommitHistory(repository.path, daysOfWeek);
     history.addWeek(week);
     history.addCommits(git.getCommits(repository.path, since, until));
@@ -56,6 +57,7 @@ QString errorOf(const std::function<void()> &work)
 struct StreakManager::Reading
 {
     QString error;
+    QList<WatchPlace> places;
     std::optional<RefreshFigures> figures;  //!< with the last one: those of all together
 };
 
@@ -104,10 +106,12 @@ QCoro::Task<> StreakManager::refresh()
     if (m_settings.autoDiscoveryEnabled() && shouldRunAutoDiscovery())
         co_await runAutoDiscovery();
     const auto repositories = enabledRepositories();
-    if (repositories.isEmpty())
+    if (repositories.isEmpty()) {
+        Q_EMIT repositoriesRead({});
         publishNothing();
-    else
+    } else {
         co_await readRepositories(repositories);
+    }
     endRefresh();
 }
 
@@ -146,6 +150,7 @@ QCoro::Task<> StreakManager::readRepositories(QList<TrackedRepository> repositor
 
     const auto history = std::make_shared<MergedHistory>(calendar, today);
     std::optional<RefreshFigures> figures;
+    QList<WatchPlace> places;
     for (const auto &repository : std::as_const(repositories)) {
         const auto asked = ask(repository, *start, history, &repository == &repositories.constLast());
         const auto reading = co_await whileAlive(this, asked);
@@ -153,7 +158,9 @@ QCoro::Task<> StreakManager::readRepositories(QList<TrackedRepository> repositor
             m_output.printLine(QStringLiteral("Error processing repo ") + repository.path + QStringLiteral(": ") +
                                reading.error);
         figures = reading.figures;
+        places += reading.places;
     }
+    Q_EMIT repositoriesRead(places);
     publish(*figures);
     co_await m_notificationService.checkAndNotifyStreakRisk(m_currentStreak, m_hasCommittedToday,
                                                             m_settings.notifyOnStreakRisk());
@@ -167,7 +174,7 @@ QFuture<StreakManager::Reading> StreakManager::ask(const TrackedRepository &repo
     const auto &clock = m_clock;
     return m_gitService.ask(repository.path, [=, &clock](GitQueries &git) {
         Reading reading;
-        reading.error = errorOf([&] { readRepository(git, repository, start, clock.now(), *history); });
+        reading.error = errorOf([&] { readRepository(git, repository, start, clock.now(), *history, reading.places); });
         if (isLast)
             reading.figures = history->figures();
         return reading;

@@ -5,6 +5,7 @@
 #include "Models/SettingsRecords.h"
 #include "Models/StreakData.h"
 #include "Platform/Calendar.h"
+#include "Platform/RepositoryWatch.h"
 
 #include <QCoroTask>
 #include <QFuture>
@@ -92,6 +93,8 @@ public:
     void setupRefreshTimer();
 
 Q_SIGNALS:
+    //! All enabled repositories have been read; @p places tell of commits made from now on.
+    void repositoriesRead(const QList<velquarin::WatchPlace> &places);
     void currentStreakWillChange(qint64 newValue);
     void longestStreakWillChange(qint64 newValue);
     void hasCommittedTodayWillChange(bool newValue);

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "Platform/Clock.h"
+#include "Platform/RepositoryWatch.h"
+
+#include <QCoroTask>
+
+#include <memory>
+
+namespace velquarin {
+
+class GitService;
+class StreakManager;
+
+//! Refreshes as soon as a commit is made: 100 ms after the last of what tells of it, 2 s after the first at the latest. What
+//! is told during a refresh has another one follow. Main thread only.
+class CommitWatch : public QObject
+{
+    Q_OBJECT
+public:
+    //! @p watch must outlive @p gitService, on whose thread it looks at the disk.
+    CommitWatch(StreakManager &manager, GitService &gitService, RepositoryWatch &watch, Timers &timers,
+                QObject *parent = nullptr);
+
+private:
+    QCoro::Task<> follow(QList<WatchPlace> places);
+    void notice();
+    void refresh();
+
+    StreakManager &m_manager;
+    GitService &m_gitService;
+    RepositoryWatch &m_watch;
+    Timers &m_timers;
+    std::unique_ptr<Timer> m_quiet;
+    std::unique_ptr<Timer> m_latest;
+    bool m_isDue = false;  // once the running refresh is over
+};
+
+}  // namespace velquarin
