@@ -158,6 +158,26 @@ def growth():
         yield f"growth of memory from refresh {FIRST} to {LAST}", f"{after - before} KiB", "100 KiB"
 
 
+def noticed():
+    with Desktop("noticed") as desktop:
+        alternation = Alternation(desktop.home / "repository", case.now_in("UTC"))
+        preferences.write(desktop.config, [alternation.repository.path])
+        desktop.start_panel()
+        program, item = Program(desktop), StatusItem(desktop)
+        item.wait_for_label(" 2")
+
+        def milliseconds():
+            wait_for_quiet(program.pid)
+            label = alternation.turn()
+            began = time.monotonic()
+            while item.label() != label:
+                pass
+            return 1000 * (time.monotonic() - began)
+        measured = [milliseconds() for _ in range(20)]
+        yield ("from the end of git to the new number on the item",
+               f"{statistics.median(measured):.0f} ms ({min(measured):.0f} to {max(measured):.0f})", "500 ms")
+
+
 def opened(build):
     with Desktop("opening") as desktop:
         for what, measured in opening.figures(desktop, 20):
@@ -173,6 +193,7 @@ def opened(build):
 def rows(build, _folder):
     os.environ["VELQUARIN_PROGRAM"] = str(build / "velquarin")
     yield from opened(build)
+    yield from noticed()
     yield from weight(build)
     yield from sleep()
     yield from growth()

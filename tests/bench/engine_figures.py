@@ -71,6 +71,27 @@ def many_repositories(build, folder):
            _spread([engine[SLEEPS] / engine[COUNT] for engine in engines]), "6")
 
 
+def remembered_repositories(build, folder):
+    repositories = make_repositories(folder, 100, 200)
+    bare, _ = build.limits(repositories, folder / "commands")
+    with build.engine(repositories) as engine, bare:
+        rounds = [(engine.figures("again"), engine.figures("changed"), bare.figures()) for _ in range(12)][1:]
+    for unchanged, changed, _ in rounds:
+        _demand(unchanged[COUNT] == 0 and changed[COUNT] > 0, "what is known was asked, or what is new was not")
+    yield ("refresh of 100 repositories that did not change, against the bare commands",
+           ratio([(unchanged[TIME], limit[0]) for unchanged, _, limit in rounds]), "0.01")
+    yield ("the same with a new commit in one of them",
+           ratio([(changed[TIME], limit[0]) for _, changed, limit in rounds]), "0.03")
+
+
+def many_remembered(build, folder):
+    with build.engine(make_repositories(folder, 1000, 20)) as engine:
+        rounds = [engine.figures("again") for _ in range(12)][1:]
+    _demand(all(figures[COUNT] == 0 for figures in rounds), "what is known was asked")
+    yield ("processor time of a refresh of 1,000 repositories that did not change",
+           _spread([figures[OWN] for figures in rounds], " ms"), "60 ms")
+
+
 def long_history(build, folder):
     long = make_repository(folder / "long", 200_000)
     rounds = _against_limits(build, [long], 200_000, folder / "commands", 9)
@@ -125,7 +146,7 @@ def search(build, folder):
 
 def rows(build_folder, folder):
     build = Build(build_folder)
-    for number, figures in enumerate((many_repositories, long_history, growth_in_repositories, growth_in_commits, log,
+    for number, figures in enumerate((many_repositories, remembered_repositories, many_remembered, long_history, growth_in_repositories, growth_in_commits, log,
                                       search)):
         place = folder / str(number)
         place.mkdir()

@@ -36,7 +36,7 @@ namespace {
 class CountingRunner : public ChildProcessRunner
 {
 public:
-    QByteArray run(const ProcessRequest &request) override
+    ProcessOutput run(const ProcessRequest &request) override
     {
         ++m_count;
         if (m_record.isOpen())
@@ -141,27 +141,69 @@ void answerWithGap(Engine &engine)
     std::cout << std::max<qint64>(0, busy - idle) << std::endl;
 }
 
+// The questions of a refresh, each with all that belongs to it and none remembered.
+void record(const QStringList &paths, const QString &file)
+{
+    CountingRunner processes;
+    const PosixFileTree files;
+    const SystemClock clock;
+    processes.recordTo(file);
+    GitQueries git(processes, files, clock, QProcessEnvironment::systemEnvironment());
+    const auto calendar = clock.calendar();
+    const auto start = calendar.addDays(calendar.startOfDay(clock.now()), -730);
+    for (const auto &path : paths) {
+        if (!git.isGitRepository(path) || git.getCommitHistory(path, 7).isEmpty())
+            qFatal("%s is no repository with commits", qPrintable(path));
+        if (git.getCommits(path, *start, clock.now()).isEmpty() || !git.getLastCommitDate(path))
+            qFatal("%s has no commits", qPrintable(path));
+    }
+    processes.writeEnvironment();
+}
+
+std::unique_ptr<Engine> engineWith(const QStringList &paths)
+{
+    auto engine = std::make_unique<Engine>();
+    engine->settings.setNotifyOnStreakRisk(false);
+    engine->settings.addRepositories(paths, false);
+    return engine;
+}
+
+void commitIn(const QString &path)
+{
+    QProcess git;
+    git.setWorkingDirectory(path);
+    git.start(QStringLiteral("git"),
+              {QStringLiteral("-c"), QStringLiteral("user.name=A"), QStringLiteral("-c"),
+               QStringLiteral("user.email=a@example.org"), QStringLiteral("commit"), QStringLiteral("--quiet"),
+               QStringLiteral("--allow-empty"), QStringLiteral("-m"), QStringLiteral("x")});
+    if (!git.waitForFinished(-1) || git.exitCode() != 0)
+        qFatal("no commit in %s", qPrintable(path));
+}
+
 }  // namespace
 
+// Each line of the input is one refresh: the first of an engine, or of one that has read everything before ("again"), or has
+// and one repository of all has a new commit ("changed"), or the longest stall of one ("gap").
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    Engine engine;
-    engine.settings.setNotifyOnStreakRisk(false);
-    auto paths = QCoreApplication::arguments().mid(1);
-    const bool isRecording = paths.value(0) == QLatin1String("--record");
-    if (isRecording) {
-        engine.processes.recordTo(paths.value(1));
-        paths = paths.mid(2);
+    const auto paths = QCoreApplication::arguments().mid(1);
+    if (paths.value(0) == QLatin1String("--record")) {
+        record(paths.mid(2), paths.value(1));
+        return 0;
     }
-    for (const auto &path : std::as_const(paths))
-        engine.settings.addRepository(path, false);
-    if (isRecording) {
-        test::await(engine.manager.refresh());
-        engine.processes.writeEnvironment();
-    }
+    auto kept = engineWith(paths);
+    test::await(kept->manager.refresh());
     std::string line;
-    while (!isRecording && std::getline(std::cin, line))
-        line == "gap" ? answerWithGap(engine) : answer(engine);
-    return engine.manager.repositoryStats().size() == paths.size() ? 0 : 1;
+    for (qsizetype turn = 0; std::getline(std::cin, line); ++turn) {
+        if (line == "changed")
+            commitIn(paths.at(turn % paths.size()));
+        if (line == "changed" || line == "again")
+            answer(*kept);
+        else if (auto engine = engineWith(paths); line == "gap")
+            answerWithGap(*engine);
+        else
+            answer(*engine);
+    }
+    return kept->manager.repositoryStats().size() == paths.size() ? 0 : 1;
 }
