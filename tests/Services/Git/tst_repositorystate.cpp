@@ -60,6 +60,9 @@ class TestRepositoryState : public QObject
 private Q_SLOTS:
     void init() { failOnAnyWarning(); }
     void theSameTwiceIsTheSame();
+    void whatDoesNotDecideIsTheSame_data();
+    void whatDoesNotDecideIsTheSame();
+    void objectStoresThatNameEachOtherAreReadOnce();
     void seesWhatDecides_data();
     void seesWhatDecides();
     void doubtsAreNotUnderstood_data();
@@ -69,7 +72,11 @@ private Q_SLOTS:
     void readsTheConfiguration();
     void doubtfulSettingsAreNotUnderstood_data();
     void doubtfulSettingsAreNotUnderstood();
+    void extensionsCountInTheRepositorysOwnSettingsAlone();
     void findsBothFolders();
+    void aPointerThatGitMightReadDifferentlyIsNone_data();
+    void aPointerThatGitMightReadDifferentlyIsNone();
+    void noPlaceToWatchLiesOutsideOfTheReferences();
 };
 
 void TestRepositoryState::theSameTwiceIsTheSame()
@@ -78,6 +85,52 @@ void TestRepositoryState::theSameTwiceIsTheSame()
     const auto state = world.state();
     QVERIFY(state.has_value());
     QVERIFY(world.state() == state);
+}
+
+void TestRepositoryState::whatDoesNotDecideIsTheSame_data()
+{
+    QTest::addColumn<Change>("change");
+    const auto row = [](const char *name, Change change) { QTest::newRow(name) << std::move(change); };
+    row("a commit on another branch", [](const World &world) {
+        world.repository.git({QStringLiteral("branch"), QStringLiteral("side")});
+        world.repository.git(
+            {QStringLiteral("update-ref"), QStringLiteral("refs/heads/side"), QStringLiteral("HEAD~1")});
+    });
+    row("a fetch", [](const World &world) {
+        world.repository.git(
+            {QStringLiteral("update-ref"), QStringLiteral("refs/remotes/origin/main"), QStringLiteral("HEAD")});
+    });
+    row("something added", [](const World &world) {
+        world.repository.write(QStringLiteral("file"), "x");
+        world.repository.git({QStringLiteral("add"), QStringLiteral("file")});
+    });
+}
+
+void TestRepositoryState::whatDoesNotDecideIsTheSame()
+{
+    QFETCH(const Change, change);
+    const World world;
+    const auto before = world.state();
+    QVERIFY(before.has_value());
+    change(world);
+    QVERIFY(world.state() == before);
+}
+
+void TestRepositoryState::objectStoresThatNameEachOtherAreReadOnce()
+{
+    const World world;
+    QByteArray all;
+    for (int number = 0; number < 30; ++number)
+        all += QFile::encodeName(world.git("store")) + QByteArray::number(number) + '\n';
+    for (int number = 0; number < 30; ++number)
+        writeFile(world.git("store") + QString::number(number) + QStringLiteral("/info/alternates"), all);
+    writeFile(world.git("objects/info/alternates"), all);
+    QVERIFY(world.state().has_value());
+    writeFile(world.git("store40/x"), {});
+    writeFile(world.git("store41/x"), {});
+    writeFile(world.git("objects/info/alternates"),
+              all + QFile::encodeName(world.git("store40")) + '\n' + QFile::encodeName(world.git("store41")) + '\n');
+    QVERIFY(!world.state().has_value());
 }
 
 void TestRepositoryState::seesWhatDecides_data()
@@ -168,6 +221,19 @@ void TestRepositoryState::doubtsAreNotUnderstood_data()
                               world.repository.file(QStringLiteral("away"))));
         QVERIFY(QFile::link(QStringLiteral("away"), world.repository.file(QStringLiteral(".git"))));
     });
+    row("a HEAD that is none", [](const World &world) { writeFile(world.git("HEAD"), "hello\n"); });
+    row("a HEAD of a longer name than the repository's",
+        [](const World &world) { writeFile(world.git("HEAD"), QByteArray(64, 'a') + '\n'); });
+    row("more settings than anybody has", [](const World &world) {
+        for (const auto *const name :
+             {"config", "config.worktree", "shallow", "info/grafts", "objects/info/alternates"})
+            writeFile(world.git(name), QByteArray(1000 * 1000, '#') + '\n');
+    });
+    row("a repository of another user", [](const World &world) {
+        if (::chown(QFile::encodeName(world.repository.file(QStringLiteral(".git"))).constData(), 12345, gid_t(-1)) !=
+            0)
+            QSKIP("this user may not give files away");
+    });
     row("no repository", [](const World &world) {
         QVERIFY(QFile::rename(world.repository.file(QStringLiteral(".git")),
                               world.repository.file(QStringLiteral("away"))));
@@ -248,6 +314,52 @@ void TestRepositoryState::findsBothFolders()
     QVERIFY(linked.has_value());
     QVERIFY(world.files.folderAt(linked->common) == world.files.folderAt(path + "/.git"));
     QVERIFY(linked->own.ends_with("/worktrees/linked"));
+}
+
+void TestRepositoryState::extensionsCountInTheRepositorysOwnSettingsAlone()
+{
+    const World world;
+    GitConfig config;
+    config.extensionOrigins = {world.git("config").toStdString()};
+    QVERIFY(world.state(QStringLiteral("main"), config).has_value());
+    writeFile(world.git("more"), "[extensions]\n\trefstorage = reftable\n");
+    config.extensionOrigins = {world.git("more").toStdString()};
+    QVERIFY(!world.state(QStringLiteral("main"), config).has_value());
+}
+
+void TestRepositoryState::aPointerThatGitMightReadDifferentlyIsNone_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("isPointer");
+    QTest::newRow("plain") << QByteArray("gitdir: away\n") << true;
+    QTest::newRow("without an end") << QByteArray("gitdir: away") << true;
+    QTest::newRow("a blank before") << QByteArray("gitdir:  away\n") << false;
+    QTest::newRow("a blank behind") << QByteArray("gitdir: away \n") << false;
+    QTest::newRow("two lines") << QByteArray("gitdir: away\nx\n") << false;
+    QTest::newRow("nothing") << QByteArray("gitdir: \n") << false;
+    QTest::newRow("something else") << QByteArray("away\n") << false;
+}
+
+void TestRepositoryState::aPointerThatGitMightReadDifferentlyIsNone()
+{
+    QFETCH(const QByteArray, content);
+    QFETCH(const bool, isPointer);
+    const World world;
+    QVERIFY(
+        QFile::rename(world.repository.file(QStringLiteral(".git")), world.repository.file(QStringLiteral("away"))));
+    writeFile(world.repository.file(QStringLiteral(".git")), content);
+    QCOMPARE(gitFolders(world.files, world.repository.path().toStdString()).has_value(), isPointer);
+}
+
+void TestRepositoryState::noPlaceToWatchLiesOutsideOfTheReferences()
+{
+    const World world;
+    const auto path = world.repository.path().toStdString();
+    const auto places = watchPlaces(world.files, path, QStringLiteral("HEAD"));
+    QCOMPARE(places, QList<WatchPlace>({{world.git("refs/heads"), QStringLiteral("main")}}));
+    writeFile(world.git("HEAD"), "ref: refs/../../../../elsewhere/x\n");
+    QVERIFY(watchPlaces(world.files, path, QStringLiteral("HEAD")).isEmpty());
+    QVERIFY(watchPlaces(world.files, path, QStringLiteral("../../x")).isEmpty());
 }
 
 VELQUARIN_TEST(TestRepositoryState)

@@ -71,6 +71,7 @@ private Q_SLOTS:
     void forgetsWhatIsNoLongerWatched();
     void findsAFolderThatWasReplaced();
     void twoNamesInOneFolderAreBothHeard();
+    void aLinkedReflogWakesNobody();
     void saysOnceThatThereAreNoMore();
 };
 
@@ -170,6 +171,17 @@ void TestInotifyWatch::twoNamesInOneFolderAreBothHeard()
     QVERIFY(world.watch.watch({world.branch(), {world.branch().folder, QStringLiteral("side")}}));
     QVERIFY(world.isTold([&] { world.git("branch --force side HEAD~0"); }));
     QVERIFY(world.isTold([&] { world.repository.commit(commitDate); }));
+}
+
+void TestInotifyWatch::aLinkedReflogWakesNobody()
+{
+    World world;
+    const auto log = world.repository.file(QStringLiteral(".git/logs/HEAD"));
+    QVERIFY(QFile::remove(log));
+    QVERIFY(QFile::link(world.upstream.file(QStringLiteral("file")), log));
+    world.watch.watch(
+        {{world.repository.file(QStringLiteral(".git/logs")), QStringLiteral("HEAD"), WatchPlace::Sign::Written}});
+    QVERIFY(!world.isTold([&] { world.upstream.write(QStringLiteral("file"), "x"); }));
 }
 
 void TestInotifyWatch::saysOnceThatThereAreNoMore()
