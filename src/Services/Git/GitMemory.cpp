@@ -26,7 +26,7 @@ constexpr auto longestMemory = 24h;
 // A refresh asks for two: of the week and of the years.
 constexpr std::size_t mostLogs = 2;
 
-// Of what is older a window may still tell, when the clock is set back or the user travels.
+// No edge moves back so far within a day, even if the user travels around the world.
 constexpr std::int64_t slack = 3 * 24 * 60 * 60;
 
 ConfigPlaces placesIn(const QProcessEnvironment &environment)
@@ -183,8 +183,7 @@ bool GitMemory::isSame(const Memory &memory, const Log &log, const Window &windo
 {
     const auto before = [&](std::int64_t moment) { return std::ranges::lower_bound(memory.commits, moment); };
     const auto after = [&](std::int64_t moment) { return std::ranges::upper_bound(memory.commits, moment); };
-    return window.since >= memory.oldest && before(window.since) == before(log.window->since) &&
-           after(window.until) == after(log.window->until);
+    return before(window.since) == before(log.window->since) && after(window.until) == after(log.window->until);
 }
 
 QByteArray GitMemory::ask(const QStringList &arguments, Log question)
@@ -261,7 +260,7 @@ bool GitMemory::addTo(Memory &known, Memory &fresh, const QString &path) const
         return true;
     for (auto &log : fresh.logs) {
         const auto window = windowOf(log);
-        if (!window || log.window->since < known.oldest || !isSame(known, log, *window))
+        if (!window || !isSame(known, log, *window))
             return false;
         known.logs.insert(known.logs.begin(), std::move(log));
     }
@@ -275,12 +274,11 @@ bool GitMemory::complete(Memory &fresh, const QString &path) const
     if (fresh.state.content.isEmpty() || fresh.logs.empty())
         return false;
     fresh.askedAt = m_clock.now();
-    fresh.oldest =
+    const auto oldest =
         std::ranges::min(fresh.logs, {}, [](const Log &log) { return log.window->since; }).window->since - slack;
-    const auto commits =
-        m_git.run({QStringLiteral("rev-list"), QStringLiteral("--timestamp"),
-                   QStringLiteral("--max-age=%1").arg(fresh.oldest), fresh.branch, QStringLiteral("--")},
-                  path);
+    const auto commits = m_git.run({QStringLiteral("rev-list"), QStringLiteral("--timestamp"),
+                                    QStringLiteral("--max-age=%1").arg(oldest), fresh.branch, QStringLiteral("--")},
+                                   path);
     auto times = commits.exitStatus == 0 ? timesIn(commits.text) : std::nullopt;
     if (!times)
         return false;

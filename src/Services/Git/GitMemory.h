@@ -66,8 +66,7 @@ private:
         RepositoryState state;
         std::map<QByteArray, QByteArray> answers;  //!< those on which no clock bears
         std::vector<Log> logs;
-        std::vector<std::uint32_t> commits;  //!< when those of the branch were committed, from @ref oldest on, in order
-        std::int64_t oldest = 0;
+        std::vector<std::uint32_t> commits;  //!< when those of the branch were committed, the oldest first
         Instant askedAt;
     };
 

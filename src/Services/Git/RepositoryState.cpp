@@ -228,7 +228,6 @@ void readHead(StateReader &reader, const GitFolders &git, const GitConfig &confi
     const auto target = symbolicTarget(head);
     if (!target && !isObjectId(head, config))
         throw NotUnderstood();
-    reader.note("HEAD", target.value_or("detached"));
     if (target && !config.isReftable && isSymbolic(reader, referencePath(git.common, *target)))
         throw NotUnderstood();
 }

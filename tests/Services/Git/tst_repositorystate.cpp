@@ -11,6 +11,7 @@
 #include "support/TestProgram.h"
 
 #include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <functional>
@@ -36,7 +37,8 @@ struct World
     [[nodiscard]] std::optional<RepositoryState> state(const QString &branch = QStringLiteral("main"),
                                                        const GitConfig &config = {}) const
     {
-        return repositoryState(files, repository.path().toStdString(), branch, config, {"/nowhere", "/nowhere"});
+        return repositoryState(files, repository.path().toStdString(), branch, config,
+                               {home.path().toStdString(), home.filePath(QStringLiteral("xdg")).toStdString()});
     }
 
     [[nodiscard]] QString git(const char *name) const
@@ -45,6 +47,7 @@ struct World
     }
 
     TempRepository repository;
+    QTemporaryDir home;
     PosixFileTree files;
 };
 
@@ -65,6 +68,9 @@ private Q_SLOTS:
     void objectStoresThatNameEachOtherAreReadOnce();
     void seesWhatDecides_data();
     void seesWhatDecides();
+    void seesSettingsThatOthersName();
+    void seesABranchThatWouldBeChosenFirst_data();
+    void seesABranchThatWouldBeChosenFirst();
     void doubtsAreNotUnderstood_data();
     void doubtsAreNotUnderstood();
     void namesThatMayMeanSomethingElseAreNotUnderstood_data();
@@ -141,6 +147,10 @@ void TestRepositoryState::seesWhatDecides_data()
     row("a setting", [](const World &world) {
         world.repository.git({QStringLiteral("config"), QStringLiteral("log.follow"), QStringLiteral("true")});
     });
+    row("a setting of the user",
+        [](const World &world) { writeFile(world.home.filePath(QStringLiteral(".gitconfig")), "[log]\n"); });
+    row("a setting in the user's other place",
+        [](const World &world) { writeFile(world.home.filePath(QStringLiteral("xdg/git/config")), "[log]\n"); });
     row("a tag of that name", [](const World &world) {
         world.repository.git({QStringLiteral("tag"), QStringLiteral("main"), QStringLiteral("HEAD~1")});
     });
@@ -156,6 +166,10 @@ void TestRepositoryState::seesWhatDecides_data()
     });
     row("another head", [](const World &world) {
         world.repository.git({QStringLiteral("checkout"), QStringLiteral("--quiet"), QStringLiteral("--detach")});
+    });
+    row("another branch that is checked out", [](const World &world) {
+        world.repository.git(
+            {QStringLiteral("checkout"), QStringLiteral("--quiet"), QStringLiteral("-b"), QStringLiteral("side")});
     });
     row("objects elsewhere", [](const World &world) {
         writeFile(world.git("objects/info/alternates"), world.git("objects").toUtf8() + "/pack\n");
@@ -175,6 +189,39 @@ void TestRepositoryState::seesWhatDecides()
     const auto after = world.state();
     QVERIFY(after.has_value());
     QVERIFY(after->content != before->content);
+}
+
+void TestRepositoryState::seesSettingsThatOthersName()
+{
+    const World world;
+    const auto included = world.git("included");
+    GitConfig config;
+    config.files = {included.toStdString()};
+    const auto before = world.state(QStringLiteral("main"), config);
+    QVERIFY(before.has_value());
+    writeFile(included, "[log]\n");
+    QVERIFY(world.state(QStringLiteral("main"), config)->content != before->content);
+}
+
+void TestRepositoryState::seesABranchThatWouldBeChosenFirst_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("first");
+    QTest::newRow("main before HEAD") << QStringLiteral("HEAD") << QStringLiteral("main");
+    QTest::newRow("master before HEAD") << QStringLiteral("HEAD") << QStringLiteral("master");
+    QTest::newRow("main before master") << QStringLiteral("master") << QStringLiteral("main");
+}
+
+void TestRepositoryState::seesABranchThatWouldBeChosenFirst()
+{
+    QFETCH(const QString, before);
+    QFETCH(const QString, first);
+    const World world;
+    world.repository.git({QStringLiteral("branch"), QStringLiteral("-m"), QStringLiteral("trunk")});
+    const auto state = world.state(before);
+    QVERIFY(state.has_value());
+    world.repository.git({QStringLiteral("branch"), first});
+    QVERIFY(world.state(before)->content != state->content);
 }
 
 void TestRepositoryState::doubtsAreNotUnderstood_data()
@@ -214,6 +261,11 @@ void TestRepositoryState::doubtsAreNotUnderstood_data()
     row("branches in a circle",
         [](const World &world) { writeFile(world.git("refs/heads/main"), "ref: refs/heads/main\n"); });
     row("objects in quotes", [](const World &world) { writeFile(world.git("objects/info/alternates"), "\"x\"\n"); });
+    row("a branch of a branch that is checked out", [](const World &world) {
+        world.repository.git({QStringLiteral("branch"), QStringLiteral("side")});
+        world.repository.git(
+            {QStringLiteral("symbolic-ref"), QStringLiteral("refs/heads/main"), QStringLiteral("refs/heads/side")});
+    });
     row("a remote's head elsewhere",
         [](const World &world) { writeFile(world.git("refs/remotes/origin/HEAD"), "ref: refs/heads/main\n"); });
     row("a link to the repository", [](const World &world) {
@@ -232,6 +284,10 @@ void TestRepositoryState::doubtsAreNotUnderstood_data()
     row("a repository of another user", [](const World &world) {
         if (::chown(QFile::encodeName(world.repository.file(QStringLiteral(".git"))).constData(), 12345, gid_t(-1)) !=
             0)
+            QSKIP("this user may not give files away");
+    });
+    row("a working tree of another user", [](const World &world) {
+        if (::chown(QFile::encodeName(world.repository.path()).constData(), 12345, gid_t(-1)) != 0)
             QSKIP("this user may not give files away");
     });
     row("no repository", [](const World &world) {
