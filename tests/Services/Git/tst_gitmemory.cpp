@@ -349,6 +349,9 @@ private Q_SLOTS:
     void whatWasKilledIsNotRemembered_data();
     void whatWasKilledIsNotRemembered();
     void aBranchThatAppearsBetweenTheQuestionsIsSeen();
+    void theWindowsMoveWithTheClock_data();
+    void theWindowsMoveWithTheClock();
+    void aCommitOfTheFutureComesIntoSight();
     void answersAsGitWouldWhateverHappens_data();
     void answersAsGitWouldWhateverHappens();
 };
@@ -428,6 +431,45 @@ void TestGitMemory::aBranchThatAppearsBetweenTheQuestionsIsSeen()
     QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
 }
 
+void TestGitMemory::theWindowsMoveWithTheClock_data()
+{
+    QTest::addColumn<QByteArray>("zone");
+    for (const auto *const zone : {"UTC", "Asia/Kathmandu", "America/New_York"})
+        QTest::newRow(zone) << QByteArray(zone);
+}
+
+void TestGitMemory::theWindowsMoveWithTheClock()
+{
+    QFETCH(const QByteArray, zone);
+    constexpr qint64 hour = 60 * 60;
+    Pair pair;
+    pair.setNow(start);
+    pair.setZone(zone.constData());
+    const TempRepository repository;
+    repository.commit(dateOf(start));
+    for (const qint64 days : {6, 7, 8, 730, 731}) {
+        for (const qint64 beside : {-10 * hour, qint64(-1), qint64(0), qint64(1), 6 * hour}) {
+            pair.setNow(start + days * day + beside);
+            QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
+        }
+    }
+}
+
+void TestGitMemory::aCommitOfTheFutureComesIntoSight()
+{
+    Pair pair;
+    pair.setNow(start);
+    const TempRepository repository;
+    repository.commit(dateOf(start - 60));
+    repository.commit(dateOf(start + 30 * 60 * 60));
+    QCOMPARE(pair.remembered(repository.path()).years.size(), 1);
+    for (int hours = 1; hours < 9; ++hours) {
+        pair.setNow(start + hours * 60 * 60);
+        QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
+    }
+    QCOMPARE(pair.remembered(repository.path()).years.size(), 2);
+}
+
 void TestGitMemory::answersAsGitWouldWhateverHappens_data()
 {
     QTest::addColumn<std::uint32_t>("seed");
@@ -452,6 +494,8 @@ void TestGitMemory::answersAsGitWouldWhateverHappens()
     for (int step = 0; step < steps; ++step) {
         const auto what = village.happen();
         for (const auto &path : {village.touched(), village.any(), village.any()}) {
+            // Forwards, so that edges pass what is remembered.
+            pair.setNow(pair.now() + step % 3);
             const auto remembered = pair.remembered(path);
             ++comparisons;
             withoutProcess += pair.processes() == 0 ? 1 : 0;
