@@ -178,12 +178,14 @@ std::optional<QByteArray> GitMemory::remembered(const Log &question)
     return logs.front().text;
 }
 
-// Whether no commit lies between the ends of the two windows: then both logs are the same.
+// Whether no commit lies between the ends of the two windows: then both logs are the same. Of what is older than the list
+// nothing is known.
 bool GitMemory::isSame(const Memory &memory, const Log &log, const Window &window)
 {
     const auto before = [&](std::int64_t moment) { return std::ranges::lower_bound(memory.commits, moment); };
     const auto after = [&](std::int64_t moment) { return std::ranges::upper_bound(memory.commits, moment); };
-    return before(window.since) == before(log.window->since) && after(window.until) == after(log.window->until);
+    return window.since >= memory.oldest && before(window.since) == before(log.window->since) &&
+           after(window.until) == after(log.window->until);
 }
 
 QByteArray GitMemory::ask(const QStringList &arguments, Log question)
@@ -260,7 +262,7 @@ bool GitMemory::addTo(Memory &known, Memory &fresh, const QString &path) const
         return true;
     for (auto &log : fresh.logs) {
         const auto window = windowOf(log);
-        if (!window || !isSame(known, log, *window))
+        if (!window || log.window->since < known.oldest || !isSame(known, log, *window))
             return false;
         known.logs.insert(known.logs.begin(), std::move(log));
     }
@@ -274,11 +276,12 @@ bool GitMemory::complete(Memory &fresh, const QString &path) const
     if (fresh.state.content.isEmpty() || fresh.logs.empty())
         return false;
     fresh.askedAt = m_clock.now();
-    const auto oldest =
+    fresh.oldest =
         std::ranges::min(fresh.logs, {}, [](const Log &log) { return log.window->since; }).window->since - slack;
-    const auto commits = m_git.run({QStringLiteral("rev-list"), QStringLiteral("--timestamp"),
-                                    QStringLiteral("--max-age=%1").arg(oldest), fresh.branch, QStringLiteral("--")},
-                                   path);
+    const auto commits =
+        m_git.run({QStringLiteral("rev-list"), QStringLiteral("--timestamp"),
+                   QStringLiteral("--max-age=%1").arg(fresh.oldest), fresh.branch, QStringLiteral("--")},
+                  path);
     auto times = commits.exitStatus == 0 ? timesIn(commits.text) : std::nullopt;
     if (!times)
         return false;

@@ -66,7 +66,8 @@ private:
         RepositoryState state;
         std::map<QByteArray, QByteArray> answers;  //!< those on which no clock bears
         std::vector<Log> logs;
-        std::vector<std::uint32_t> commits;  //!< when those of the branch were committed, the oldest first
+        std::vector<std::uint32_t> commits;  //!< when those of the branch were committed, from @ref oldest on, in order
+        std::int64_t oldest = 0;
         Instant askedAt;
     };
 

@@ -349,6 +349,7 @@ private Q_SLOTS:
     void whatWasKilledIsNotRemembered_data();
     void whatWasKilledIsNotRemembered();
     void aBranchThatAppearsBetweenTheQuestionsIsSeen();
+    void aLongerWindowThanWasAskedForIsAsked();
     void theWindowsMoveWithTheClock_data();
     void theWindowsMoveWithTheClock();
     void aCommitOfTheFutureComesIntoSight();
@@ -429,6 +430,27 @@ void TestGitMemory::aBranchThatAppearsBetweenTheQuestionsIsSeen()
     static_cast<void>(pair.remembered(repository.path()));
     pair.runner.meanwhile = {};
     QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
+}
+
+void TestGitMemory::aLongerWindowThanWasAskedForIsAsked()
+{
+    RunnerAt runner;
+    runner.now = start;
+    const PosixFileTree files;
+    const FakeClock clock{Instant(std::chrono::seconds(start))};
+    GitQueries git(runner, files, clock, QProcessEnvironment::systemEnvironment());
+    const TempRepository repository;
+    repository.commit(dateOf(start - 100 * day));
+    repository.commit(dateOf(start - 60));
+    const auto commitsOf = [&](int days) {
+        git.beginLook(repository.path());
+        const auto count = git.getCommits(repository.path(), clock.now() - days * 24h, clock.now()).size();
+        git.endLook();
+        return count;
+    };
+    QCOMPARE(commitsOf(7), 1);
+    QCOMPARE(commitsOf(200), 2);
+    QCOMPARE(commitsOf(7), 1);
 }
 
 void TestGitMemory::theWindowsMoveWithTheClock_data()
