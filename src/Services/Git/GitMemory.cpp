@@ -27,7 +27,7 @@ constexpr auto longestMemory = 24h;
 constexpr std::size_t mostLogs = 2;
 
 // No edge moves back so far within a day, even if the user travels around the world.
-constexpr std::int64_t slack = 3 * 24 * 60 * 60;
+constexpr std::int64_t slack = std::chrono::seconds(72h).count();
 
 ConfigPlaces placesIn(const QProcessEnvironment &environment)
 {

@@ -148,10 +148,11 @@ void readDetours(StateReader &reader, const std::string &common, const GitConfig
     reader.content(common + "/info/grafts");
     std::set<std::string> names;
     reader.names(common + "/refs/replace", names, mostReplacements);
-    for (const auto &name : names) {
-        if (!isObjectId(reader.reference(common + "/refs/replace/" + name), config))
-            throw NotUnderstood();
-    }
+    const auto isReplacement = [&](const std::string &name) {
+        return isObjectId(reader.reference(joined(common + "/refs/replace", name)), config);
+    };
+    if (!std::ranges::all_of(names, isReplacement))
+        throw NotUnderstood();
 }
 
 // Follows a reference to the object that it stands for. False where there is none in a file of its own.

@@ -45,12 +45,12 @@ public:
 
     //! Has @p function called on the worker's thread. The future gets what it returns or throws.
     template <typename Function>
-    [[nodiscard]] auto run(Function function, std::optional<QString> subject = std::nullopt)
+    [[nodiscard]] auto run(Function function, const std::optional<QString> &subject = std::nullopt)
         -> QFuture<std::invoke_result_t<Function>>
     {
         using Result = std::invoke_result_t<Function>;
         auto job = std::make_unique<JobReturning<Result>>(std::move(function));
-        job->subject = std::move(subject);
+        job->subject = subject;
         auto future = job->future();
         hand(std::move(job));
         return future;

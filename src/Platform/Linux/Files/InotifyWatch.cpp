@@ -74,7 +74,7 @@ void InotifyWatch::sayThatItIsFull(const QString &folder)
 
 void InotifyWatch::hear()
 {
-    alignas(inotify_event) std::array<char, 16 * 1024> events{};
+    alignas(inotify_event) std::array<char, 16'384> events{};
     bool hasChanged = false;
     ssize_t length = 0;
     std::unique_lock lock(m_mutex);

@@ -22,7 +22,7 @@ const QString notificationPath = QStringLiteral("/org/freedesktop/Notifications"
 const QString notificationInterface = QStringLiteral("org.freedesktop.Notifications");
 
 const QString applicationId = QStringLiteral("io.velquarin.Velquarin");
-const QString bus = QStringLiteral("org.freedesktop.DBus");
+const QString busName = QStringLiteral("org.freedesktop.DBus");
 const QString capabilitiesSignature = QStringLiteral("as");
 
 // What passes "do not disturb".
@@ -135,7 +135,7 @@ QCoro::Task<NotificationServer> askNotificationServer(QDBusConnection connection
 {
     const auto nameQuestion = notificationCall(QStringLiteral("GetServerInformation"));
     const auto name = co_await answerTo(nameQuestion, connection, timeout, QStringLiteral("ssss"));
-    auto ownerQuestion = QDBusMessage::createMethodCall(bus, QStringLiteral("/org/freedesktop/DBus"), bus,
+    auto ownerQuestion = QDBusMessage::createMethodCall(busName, QStringLiteral("/org/freedesktop/DBus"), busName,
                                                         QStringLiteral("GetNameOwner"));
     ownerQuestion.setArguments({notificationInterface});
     const auto owner = co_await answerTo(ownerQuestion, connection, timeout, QStringLiteral("s"));
