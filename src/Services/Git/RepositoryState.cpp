@@ -36,7 +36,8 @@ std::optional<std::string> onlyPath(const FileContent &pointer, std::string_view
     if (path.ends_with('\n'))
         path.pop_back();
     const bool isPlain = !path.empty() && blanks.find(path.front()) == std::string_view::npos &&
-                         blanks.find(path.back()) == std::string_view::npos && path.find('\n') == std::string::npos;
+                         blanks.find(path.back()) == std::string_view::npos && path.find('\n') == std::string::npos &&
+                         path.find('\0') == std::string::npos;
     return isPlain ? std::optional(path) : std::nullopt;
 }
 

@@ -393,6 +393,7 @@ void TestRepositoryState::aPointerThatGitMightReadDifferentlyIsNone_data()
     QTest::newRow("a blank behind") << QByteArray("gitdir: away \n") << false;
     QTest::newRow("two lines") << QByteArray("gitdir: away\nx\n") << false;
     QTest::newRow("nothing") << QByteArray("gitdir: \n") << false;
+    QTest::newRow("a path that ends early") << QByteArray("gitdir: away\0x\n", 15) << false;
     QTest::newRow("something else") << QByteArray("away\n") << false;
 }
 

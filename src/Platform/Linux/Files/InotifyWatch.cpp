@@ -54,7 +54,7 @@ std::map<int, InotifyWatch::Names> InotifyWatch::added(const QList<WatchPlace> &
 {
     std::map<int, Names> watched;
     for (const auto &place : places) {
-        const auto events = place.sign == WatchPlace::Sign::Replaced ? IN_MOVED_TO : IN_MODIFY;
+        const std::uint32_t events = place.sign == WatchPlace::Sign::Replaced ? IN_MOVED_TO : IN_MODIFY;
         const auto number = inotify_add_watch(m_descriptor, QFile::encodeName(place.folder).constData(),
                                               events | IN_ONLYDIR | IN_DONT_FOLLOW | IN_MASK_ADD);
         if (number >= 0)
