@@ -327,7 +327,7 @@ void TestRepositoryState::readsTheConfiguration()
 {
     const QByteArray list("file:.git/config\0core.bare\nfalse\0"
                           "file:.git/config\0include.path\nmore\0"
-                          "file:/home/me/.gitconfig\0includeIf.gitdir:/work/.path\n~/work.inc\0"
+                          "file:/home/me/.gitconfig\0includeIf.gitdir:/code/.path\n~/work.inc\0"
                           "command line:\0color.ui\nfalse\0"
                           "file:.git/config\0core.valueless\0",
                           161);

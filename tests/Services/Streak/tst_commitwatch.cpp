@@ -16,7 +16,7 @@ using namespace velquarin::test;
 
 namespace {
 
-const QString folder = QStringLiteral("/work");
+const QString folder = QStringLiteral("/code");
 
 struct World
 {
