@@ -11,11 +11,6 @@ namespace {
 
 constexpr std::size_t mostFiles = 32;
 
-std::string joined(const std::string &folder, const std::string &path)
-{
-    return path.starts_with('/') ? path : folder + '/' + path;
-}
-
 // The path of a file that a setting names: relative to the file that it stands in, or to the home folder.
 std::optional<std::string> includedPath(const std::string &value, const std::string &origin, const ConfigPlaces &places)
 {
@@ -61,6 +56,11 @@ bool take(GitConfig &config, const std::string &origin, const QByteArray &settin
 }
 
 }  // namespace
+
+std::string joined(const std::string &folder, const std::string &path)
+{
+    return path.starts_with('/') ? path : folder + '/' + path;
+}
 
 std::optional<GitConfig> gitConfigFrom(const QByteArray &list, const std::string &folder, const ConfigPlaces &places)
 {

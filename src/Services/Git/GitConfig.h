@@ -27,6 +27,9 @@ struct GitConfig
     bool isSha256 = false;                   //!< objects have names of 64 digits in place of 40
 };
 
+//! What git means by @p path where it stands for something in @p folder: both together, unless the path is whole.
+[[nodiscard]] std::string joined(const std::string &folder, const std::string &path);
+
 //! Reads what "git config --list -z --show-origin" printed in @p folder.
 //! Errors: nothing where it names an extension, or a way to a file, of which we do not know what follows from it, or more
 //! files than people have.

@@ -11,8 +11,6 @@
 #include <algorithm>
 #include <charconv>
 #include <ctime>
-#include <limits>
-#include <string_view>
 #include <utility>
 
 namespace velquarin {

@@ -22,8 +22,8 @@ namespace velquarin {
 
 class FileTree;
 
-//! Git, with a memory: what it would answer as it did before is not asked again. A repository that did not change is looked
-//! at in some forty microseconds and no process is started. Everything here belongs on the git thread.
+//! Git, with a memory: what it would answer as it did before is not asked again. For a repository that did not change no
+//! process is started. Everything here belongs on the git thread.
 //!
 //! Nothing is remembered for longer than a day, nor on disk, nor of a command that failed or could not be started.
 //! Source: docs/decisions/0016-nothing-asked-twice.md

@@ -22,11 +22,6 @@ constexpr std::size_t mostObjectStores = 32;
 constexpr std::size_t mostReplacements = 64;
 constexpr std::string_view blanks = " \t\r\n";
 
-std::string joined(const std::string &folder, const std::string &path)
-{
-    return path.starts_with('/') ? path : folder + '/' + path;
-}
-
 // The path that a file of one line holds; nothing where git and we might read it differently.
 std::optional<std::string> onlyPath(const FileContent &pointer, std::string_view keyword)
 {
@@ -147,12 +142,11 @@ void readDetours(StateReader &reader, const std::string &common, const GitConfig
 {
     reader.content(common + "/shallow");
     reader.content(common + "/info/grafts");
-    std::set<std::string> names;
-    reader.names(common + "/refs/replace", names, mostReplacements);
+    const auto folder = common + "/refs/replace";
     const auto isReplacement = [&](const std::string &name) {
-        return isObjectId(reader.reference(joined(common + "/refs/replace", name)), config);
+        return isObjectId(reader.reference(joined(folder, name)), config);
     };
-    if (!std::ranges::all_of(names, isReplacement))
+    if (!std::ranges::all_of(reader.names(folder, mostReplacements), isReplacement))
         throw NotUnderstood();
 }
 
@@ -192,31 +186,30 @@ bool isSymbolic(StateReader &reader, const std::string &path)
     return isSymbolic;
 }
 
-// Which branch is the remote's, and how git shortens its name. False where the remote says of none.
-bool readRemoteHead(StateReader &reader, const std::string &common)
+// Which branch is the remote's, and how git shortens its name. Nothing where the remote says of none.
+std::optional<std::string> readRemoteHead(StateReader &reader, const std::string &common)
 {
     const auto target = symbolicTarget(reader.reference(common + "/refs/remotes/origin/HEAD"));
     if (!target)
-        return false;
+        return std::nullopt;
     constexpr std::string_view prefix = "refs/remotes/origin/";
     if (!target->starts_with(prefix) || isSymbolic(reader, referencePath(common, *target)))
         throw NotUnderstood();
+    const auto branch = target->substr(prefix.size());
     for (const auto *const place : {"/", "/refs/", "/refs/tags/", "/refs/heads/"})
-        reader.reference(common + place + "origin/" + target->substr(prefix.size()));
-    return true;
+        reader.reference(common + place + "origin/" + branch);
+    return branch;
 }
 
 // That git would choose this branch now.
 void readChoice(StateReader &reader, const GitFolders &git, const std::string &branch)
 {
-    if (readRemoteHead(reader, git.common)) {
-        if (symbolicTarget(reader.reference(git.common + "/refs/remotes/origin/HEAD")) !=
-            "refs/remotes/origin/" + branch)
-            throw NotUnderstood();
-        return;
-    }
-    if (branch != "main" && branch != "master" && branch != "HEAD")
+    const auto ofRemote = readRemoteHead(reader, git.common);
+    const bool isChoice = ofRemote ? branch == *ofRemote : branch == "main" || branch == "master" || branch == "HEAD";
+    if (!isChoice)
         throw NotUnderstood();
+    if (ofRemote)
+        return;
     if (branch != "main")
         reader.reference(git.common + "/refs/heads/main");
     if (branch == "HEAD")

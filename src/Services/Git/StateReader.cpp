@@ -116,14 +116,16 @@ void StateReader::file(const std::string &path)
         content(path);
 }
 
-void StateReader::names(const std::string &folder, std::set<std::string> &names, std::size_t most)
+std::set<std::string> StateReader::names(const std::string &folder, std::size_t most) const
 {
+    std::set<std::string> names;
     m_files.visit(folder, [&](const DirectoryEntry &entry) {
         names.insert(entry.name);
         return names.size() <= most;
     });
     if (names.size() > most)
         throw NotUnderstood();
+    return names;
 }
 
 void StateReader::note(const std::string &name, const std::string &value)

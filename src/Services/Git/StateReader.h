@@ -48,7 +48,8 @@ public:
     //! A file that may be large: when it was written, and what is in it only while that says too little.
     void file(const std::string &path);
 
-    void names(const std::string &folder, std::set<std::string> &names, std::size_t most);
+    //! What a folder holds, which is no more than @p most entries; their names are not noted.
+    [[nodiscard]] std::set<std::string> names(const std::string &folder, std::size_t most) const;
 
     //! Whatever else decides.
     void note(const std::string &name, const std::string &value);
