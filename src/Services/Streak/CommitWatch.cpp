@@ -31,10 +31,8 @@ CommitWatch::CommitWatch(StreakManager &manager, GitService &gitService, Reposit
 {
     connect(&manager, &StreakManager::repositoriesRead, this, &CommitWatch::follow);
     connect(&watch, &RepositoryWatch::changed, this, &CommitWatch::notice);
-    connect(&manager, &StreakManager::isRefreshingWillChange, this, [this](bool isRefreshing) {
-        if (!isRefreshing && std::exchange(m_isDue, false))
-            notice();
-    });
+    connect(&manager, &StreakManager::isRefreshingWillChange, this, &CommitWatch::refreshChanges);
+    connect(&manager, &StreakManager::refreshDropped, this, [this] { m_isDue |= m_isOurs; });
 }
 
 // Between the reading and the watching of a repository a commit may have been made that nobody told of.
@@ -57,9 +55,20 @@ void CommitWatch::refresh()
 {
     m_quiet.reset();
     m_latest.reset();
-    m_isDue = m_manager.isRefreshing();
-    if (!m_isDue)
-        m_manager.refresh();
+    m_isDue |= m_manager.isRefreshing();
+    if (m_isDue)
+        return;
+    m_isOurs = true;
+    m_manager.refresh();
+}
+
+void CommitWatch::refreshChanges(bool isRefreshing)
+{
+    if (isRefreshing)
+        return;
+    m_isOurs = false;
+    if (std::exchange(m_isDue, false))
+        notice();
 }
 
 }  // namespace velquarin

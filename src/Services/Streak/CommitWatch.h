@@ -15,7 +15,8 @@ class GitService;
 class StreakManager;
 
 //! Refreshes as soon as a commit is made: 100 ms after the last of what tells of it, 2 s after the first at the latest. What
-//! is told during a refresh has another one follow. Main thread only.
+//! is told during a refresh has another one follow, and so has whoever asks for one during a refresh of this: nobody knows
+//! of it, and what was just added would be read minutes later. Main thread only.
 class CommitWatch : public QObject
 {
     Q_OBJECT
@@ -28,6 +29,7 @@ private:
     QCoro::Task<> follow(QList<WatchPlace> places);
     void notice();
     void refresh();
+    void refreshChanges(bool isRefreshing);
 
     StreakManager &m_manager;
     GitService &m_gitService;
@@ -35,7 +37,8 @@ private:
     Timers &m_timers;
     std::unique_ptr<Timer> m_quiet;
     std::unique_ptr<Timer> m_latest;
-    bool m_isDue = false;  // once the running refresh is over
+    bool m_isOurs = false;  // the running refresh
+    bool m_isDue = false;   // another one, once that is over
 };
 
 }  // namespace velquarin

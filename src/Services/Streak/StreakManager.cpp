@@ -98,8 +98,10 @@ void StreakManager::setupRefreshTimer()
 
 QCoro::Task<> StreakManager::refresh()
 {
-    if (m_isRefreshing)
+    if (m_isRefreshing) {
+        Q_EMIT refreshDropped();
         co_return;
+    }
     assign(m_isRefreshing, true, &StreakManager::isRefreshingWillChange);
     assign(m_error, std::optional<QString>(), &StreakManager::errorWillChange);
 

@@ -93,6 +93,8 @@ public:
     void setupRefreshTimer();
 
 Q_SIGNALS:
+    //! A refresh was asked for while one ran, and is not made.
+    void refreshDropped();
     //! All enabled repositories have been read; @p places tell of commits made from now on.
     void repositoriesRead(const QList<velquarin::WatchPlace> &places);
     void currentStreakWillChange(qint64 newValue);

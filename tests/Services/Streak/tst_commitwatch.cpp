@@ -62,6 +62,8 @@ private Q_SLOTS:
     void aChangeRefreshesOnceItIsQuiet();
     void changesWithoutEndRefreshAllTheSame();
     void aChangeDuringARefreshHasAnotherFollow();
+    void whoeverAsksDuringARefreshOfTheWatchIsHeard();
+    void whoeverAsksDuringAnotherRefreshIsNot();
     void whatIsWatchedFollowsTheRepositories();
     void newPlacesAreReadOnceMore();
 };
@@ -105,6 +107,28 @@ void TestCommitWatch::aChangeDuringARefreshHasAnotherFollow()
     world.fire(0.1);
     world.awaitEnd();
     QVERIFY(!world.engine.runner.commands().isEmpty());
+    QVERIFY(world.waiting().isEmpty());
+}
+
+void TestCommitWatch::whoeverAsksDuringARefreshOfTheWatchIsHeard()
+{
+    World world;
+    world.watch.tellOfChange();
+    world.fire(0.1);
+    world.engine.manager.refresh();
+    world.awaitEnd();
+    QCOMPARE(world.waiting(), QList<double>({0.1, 2.0}));
+    world.fire(0.1);
+    world.awaitEnd();
+    QVERIFY(world.waiting().isEmpty());
+}
+
+void TestCommitWatch::whoeverAsksDuringAnotherRefreshIsNot()
+{
+    World world;
+    world.engine.manager.refresh();
+    world.engine.manager.refresh();
+    world.awaitEnd();
     QVERIFY(world.waiting().isEmpty());
 }
 
