@@ -317,7 +317,7 @@ std::optional<RepositoryState> repositoryState(const FileTree &files, const std:
         reader.entry(folder + "/.git");
         reader.ownFolder(git.own);
         reader.folder(git.common + "/refs");
-        reader.file("/usr/bin/git");
+        reader.program("/usr/bin/git");
         std::set<std::string> seen;
         readObjects(reader, git.common + "/objects", seen);
         readDetours(reader, git.common, config);

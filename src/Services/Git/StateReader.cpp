@@ -107,10 +107,21 @@ void StateReader::ownFolder(const std::string &path)
         throw NotUnderstood();
 }
 
-void StateReader::file(const std::string &path)
+std::optional<FileStatus> StateReader::notedFile(const std::string &path)
 {
     const auto status = m_files.status(path, Links::Follow);
     note(path, status ? identityIn(*status) : std::string());
+    return status;
+}
+
+void StateReader::program(const std::string &path)
+{
+    notedFile(path);
+}
+
+void StateReader::file(const std::string &path)
+{
+    const auto status = notedFile(path);
     const auto now = std::chrono::nanoseconds(std::chrono::system_clock::now().time_since_epoch()).count();
     if (status && std::max(status->modifiedAt, status->changedAt) > now - coarsestTime)
         content(path);

@@ -8,6 +8,7 @@
 #include <QCryptographicHash>
 
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <utility>
@@ -45,6 +46,9 @@ public:
     //! A folder that git trusts, because it is the user's own.
     void ownFolder(const std::string &path);
 
+    //! A program: when it was installed. Nobody writes into one.
+    void program(const std::string &path);
+
     //! A file that may be large: when it was written, and what is in it only while that says too little.
     void file(const std::string &path);
 
@@ -64,6 +68,7 @@ private:
     const FileContent &look(const std::string &path, Links links, std::int64_t limit);
     const std::string &noted(const std::string &path, const FileContent &found);
     FileStatus notedFolder(const std::string &path);
+    std::optional<FileStatus> notedFile(const std::string &path);
 
     const FileTree &m_files;
     std::map<std::pair<std::string, Links>, FileContent> m_known;  // many are looked at from several sides

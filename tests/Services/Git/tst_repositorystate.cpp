@@ -14,6 +14,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <chrono>
 #include <functional>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -53,6 +54,27 @@ struct World
 
 using Change = std::function<void(const World &)>;
 
+// A system on which git was installed at a moment of our choice.
+class InstalledAt : public PosixFileTree
+{
+public:
+    explicit InstalledAt(std::chrono::system_clock::time_point moment)
+        : m_moment(std::chrono::nanoseconds(moment.time_since_epoch()).count())
+    {
+    }
+
+    std::optional<FileStatus> status(const std::string &path, Links links) const override
+    {
+        auto status = PosixFileTree::status(path, links);
+        if (status && path == "/usr/bin/git")
+            status->changedAt = m_moment;
+        return status;
+    }
+
+private:
+    std::int64_t m_moment;
+};
+
 }  // namespace
 
 Q_DECLARE_METATYPE(Change)
@@ -68,6 +90,7 @@ private Q_SLOTS:
     void objectStoresThatNameEachOtherAreReadOnce();
     void seesWhatDecides_data();
     void seesWhatDecides();
+    void seesAnotherGitAtOnce();
     void seesSettingsThatOthersName();
     void seesABranchThatWouldBeChosenFirst_data();
     void seesABranchThatWouldBeChosenFirst();
@@ -187,6 +210,21 @@ void TestRepositoryState::seesWhatDecides()
     QVERIFY(before.has_value());
     change(world);
     const auto after = world.state();
+    QVERIFY(after.has_value());
+    QVERIFY(after->content != before->content);
+}
+
+void TestRepositoryState::seesAnotherGitAtOnce()
+{
+    const World world;
+    const auto now = std::chrono::system_clock::now();
+    const auto stateAt = [&](std::chrono::system_clock::time_point installed) {
+        return repositoryState(InstalledAt(installed), world.repository.path().toStdString(), QStringLiteral("main"), {},
+                               {"/home", "/home/.config"});
+    };
+    const auto before = stateAt(now - std::chrono::hours(24));
+    const auto after = stateAt(now);
+    QVERIFY(before.has_value());
     QVERIFY(after.has_value());
     QVERIFY(after->content != before->content);
 }
