@@ -219,8 +219,8 @@ void TestRepositoryState::seesAnotherGitAtOnce()
     const World world;
     const auto now = std::chrono::system_clock::now();
     const auto stateAt = [&](std::chrono::system_clock::time_point installed) {
-        return repositoryState(InstalledAt(installed), world.repository.path().toStdString(), QStringLiteral("main"), {},
-                               {"/home", "/home/.config"});
+        return repositoryState(InstalledAt(installed), world.repository.path().toStdString(), QStringLiteral("main"),
+                               {}, {"/home", "/home/.config"});
     };
     const auto before = stateAt(now - std::chrono::hours(24));
     const auto after = stateAt(now);
