@@ -4,6 +4,8 @@
 
 #include "Platform/Interface.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -49,6 +51,14 @@ struct FileStatus
     std::int64_t changedAt = 0;   //!< nanoseconds since 1970: when anything about it last changed, as the system says
     friend bool operator==(const FileStatus &, const FileStatus &) = default;
 };
+
+//! Whether its times will tell of the next change. File systems count time in steps, of two seconds at most: what was
+//! written so recently may be written again under the same time.
+[[nodiscard]] inline bool tellsOfChanges(const FileStatus &status)
+{
+    const auto ago = std::chrono::system_clock::now() - std::chrono::seconds(2);
+    return std::max(status.modifiedAt, status.changedAt) <= std::chrono::nanoseconds(ago.time_since_epoch()).count();
+}
 
 //! What a look into a file gave.
 struct FileContent

@@ -16,24 +16,25 @@ namespace velquarin {
 
 namespace {
 
-constexpr std::int64_t largestPointer = 4096;
 constexpr int deepest = 5;
 constexpr std::size_t mostObjectStores = 32;
 constexpr std::size_t mostReplacements = 64;
 constexpr std::string_view blanks = " \t\r\n";
 
-// The path that a file of one line holds; nothing where git and we might read it differently.
-std::optional<std::string> onlyPath(const FileContent &pointer, std::string_view keyword)
+// The path that a file of one line holds, unless git and we might read it differently.
+std::string onlyPath(const FileContent &pointer, std::string_view keyword)
 {
     if (pointer.outcome != FileContent::Outcome::Read || !pointer.bytes.starts_with(keyword))
-        return std::nullopt;
+        throw NotUnderstood();
     auto path = pointer.bytes.substr(keyword.size());
     if (path.ends_with('\n'))
         path.pop_back();
     const bool isPlain = !path.empty() && blanks.find(path.front()) == std::string_view::npos &&
                          blanks.find(path.back()) == std::string_view::npos && path.find('\n') == std::string::npos &&
                          path.find('\0') == std::string::npos;
-    return isPlain ? std::optional(path) : std::nullopt;
+    if (!isPlain)
+        throw NotUnderstood();
+    return path;
 }
 
 std::optional<std::string> symbolicTarget(const std::string &reference)
@@ -85,12 +86,19 @@ std::string referencePath(const std::string &common, const std::string &name)
     return common + '/' + name;
 }
 
-GitFolders foldersOf(const FileTree &files, const std::string &folder)
+GitFolders foldersOf(StateReader &reader, const std::string &folder)
 {
-    const auto git = gitFolders(files, folder);
-    if (!git)
+    auto own = folder + "/.git";
+    const auto entry = reader.status(own);
+    if (!entry)
+        own = folder;
+    else if (!S_ISDIR(entry->mode))
+        own = joined(folder, onlyPath(reader.unnoted(own), "gitdir: "));
+    const auto &shared = reader.unnoted(own + "/commondir");
+    const bool isShared = shared.outcome != FileContent::Outcome::Absent;
+    if (reader.unnoted(own + "/HEAD").outcome == FileContent::Outcome::Absent)
         throw NotUnderstood();
-    return *git;
+    return {own, isShared ? joined(own, onlyPath(shared, "")) : own};
 }
 
 // The settings that git reads of itself.
@@ -181,7 +189,7 @@ void readBranch(StateReader &reader, const GitFolders &git, const GitConfig &con
 // Only whether: each commit changes the rest of it.
 bool isSymbolic(StateReader &reader, const std::string &path)
 {
-    const bool isSymbolic = symbolicTarget(reader.unnotedReference(path)).has_value();
+    const bool isSymbolic = symbolicTarget(reader.unnoted(path).bytes).has_value();
     reader.note(path, isSymbolic ? "symbolic" : "plain");
     return isSymbolic;
 }
@@ -219,7 +227,7 @@ void readChoice(StateReader &reader, const GitFolders &git, const std::string &b
 // A folder whose HEAD is no HEAD is no repository to git, which then looks in the folders above it.
 void readHead(StateReader &reader, const GitFolders &git, const GitConfig &config)
 {
-    const auto &head = reader.unnotedReference(git.own + "/HEAD");
+    const auto &head = reader.unnoted(git.own + "/HEAD").bytes;
     const auto target = symbolicTarget(head);
     if (!target && !isObjectId(head, config))
         throw NotUnderstood();
@@ -266,28 +274,17 @@ auto understood(const Read &read) -> std::optional<decltype(read())>
 
 std::optional<GitFolders> gitFolders(const FileTree &files, const std::string &folder)
 {
-    auto own = folder + "/.git";
-    const auto entry = files.status(own, Links::Stay);
-    if (!entry) {
-        own = folder;
-    } else if (!S_ISDIR(entry->mode)) {
-        const auto named = onlyPath(files.read(own, Links::Stay, largestPointer), "gitdir: ");
-        if (!named)
-            return std::nullopt;
-        own = joined(folder, *named);
-    }
-    const auto shared = files.read(own + "/commondir", Links::Stay, largestPointer);
-    const auto named = shared.outcome == FileContent::Outcome::Absent ? own : onlyPath(shared, "");
-    if (!named || !files.exists(own + "/HEAD"))
-        return std::nullopt;
-    return GitFolders{own, joined(own, *named)};
+    return understood([&] {
+        StateReader reader(files);
+        return foldersOf(reader, folder);
+    });
 }
 
 std::optional<QByteArray> branchSelection(const FileTree &files, const std::string &folder, const ConfigPlaces &places)
 {
     return understood([&] {
-        const auto git = foldersOf(files, folder);
         StateReader reader(files);
+        const auto git = foldersOf(reader, folder);
         readSettings(reader, git, places);
         reader.content(git.own + "/HEAD");
         readTables(reader, git);
@@ -304,12 +301,12 @@ std::optional<RepositoryState> repositoryState(const FileTree &files, const std:
                                                const GitConfig &config, const ConfigPlaces &places)
 {
     return understood([&] {
-        const auto git = foldersOf(files, folder);
+        StateReader reader(files);
+        const auto git = foldersOf(reader, folder);
         const auto name = branch.toStdString();
         const auto place = files.realPath(folder);
         if (!place || !isOrdinaryBranch(name))
             throw NotUnderstood();
-        StateReader reader(files);
         reader.note(*place, git.own + '\n' + git.common);
         readSettings(reader, git, places);
         readExtensions(reader, files, git, config);
@@ -333,12 +330,13 @@ std::optional<RepositoryState> repositoryState(const FileTree &files, const std:
 QList<WatchPlace> watchPlaces(const FileTree &files, const std::string &folder, const QString &branch)
 {
     const auto places = understood([&]() -> QList<WatchPlace> {
-        const auto git = foldersOf(files, folder);
+        StateReader reader(files);
+        const auto git = foldersOf(reader, folder);
         if (files.folderAt(git.common + "/reftable"))
             return {placeOf(git.common + "/reftable/tables.list"), placeOf(git.own + "/reftable/tables.list")};
         if (branch != QLatin1String("HEAD"))
             return {placeOf(referencePath(git.common, "refs/heads/" + branch.toStdString()))};
-        const auto target = symbolicTarget(StateReader(files).unnotedReference(git.own + "/HEAD"));
+        const auto target = symbolicTarget(reader.unnoted(git.own + "/HEAD").bytes);
         return {target ? placeOf(referencePath(git.common, *target))
                        : placeOf(git.own + "/logs/HEAD", WatchPlace::Sign::Written)};
     });

@@ -3,7 +3,8 @@
 
 #include "Services/Git/StateReader.h"
 
-#include <chrono>
+#include <QCryptographicHash>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -15,25 +16,29 @@ constexpr std::int64_t largestFile = 1 << 20;
 constexpr std::int64_t largestReference = 4096;
 constexpr std::int64_t mostBytes = 4 * largestFile;
 
-// File systems count time in steps, of two seconds at most: what was written so recently may be written again under the
-// same time.
-constexpr std::int64_t coarsestTime = 2'000'000'000;
-
-void addTo(QCryptographicHash &digest, const std::string &text)
+// Numbers as the machine has them: they never leave this process.
+template <typename... Numbers>
+std::string bytesOf(Numbers... numbers)
 {
-    const auto whole = std::to_string(text.size()) + ':' + text;
-    digest.addData(QByteArray(whole.data(), qsizetype(whole.size())));
+    std::string bytes;
+    (bytes.append(reinterpret_cast<const char *>(&numbers), sizeof(numbers)), ...);
+    return bytes;
+}
+
+void addTo(std::string &noted, const std::string &text)
+{
+    noted += bytesOf(text.size());
+    noted += text;
 }
 
 std::string identityIn(const FileStatus &status)
 {
-    return std::to_string(status.device) + ' ' + std::to_string(status.number) + ' ' + std::to_string(status.size) +
-           ' ' + std::to_string(status.modifiedAt) + ' ' + std::to_string(status.changedAt);
+    return bytesOf(status.device, status.number, status.size, status.modifiedAt, status.changedAt);
 }
 
 std::string rightsIn(const FileStatus &status)
 {
-    return std::to_string(status.mode) + ' ' + std::to_string(status.owner) + ' ' + std::to_string(status.group);
+    return bytesOf(status.mode, status.owner, status.group);
 }
 
 }  // namespace
@@ -59,7 +64,7 @@ const FileContent &StateReader::look(const std::string &path, Links links, std::
 
 const std::string &StateReader::noted(const std::string &path, const FileContent &found)
 {
-    note(path, std::to_string(int(found.outcome)) + found.bytes);
+    note(path, bytesOf(found.outcome) + found.bytes);
     addTo(m_identity, identityIn(found.status));
     return found.bytes;
 }
@@ -74,16 +79,24 @@ const std::string &StateReader::reference(const std::string &path)
     return noted(path, look(path, Links::Stay, largestReference));
 }
 
-const std::string &StateReader::unnotedReference(const std::string &path)
+const FileContent &StateReader::unnoted(const std::string &path)
 {
-    return look(path, Links::Stay, largestReference).bytes;
+    return look(path, Links::Stay, largestReference);
+}
+
+const std::optional<FileStatus> &StateReader::status(const std::string &path)
+{
+    const auto [known, isNew] = m_entries.try_emplace(path);
+    if (isNew)
+        known->second = m_files.status(path, Links::Stay);
+    return known->second;
 }
 
 void StateReader::entry(const std::string &path)
 {
-    const auto status = m_files.status(path, Links::Stay);
-    note(path, status ? rightsIn(*status) : std::string());
-    if (status && status->owner != geteuid())
+    const auto &found = status(path);
+    note(path, found ? rightsIn(*found) : std::string());
+    if (found && found->owner != geteuid())
         throw NotUnderstood();
 }
 
@@ -92,7 +105,7 @@ FileStatus StateReader::notedFolder(const std::string &path)
     const auto status = m_files.status(path, Links::Follow);
     if (!status || !S_ISDIR(status->mode))
         throw NotUnderstood();
-    note(path, std::to_string(status->device) + ' ' + std::to_string(status->number) + ' ' + rightsIn(*status));
+    note(path, bytesOf(status->device, status->number) + rightsIn(*status));
     return *status;
 }
 
@@ -122,8 +135,7 @@ void StateReader::program(const std::string &path)
 void StateReader::file(const std::string &path)
 {
     const auto status = notedFile(path);
-    const auto now = std::chrono::nanoseconds(std::chrono::system_clock::now().time_since_epoch()).count();
-    if (status && std::max(status->modifiedAt, status->changedAt) > now - coarsestTime)
+    if (status && !tellsOfChanges(*status))
         content(path);
 }
 
@@ -143,6 +155,12 @@ void StateReader::note(const std::string &name, const std::string &value)
 {
     addTo(m_content, name);
     addTo(m_content, value);
+}
+
+QByteArray StateReader::digestOf(const std::string &noted)
+{
+    return QCryptographicHash::hash(QByteArray::fromRawData(noted.data(), qsizetype(noted.size())),
+                                    QCryptographicHash::Blake2b_256);
 }
 
 }  // namespace velquarin

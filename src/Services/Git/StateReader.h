@@ -5,7 +5,6 @@
 #include "Platform/FileTree.h"
 
 #include <QByteArray>
-#include <QCryptographicHash>
 
 #include <map>
 #include <optional>
@@ -34,8 +33,11 @@ public:
     //! The content of a reference, which is no link; empty where there is none.
     const std::string &reference(const std::string &path);
 
-    //! The same, of which only the caller knows what counts.
-    const std::string &unnotedReference(const std::string &path);
+    //! A small file that is no link, of which only the caller knows what counts.
+    const FileContent &unnoted(const std::string &path);
+
+    //! What there is, not followed where it is a link.
+    const std::optional<FileStatus> &status(const std::string &path);
 
     //! What there is: whose it is, and what may be done with it. Not followed where it is a link.
     void entry(const std::string &path);
@@ -59,22 +61,24 @@ public:
     void note(const std::string &name, const std::string &value);
 
     //! Of all that was noted.
-    [[nodiscard]] QByteArray digest() const { return m_content.result(); }
+    [[nodiscard]] QByteArray digest() const { return digestOf(m_content); }
 
     //! Of which files were read, and when they had been written.
-    [[nodiscard]] QByteArray identity() const { return m_identity.result(); }
+    [[nodiscard]] QByteArray identity() const { return digestOf(m_identity); }
 
 private:
     const FileContent &look(const std::string &path, Links links, std::int64_t limit);
     const std::string &noted(const std::string &path, const FileContent &found);
     FileStatus notedFolder(const std::string &path);
     std::optional<FileStatus> notedFile(const std::string &path);
+    [[nodiscard]] static QByteArray digestOf(const std::string &noted);
 
     const FileTree &m_files;
     std::map<std::pair<std::string, Links>, FileContent> m_known;  // many are looked at from several sides
-    std::int64_t m_room;                                           // bytes that may still be read
-    QCryptographicHash m_content{QCryptographicHash::Blake2b_256};
-    QCryptographicHash m_identity{QCryptographicHash::Blake2b_256};
+    std::map<std::string, std::optional<FileStatus>> m_entries;
+    std::int64_t m_room;  // bytes that may still be read
+    std::string m_content;
+    std::string m_identity;
 };
 
 }  // namespace velquarin
