@@ -72,8 +72,9 @@ void StreakObserver::deliver() const
     m_deliver(m_manager.currentStreak(), m_manager.isRefreshing(), m_manager.hasCommittedToday());
 }
 
-HangObserver::HangObserver(const GitService &gitService, Timers &timers, Deliver deliver)
-    : m_timers(timers)
+HangObserver::HangObserver(GitService &gitService, Timers &timers, Deliver deliver)
+    : m_gitService(gitService)
+    , m_timers(timers)
     , m_deliver(std::move(deliver))
 {
     connect(&gitService, &GitService::repositoryBeingReadChanged, this, &HangObserver::watch);
@@ -84,12 +85,15 @@ void HangObserver::watch(const std::optional<QString> &path)
     m_patience.reset();
     if (std::exchange(m_isDelivered, false))
         m_deliver(std::nullopt);
-    if (!path)
-        return;
-    m_patience = m_timers.after(30s, [this, path] {
-        m_isDelivered = true;
-        m_deliver(path);
-    });
+    if (path)
+        m_patience = m_timers.after(30s, [this] { deliver(); });
+}
+
+// The repositories before it took next to no time.
+void HangObserver::deliver()
+{
+    m_isDelivered = true;
+    m_deliver(m_gitService.repositoryBeingRead());
 }
 
 }  // namespace velquarin

@@ -56,11 +56,13 @@ class HangObserver : public QObject
 public:
     using Deliver = std::function<void(const std::optional<QString> &path)>;
 
-    HangObserver(const GitService &gitService, Timers &timers, Deliver deliver);
+    HangObserver(GitService &gitService, Timers &timers, Deliver deliver);
 
 private:
     void watch(const std::optional<QString> &path);
+    void deliver();
 
+    GitService &m_gitService;
     Timers &m_timers;
     Deliver m_deliver;
     std::unique_ptr<Timer> m_patience;

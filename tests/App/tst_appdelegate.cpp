@@ -276,14 +276,22 @@ void TestAppDelegate::aRepositoryThatGitHangsOnIsNamedAfterHalfAMinute()
         deliveries << path.value_or(QStringLiteral("over"));
     });
     QVERIFY(timers.live().empty());
-    Q_EMIT engine.git.repositoryBeingReadChanged(QStringLiteral("/repos/one"));
-    QCOMPARE(timers.live().size(), std::size_t(1));
+    QSemaphore hang;
+    const QScopeGuard letItEnd([&hang] { hang.release(); });
+    const QStringList paths{QStringLiteral("/repos/quick"), QStringLiteral("/repos/one")};
+    const auto hanging = engine.git.askUntilGitStarts(paths, [&hang](GitQueries &, qsizetype number) {
+        if (number == 1)
+            hang.acquire();
+        return true;
+    });
+    QTRY_COMPARE(timers.live().size(), std::size_t(1));
     QCOMPARE(timers.live().front().interval.count(), 30.0);
+    QTRY_COMPARE(engine.git.repositoryBeingRead(), std::optional(paths[1]));
     timers.fire(0);
     QCOMPARE(deliveries, QStringList{QStringLiteral("/repos/one")});
     QVERIFY(timers.live().empty());
-    Q_EMIT engine.git.repositoryBeingReadChanged(std::nullopt);
-    QCOMPARE(deliveries, (QStringList{QStringLiteral("/repos/one"), QStringLiteral("over")}));
+    hang.release();
+    QTRY_COMPARE(deliveries, (QStringList{QStringLiteral("/repos/one"), QStringLiteral("over")}));
     QVERIFY(timers.live().empty());
 }
 

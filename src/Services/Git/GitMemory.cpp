@@ -80,6 +80,7 @@ GitMemory::GitMemory(GitRunner &git, const FileTree &files, const Clock &clock, 
 void GitMemory::beginLook(const QString &path)
 {
     forgetMoments();
+    m_hasAsked = false;
     m_look.emplace(Look{path, takeCurrent(path), {}, {}, true});
     if (!m_look->known)
         m_look->selection = selectionOf(path);
@@ -114,6 +115,16 @@ QByteArray GitMemory::answer(const QStringList &arguments, const QString &path)
     if (arguments.first() == QLatin1String("log") && !m_look->known && m_look->fresh.branch.isEmpty())
         prepare(arguments.at(1));
     return ask(arguments, std::move(question));
+}
+
+QList<WatchPlace> GitMemory::watchPlaces(const QString &path, const QString &branch)
+{
+    if (m_look && m_look->path == path && m_look->known)
+        return m_look->known->places;
+    const auto places = velquarin::watchPlaces(m_files, QFile::encodeName(path).toStdString(), branch);
+    if (m_look && m_look->path == path)
+        m_look->fresh.places = places;
+    return places;
 }
 
 GitMemory::Log GitMemory::questionFor(const QStringList &arguments) const
@@ -158,22 +169,20 @@ std::optional<std::int64_t> GitMemory::momentOf(const QString &date) const
 
 std::optional<QByteArray> GitMemory::remembered(const Log &question)
 {
-    for (auto *memory : {&m_look->fresh, m_look->known ? &*m_look->known : nullptr}) {
-        if (!memory)
-            continue;
-        if (const auto found = memory->answers.find(question.question); found != memory->answers.end())
-            return found->second;
-    }
-    if (!m_look->known || !question.window)
+    if (!m_look->known)
         return std::nullopt;
-    auto &logs = m_look->known->logs;
-    const auto found = std::ranges::find_if(logs, [&](const Log &log) {
-        return log.question == question.question && isSame(*m_look->known, log, *question.window);
+    auto &known = *m_look->known;
+    if (const auto found = known.answers.find(question.question); found != known.answers.end())
+        return found->second;
+    if (!question.window)
+        return std::nullopt;
+    const auto found = std::ranges::find_if(known.logs, [&](const Log &log) {
+        return log.question == question.question && isSame(known, log, *question.window);
     });
-    if (found == logs.end())
+    if (found == known.logs.end())
         return std::nullopt;
-    std::rotate(logs.begin(), found, found + 1);
-    return logs.front().text;
+    std::rotate(known.logs.begin(), found, found + 1);
+    return known.logs.front().text;
 }
 
 // Whether no commit lies between the ends of the two windows: then both logs are the same. Of what is older than the list
@@ -188,6 +197,7 @@ bool GitMemory::isSame(const Memory &memory, const Log &log, const Window &windo
 
 QByteArray GitMemory::ask(const QStringList &arguments, Log question)
 {
+    m_hasAsked = true;
     auto &fresh = m_look->fresh;
     const bool isRememberable = std::exchange(m_look->isRememberable, false);
     const auto output = m_git.run(arguments, m_look->path);

@@ -33,13 +33,19 @@ public:
     //! @p inherited is the program's own environment, in which git finds the user's configuration.
     GitMemory(GitRunner &git, const FileTree &files, const Clock &clock, const QProcessEnvironment &inherited);
 
-    //! From now on all questions about the repository at @p path are one look at it: what is asked twice is asked once,
-    //! and what it answers is remembered at the end if it stayed the same meanwhile.
+    //! From now on all questions about the repository at @p path are one look at it: what it answers is remembered
+    //! at the end if it stayed the same meanwhile. None is asked twice in one look.
     void beginLook(const QString &path);
     void endLook();
 
+    //! Whether git was started during the last look.
+    [[nodiscard]] bool hasAsked() const { return m_hasAsked; }
+
     //! What git prints, now or when it was last asked. Errors: LaunchError.
     [[nodiscard]] QByteArray answer(const QStringList &arguments, const QString &path);
+
+    //! What on disk tells of a commit on that branch, now or when the repository was last asked.
+    [[nodiscard]] QList<WatchPlace> watchPlaces(const QString &path, const QString &branch);
 
 private:
     //! Seconds since 1970 between which a log was asked for, as git took its dates.
@@ -66,6 +72,7 @@ private:
         RepositoryState state;
         std::map<QByteArray, QByteArray> answers;  //!< those on which no clock bears
         std::vector<Log> logs;
+        QList<WatchPlace> places;            //!< that tell of a commit
         std::vector<std::uint32_t> commits;  //!< when those of the branch were committed, from @ref oldest on, in order
         std::int64_t oldest = 0;
         Instant askedAt;
@@ -102,6 +109,7 @@ private:
     ConfigPlaces m_places;
     std::unordered_map<std::string, Memory> m_memories;
     std::optional<Look> m_look;
+    bool m_hasAsked = false;
     mutable QHash<QString, std::optional<std::int64_t>> m_moments;  // what git takes a date for at ...
     mutable std::int64_t m_momentsAt = 0;                           // ... that second
 };

@@ -5,7 +5,6 @@
 
 #include "Services/Git/GitLog.h"
 
-#include <QFile>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -38,8 +37,7 @@ QString text(const QByteArray &utf8)
 
 GitQueries::GitQueries(ProcessRunner &runner, const FileTree &files, const Clock &clock,
                        const QProcessEnvironment &inherited)
-    : m_files(files)
-    , m_clock(clock)
+    : m_clock(clock)
     , m_runner(runner, inherited)
     , m_memory(m_runner, files, clock, inherited)
     , m_dayStarts(clock.calendar())
@@ -49,11 +47,16 @@ GitQueries::GitQueries(ProcessRunner &runner, const FileTree &files, const Clock
 void GitQueries::beginLook(const QString &path)
 {
     m_memory.beginLook(path);
+    m_lookedAt.clear();  // an error may have ended the last look
+    static_cast<void>(dayStarts());
+    m_lookedAt = path;
+    m_branch.clear();
 }
 
 void GitQueries::endLook()
 {
     m_memory.endLook();
+    m_lookedAt.clear();
 }
 
 QByteArray GitQueries::runGit(const QStringList &arguments, const QString &path)
@@ -75,7 +78,17 @@ bool GitQueries::hasLocalBranch(const QString &name, const QString &path)
     return !trimmedOutput({QStringLiteral("branch"), QStringLiteral("--list"), name}, path).isEmpty();
 }
 
+// A look has one branch: what it is chosen by is asked once anyway.
 QString GitQueries::getDefaultBranch(const QString &path)
+{
+    if (path != m_lookedAt)
+        return chosenBranch(path);
+    if (m_branch.isEmpty())
+        m_branch = chosenBranch(path);
+    return m_branch;
+}
+
+QString GitQueries::chosenBranch(const QString &path)
 {
     auto remote = trimmedOutput(
         {QStringLiteral("symbolic-ref"), QStringLiteral("refs/remotes/origin/HEAD"), QStringLiteral("--short")}, path);
@@ -89,9 +102,11 @@ QString GitQueries::getDefaultBranch(const QString &path)
     return QStringLiteral("HEAD");
 }
 
-// Those of the calendar of this moment: the user may have travelled since the last question.
+// Those of the calendar of this moment: the user may have travelled since the last look.
 DayStarts &GitQueries::dayStarts()
 {
+    if (!m_lookedAt.isEmpty())
+        return m_dayStarts;
     const auto calendar = m_clock.calendar();
     if (calendar != m_dayStarts.calendar())
         m_dayStarts = DayStarts(calendar);
@@ -113,7 +128,7 @@ QList<Instant> GitQueries::getCommits(const QString &path, Instant since, Instan
 
 DayCounts GitQueries::getCommitHistory(const QString &path, qint64 days)
 {
-    const auto calendar = m_clock.calendar();
+    const auto calendar = dayStarts().calendar();
     const auto today = calendar.startOfDay(m_clock.now());
     const auto start = calendar.addDays(today, -(days - 1));
     if (!start)
@@ -134,7 +149,7 @@ std::optional<Instant> GitQueries::getLastCommitDate(const QString &path)
 
 QList<WatchPlace> GitQueries::watchPlaces(const QString &path)
 {
-    return velquarin::watchPlaces(m_files, QFile::encodeName(path).toStdString(), getDefaultBranch(path));
+    return m_memory.watchPlaces(path, getDefaultBranch(path));
 }
 
 bool GitQueries::isGitRepository(const QString &path)

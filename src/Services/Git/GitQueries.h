@@ -31,6 +31,9 @@ public:
     void beginLook(const QString &path);
     void endLook();
 
+    //! Whether git was started during the last look.
+    [[nodiscard]] bool hasAsked() const { return m_memory.hasAsked(); }
+
     //! The remote's default branch, else a local "main", else a local "master", else "HEAD". Never throws.
     [[nodiscard]] QString getDefaultBranch(const QString &path);
 
@@ -53,14 +56,16 @@ public:
 private:
     [[nodiscard]] QByteArray runGit(const QStringList &arguments, const QString &path);
     [[nodiscard]] QString trimmedOutput(const QStringList &arguments, const QString &path);
+    [[nodiscard]] QString chosenBranch(const QString &path);
     [[nodiscard]] bool hasLocalBranch(const QString &name, const QString &path);
     [[nodiscard]] DayStarts &dayStarts();
 
-    const FileTree &m_files;
     const Clock &m_clock;
     GitRunner m_runner;
     GitMemory m_memory;
     DayStarts m_dayStarts;
+    QString m_lookedAt;  // the repository of the look, or nothing
+    QString m_branch;    // of it, once it was chosen
 };
 
 }  // namespace velquarin

@@ -14,6 +14,7 @@
 #include <atomic>
 #include <chrono>
 #include <optional>
+#include <type_traits>
 #include <utility>
 
 namespace velquarin {
@@ -39,16 +40,26 @@ public:
     template <typename Question>
     [[nodiscard]] auto ask(const QString &path, Question question)
     {
-        const auto work = [this, path, question = std::move(question)] {
-            m_queries.beginLook(path);
-            auto answer = question(m_queries);
-            m_queries.endLook();
-            // What git did not come to is not what the repository holds.
-            if (m_isStopped)
-                throw WorkerStopped();
-            return answer;
+        return m_worker.run([this, path, question = std::move(question)] { return answer(path, question); }, path);
+    }
+
+    //! Calls @p question in the same way for one repository of @p paths after another, with its number, and answers what it
+    //! returned. All are one operation, which ends with the first about which git had to be started: whoever else asks
+    //! waits for one repository.
+    template <typename Question>
+    [[nodiscard]] auto askUntilGitStarts(const QStringList &paths, Question question)
+    {
+        using Answer = std::invoke_result_t<Question, GitQueries &, qsizetype>;
+        const auto work = [this, paths, question = std::move(question)] {
+            QList<Answer> answers;
+            do {
+                const auto number = answers.size();
+                m_worker.setSubject(paths[number]);
+                answers += answer(paths[number], [&](GitQueries &git) { return question(git, number); });
+            } while (!m_queries.hasAsked() && answers.size() < paths.size());
+            return answers;
         };
-        return m_worker.run(work, path);
+        return m_worker.run(work, paths.constFirst());
     }
 
     //! Whether git can be started in that folder; a folder without a repository passes, a missing one does not.
@@ -64,11 +75,26 @@ public:
     //! hold it longer.
     bool stop(std::chrono::milliseconds patience);
 
+    //! The repository that is being read now, or nothing.
+    [[nodiscard]] std::optional<QString> repositoryBeingRead() { return m_worker.subject(); }
+
 Q_SIGNALS:
-    //! The repository about which git runs now, or nothing. A question that waits for its turn is not told.
+    //! The first repository of the operation that runs now, or nothing. One that waits for its turn is not told.
     void repositoryBeingReadChanged(const std::optional<QString> &path);
 
 private:
+    template <typename Question>
+    [[nodiscard]] auto answer(const QString &path, const Question &question)
+    {
+        m_queries.beginLook(path);
+        auto answer = question(m_queries);
+        m_queries.endLook();
+        // What git did not come to is not what the repository holds.
+        if (m_isStopped)
+            throw WorkerStopped();
+        return answer;
+    }
+
     ProcessRunner &m_runner;
     const FileTree &m_files;
     GitQueries m_queries;

@@ -90,6 +90,18 @@ void SerialWorker::tellSubject()
         Q_EMIT subjectChanged(subject);
 }
 
+void SerialWorker::setSubject(const std::optional<QString> &subject)
+{
+    const std::lock_guard lock(m_mutex);
+    m_subject = subject;
+}
+
+std::optional<QString> SerialWorker::subject()
+{
+    const std::lock_guard lock(m_mutex);
+    return m_subject;
+}
+
 void SerialWorker::settleDoneJobs()
 {
     Jobs done;

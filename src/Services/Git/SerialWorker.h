@@ -56,6 +56,11 @@ public:
         return future;
     }
 
+    //! What the job that runs now is about: a long one calls it, on its thread, as often as it comes to something else. Nobody
+    //! is told of that; whoever wants to know asks subject().
+    void setSubject(const std::optional<QString> &subject);
+    [[nodiscard]] std::optional<QString> subject();
+
     //! Settles what has not begun with WorkerStopped, and takes no more.
     void close();
 
@@ -64,7 +69,8 @@ public:
     bool stop(std::chrono::milliseconds patience);
 
 Q_SIGNALS:
-    //! The subject of the job that runs now; nothing while none runs, or one without a subject. Not while it waits.
+    //! The subject with which the job began that runs now; nothing while none runs, or one without a subject. Not while it
+    //! waits.
     void subjectChanged(const std::optional<QString> &subject);
 
 protected:

@@ -115,8 +115,8 @@ private:
     struct Reading;
 
     QCoro::Task<> readRepositories(QList<TrackedRepository> repositories);
-    [[nodiscard]] QFuture<Reading> ask(const TrackedRepository &repository, Instant start,
-                                       std::shared_ptr<MergedHistory> history, bool isLast);
+    [[nodiscard]] QFuture<QList<Reading>> ask(const QList<TrackedRepository> &repositories, qsizetype first,
+                                              Instant start, const std::shared_ptr<MergedHistory> &history);
     QCoro::Task<> scanFolders(QList<WatchedFolder> folders, QSet<QString> *found, QStringList *added);
     [[nodiscard]] QList<TrackedRepository> enabledRepositories() const;
     [[nodiscard]] bool shouldRunAutoDiscovery() const;

@@ -91,6 +91,7 @@ private Q_SLOTS:
     void aFolderNamedLikeTheBranchIsNoTrouble();
     void answersComeInTheOrderOfTheQuestions();
     void aRepositoryIsToldOnceItsQuestionBegins();
+    void manyAreOneOperationUntilGitIsStarted();
     void theEventLoopGoesOnMeanwhile();
     void aHangingGitEndsWithTheService();
     void afterTheEndNothingStarts();
@@ -284,6 +285,18 @@ void TestGitService::answersComeInTheOrderOfTheQuestions()
     const auto second =
         world.git.isGitRepository(repository.path()).then(&context, [&](bool) { order << QStringLiteral("second"); });
     QTRY_COMPARE(order, (QStringList{QStringLiteral("first"), QStringLiteral("second")}));
+}
+
+void TestGitService::manyAreOneOperationUntilGitIsStarted()
+{
+    const TempRepository repository;
+    World world;
+    const QStringList paths(4, repository.path());
+    const auto none = world.git.askUntilGitStarts(paths, [](GitQueries &, qsizetype number) { return number; });
+    QCOMPARE(await(none), (QList<qsizetype>{0, 1, 2, 3}));
+    const auto second = world.git.askUntilGitStarts(
+        paths, [&](GitQueries &git, qsizetype number) { return number == 1 && git.isGitRepository(paths[number]); });
+    QCOMPARE(await(second), (QList<bool>{false, true}));
 }
 
 void TestGitService::theEventLoopGoesOnMeanwhile()
