@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Services/Git/GitQueries.h"
+#include "Services/Git/RepositoryScan.h"
 #include "Services/Git/SerialWorker.h"
 
 #include <QFuture>
@@ -13,6 +14,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <map>
 #include <optional>
 #include <type_traits>
 #include <utility>
@@ -68,6 +70,10 @@ public:
     //! The working trees in a folder and at most @p maxDepth - 1 levels below it; never an error.
     [[nodiscard]] QFuture<QStringList> scanForRepositories(const QString &in, qint64 maxDepth);
 
+    //! The same for a folder that is searched again and again: what did not change since the last time is not read again, for
+    //! a day.
+    [[nodiscard]] QFuture<QStringList> scanWatchedFolder(const QString &in, qint64 maxDepth);
+
     //! Has @p watch watch these places and no others, between two operations: it waits for the disk. Whether any is new.
     [[nodiscard]] QFuture<bool> watch(RepositoryWatch &watch, const QList<WatchPlace> &places);
 
@@ -95,9 +101,20 @@ private:
         return answer;
     }
 
+    //! What the searches of one folder know, and since when.
+    struct Watched
+    {
+        Instant since;
+        KnownFolder folder;
+    };
+
+    [[nodiscard]] KnownFolder &knownFolder(const QString &path);
+
     ProcessRunner &m_runner;
     const FileTree &m_files;
+    const Clock &m_clock;
     GitQueries m_queries;
+    std::map<QString, Watched> m_watched;  // of git's thread
     std::atomic<bool> m_isStopped = false;
     SerialWorker m_worker;
 };

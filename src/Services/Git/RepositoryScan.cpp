@@ -41,12 +41,9 @@ struct Step
     std::optional<FolderIdentity> folder;  // once somebody has asked
 };
 
-// What one reading of a folder tells.
-struct FolderContents
-{
-    bool isRepository = false;
-    std::vector<DirectoryEntry> candidates;  // folders that may hold repositories, or links to some
-};
+// Whether a folder holds an entry that makes it a repository. What a dangling link leads to may come at any time, without
+// a change of the folder.
+enum class Marker { None, Dangling, Valid };
 
 class Scan
 {
@@ -58,36 +55,36 @@ public:
     {
     }
 
-    void scanDirectory(const std::string &path, qint64 currentDepth)
+    void scanDirectory(const std::string &path, KnownFolder &known, qint64 currentDepth)
     {
         if (currentDepth >= m_maxDepth || m_isCancelled)
             return;
-        const auto contents = read(path);
-        if (contents.isRepository) {
+        if (isRepository(path, known)) {
             m_found.append(QString::fromStdString(path));
             return;
         }
         m_way.push_back({path, std::nullopt});
-        for (const auto &entry : contents.candidates)
-            scanEntry(joined(path, entry.name), entry.kind, currentDepth + 1);
+        for (auto &folder : known.inside)
+            scanEntry(joined(path, folder.entry.name), folder, currentDepth + 1);
         m_way.pop_back();
     }
 
     [[nodiscard]] QStringList found() const { return m_found; }
 
 private:
-    void scanEntry(const std::string &path, EntryKind kind, qint64 depth)
+    void scanEntry(const std::string &path, KnownFolder &known, qint64 depth)
     {
         if (depth >= m_maxDepth)
             return;
+        const auto kind = known.entry.kind;
         if (kind == EntryKind::Directory && m_linksOnTheWay == 0)
-            return scanDirectory(path, depth);
+            return scanDirectory(path, known, depth);
         const auto folder = m_files.folderAt(path);
         if (!folder || isOnTheWay(*folder))
             return;
         const int links = kind == EntryKind::Directory ? 0 : 1;
         m_linksOnTheWay += links;
-        scanDirectory(path, depth);
+        scanDirectory(path, known, depth);
         m_linksOnTheWay -= links;
     }
 
@@ -101,20 +98,50 @@ private:
         });
     }
 
-    [[nodiscard]] FolderContents read(const std::string &path) const
+    // Otherwise what is known afterwards is what is inside.
+    [[nodiscard]] bool isRepository(const std::string &path, KnownFolder &known) const
     {
-        FolderContents contents;
+        const auto stamp = stampOf(path);
+        if (stamp && stamp == known.stamp)
+            return false;
+        known.stamp.reset();
+        known.inside.clear();
+        const auto found = read(path, known);
+        if (found == Marker::None && !m_isCancelled)
+            known.stamp = stamp;
+        if (found == Marker::Valid)
+            known.inside.clear();
+        known.inside.shrink_to_fit();
+        return found == Marker::Valid;
+    }
+
+    // Nothing for one that is so new that it may change under the same times, and where there are no times.
+    [[nodiscard]] std::optional<KnownFolder::Stamp> stampOf(const std::string &path) const
+    {
+        const auto status = m_files.status(path, Links::Follow);
+        if (!status || !tellsOfChanges(*status) || status->modifiedAt <= 0)
+            return std::nullopt;
+        return KnownFolder::Stamp{{status->device, status->number}, status->modifiedAt, status->changedAt};
+    }
+
+    [[nodiscard]] Marker read(const std::string &path, KnownFolder &known) const
+    {
+        auto found = Marker::None;
         const auto isReadable = m_files.visit(path, [&](const DirectoryEntry &entry) {
-            // A dangling link of that name is nothing, and neither is what lies in a folder that may not be entered.
-            contents.isRepository = entry.name == marker && m_files.exists(joined(path, marker));
+            if (entry.name == marker)
+                found = markerIn(path);
             if (entry.kind != EntryKind::File && !isSkipped(entry.name))
-                contents.candidates.push_back(entry);
-            return !contents.isRepository && !m_isCancelled;
+                known.inside.push_back({entry, std::nullopt, {}});
+            return found != Marker::Valid && !m_isCancelled;
         });
         // A folder that may be entered but not listed can still be told for a repository.
-        if (!isReadable)
-            contents.isRepository = m_files.exists(joined(path, marker));
-        return contents;
+        return isReadable ? found : markerIn(path);
+    }
+
+    // A dangling link of that name is nothing, and neither is what lies in a folder that may not be entered.
+    [[nodiscard]] Marker markerIn(const std::string &path) const
+    {
+        return m_files.exists(joined(path, marker)) ? Marker::Valid : Marker::Dangling;
     }
 
     const FileTree &m_files;
@@ -128,11 +155,18 @@ private:
 }  // namespace
 
 QStringList scanForRepositories(const FileTree &files, const QString &folder, qint64 maxDepth,
-                                const std::atomic<bool> &isCancelled)
+                                const std::atomic<bool> &isCancelled, KnownFolder &known)
 {
     Scan scan(files, maxDepth, isCancelled);
-    scan.scanDirectory(folder.toStdString(), 0);
+    scan.scanDirectory(folder.toStdString(), known, 0);
     return scan.found();
+}
+
+QStringList scanForRepositories(const FileTree &files, const QString &folder, qint64 maxDepth,
+                                const std::atomic<bool> &isCancelled)
+{
+    KnownFolder nothing;
+    return scanForRepositories(files, folder, maxDepth, isCancelled, nothing);
 }
 
 }  // namespace velquarin

@@ -4,7 +4,9 @@
 #include "Services/Git/RepositoryScan.h"
 
 #include "Platform/Linux/Files/PosixFileTree.h"
+#include "support/Extent.h"
 #include "support/OrdinaryUser.h"
+#include "support/OtherTimes.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"
 
@@ -13,6 +15,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <ctime>
+#include <random>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -41,8 +45,16 @@ public:
     //! What is found, relative to the folder, sorted: no file system promises an order.
     [[nodiscard]] QString found(qint64 maxDepth = 5, const QString &start = {}) const
     {
+        KnownFolder nothing;
+        return foundAgain(PosixFileTree(), nothing, maxDepth, start);
+    }
+
+    //! The same by a search that knows what the last one knew.
+    [[nodiscard]] QString foundAgain(const FileTree &files, KnownFolder &known, qint64 maxDepth = 5,
+                                     const QString &start = {}) const
+    {
         const std::atomic<bool> isCancelled = false;
-        auto paths = scanForRepositories(PosixFileTree(), path(start), maxDepth, isCancelled);
+        auto paths = scanForRepositories(files, path(start), maxDepth, isCancelled, known);
         for (auto &found : paths)
             found = found == path() ? QStringLiteral(".") : found.mid(path().size() + 1);
         paths.sort();
@@ -52,6 +64,71 @@ public:
 private:
     QTemporaryDir m_folder;
 };
+
+class CountingTree : public AgedTree
+{
+public:
+    bool visit(const std::string &path, const Visitor &visitor) const override
+    {
+        ++visits;
+        return AgedTree::visit(path, visitor);
+    }
+
+    mutable int visits = 0;
+};
+
+// As some that are made in a program have it.
+class TimelessTree : public OtherTimes
+{
+private:
+    [[nodiscard]] std::int64_t other(std::int64_t /*nanoseconds*/) const override { return 0; }
+};
+
+// Changes of folders within one step of the kernel's clock have the same time; the steps are milliseconds.
+void awaitNextTime()
+{
+    const auto now = [] {
+        timespec time{};
+        clock_gettime(CLOCK_REALTIME_COARSE, &time);
+        return std::pair(time.tv_sec, time.tv_nsec);
+    };
+    const auto before = now();
+    while (now() == before) {
+    }
+}
+
+// Something happens to one of a few folders in each other.
+void happenIn(const Tree &tree, std::mt19937 &random)
+{
+    const auto number = [&](std::uint32_t below) { return random() % below; };
+    const auto place = [&] {
+        QStringList names;
+        for (auto depth = 1 + number(3); depth > 0; --depth)
+            names << QStringLiteral("abc").mid(qsizetype(number(3)), 1);
+        return names.join(u'/');
+    };
+    const auto name = place();
+    switch (number(7)) {
+    case 0:
+    case 1:
+        QDir(tree.path()).mkpath(name);
+        break;
+    case 2:
+        QDir(tree.path(name)).removeRecursively();
+        break;
+    case 3:
+        QDir().rename(tree.path(name), tree.path(place()));
+        break;
+    case 4:
+        QDir(tree.path(name)).mkdir(QStringLiteral(".git"));
+        break;
+    case 5:
+        QDir(tree.path(name)).rmdir(QStringLiteral(".git"));
+        break;
+    default:
+        QFile::link(tree.path(place()), tree.path(name));
+    }
+}
 
 }  // namespace
 
@@ -85,6 +162,12 @@ private Q_SLOTS:
     void foldersThatCannotBeListedArePassedOver();
     void aFolderThatCannotBeEnteredIsNoRepository();
     void aCancelledScanEnds();
+    void whatDidNotChangeIsNotReadAgain();
+    void aChangeInTheSameStepOfTheTimesIsSeen();
+    void whereThereAreNoTimesEverythingIsRead();
+    void aLinkNamedGitThatComesAliveIsSeen();
+    void whatACancelledScanLeftOutIsReadByTheNext();
+    void findsWhatIsThereWhateverHappened();
 };
 
 void TestRepositoryScan::aStartThatIsARepositoryIsAllThereIs()
@@ -327,6 +410,99 @@ void TestRepositoryScan::aCancelledScanEnds()
     tree.repository(QStringLiteral("repo"));
     const std::atomic<bool> isCancelled = true;
     QVERIFY(scanForRepositories(PosixFileTree(), tree.path(), 5, isCancelled).isEmpty());
+}
+
+void TestRepositoryScan::whatDidNotChangeIsNotReadAgain()
+{
+    const Tree tree;
+    tree.folder(QStringLiteral("a/b/c"));
+    tree.repository(QStringLiteral("a/repo"));
+    const CountingTree files;
+    KnownFolder known;
+    QCOMPARE(tree.foundAgain(files, known), QStringLiteral("a/repo"));
+    QCOMPARE(std::exchange(files.visits, 0), 5);
+    QCOMPARE(tree.foundAgain(files, known), QStringLiteral("a/repo"));
+    QCOMPARE(std::exchange(files.visits, 0), 1);
+    awaitNextTime();
+    tree.folder(QStringLiteral("a/b/d"));
+    QCOMPARE(tree.foundAgain(files, known), QStringLiteral("a/repo"));
+    QCOMPARE(files.visits, 4);
+}
+
+void TestRepositoryScan::aChangeInTheSameStepOfTheTimesIsSeen()
+{
+    const Tree tree;
+    const CoarseTree files;
+    KnownFolder known;
+    QStringList expected;
+    // Most of them lie in one step.
+    for (int number = 0; number < 8; ++number) {
+        expected << QStringLiteral("repo%1").arg(number);
+        tree.repository(expected.constLast());
+        QCOMPARE(tree.foundAgain(files, known), expected.join(u' '));
+    }
+}
+
+void TestRepositoryScan::whereThereAreNoTimesEverythingIsRead()
+{
+    const Tree tree;
+    const TimelessTree files;
+    KnownFolder known;
+    QCOMPARE(tree.foundAgain(files, known), QString());
+    tree.repository(QStringLiteral("repo"));
+    QCOMPARE(tree.foundAgain(files, known), QStringLiteral("repo"));
+}
+
+void TestRepositoryScan::aLinkNamedGitThatComesAliveIsSeen()
+{
+    const Tree tree;
+    const QTemporaryDir elsewhere;
+    const AgedTree files;
+    tree.folder(QStringLiteral("repo"));
+    tree.link(elsewhere.filePath(QStringLiteral("store")), QStringLiteral("repo/.git"));
+    KnownFolder known;
+    QCOMPARE(tree.foundAgain(files, known), QString());
+    QVERIFY(QDir(elsewhere.path()).mkdir(QStringLiteral("store")));
+    QCOMPARE(tree.foundAgain(files, known), QStringLiteral("repo"));
+}
+
+void TestRepositoryScan::whatACancelledScanLeftOutIsReadByTheNext()
+{
+    // Cancelled while it reads the first folder.
+    class CancellingTree : public AgedTree
+    {
+    public:
+        bool visit(const std::string &path, const Visitor &visitor) const override
+        {
+            isCancelled = true;
+            return AgedTree::visit(path, visitor);
+        }
+        mutable std::atomic<bool> isCancelled = false;
+    };
+    const Tree tree;
+    tree.repository(QStringLiteral("one"));
+    tree.repository(QStringLiteral("two"));
+    const CancellingTree files;
+    KnownFolder known;
+    QVERIFY(scanForRepositories(files, tree.path(), 5, files.isCancelled, known).isEmpty());
+    QCOMPARE(tree.foundAgain(AgedTree(), known), QStringLiteral("one two"));
+}
+
+void TestRepositoryScan::findsWhatIsThereWhateverHappened()
+{
+    const Tree tree;
+    const AgedTree files;
+    KnownFolder known;
+    std::mt19937 random(seedOfRun(20261122));
+    int found = 0;
+    for (int step = 0; step < (wholeRun() ? 20'000 : 300); ++step) {
+        happenIn(tree, random);
+        const auto expected = tree.found();
+        found += expected.isEmpty() ? 0 : 1;
+        QCOMPARE(tree.foundAgain(files, known), expected);
+        awaitNextTime();
+    }
+    QVERIFY(found > 50);
 }
 
 VELQUARIN_TEST(TestRepositoryScan)
