@@ -4,7 +4,8 @@
 // The engine's refresh, with everything real but the desktop. Takes repositories as arguments; refreshes once for each
 // line on standard input and answers with one line: the milliseconds it took, those of processor time of our own and of
 // all the gits, how often our threads went to sleep, how many gits ran, and how many commits were counted. To "gap" it
-// answers with the longest time for which the main thread did not answer.
+// answers with the longest time for which the main thread did not answer, to "memory" with the bytes that a first refresh
+// leaves behind for each repository.
 // bench_refresh --record FILE REPOSITORY... refreshes once, and writes the commands to FILE and their environment beside it.
 
 #include "Models/AppSettings.h"
@@ -26,6 +27,7 @@
 #include <QFile>
 
 #include <iostream>
+#include <malloc.h>
 #include <numeric>
 #include <sys/resource.h>
 
@@ -141,6 +143,14 @@ void answerWithGap(Engine &engine)
     std::cout << std::max<qint64>(0, busy - idle) << std::endl;
 }
 
+// Source: mallinfo(3); of all threads
+void answerWithMemory(Engine &engine)
+{
+    const auto before = mallinfo2().uordblks;
+    test::await(engine.manager.refresh());
+    std::cout << (mallinfo2().uordblks - before) / std::size_t(engine.manager.repositoryStats().size()) << std::endl;
+}
+
 // The questions of a refresh, each with all that belongs to it and none remembered.
 void record(const QStringList &paths, const QString &file)
 {
@@ -183,7 +193,7 @@ void commitIn(const QString &path)
 }  // namespace
 
 // Each line of the input is one refresh: the first of an engine, or of one that has read everything before ("again"), or has
-// and one repository of all has a new commit ("changed"), or the longest stall of one ("gap").
+// and one repository of all has a new commit ("changed"), or the longest stall of one ("gap"), or its memory.
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
@@ -202,6 +212,8 @@ int main(int argc, char **argv)
             answer(*kept);
         else if (auto engine = engineWith(paths); line == "gap")
             answerWithGap(*engine);
+        else if (line == "memory")
+            answerWithMemory(*engine);
         else
             answer(*engine);
     }

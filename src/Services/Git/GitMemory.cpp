@@ -200,7 +200,9 @@ QByteArray GitMemory::ask(const QStringList &arguments, Log question)
     m_hasAsked = true;
     auto &fresh = m_look->fresh;
     const bool isRememberable = std::exchange(m_look->isRememberable, false);
-    const auto output = m_git.run(arguments, m_look->path);
+    auto output = m_git.run(arguments, m_look->path);
+    // It was read into more than it needs.
+    output.text.squeeze();
     // The remote's head cannot be told where there is none.
     const bool mayFail = arguments.first() == QLatin1String("symbolic-ref");
     m_look->isRememberable = isRememberable && (mayFail ? output.exitStatus >= 0 : output.exitStatus == 0);
