@@ -7,6 +7,7 @@
 #include <cstring>
 #include <functional>
 #include <numeric>
+#include <set>
 #include <utility>
 
 namespace velquarin {
@@ -49,7 +50,7 @@ void MergedHistory::addWeek(const DayCounts &week)
         m_week[day] += count;
 }
 
-// A log is mostly runs of equal days: the maps are searched once for each run.
+// A log is mostly runs of equal days: the map is searched once for each run.
 void MergedHistory::addCommits(const QList<Instant> &days)
 {
     const auto *run = days.constData();
@@ -57,7 +58,6 @@ void MergedHistory::addCommits(const QList<Instant> &days)
     while (run != last) {
         const auto *const end = endOfRun(run, last);
         const auto day = m_starts.startOfDay(*run);
-        m_commitDays.insert(day);
         m_year[day] += std::distance(run, end);
         run = end;
     }
@@ -72,7 +72,8 @@ void MergedHistory::addRepository(RepositoryStats stats, const DayCounts &week)
 
 RefreshFigures MergedHistory::figures() const
 {
-    return {.streaks = calculateStreakFromDates(m_commitDays, m_starts.calendar(), m_today),
+    const std::set<Instant> commitDays(m_year.keyBegin(), m_year.keyEnd());
+    return {.streaks = calculateStreakFromDates(commitDays, m_starts.calendar(), m_today),
             .hasCommittedToday = todayCount(m_week) > 0,
             .commitsThisWeek = totalOf(m_week),
             .year = m_year,

@@ -8,8 +8,6 @@
 
 #include <QList>
 
-#include <set>
-
 namespace velquarin {
 
 //! What a refresh finds out.
@@ -52,7 +50,6 @@ private:
 
     DayStarts m_starts;
     Instant m_today;
-    std::set<Instant> m_commitDays;
     DayCounts m_week;
     DayCounts m_year;
     QList<RepositoryStats> m_repositories;
