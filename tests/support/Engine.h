@@ -17,10 +17,11 @@
 
 namespace velquarin::test {
 
-//! The whole engine in a world of its own: a clock that stands, a store in memory, scripted git, real folders.
-struct Engine
+//! The whole engine in a world of its own: a clock that stands, a store in memory, real folders, and git as given.
+template <typename Runner>
+struct EngineWith
 {
-    FakeProcessRunner runner;
+    Runner runner;
     PosixFileTree files;
     FakeClock clock{instant("2026-11-20T12:00:00Z")};
     FakeTimers timers;
@@ -57,5 +58,8 @@ struct Engine
 
     void refresh() { await(manager.refresh()); }
 };
+
+//! The same with scripted git.
+using Engine = EngineWith<FakeProcessRunner>;
 
 }  // namespace velquarin::test

@@ -4,22 +4,26 @@
 #include "Services/Git/GitQueries.h"
 
 #include "Platform/Linux/Files/PosixFileTree.h"
-#include "Platform/Linux/Process/ChildProcessRunner.h"
 
 #include "support/Extent.h"
 #include "support/FakeClock.h"
 #include "support/Files.h"
 #include "support/GitVersion.h"
+#include "support/OtherTimes.h"
+#include "support/RunnerAt.h"
 #include "support/Strict.h"
 #include "support/TempRepository.h"
 #include "support/TestProgram.h"
 
+#include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
 #include <functional>
+#include <memory>
 #include <random>
 
 using namespace velquarin;
@@ -27,35 +31,6 @@ using namespace velquarin::test;
 using namespace std::chrono_literals;
 
 namespace {
-
-// Git at the moment and in the zone of the test.
-class RunnerAt : public ChildProcessRunner
-{
-public:
-    ProcessOutput run(const ProcessRequest &request) override
-    {
-        ++count;
-        const auto output = runNow(request);
-        if (meanwhile)
-            return meanwhile(request.arguments.first(), output);
-        return output;
-    }
-
-    qint64 now = 0;
-    int count = 0;
-
-    // What happens when git has answered, and what of it arrives.
-    std::function<ProcessOutput(const QString &command, const ProcessOutput &output)> meanwhile;
-
-private:
-    [[nodiscard]] ProcessOutput runNow(const ProcessRequest &request)
-    {
-        auto changed = request;
-        changed.environment.insert(QStringLiteral("GIT_TEST_DATE_NOW"), QString::number(now));
-        changed.environment.insert(QStringLiteral("TZ"), QString::fromLatin1(qgetenv("TZ")));
-        return ChildProcessRunner::run(changed);
-    }
-};
 
 struct Answers
 {
@@ -71,7 +46,11 @@ struct Answers
 class Pair
 {
 public:
-    Pair() { setZone("UTC"); }
+    explicit Pair(std::unique_ptr<FileTree> files = std::make_unique<PosixFileTree>())
+        : m_files(std::move(files))
+    {
+        setZone("UTC");
+    }
 
     void setZone(const char *zone)
     {
@@ -91,7 +70,7 @@ public:
     // What the one that remembers answers; how many processes that took is then in processes().
     Answers remembered(const QString &path)
     {
-        const auto before = runner.count;
+        const int before = runner.count;
         m_remembering.beginLook(path);
         auto answers = askedOf(m_remembering, path);
         m_remembering.endLook();
@@ -131,10 +110,10 @@ private:
     }
 
     QTemporaryDir m_home;
-    PosixFileTree m_files;
+    std::unique_ptr<FileTree> m_files;
     FakeClock m_clock;
-    GitQueries m_remembering{runner, m_files, m_clock, environment()};
-    GitQueries m_forgetful{runner, m_files, m_clock, environment()};
+    GitQueries m_remembering{runner, *m_files, m_clock, environment()};
+    GitQueries m_forgetful{runner, *m_files, m_clock, environment()};
     int m_processes = 0;
 };
 
@@ -353,6 +332,10 @@ private Q_SLOTS:
     void theWindowsMoveWithTheClock_data();
     void theWindowsMoveWithTheClock();
     void aCommitOfTheFutureComesIntoSight();
+    void referencesThatAreWrittenTwiceInOneStepOfTheirTimesAreSeen();
+    void anotherRepositoryInItsPlaceIsSeen_data();
+    void anotherRepositoryInItsPlaceIsSeen();
+    void aRepositoryThatIsClonedAgainWhileItIsReadIsNotMixedUp();
     void answersAsGitWouldWhateverHappens_data();
     void answersAsGitWouldWhateverHappens();
 };
@@ -492,6 +475,92 @@ void TestGitMemory::aCommitOfTheFutureComesIntoSight()
     QCOMPARE(pair.remembered(repository.path()).years.size(), 2);
 }
 
+void TestGitMemory::referencesThatAreWrittenTwiceInOneStepOfTheirTimesAreSeen()
+{
+    Pair pair(std::make_unique<CoarseTree>());
+    pair.setNow(start);
+    const TempRepository repository;
+    repository.commit(dateOf(start - 60));
+    const auto older = repository.git({QStringLiteral("rev-parse"), QStringLiteral("HEAD")}).trimmed();
+    repository.commit(dateOf(start - 60));
+    const auto newer = repository.git({QStringLiteral("rev-parse"), QStringLiteral("HEAD")}).trimmed();
+    repository.git({QStringLiteral("pack-refs"), QStringLiteral("--all")});
+    const auto packed = repository.file(QStringLiteral(".git/packed-refs"));
+    auto content = readFile(packed);
+    QCOMPARE(pair.remembered(repository.path()).week.size(), 2);
+    // Most pairs of these lie in one step.
+    for (int turn = 0; turn < 8; ++turn) {
+        const bool isOlder = turn % 2 == 0;
+        content.replace(isOlder ? newer : older, isOlder ? older : newer);
+        writeFile(packed, content);
+        QCOMPARE(pair.remembered(repository.path()).week.size(), isOlder ? 1 : 2);
+    }
+}
+
+void TestGitMemory::anotherRepositoryInItsPlaceIsSeen_data()
+{
+    QTest::addColumn<QStringList>("command");
+    const auto row = [](const char *name, const char *command) {
+        QTest::newRow(name) << QStringList{QStringLiteral("sh"), QStringLiteral("-ec"), QString::fromLatin1(command)};
+    };
+    row("another one", "mv repo gone; mv other repo");
+    row("a backup with the times of then", "rm -r repo; cp -a backup repo");
+    row("a backup over it", "cp -a backup/. repo; touch -r backup/.git/refs/heads/main repo/.git/refs/heads/main");
+    row("a clone", "rm -r repo; git clone -q other repo");
+    row("a link to another one", "mv repo gone; ln -s other repo");
+    row("nothing", "mv repo gone");
+    row("a folder", "mv repo gone; mkdir repo");
+}
+
+void TestGitMemory::anotherRepositoryInItsPlaceIsSeen()
+{
+    QFETCH(const QStringList, command);
+    Pair pair;
+    pair.setNow(start);
+    const TempRepository repository;
+    repository.commit(dateOf(start - 2 * day));
+    const auto folder = repository.file(QStringLiteral(".."));
+    const auto run = [&](const QStringList &what) {
+        QProcess process;
+        process.setWorkingDirectory(folder);
+        process.start(what.first(), what.mid(1));
+        return process.waitForFinished(-1) && process.exitCode() == 0;
+    };
+    QVERIFY(run({QStringLiteral("cp"), QStringLiteral("-a"), QStringLiteral("repo"), QStringLiteral("backup")}));
+    QVERIFY(run({QStringLiteral("git"), QStringLiteral("clone"), QStringLiteral("--quiet"), QStringLiteral("repo"),
+                 QStringLiteral("other")}));
+    repository.commit(dateOf(start - day));
+    QCOMPARE(pair.remembered(repository.path()).week.size(), 2);
+    QVERIFY(run(command));
+    const auto remembered = pair.remembered(repository.path());
+    QVERIFY(remembered == pair.asked(repository.path()));
+    QVERIFY(remembered.week.size() < 2);
+}
+
+void TestGitMemory::aRepositoryThatIsClonedAgainWhileItIsReadIsNotMixedUp()
+{
+    const TempRepository upstream;
+    upstream.commit(dateOf(start - 2 * day));
+    for (const auto *const command : {"rev-parse", "symbolic-ref", "branch", "config", "log", "rev-list"}) {
+        Pair pair;
+        pair.setNow(start);
+        const TempRepository repository;
+        repository.commit(dateOf(start - day));
+        repository.commit(dateOf(start - 60));
+        pair.runner.meanwhile = [&](const QString &asked, const ProcessOutput &output) {
+            if (asked == QLatin1String(command)) {
+                QDir(repository.path()).removeRecursively();
+                RealGit(QDir::tempPath())
+                    .run({QStringLiteral("clone"), QStringLiteral("--quiet"), upstream.path(), repository.path()});
+            }
+            return output;
+        };
+        static_cast<void>(pair.remembered(repository.path()));
+        pair.runner.meanwhile = {};
+        QVERIFY2(pair.remembered(repository.path()) == pair.asked(repository.path()), command);
+    }
+}
+
 void TestGitMemory::answersAsGitWouldWhateverHappens_data()
 {
     QTest::addColumn<std::uint32_t>("seed");
@@ -500,7 +569,7 @@ void TestGitMemory::answersAsGitWouldWhateverHappens_data()
     if (!wholeRun())
         return;
     const auto first = seedOfRun(0);
-    for (std::uint32_t more = 0; more < 4; ++more)
+    for (std::uint32_t more = 0; more < 29; ++more)
         QTest::addRow("seed %u", first + more) << first + more << 700;
 }
 

@@ -4,6 +4,7 @@
 #include "Platform/Linux/Files/InotifyWatch.h"
 
 #include "support/CapturedStandardError.h"
+#include "support/Files.h"
 #include "support/Strict.h"
 #include "support/TempRepository.h"
 #include "support/TestProgram.h"
@@ -72,6 +73,7 @@ private Q_SLOTS:
     void findsAFolderThatWasReplaced();
     void twoNamesInOneFolderAreBothHeard();
     void aLinkedReflogWakesNobody();
+    void tellsThatMoreHappenedThanTheKernelNotes();
     void saysOnceThatThereAreNoMore();
 };
 
@@ -182,6 +184,23 @@ void TestInotifyWatch::aLinkedReflogWakesNobody()
     world.watch.watch(
         {{world.repository.file(QStringLiteral(".git/logs")), QStringLiteral("HEAD"), WatchPlace::Sign::Written}});
     QVERIFY(!world.isTold([&] { world.upstream.write(QStringLiteral("file"), "x"); }));
+}
+
+void TestInotifyWatch::tellsThatMoreHappenedThanTheKernelNotes()
+{
+    const World world;
+    const auto folder = world.repository.file(QStringLiteral(".git/refs/heads/"));
+    const auto most = readFile(QStringLiteral("/proc/sys/fs/inotify/max_queued_events")).trimmed().toInt();
+    QVERIFY(most > 0);
+    world.repository.write(QStringLiteral(".git/refs/heads/x"), {});
+    const auto moveAbout = [&](int times) {
+        for (int number = 0; number < times; ++number) {
+            QFile::rename(folder + u'x', folder + u'y');
+            QFile::rename(folder + u'y', folder + u'x');
+        }
+    };
+    QVERIFY(!world.isTold([&] { moveAbout(most / 4); }));
+    QVERIFY(world.isTold([&] { moveAbout(most / 2 + 1); }));
 }
 
 void TestInotifyWatch::saysOnceThatThereAreNoMore()
