@@ -40,7 +40,7 @@ class Repository:
 
     def head(self):
         """The id of the newest commit."""
-        return self._git("rev-parse", "HEAD", stdout=subprocess.PIPE).stdout.decode().strip()
+        return self.run("rev-parse", "HEAD").strip()
 
     def move_to(self, commit):
         """Makes an older or a newer commit the newest of the branch."""
@@ -50,10 +50,15 @@ class Repository:
         """The same behind git's back: nothing on disk tells the program of it before it looks."""
         (self.path / ".git/refs/heads/main").write_text(f"{commit}\n")
 
-    def commit(self, when):
+    def run(self, *arguments):
+        """What git prints."""
+        return self._git(*arguments, stdout=subprocess.PIPE).stdout.decode()
+
+    def commit(self, when, *options):
         """An empty commit of this moment, which knows its zone."""
         date = when.isoformat(timespec="seconds")
-        self._git("commit", "--quiet", "--allow-empty", "--message=Work", GIT_AUTHOR_DATE=date, GIT_COMMITTER_DATE=date)
+        self._git("commit", "--quiet", "--allow-empty", "--message=Work", f"--date={date}", *options,
+                  GIT_COMMITTER_DATE=date)
 
     def commit_unheard(self, when):
         """The same behind git's back: nothing on disk tells the program of it before it looks."""
@@ -61,6 +66,12 @@ class Repository:
         made = self._git("commit-tree", "-p", "HEAD", "-m", "Work", "HEAD^{tree}", stdout=subprocess.PIPE,
                          GIT_AUTHOR_DATE=date, GIT_COMMITTER_DATE=date)
         self.write_head(made.stdout.decode().strip())
+
+    def look_at_the_working_tree(self):
+        """What a prompt or an editor asks git all the time; there is always something that it writes down."""
+        (self.path / "file").touch()
+        self._git("add", "file")
+        self._git("status", stdout=subprocess.DEVNULL)
 
     def commit_days_ago(self, now, *days):
         """A commit at noon of each of these days, counted back from the day of now."""

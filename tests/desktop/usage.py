@@ -18,10 +18,17 @@ def wakings(pid):
     return {task.name: _number((task / "status").read_text(), "voluntary_ctxt_switches:") for task in tasks}
 
 
-def wakings_within(pid, seconds):
-    """The threads that wake up while so many seconds pass, and how often each does."""
+def wakings_within(pid, seconds, each_second=None):
+    """The threads that wake up while so many seconds pass, and how often each does.
+
+    each_second  what is done meanwhile, at the beginning of each
+    """
     before = wakings(pid)
-    time.sleep(seconds)
+    end = time.monotonic() + seconds
+    while (left := end - time.monotonic()) > 0:
+        if each_second:
+            each_second()
+        time.sleep(min(left, 1.0) if each_second else left)
     return {name: count - before.get(name, 0) for name, count in wakings(pid).items() if count != before.get(name, 0)}
 
 
