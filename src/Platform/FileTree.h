@@ -97,7 +97,7 @@ public:
     [[nodiscard]] virtual std::optional<std::string> realPath(const std::string &folder) const = 0;
 
     //! Shows the entries of a folder in the order of the file system, without "." and "..".
-    //! False where the folder cannot be read.
+    //! False where the folder cannot be read, or not to its end.
     virtual bool visit(const std::string &path, const Visitor &visitor) const = 0;
 };
 

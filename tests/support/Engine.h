@@ -18,11 +18,11 @@
 namespace velquarin::test {
 
 //! The whole engine in a world of its own: a clock that stands, a store in memory, real folders, and git as given.
-template <typename Runner>
+template <typename Runner, typename Files = PosixFileTree>
 struct EngineWith
 {
     Runner runner;
-    PosixFileTree files;
+    Files files;
     FakeClock clock{instant("2026-11-20T12:00:00Z")};
     FakeTimers timers;
     MemoryPreferences preferences;

@@ -44,6 +44,13 @@ private:
     }
 };
 
+//! A file system that tells of no change.
+class SilentTree : public OtherTimes
+{
+private:
+    [[nodiscard]] std::int64_t other(std::int64_t /*nanoseconds*/) const override { return 1; }
+};
+
 //! Where everything happened an hour earlier: nothing is so new that it has to be doubted.
 class AgedTree : public OtherTimes
 {

@@ -59,7 +59,7 @@ public:
     {
         if (currentDepth >= m_maxDepth || m_isCancelled)
             return;
-        if (isRepository(path, known)) {
+        if (bringUpToDate(known, path) == Marker::Valid) {
             m_found.append(QString::fromStdString(path));
             return;
         }
@@ -98,21 +98,21 @@ private:
         });
     }
 
-    // Otherwise what is known afterwards is what is inside.
-    [[nodiscard]] bool isRepository(const std::string &path, KnownFolder &known) const
+    // Another folder may come into its place while it is read: one that is mounted when somebody looks into it.
+    [[nodiscard]] Marker bringUpToDate(KnownFolder &known, const std::string &path) const
     {
         const auto stamp = stampOf(path);
         if (stamp && stamp == known.stamp)
-            return false;
+            return Marker::None;
         known.stamp.reset();
         known.inside.clear();
         const auto found = read(path, known);
-        if (found == Marker::None && !m_isCancelled)
+        if (found == Marker::None && !m_isCancelled && stamp == stampOf(path))
             known.stamp = stamp;
         if (found == Marker::Valid)
             known.inside.clear();
         known.inside.shrink_to_fit();
-        return found == Marker::Valid;
+        return found;
     }
 
     // Nothing for one that is so new that it may change under the same times, and where there are no times.

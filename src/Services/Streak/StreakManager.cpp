@@ -239,7 +239,10 @@ QCoro::Task<> StreakManager::scanFolders(QList<WatchedFolder> folders, QSet<QStr
     for (const auto &folder : std::as_const(folders)) {
         if (!folder.isEnabled)
             continue;
-        const auto walk = m_gitService.scanWatchedFolder(folder.path, folder.maxDepth);
+        // Whoever asks for a scan takes the time of the last one away, and wants everything read.
+        const auto walk = m_settings.lastAutoDiscoveryScan()
+                              ? m_gitService.scanWatchedFolder(folder.path, folder.maxDepth)
+                              : m_gitService.scanForRepositories(folder.path, folder.maxDepth);
         const auto paths = co_await whileAlive(this, walk);
         found->unite({paths.begin(), paths.end()});
         added->append(m_settings.addRepositories(paths, true));

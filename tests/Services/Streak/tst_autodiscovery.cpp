@@ -4,6 +4,7 @@
 #include "Services/Streak/StreakManager.h"
 
 #include "support/Engine.h"
+#include "support/OtherTimes.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"
 
@@ -87,6 +88,7 @@ private Q_SLOTS:
     void theDepthOfTheFolderCounts();
     void aRunThatFindsNothingNewSaysSo();
     void twoRunsAtOnceTrackNothingTwice();
+    void aScanThatSomebodyAsksForReadsEverything();
 };
 
 void TestAutoDiscovery::withoutWatchedFoldersNothingIsScanned()
@@ -349,6 +351,21 @@ void TestAutoDiscovery::twoRunsAtOnceTrackNothingTwice()
     await(std::move(first));
     await(std::move(second));
     QCOMPARE(trackedPaths(engine).size(), 1);
+}
+
+void TestAutoDiscovery::aScanThatSomebodyAsksForReadsEverything()
+{
+    const Workspace workspace;
+    EngineWith<FakeProcessRunner, SilentTree> engine;
+    engine.settings.addWatchedFolder(workspace.path(), 5);
+    for (int run = 0; run < 2; ++run)
+        await(engine.manager.runAutoDiscovery());
+    workspace.addRepository(QStringLiteral("one"));
+    await(engine.manager.runAutoDiscovery());
+    QVERIFY(engine.settings.trackedRepositories().isEmpty());
+    engine.settings.setLastAutoDiscoveryScan(std::nullopt);
+    await(engine.manager.runAutoDiscovery());
+    QCOMPARE(engine.settings.trackedRepositories().size(), 1);
 }
 
 VELQUARIN_TEST(TestAutoDiscovery)

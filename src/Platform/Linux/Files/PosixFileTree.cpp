@@ -161,13 +161,16 @@ bool PosixFileTree::visit(const std::string &path, const Visitor &visitor) const
     const std::unique_ptr<DIR, CloseFolder> folder(isPath(path) ? opendir(path.c_str()) : nullptr);
     if (!folder)
         return false;
+    // Only by this a broken disk is told from the end.
+    errno = 0;
     // One thread reads this folder; readdir is only unsafe where two share it.
     while (const auto *entry = readdir(folder.get())) {  // NOLINT(concurrency-mt-unsafe)
         const std::string name = &entry->d_name[0];
         if (!isOwnOrParent(name) && !visitor({name, kindOf(entry->d_type)}))
-            break;
+            return true;
+        errno = 0;
     }
-    return true;
+    return errno == 0;
 }
 
 }  // namespace velquarin
