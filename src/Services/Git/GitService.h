@@ -46,19 +46,20 @@ public:
     }
 
     //! Calls @p question in the same way for one repository of @p paths after another, with its number, and answers what it
-    //! returned. All are one operation, which ends with the first about which git had to be started: whoever else asks
-    //! waits for one repository.
+    //! returned. All are one operation, which ends with the first about which git had to be started, or which is read
+    //! when a tenth of a second is over: whoever else asks waits hardly longer than for one. @p paths are some.
     template <typename Question>
     [[nodiscard]] auto askUntilGitStarts(const QStringList &paths, Question question)
     {
         using Answer = std::invoke_result_t<Question, GitQueries &, qsizetype>;
         const auto work = [this, paths, question = std::move(question)] {
+            const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
             QList<Answer> answers;
             do {
                 const auto number = answers.size();
                 m_worker.setSubject(paths[number]);
                 answers += answer(paths[number], [&](GitQueries &git) { return question(git, number); });
-            } while (!m_queries.hasAsked() && answers.size() < paths.size());
+            } while (!m_queries.hasAsked() && answers.size() < paths.size() && std::chrono::steady_clock::now() < end);
             return answers;
         };
         return m_worker.run(work, paths.constFirst());
@@ -85,7 +86,7 @@ public:
     [[nodiscard]] std::optional<QString> repositoryBeingRead() { return m_worker.subject(); }
 
 Q_SIGNALS:
-    //! The first repository of the operation that runs now, or nothing. One that waits for its turn is not told.
+    //! A repository of the operation that runs now, or nothing. One that waits for its turn is not told.
     void repositoryBeingReadChanged(const std::optional<QString> &path);
 
 private:

@@ -69,8 +69,7 @@ public:
     bool stop(std::chrono::milliseconds patience);
 
 Q_SIGNALS:
-    //! The subject with which the job began that runs now; nothing while none runs, or one without a subject. Not while it
-    //! waits.
+    //! A subject of the job that runs now; nothing while none runs, or one without a subject. Not while it waits.
     void subjectChanged(const std::optional<QString> &subject);
 
 protected:

@@ -8,6 +8,7 @@
 #include "support/Await.h"
 #include "support/FakeClock.h"
 #include "support/GitQuestions.h"
+#include "support/OtherTimes.h"
 #include "support/SlowTree.h"
 #include "support/Standstill.h"
 #include "support/Strict.h"
@@ -15,9 +16,12 @@
 #include "support/TestProgram.h"
 
 #include <QDirIterator>
+#include <QSemaphore>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
+#include <atomic>
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -92,6 +96,9 @@ private Q_SLOTS:
     void answersComeInTheOrderOfTheQuestions();
     void aRepositoryIsToldOnceItsQuestionBegins();
     void manyAreOneOperationUntilGitIsStarted();
+    void aSlowOneIsTheLastOfItsOperation();
+    void manyEndWithTheServiceAfterOne();
+    void whatASearchKnowsLastsADay();
     void theEventLoopGoesOnMeanwhile();
     void aHangingGitEndsWithTheService();
     void afterTheEndNothingStarts();
@@ -297,6 +304,59 @@ void TestGitService::manyAreOneOperationUntilGitIsStarted()
     const auto second = world.git.askUntilGitStarts(
         paths, [&](GitQueries &git, qsizetype number) { return number == 1 && git.isGitRepository(paths[number]); });
     QCOMPARE(await(second), (QList<bool>{false, true}));
+}
+
+void TestGitService::aSlowOneIsTheLastOfItsOperation()
+{
+    World world;
+    const auto asked =
+        world.git.askUntilGitStarts(QStringList(3, QDir::tempPath()), [](GitQueries &, qsizetype number) {
+            const auto end = std::chrono::steady_clock::now() + 150ms;
+            while (std::chrono::steady_clock::now() < end) {
+            }
+            return number;
+        });
+    QCOMPARE(await(asked), QList<qsizetype>{0});
+}
+
+void TestGitService::manyEndWithTheServiceAfterOne()
+{
+    World world;
+    QSemaphore begun;
+    QSemaphore mayGoOn;
+    std::atomic<int> count = 0;
+    const auto asked = world.git.askUntilGitStarts(QStringList(3, QDir::tempPath()), [&](GitQueries &, qsizetype) {
+        begun.release();
+        mayGoOn.acquire();
+        return ++count;
+    });
+    begun.acquire();
+    world.git.stop(0s);
+    mayGoOn.release(3);
+    QVERIFY(world.git.stop(60s));
+    QVERIFY_EXCEPTION_THROWN(await(asked), WorkerStopped);
+    QCOMPARE(count.load(), 1);
+}
+
+void TestGitService::whatASearchKnowsLastsADay()
+{
+    ChildProcessRunner runner;
+    const SilentTree files;
+    FakeClock clock;
+    GitService git(runner, files, clock);
+    const QTemporaryDir folder;
+    const auto foundAfter = [&](std::chrono::hours hours) {
+        clock.advance(hours);
+        return await(git.scanWatchedFolder(folder.path(), 5)).size();
+    };
+    QCOMPARE(foundAfter(0h), 0);
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("one/.git")));
+    QCOMPARE(foundAfter(23h), 0);
+    QCOMPARE(await(git.scanForRepositories(folder.path(), 5)).size(), 1);
+    QCOMPARE(foundAfter(1h), 1);
+    QVERIFY(QDir(folder.path()).mkpath(QStringLiteral("two/.git")));
+    QCOMPARE(foundAfter(1h), 1);
+    QCOMPARE(foundAfter(-2h), 2);
 }
 
 void TestGitService::theEventLoopGoesOnMeanwhile()
