@@ -117,14 +117,11 @@ QByteArray GitMemory::answer(const QStringList &arguments, const QString &path)
     return ask(arguments, std::move(question));
 }
 
-QList<WatchPlace> GitMemory::watchPlaces(const QString &path, const QString &branch)
+QList<WatchPlace> GitMemory::watchPlaces(const QString &path, const QString &branch) const
 {
     if (m_look && m_look->path == path && m_look->known)
         return m_look->known->places;
-    const auto places = velquarin::watchPlaces(m_files, QFile::encodeName(path).toStdString(), branch);
-    if (m_look && m_look->path == path)
-        m_look->fresh.places = places;
-    return places;
+    return velquarin::watchPlaces(m_files, QFile::encodeName(path).toStdString(), branch);
 }
 
 GitMemory::Log GitMemory::questionFor(const QStringList &arguments) const
@@ -286,6 +283,7 @@ bool GitMemory::complete(Memory &fresh, const QString &path) const
     if (fresh.state.content.isEmpty() || fresh.logs.empty())
         return false;
     fresh.askedAt = m_clock.now();
+    fresh.places = watchPlaces(path, fresh.branch);
     fresh.oldest =
         std::ranges::min(fresh.logs, {}, [](const Log &log) { return log.window->since; }).window->since - slack;
     const auto commits =

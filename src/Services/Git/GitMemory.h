@@ -45,7 +45,7 @@ public:
     [[nodiscard]] QByteArray answer(const QStringList &arguments, const QString &path);
 
     //! What on disk tells of a commit on that branch, now or when the repository was last asked.
-    [[nodiscard]] QList<WatchPlace> watchPlaces(const QString &path, const QString &branch);
+    [[nodiscard]] QList<WatchPlace> watchPlaces(const QString &path, const QString &branch) const;
 
 private:
     //! Seconds since 1970 between which a log was asked for, as git took its dates.

@@ -47,9 +47,8 @@ GitQueries::GitQueries(ProcessRunner &runner, const FileTree &files, const Clock
 void GitQueries::beginLook(const QString &path)
 {
     m_memory.beginLook(path);
-    m_lookedAt.clear();  // an error may have ended the last look
-    static_cast<void>(dayStarts());
     m_lookedAt = path;
+    takeCalendar();
     m_branch.clear();
 }
 
@@ -102,14 +101,19 @@ QString GitQueries::chosenBranch(const QString &path)
     return QStringLiteral("HEAD");
 }
 
-// Those of the calendar of this moment: the user may have travelled since the last look.
-DayStarts &GitQueries::dayStarts()
+// The user may have travelled since the last one.
+void GitQueries::takeCalendar()
 {
-    if (!m_lookedAt.isEmpty())
-        return m_dayStarts;
     const auto calendar = m_clock.calendar();
     if (calendar != m_dayStarts.calendar())
         m_dayStarts = DayStarts(calendar);
+}
+
+// Those of the look, or of this moment.
+DayStarts &GitQueries::dayStarts()
+{
+    if (m_lookedAt.isEmpty())
+        takeCalendar();
     return m_dayStarts;
 }
 

@@ -58,6 +58,7 @@ private:
     [[nodiscard]] QString trimmedOutput(const QStringList &arguments, const QString &path);
     [[nodiscard]] QString chosenBranch(const QString &path);
     [[nodiscard]] bool hasLocalBranch(const QString &name, const QString &path);
+    void takeCalendar();
     [[nodiscard]] DayStarts &dayStarts();
 
     const Clock &m_clock;

@@ -86,6 +86,14 @@ std::string referencePath(const std::string &common, const std::string &name)
     return common + '/' + name;
 }
 
+// The two folders of a repository: the one of the working tree, and the one that linked working trees share.
+struct GitFolders
+{
+    std::string own;
+    std::string common;
+};
+
+// Neither a folder inside a working tree has them, nor one that is none. Source: gitrepository-layout(5)
 GitFolders foldersOf(StateReader &reader, const std::string &folder)
 {
     auto own = folder + "/.git";
@@ -96,7 +104,7 @@ GitFolders foldersOf(StateReader &reader, const std::string &folder)
         own = joined(folder, onlyPath(reader.unnoted(own), "gitdir: "));
     const auto &shared = reader.unnoted(own + "/commondir");
     const bool isShared = shared.outcome != FileContent::Outcome::Absent;
-    if (reader.unnoted(own + "/HEAD").outcome == FileContent::Outcome::Absent)
+    if (!reader.status(own + "/HEAD"))
         throw NotUnderstood();
     return {own, isShared ? joined(own, onlyPath(shared, "")) : own};
 }
@@ -271,14 +279,6 @@ auto understood(const Read &read) -> std::optional<decltype(read())>
 }
 
 }  // namespace
-
-std::optional<GitFolders> gitFolders(const FileTree &files, const std::string &folder)
-{
-    return understood([&] {
-        StateReader reader(files);
-        return foldersOf(reader, folder);
-    });
-}
 
 std::optional<QByteArray> branchSelection(const FileTree &files, const std::string &folder, const ConfigPlaces &places)
 {

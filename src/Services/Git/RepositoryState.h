@@ -16,18 +16,6 @@ namespace velquarin {
 
 class FileTree;
 
-//! The two folders of a repository: the one of the working tree, and the one that linked working trees share.
-struct GitFolders
-{
-    std::string own;
-    std::string common;
-    friend bool operator==(const GitFolders &, const GitFolders &) = default;
-};
-
-//! Errors: nothing for a folder inside a working tree, for one that is none, and for a ".git" that is a link.
-//! Source: gitrepository-layout(5)
-[[nodiscard]] std::optional<GitFolders> gitFolders(const FileTree &files, const std::string &folder);
-
 //! A digest of all that decides which branch is the default one: while it is the same, so is what git says of it.
 //! Errors: nothing where the repository at @p folder is of a kind that is not understood.
 [[nodiscard]] std::optional<QByteArray> branchSelection(const FileTree &files, const std::string &folder,

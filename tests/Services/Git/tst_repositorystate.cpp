@@ -103,6 +103,7 @@ private Q_SLOTS:
     void doubtfulSettingsAreNotUnderstood();
     void extensionsCountInTheRepositorysOwnSettingsAlone();
     void findsBothFolders();
+    void aHeadThatIsALinkIsNotUnderstoodAndIsWatchedAllTheSame();
     void aPointerThatGitMightReadDifferentlyIsNone_data();
     void aPointerThatGitMightReadDifferentlyIsNone();
     void noPlaceToWatchLiesOutsideOfTheReferences();
@@ -400,14 +401,25 @@ void TestRepositoryState::doubtfulSettingsAreNotUnderstood()
 void TestRepositoryState::findsBothFolders()
 {
     const World world;
-    const auto path = world.repository.path().toStdString();
-    QVERIFY(gitFolders(world.files, path) == (GitFolders{path + "/.git", path + "/.git"}));
     world.repository.git({QStringLiteral("worktree"), QStringLiteral("add"), QStringLiteral("--quiet"),
-                          QStringLiteral("linked"), QStringLiteral("-b"), QStringLiteral("side")});
-    const auto linked = gitFolders(world.files, path + "/linked");
-    QVERIFY(linked.has_value());
-    QVERIFY(world.files.folderAt(linked->common) == world.files.folderAt(path + "/.git"));
-    QVERIFY(linked->own.ends_with("/worktrees/linked"));
+                          QStringLiteral("linked"), QStringLiteral("--detach")});
+    const auto linked = (world.repository.path() + QStringLiteral("/linked")).toStdString();
+    const auto branch = watchPlaces(world.files, linked, QStringLiteral("main"));
+    QCOMPARE(branch.size(), 1);
+    QVERIFY(world.files.folderAt(branch.first().folder.toStdString()) ==
+            world.files.folderAt(world.git("refs/heads").toStdString()));
+    const auto head = watchPlaces(world.files, linked, QStringLiteral("HEAD"));
+    QCOMPARE(head.size(), 1);
+    QVERIFY(head.first().folder.endsWith(QStringLiteral("/worktrees/linked/logs")));
+}
+
+void TestRepositoryState::aHeadThatIsALinkIsNotUnderstoodAndIsWatchedAllTheSame()
+{
+    const World world;
+    const auto head = world.git("HEAD");
+    QVERIFY(QFile::remove(head) && QFile::link(QStringLiteral("refs/heads/main"), head));
+    QVERIFY(!world.state().has_value());
+    QCOMPARE(watchPlaces(world.files, world.repository.path().toStdString(), QStringLiteral("main")).size(), 1);
 }
 
 void TestRepositoryState::extensionsCountInTheRepositorysOwnSettingsAlone()
@@ -443,7 +455,8 @@ void TestRepositoryState::aPointerThatGitMightReadDifferentlyIsNone()
     QVERIFY(
         QFile::rename(world.repository.file(QStringLiteral(".git")), world.repository.file(QStringLiteral("away"))));
     writeFile(world.repository.file(QStringLiteral(".git")), content);
-    QCOMPARE(gitFolders(world.files, world.repository.path().toStdString()).has_value(), isPointer);
+    const auto places = watchPlaces(world.files, world.repository.path().toStdString(), QStringLiteral("main"));
+    QCOMPARE(!places.isEmpty(), isPointer);
 }
 
 void TestRepositoryState::noPlaceToWatchLiesOutsideOfTheReferences()

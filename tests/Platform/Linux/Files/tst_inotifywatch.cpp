@@ -192,6 +192,8 @@ void TestInotifyWatch::tellsThatMoreHappenedThanTheKernelNotes()
     const auto folder = world.repository.file(QStringLiteral(".git/refs/heads/"));
     const auto most = readFile(QStringLiteral("/proc/sys/fs/inotify/max_queued_events")).trimmed().toInt();
     QVERIFY(most > 0);
+    if (most > 1'000'000)
+        QSKIP("this kernel notes more than a test should do");
     world.repository.write(QStringLiteral(".git/refs/heads/x"), {});
     const auto moveAbout = [&](int times) {
         for (int number = 0; number < times; ++number) {
