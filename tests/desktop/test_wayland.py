@@ -113,6 +113,16 @@ class Windows(unittest.TestCase):
         asked = re.findall(r'xdg_activation_v1[@#][0-9]+\.activate\("([^"]*)"', log)
         return [token for token in asked if token not in its_own]
 
+    # Some versions of the toolkit wait for an answer of the compositor before they pass the focus on, and forget one that
+    # is gone by then.
+    @staticmethod
+    def has_focus(program):
+        """Whether the program has the keyboard's focus and knows it, as the protocol's log has it."""
+        _, *entered = re.split(r"wl_keyboard[@#][0-9]+\.enter\(", program.errors())
+        last = entered[-1] if entered else ""
+        asked = re.findall(r"wl_display[@#]1\.sync\(new id (wl_callback[@#][0-9]+)\)", last)
+        return ".modifiers(" in last and ".leave(" not in last and all(f" {name}.done(" in last for name in asked)
+
     @as_window
     def test_escape_closes_the_dashboard(self):
         with WaylandDesktop(self.id()) as desktop:
@@ -126,11 +136,11 @@ class Windows(unittest.TestCase):
     @as_window
     def test_another_window_takes_its_place(self):
         with WaylandDesktop(self.id()) as desktop:
-            program = self.start(desktop)
+            program = self.start(desktop, given={"WAYLAND_DEBUG": "client"})
             desktop.start("foot", "foot", "sleep", "infinity")
             wait_until(lambda: b'"foot"' in desktop.tell("get_tree", "-t"), "another window")
             self.open(desktop)
-            wait_until(lambda: desktop.window(DASHBOARD)["focused"], "the focus")
+            wait_until(lambda: self.has_focus(program), "the focus", state=program.errors)
             desktop.tell('[app_id="foot"] focus')
             desktop.wait_without_window(DASHBOARD)
             self.assertEqual(program.end(), 0)
@@ -184,7 +194,7 @@ class Windows(unittest.TestCase):
 
     def test_the_menu_is_a_small_window_that_escape_or_another_window_closes(self):
         with WaylandDesktop(self.id()) as desktop:
-            program = self.start(desktop)
+            program = self.start(desktop, given={"WAYLAND_DEBUG": "client"})
             desktop.start("foot", "foot", "sleep", "infinity")
             wait_until(lambda: b'"foot"' in desktop.tell("get_tree", "-t"), "another window")
             menu = self.open_menu(desktop)
@@ -194,6 +204,7 @@ class Windows(unittest.TestCase):
             desktop.wait_without_window(MENU)
             for close in (lambda: desktop.tell('[app_id="foot"] focus'), lambda: self.ask_for_menu(desktop)):
                 self.open_menu(desktop)
+                wait_until(lambda: self.has_focus(program), "the focus", state=program.errors)
                 close()
                 desktop.wait_without_window(MENU)
             self.assertEqual(program.end(), 0)

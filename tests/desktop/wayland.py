@@ -124,7 +124,7 @@ class WaylandDesktop(Desktop):
         return wait_until(lambda: self.window(title), f"the window {title}")
 
     def wait_without_window(self, title):
-        wait_until(lambda: not self.window(title), f"no window {title}")
+        wait_until(lambda: not self.window(title), f"no window {title}", state=lambda: self.window(title))
 
 
 class NestedWaylandDesktop(WaylandDesktop):
