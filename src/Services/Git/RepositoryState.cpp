@@ -217,6 +217,13 @@ std::optional<std::string> readRemoteHead(StateReader &reader, const std::string
     return branch;
 }
 
+// A branch that may be chosen. One that stands for another is there or not without a change of its own.
+void readCandidate(StateReader &reader, const GitFolders &git, const std::string &name)
+{
+    if (symbolicTarget(reader.reference(git.common + "/refs/heads/" + name)))
+        throw NotUnderstood();
+}
+
 // That git would choose this branch now.
 void readChoice(StateReader &reader, const GitFolders &git, const std::string &branch)
 {
@@ -227,9 +234,9 @@ void readChoice(StateReader &reader, const GitFolders &git, const std::string &b
     if (ofRemote)
         return;
     if (branch != "main")
-        reader.reference(git.common + "/refs/heads/main");
+        readCandidate(reader, git, "main");
     if (branch == "HEAD")
-        reader.reference(git.common + "/refs/heads/master");
+        readCandidate(reader, git, "master");
 }
 
 // A folder whose HEAD is no HEAD is no repository to git, which then looks in the folders above it.
@@ -289,8 +296,8 @@ std::optional<QByteArray> branchSelection(const FileTree &files, const std::stri
         reader.content(git.own + "/HEAD");
         readTables(reader, git);
         if (!readRemoteHead(reader, git.common)) {
-            reader.reference(git.common + "/refs/heads/main");
-            reader.reference(git.common + "/refs/heads/master");
+            readCandidate(reader, git, "main");
+            readCandidate(reader, git, "master");
         }
         reader.file(git.common + "/packed-refs");
         return reader.digest();
