@@ -146,9 +146,9 @@ def search(build, folder):
            ratio([(scan[0], find[0]) for scan, _, find in rounds]), "0.25")
     yield "the same, against a bare walk", ratio([(scan[0], walk[0]) for scan, walk, _ in rounds]), "1.00"
     with build.scan(tree) as scan:
-        again = [(scan.figures(), scan.figures("again")) for _ in range(9)]
+        again = [(scan.figures(), scan.figures("again")) for _ in range(10)][1:]
     _demand(all(second[1] == REPOSITORIES_IN_TREE for _, second in again), "what was known was not found")
-    yield ("the same search again, of folders that did not change, against the first",
+    yield ("the same search again, of folders that did not change, against one that knows nothing",
            ratio([(second[0], first[0]) for first, second in again]), "0.50")
 
 

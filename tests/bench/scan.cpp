@@ -24,9 +24,9 @@ int main(int argc, char **argv)
     while (argc == 2 && std::getline(std::cin, line)) {
         QElapsedTimer elapsed;
         elapsed.start();
-        if (line != "again")
-            known = {};
-        const auto found = scanForRepositories(files, QFile::decodeName(argv[1]), depth, isCancelled, known);
+        const auto folder = QFile::decodeName(argv[1]);
+        const auto found = line == "again" ? scanForRepositories(files, folder, depth, isCancelled, known)
+                                           : scanForRepositories(files, folder, depth, isCancelled);
         std::cout << double(elapsed.nsecsElapsed()) / 1e6 << ' ' << found.size() << std::endl;
     }
     return 0;

@@ -48,8 +48,9 @@ enum class Marker { None, Dangling, Valid };
 class Scan
 {
 public:
-    Scan(const FileTree &files, qint64 maxDepth, const std::atomic<bool> &isCancelled)
+    Scan(const FileTree &files, qint64 maxDepth, const std::atomic<bool> &isCancelled, bool remembers)
         : m_files(files)
+        , m_remembers(remembers)
         , m_maxDepth(maxDepth)
         , m_isCancelled(isCancelled)
     {
@@ -118,7 +119,7 @@ private:
     // Nothing for one that is so new that it may change under the same times, and where there are no times.
     [[nodiscard]] std::optional<KnownFolder::Stamp> stampOf(const std::string &path) const
     {
-        const auto status = m_files.status(path, Links::Follow);
+        const auto status = m_remembers ? m_files.status(path, Links::Follow) : std::nullopt;
         if (!status || !tellsOfChanges(*status) || status->modifiedAt <= 0)
             return std::nullopt;
         return KnownFolder::Stamp{{status->device, status->number}, status->modifiedAt, status->changedAt};
@@ -145,6 +146,7 @@ private:
     }
 
     const FileTree &m_files;
+    bool m_remembers;  // what it finds, for the next one
     qint64 m_maxDepth;
     const std::atomic<bool> &m_isCancelled;
     std::vector<Step> m_way;
@@ -155,18 +157,20 @@ private:
 }  // namespace
 
 QStringList scanForRepositories(const FileTree &files, const QString &folder, qint64 maxDepth,
-                                const std::atomic<bool> &isCancelled, KnownFolder &known)
+                                const std::atomic<bool> &isCancelled)
 {
-    Scan scan(files, maxDepth, isCancelled);
-    scan.scanDirectory(folder.toStdString(), known, 0);
+    KnownFolder nothing;
+    Scan scan(files, maxDepth, isCancelled, false);
+    scan.scanDirectory(folder.toStdString(), nothing, 0);
     return scan.found();
 }
 
 QStringList scanForRepositories(const FileTree &files, const QString &folder, qint64 maxDepth,
-                                const std::atomic<bool> &isCancelled)
+                                const std::atomic<bool> &isCancelled, KnownFolder &known)
 {
-    KnownFolder nothing;
-    return scanForRepositories(files, folder, maxDepth, isCancelled, nothing);
+    Scan scan(files, maxDepth, isCancelled, true);
+    scan.scanDirectory(folder.toStdString(), known, 0);
+    return scan.found();
 }
 
 }  // namespace velquarin
