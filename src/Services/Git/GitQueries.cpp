@@ -101,7 +101,7 @@ QString GitQueries::chosenBranch(const QString &path)
     return QStringLiteral("HEAD");
 }
 
-// The user may have travelled since the last one.
+// The user may have travelled since the last look.
 void GitQueries::takeCalendar()
 {
     const auto calendar = m_clock.calendar();

@@ -23,7 +23,7 @@ constexpr qint64 daysRead = 730;
 constexpr qint64 daysOfWeek = 7;
 constexpr std::chrono::seconds autoDiscoveryScanInterval(300);
 
-// Of repositories that did not change, which take a tenth of a millisecond each.
+// Enough that handing over weighs nothing. Where each has to be asked one is read at a time, and the rest is only copied.
 constexpr qsizetype mostAtOnce = 64;
 
 // A folder in which git cannot even be started is passed over in silence: a drive that is not there is no error. What was
