@@ -287,11 +287,11 @@ void TestRepositoryState::doubtsAreNotUnderstood_data()
     row("a link in a circle", [=](const World &world) {
         replaced(world, "config", [](const char *path) { static_cast<void>(::symlink(path, path)); });
     });
-    row("a branch of gigabytes", [=](const World &world) {
-        static_cast<void>(::truncate(QFile::encodeName(world.git("refs/heads/main")).constData(), 1LL << 32));
+    row("a branch of a gigabyte", [=](const World &world) {
+        static_cast<void>(::truncate(QFile::encodeName(world.git("refs/heads/main")).constData(), 1LL << 30));
     });
-    row("settings of gigabytes", [=](const World &world) {
-        static_cast<void>(::truncate(QFile::encodeName(world.git("config")).constData(), 1LL << 32));
+    row("settings of a gigabyte", [=](const World &world) {
+        static_cast<void>(::truncate(QFile::encodeName(world.git("config")).constData(), 1LL << 30));
     });
     row("a branch that leads out",
         [](const World &world) { writeFile(world.git("refs/heads/main"), "ref: ../../../etc/passwd\n"); });
