@@ -8,6 +8,7 @@
 #include "Platform/PreferencesStore.h"
 
 #include <algorithm>
+#include <array>
 #include <tuple>
 #include <utility>
 
@@ -24,6 +25,20 @@ struct Setting
     Value standard;
     bool (*isUsable)(const Value &value) = [](const Value & /*any*/) { return true; };
 };
+
+// How a choice is stored, in the order of its values.
+constexpr std::array<const char *, 2> namesOf(CountedAuthors /*any*/)
+{
+    return {"everyone", "me"};
+}
+
+constexpr std::array<const char *, 2> namesOf(CountedBranches /*any*/)
+{
+    return {"default", "all"};
+}
+
+template <typename Value>
+concept Choice = std::is_enum_v<Value>;
 
 // Records are told apart by their ids, which nobody minds who copies one in the file by hand.
 template <typename Record>
@@ -71,10 +86,28 @@ bool read(const PreferenceValue &stored, QList<Record> &list)
     return true;
 }
 
+template <Choice Value>
+bool read(const PreferenceValue &stored, Value &value)
+{
+    const auto *text = std::get_if<QString>(&stored);
+    const auto names = namesOf(value);
+    const auto *const found =
+        std::ranges::find_if(names, [&](const char *name) { return text && *text == QLatin1String(name); });
+    if (found != names.end())
+        value = Value(found - names.begin());
+    return found != names.end();
+}
+
 template <typename Value>
 void write(PreferencesStore &store, const QString &key, const Value &value)
 {
     store.set(key, value);
+}
+
+template <Choice Value>
+void write(PreferencesStore &store, const QString &key, const Value &value)
+{
+    store.set(key, QString::fromLatin1(namesOf(value).at(std::size_t(value))));
 }
 
 void write(PreferencesStore &store, const QString &key, const std::optional<Instant> &moment)
@@ -115,6 +148,8 @@ auto AppSettings::table()
                         [](const double &seconds) { return seconds > 0.0; }},
         Setting<bool>{QStringLiteral("showStreakInMenuBar"), &AppSettings::m_showStreakInMenuBar, true},
         Setting<bool>{QStringLiteral("notifyOnStreakRisk"), &AppSettings::m_notifyOnStreakRisk, true},
+        Setting<CountedAuthors>{QStringLiteral("countedAuthors"), &AppSettings::m_countedAuthors, {}},
+        Setting<CountedBranches>{QStringLiteral("countedBranches"), &AppSettings::m_countedBranches, {}},
         Setting<std::optional<Instant>>{
             QStringLiteral("lastAutoDiscoveryScan"), &AppSettings::m_lastAutoDiscoveryScan, {}},
     };

@@ -36,6 +36,10 @@ class AppSettings : public QObject
                    showStreakInMenuBarWillChange)
     Q_PROPERTY(
         bool notifyOnStreakRisk READ notifyOnStreakRisk WRITE setNotifyOnStreakRisk NOTIFY notifyOnStreakRiskWillChange)
+    Q_PROPERTY(velquarin::CountedAuthors countedAuthors READ countedAuthors WRITE setCountedAuthors NOTIFY
+                   countedAuthorsWillChange)
+    Q_PROPERTY(velquarin::CountedBranches countedBranches READ countedBranches WRITE setCountedBranches NOTIFY
+                   countedBranchesWillChange)
     Q_PROPERTY(std::optional<velquarin::Instant> lastAutoDiscoveryScan READ lastAutoDiscoveryScan WRITE
                    setLastAutoDiscoveryScan NOTIFY lastAutoDiscoveryScanWillChange)
 public:
@@ -84,6 +88,18 @@ public:
         assign(m_notifyOnStreakRisk, isWanted, &AppSettings::notifyOnStreakRiskWillChange);
     }
 
+    [[nodiscard]] CountedAuthors countedAuthors() const { return m_countedAuthors; }
+    void setCountedAuthors(CountedAuthors authors)
+    {
+        assign(m_countedAuthors, authors, &AppSettings::countedAuthorsWillChange);
+    }
+
+    [[nodiscard]] CountedBranches countedBranches() const { return m_countedBranches; }
+    void setCountedBranches(CountedBranches branches)
+    {
+        assign(m_countedBranches, branches, &AppSettings::countedBranchesWillChange);
+    }
+
     //! Nothing where no scan was ever made.
     [[nodiscard]] std::optional<Instant> lastAutoDiscoveryScan() const { return m_lastAutoDiscoveryScan; }
     void setLastAutoDiscoveryScan(std::optional<Instant> moment)
@@ -120,6 +136,8 @@ Q_SIGNALS:
     void refreshIntervalWillChange(double newValue);
     void showStreakInMenuBarWillChange(bool newValue);
     void notifyOnStreakRiskWillChange(bool newValue);
+    void countedAuthorsWillChange(velquarin::CountedAuthors newValue);
+    void countedBranchesWillChange(velquarin::CountedBranches newValue);
     void lastAutoDiscoveryScanWillChange(const std::optional<velquarin::Instant> &newValue);
 
 private:
@@ -143,6 +161,8 @@ private:
     double m_refreshInterval = 0.0;
     bool m_showStreakInMenuBar = false;
     bool m_notifyOnStreakRisk = false;
+    CountedAuthors m_countedAuthors = {};
+    CountedBranches m_countedBranches = {};
     std::optional<Instant> m_lastAutoDiscoveryScan;
 };
 

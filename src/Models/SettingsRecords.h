@@ -33,6 +33,26 @@ struct WatchedFolder
     friend bool operator==(const WatchedFolder &, const WatchedFolder &) = default;
 };
 
+//! Whose commits count.
+enum class CountedAuthors {
+    Everyone,
+    Me,  //!< the user, by the addresses that git knows for the repository
+};
+
+//! On which branches they count.
+enum class CountedBranches {
+    Default,  //!< the one default branch
+    All,      //!< all local branches, and HEAD where it is on none
+};
+
+//! Which commits count.
+struct CountedCommits
+{
+    CountedAuthors authors = CountedAuthors::Everyone;
+    CountedBranches branches = CountedBranches::Default;
+    friend bool operator==(const CountedCommits &, const CountedCommits &) = default;
+};
+
 //! The lists of records as they are stored: a JSON array with an object a record, in the order of the list,
 //! whose members are named like the fields. Ids are upper-case text of 36 characters.
 //!

@@ -39,13 +39,15 @@ Stored complete()
             {u"refreshInterval"_s, 60.0},
             {u"showStreakInMenuBar"_s, false},
             {u"notifyOnStreakRisk"_s, false},
+            {u"countedAuthors"_s, u"me"_s},
+            {u"countedBranches"_s, u"all"_s},
             {u"lastAutoDiscoveryScan"_s, instant("2026-11-20T18:10:00.123Z")}};
 }
 
-const QStringList savingWithoutScan{u"set trackedRepositories"_s,     u"set watchedFolders"_s,
-                                    u"set autoDiscoveryEnabled"_s,    u"set refreshInterval"_s,
-                                    u"set showStreakInMenuBar"_s,     u"set notifyOnStreakRisk"_s,
-                                    u"remove lastAutoDiscoveryScan"_s};
+const QStringList savingWithoutScan{
+    u"set trackedRepositories"_s, u"set watchedFolders"_s,      u"set autoDiscoveryEnabled"_s,
+    u"set refreshInterval"_s,     u"set showStreakInMenuBar"_s, u"set notifyOnStreakRisk"_s,
+    u"set countedAuthors"_s,      u"set countedBranches"_s,     u"remove lastAutoDiscoveryScan"_s};
 
 QStringList savingWithScan()
 {
@@ -98,6 +100,8 @@ private Q_SLOTS:
     void anyIntervalAboveZeroIsKept();
     void aSwitchStoredAsAStringLoadsAsTrue_data();
     void aSwitchStoredAsAStringLoadsAsTrue();
+    void aWordThatIsNotKnownMeansTheDefault_data();
+    void aWordThatIsNotKnownMeansTheDefault();
     void recordsThatShareAnIdAreRemovedOneByOne();
     void malformedListsLoadEmptyAndAreOverwritten_data();
     void malformedListsLoadEmptyAndAreOverwritten();
@@ -149,6 +153,8 @@ void TestAppSettings::theFirstLaunchHasTheDefaults()
     QCOMPARE(settings.refreshInterval(), 300.0);
     QCOMPARE(settings.showStreakInMenuBar(), true);
     QCOMPARE(settings.notifyOnStreakRisk(), true);
+    QCOMPARE(settings.countedAuthors(), CountedAuthors::Everyone);
+    QCOMPARE(settings.countedBranches(), CountedBranches::Default);
     QVERIFY(!settings.lastAutoDiscoveryScan());
 }
 
@@ -161,7 +167,9 @@ void TestAppSettings::theFirstLaunchStoresAllKeysButTheScan()
                           {u"autoDiscoveryEnabled"_s, true},
                           {u"refreshInterval"_s, 300.0},
                           {u"showStreakInMenuBar"_s, true},
-                          {u"notifyOnStreakRisk"_s, true}};
+                          {u"notifyOnStreakRisk"_s, true},
+                          {u"countedAuthors"_s, u"everyone"_s},
+                          {u"countedBranches"_s, u"default"_s}};
     QCOMPARE(store.values, expected);
 }
 
@@ -175,6 +183,8 @@ void TestAppSettings::whatWasStoredIsLoaded()
     QCOMPARE(settings.refreshInterval(), 60.0);
     QCOMPARE(settings.showStreakInMenuBar(), false);
     QCOMPARE(settings.notifyOnStreakRisk(), false);
+    QCOMPARE(settings.countedAuthors(), CountedAuthors::Me);
+    QCOMPARE(settings.countedBranches(), CountedBranches::All);
     QCOMPARE(settings.lastAutoDiscoveryScan(), instant("2026-11-20T18:10:00.123Z"));
 }
 
@@ -250,6 +260,29 @@ void TestAppSettings::aSwitchStoredAsAStringLoadsAsTrue()
     const AppSettings settings(store);
     QCOMPARE(settings.property(key.toLatin1()), true);
     QCOMPARE(store.values.value(key), PreferenceValue(true));
+}
+
+void TestAppSettings::aWordThatIsNotKnownMeansTheDefault_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("word");
+    for (const auto &key : {u"countedAuthors"_s, u"countedBranches"_s}) {
+        for (const auto &word : {u""_s, u"ME"_s, u"All"_s, u"some"_s, u"me all"_s})
+            QTest::addRow("%s \"%s\"", qPrintable(key), qPrintable(word)) << key << word;
+    }
+}
+
+void TestAppSettings::aWordThatIsNotKnownMeansTheDefault()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, word);
+    auto stored = complete();
+    stored.insert(key, word);
+    MemoryPreferences store(stored);
+    compareWithDefault(AppSettings(store), key);
+    QCOMPARE(store.copyAside.value(), stored);
+    stored.insert(key, key == u"countedAuthors"_s ? u"everyone"_s : u"default"_s);
+    QCOMPARE(store.values, stored);
 }
 
 void TestAppSettings::recordsThatShareAnIdAreRemovedOneByOne()
@@ -375,6 +408,8 @@ void TestAppSettings::observersHearBeforeTheValueIsTakenOverAndSaved_data()
     QTest::newRow("interval") << QByteArray("refreshInterval") << QVariant(60.0);
     QTest::newRow("the streak in the bar") << QByteArray("showStreakInMenuBar") << QVariant(false);
     QTest::newRow("the reminder") << QByteArray("notifyOnStreakRisk") << QVariant(false);
+    QTest::newRow("the authors") << QByteArray("countedAuthors") << QVariant::fromValue(CountedAuthors::Me);
+    QTest::newRow("the branches") << QByteArray("countedBranches") << QVariant::fromValue(CountedBranches::All);
     QTest::newRow("the scan") << QByteArray("lastAutoDiscoveryScan")
                               << QVariant::fromValue(std::optional(instant("2026-11-20T18:10:00Z")));
 }
@@ -461,7 +496,7 @@ void TestAppSettings::everyPropertyCanBeWrittenByName()
         names.append(QString::fromLatin1(meta.property(i).name()));
     QCOMPARE(names, (QStringList{u"trackedRepositories"_s, u"watchedFolders"_s, u"autoDiscoveryEnabled"_s,
                                  u"refreshInterval"_s, u"showStreakInMenuBar"_s, u"notifyOnStreakRisk"_s,
-                                 u"lastAutoDiscoveryScan"_s}));
+                                 u"countedAuthors"_s, u"countedBranches"_s, u"lastAutoDiscoveryScan"_s}));
 }
 
 void TestAppSettings::anyIntervalCanBeAssigned()
