@@ -14,9 +14,10 @@ struct WatchPlace
     enum class Sign {
         Replaced,  //!< another file is moved into the place of the file
         Written,   //!< the file is written to
+        Any,       //!< any file is moved there, or a folder made
     };
     QString folder;
-    QString name;  //!< of the file in that folder
+    QString name;  //!< of the file in that folder; nothing where any counts
     Sign sign = Sign::Replaced;
     friend bool operator==(const WatchPlace &, const WatchPlace &) = default;
 };

@@ -69,6 +69,13 @@ std::optional<std::vector<std::uint32_t>> timesIn(const QByteArray &list)
 
 }  // namespace
 
+QStringList revisionsOf(const std::optional<QString> &branch)
+{
+    if (branch)
+        return {*branch};
+    return {QStringLiteral("--ignore-missing"), QStringLiteral("--branches"), QStringLiteral("HEAD")};
+}
+
 GitMemory::GitMemory(GitRunner &git, const FileTree &files, const Clock &clock, const QProcessEnvironment &inherited)
     : m_git(git)
     , m_files(files)
@@ -81,7 +88,7 @@ void GitMemory::beginLook(const QString &path)
 {
     forgetMoments();
     m_hasAsked = false;
-    m_look.emplace(Look{path, takeCurrent(path), {}, {}, true});
+    m_look.emplace(Look{path, takeCurrent(path), {}, {}, false, true});
     if (!m_look->known)
         m_look->selection = selectionOf(path);
 }
@@ -112,12 +119,10 @@ QByteArray GitMemory::answer(const QStringList &arguments, const QString &path)
     auto question = questionFor(arguments);
     if (auto known = remembered(question))
         return *known;
-    if (arguments.first() == QLatin1String("log") && !m_look->known && m_look->fresh.branch.isEmpty())
-        prepare(arguments.at(1));
     return ask(arguments, std::move(question));
 }
 
-QList<WatchPlace> GitMemory::watchPlaces(const QString &path, const QString &branch) const
+QList<WatchPlace> GitMemory::watchPlaces(const QString &path, const std::optional<QString> &branch) const
 {
     if (m_look && m_look->path == path && m_look->known)
         return m_look->known->places;
@@ -200,8 +205,9 @@ QByteArray GitMemory::ask(const QStringList &arguments, Log question)
     auto output = m_git.run(arguments, m_look->path);
     // It was read into more than it needs.
     output.text.squeeze();
-    // The remote's head cannot be told where there is none.
-    const bool mayFail = arguments.first() == QLatin1String("symbolic-ref");
+    // The remote's head cannot be told where there is none, nor a setting.
+    const bool mayFail =
+        arguments.first() == QLatin1String("symbolic-ref") || arguments.first() == QLatin1String("config");
     m_look->isRememberable = isRememberable && (mayFail ? output.exitStatus >= 0 : output.exitStatus == 0);
     if (question.since.isEmpty()) {
         fresh.answers.emplace(question.question, output.text);
@@ -213,9 +219,15 @@ QByteArray GitMemory::ask(const QStringList &arguments, Log question)
     return output.text;
 }
 
-// Before the first log: what is read now and is the same at the end was the same meanwhile. The branch was chosen earlier, by
+void GitMemory::readFrom(const std::optional<QString> &branch, const QString &path)
+{
+    if (m_look && m_look->path == path && !m_look->known && !std::exchange(m_look->isPrepared, true))
+        prepare(branch);
+}
+
+// Before the first log: what is read now and is the same at the end was the same meanwhile. A branch was chosen earlier, by
 // what was the same from the beginning of the look until after that reading.
-void GitMemory::prepare(const QString &branch)
+void GitMemory::prepare(const std::optional<QString> &branch)
 try {
     auto &fresh = m_look->fresh;
     fresh.branch = branch;
@@ -286,10 +298,9 @@ bool GitMemory::complete(Memory &fresh, const QString &path) const
     fresh.places = watchPlaces(path, fresh.branch);
     fresh.oldest =
         std::ranges::min(fresh.logs, {}, [](const Log &log) { return log.window->since; }).window->since - slack;
-    const auto commits =
-        m_git.run({QStringLiteral("rev-list"), QStringLiteral("--timestamp"),
-                   QStringLiteral("--max-age=%1").arg(fresh.oldest), fresh.branch, QStringLiteral("--")},
-                  path);
+    const QStringList question{QStringLiteral("rev-list"), QStringLiteral("--timestamp"),
+                               QStringLiteral("--max-age=%1").arg(fresh.oldest)};
+    const auto commits = m_git.run(question + revisionsOf(fresh.branch) + QStringList{QStringLiteral("--")}, path);
     auto times = commits.exitStatus == 0 ? timesIn(commits.text) : std::nullopt;
     if (!times)
         return false;

@@ -22,6 +22,11 @@ namespace velquarin {
 
 class FileTree;
 
+//! What git reads the history of, as its arguments: that branch, or nothing for all local branches and HEAD. Where HEAD
+//! stands for a branch that has no commit yet, there is none of it.
+//! Source: git-rev-list(1)
+[[nodiscard]] QStringList revisionsOf(const std::optional<QString> &branch);
+
 //! Git, with a memory: what it would answer as it did before is not asked again. For a repository that did not change no
 //! process is started. Everything here belongs on the git thread.
 //!
@@ -38,14 +43,21 @@ public:
     void beginLook(const QString &path);
     void endLook();
 
+    //! All that is known.
+    void forget() { m_memories.clear(); }
+
+    //! The questions of this look that follow are about that branch, or about all. Before any whose answer another setting
+    //! would change.
+    void readFrom(const std::optional<QString> &branch, const QString &path);
+
     //! Whether git was started during the last look.
     [[nodiscard]] bool hasAsked() const { return m_hasAsked; }
 
     //! What git prints, now or when it was last asked. Errors: LaunchError.
     [[nodiscard]] QByteArray answer(const QStringList &arguments, const QString &path);
 
-    //! What on disk tells of a commit on that branch, now or when the repository was last asked.
-    [[nodiscard]] QList<WatchPlace> watchPlaces(const QString &path, const QString &branch) const;
+    //! What on disk tells of a commit on that branch, or on any, now or when the repository was last asked.
+    [[nodiscard]] QList<WatchPlace> watchPlaces(const QString &path, const std::optional<QString> &branch) const;
 
 private:
     //! Seconds since 1970 between which a log was asked for, as git took its dates.
@@ -67,7 +79,7 @@ private:
     //! What is known of a repository.
     struct Memory
     {
-        QString branch;
+        std::optional<QString> branch;  //!< nothing: all of them
         GitConfig config;
         RepositoryState state;
         std::map<QByteArray, QByteArray> answers;  //!< those on which no clock bears
@@ -85,6 +97,7 @@ private:
         std::optional<Memory> known;          //!< what is remembered and still so
         Memory fresh;                         //!< what was asked now
         std::optional<QByteArray> selection;  //!< what the branch is chosen by, at the beginning
+        bool isPrepared = false;
         bool isRememberable = true;
     };
 
@@ -97,7 +110,7 @@ private:
     [[nodiscard]] std::optional<QByteArray> remembered(const Log &question);
     [[nodiscard]] static bool isSame(const Memory &memory, const Log &log, const Window &window);
     [[nodiscard]] QByteArray ask(const QStringList &arguments, Log question);
-    void prepare(const QString &branch);
+    void prepare(const std::optional<QString> &branch);
     [[nodiscard]] std::optional<QByteArray> selectionOf(const QString &path) const;
     [[nodiscard]] bool takeConfig();
     [[nodiscard]] bool addTo(Memory &known, Memory &fresh, const QString &path) const;

@@ -13,6 +13,9 @@ namespace velquarin {
 
 namespace {
 
+// More than anybody has, and few enough for a command line and for each commit of a long history.
+constexpr qsizetype mostAddresses = 256;
+
 // Those that git allows in no name.
 bool isControl(QChar character)
 {
@@ -25,6 +28,34 @@ bool isUsableBranch(const QString &name)
 {
     return !name.isEmpty() && !name.startsWith(QLatin1Char('-')) && !name.contains(QLatin1String("@{")) &&
            std::ranges::none_of(name, isControl);
+}
+
+// Git lets nobody commit under any other, and nobody has a longer one. Source: RFC 5321, 4.5.3.1
+bool isUsableAddress(const QString &address)
+{
+    constexpr qsizetype longest = 320;
+    return !address.isEmpty() && address.toUtf8().size() <= longest &&
+           std::ranges::none_of(address, [](QChar character) { return QStringLiteral("<>\r\n").contains(character); });
+}
+
+// One letter as a basic regular expression. Without regard to case git takes letters of ASCII alone.
+QString literal(QChar character)
+{
+    if (QStringLiteral(".*[^$\\").contains(character))
+        return QLatin1Char('\\') + character;
+    if (character.unicode() < 0x80 || character.toLower() == character.toUpper())
+        return character;
+    return QStringLiteral("\\(%1\\|%2\\)").arg(character.toLower(), character.toUpper());
+}
+
+// The address as a whole, where git finds an author's: between the first brackets. Git's own way to compare fixed strings
+// ends at a "\E", behind which it takes the rest for a pattern. Source: git-log(1), "--author"; regex(7)
+QString authorOption(const QString &address)
+{
+    auto option = QStringLiteral("--author=^[^<]*<");
+    for (const auto character : address)
+        option += literal(character);
+    return option + QLatin1Char('>');
 }
 
 // A byte-order mark belongs to the name that it stands in.
@@ -44,12 +75,21 @@ GitQueries::GitQueries(ProcessRunner &runner, const FileTree &files, const Clock
 {
 }
 
+// What is known of a repository is known of the branches that counted.
+void GitQueries::count(CountedCommits counted)
+{
+    if (counted.branches != m_counted.branches)
+        m_memory.forget();
+    m_counted = counted;
+}
+
 void GitQueries::beginLook(const QString &path)
 {
     m_memory.beginLook(path);
     m_lookedAt = path;
     takeCalendar();
     m_branch.clear();
+    m_addresses.reset();
 }
 
 void GitQueries::endLook()
@@ -117,17 +157,65 @@ DayStarts &GitQueries::dayStarts()
     return m_dayStarts;
 }
 
+// Nothing where all count.
+std::optional<QString> GitQueries::countedBranch(const QString &path)
+{
+    if (m_counted.branches == CountedBranches::All)
+        return std::nullopt;
+    return getDefaultBranch(path);
+}
+
+QStringList GitQueries::getAddresses(const QString &path)
+{
+    if (path == m_lookedAt && m_addresses)
+        return *m_addresses;
+    QStringList addresses;
+    const auto output = runGit({QStringLiteral("config"), QStringLiteral("-z"), QStringLiteral("--get-regexp"),
+                                QStringLiteral("^(user|author|velquarin)\\.email$")},
+                               path);
+    const auto entries = output.split('\0');
+    for (const auto &entry : entries) {
+        const auto address = text(entry.mid(entry.indexOf('\n') + 1));
+        if (entry.contains('\n') && isUsableAddress(address) && !addresses.contains(address, Qt::CaseInsensitive))
+            addresses << address;
+    }
+    m_addresses = addresses.mid(0, mostAddresses);
+    return *m_addresses;
+}
+
+bool GitQueries::countsEveryoneForWantOfAddresses(const QString &path)
+{
+    return m_counted.authors == CountedAuthors::Me && getAddresses(path).isEmpty();
+}
+
+QStringList GitQueries::authorOptions(const QString &path)
+{
+    if (m_counted.authors == CountedAuthors::Everyone)
+        return {};
+    QStringList options;
+    const auto addresses = getAddresses(path);
+    std::ranges::transform(addresses, std::back_inserter(options), &authorOption);
+    return options.isEmpty()
+               ? options
+               : QStringList{QStringLiteral("--basic-regexp"), QStringLiteral("--regexp-ignore-case")} + options;
+}
+
+QByteArray GitQueries::log(const QStringList &options, const QString &path)
+{
+    const auto branch = countedBranch(path);
+    m_memory.readFrom(branch, path);
+    return runGit(QStringList{QStringLiteral("log")} + revisionsOf(branch) + options + authorOptions(path), path);
+}
+
 QList<Instant> GitQueries::getCommits(const QString &path, Instant since, Instant until)
 {
     auto &starts = dayStarts();
     const auto sinceText = isoDateAtGreenwich(since);
     const auto untilText = isoDateAtGreenwich(starts.calendar().addDays(until, 1).value_or(until));
-    const auto branch = getDefaultBranch(path);
-    const auto log =
-        runGit({QStringLiteral("log"), branch, QStringLiteral("--format=%ad"), QStringLiteral("--date=short"),
-                QStringLiteral("--since=") + sinceText, QStringLiteral("--until=") + untilText},
-               path);
-    return daysFromLog(log, starts);
+    const auto days = log({QStringLiteral("--format=%ad"), QStringLiteral("--date=short"),
+                           QStringLiteral("--since=") + sinceText, QStringLiteral("--until=") + untilText},
+                          path);
+    return daysFromLog(days, starts);
 }
 
 DayCounts GitQueries::getCommitHistory(const QString &path, qint64 days)
@@ -145,15 +233,12 @@ DayCounts GitQueries::getCommitHistory(const QString &path, qint64 days)
 
 std::optional<Instant> GitQueries::getLastCommitDate(const QString &path)
 {
-    const auto branch = getDefaultBranch(path);
-    const auto output =
-        runGit({QStringLiteral("log"), branch, QStringLiteral("-1"), QStringLiteral("--format=%aI")}, path);
-    return instantFromIso(output.trimmed());
+    return instantFromIso(log({QStringLiteral("-1"), QStringLiteral("--format=%aI")}, path).trimmed());
 }
 
 QList<WatchPlace> GitQueries::watchPlaces(const QString &path)
 {
-    return m_memory.watchPlaces(path, getDefaultBranch(path));
+    return m_memory.watchPlaces(path, countedBranch(path));
 }
 
 bool GitQueries::isGitRepository(const QString &path)

@@ -46,13 +46,14 @@ public:
     }
 
     //! Calls @p question in the same way for one repository of @p paths after another, with its number, and answers what it
-    //! returned. All are one operation, which ends with the first about which git had to be started, or which is read
+    //! returned; @p counted says which commits count from then on. All are one operation, which ends with the first about which git had to be started, or which is read
     //! when a tenth of a second is over: whoever else asks waits hardly longer than for one. @p paths are some.
     template <typename Question>
-    [[nodiscard]] auto askUntilGitStarts(const QStringList &paths, Question question)
+    [[nodiscard]] auto askUntilGitStarts(const QStringList &paths, CountedCommits counted, Question question)
     {
         using Answer = std::invoke_result_t<Question, GitQueries &, qsizetype>;
-        const auto work = [this, paths, question = std::move(question)] {
+        const auto work = [this, paths, counted, question = std::move(question)] {
+            m_queries.count(counted);
             const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(100);
             QList<Answer> answers;
             do {

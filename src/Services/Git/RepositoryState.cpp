@@ -19,6 +19,7 @@ namespace {
 constexpr int deepest = 5;
 constexpr std::size_t mostObjectStores = 32;
 constexpr std::size_t mostReplacements = 64;
+constexpr std::size_t mostBranches = 256;
 constexpr std::string_view blanks = " \t\r\n";
 
 // The path that a file of one line holds, unless git and we might read it differently.
@@ -250,11 +251,52 @@ void readHead(StateReader &reader, const GitFolders &git, const GitConfig &confi
         throw NotUnderstood();
 }
 
-// Packed ones last, as git reads them: they may be packed in between.
-void readReferences(StateReader &reader, const GitFolders &git, const GitConfig &config, const std::string &branch)
+// The local branches that have a file of their own, and the folders that those are in.
+struct BranchFiles
 {
-    readChoice(reader, git, branch);
-    readBranch(reader, git, config, branch);
+    std::set<std::string> folders;
+    std::set<std::string> files;
+};
+
+// What git passes over it passes over: a lock comes and goes with each commit. Source: git-check-ref-format(1)
+void findBranches(StateReader &reader, const std::string &folder, BranchFiles &found)
+{
+    found.folders.insert(folder);
+    for (const auto &name : reader.names(folder, mostBranches)) {
+        const auto path = joined(folder, name);
+        if (S_ISDIR(reader.status(path).value_or(FileStatus()).mode))
+            findBranches(reader, path, found);
+        else if (!name.ends_with(".lock"))
+            found.files.insert(path);
+        if (found.folders.size() + found.files.size() > mostBranches)
+            throw NotUnderstood();
+    }
+}
+
+BranchFiles branchesIn(StateReader &reader, const GitFolders &git)
+{
+    BranchFiles found;
+    findBranches(reader, git.common + "/refs/heads", found);
+    return found;
+}
+
+void readAllBranches(StateReader &reader, const GitFolders &git, const GitConfig &config)
+{
+    readBranch(reader, git, config, "HEAD");
+    for (const auto &file : branchesIn(reader, git).files)
+        follow(reader, git.common, config, file);
+}
+
+// Packed ones last, as git reads them: they may be packed in between.
+void readReferences(StateReader &reader, const GitFolders &git, const GitConfig &config,
+                    const std::optional<std::string> &branch)
+{
+    if (branch) {
+        readChoice(reader, git, *branch);
+        readBranch(reader, git, config, *branch);
+    } else {
+        readAllBranches(reader, git, config);
+    }
     reader.file(git.common + "/packed-refs");
 }
 
@@ -273,6 +315,14 @@ WatchPlace placeOf(const std::string &file, WatchPlace::Sign sign = WatchPlace::
 {
     const auto end = file.rfind('/');
     return {decoded(file.substr(0, end)), decoded(file.substr(end + 1)), sign};
+}
+
+QList<WatchPlace> placesOfAll(const BranchFiles &branches)
+{
+    QList<WatchPlace> places;
+    for (const auto &folder : branches.folders)
+        places << WatchPlace{decoded(folder), {}, WatchPlace::Sign::Any};
+    return places;
 }
 
 template <typename Read>
@@ -304,15 +354,16 @@ std::optional<QByteArray> branchSelection(const FileTree &files, const std::stri
     });
 }
 
-std::optional<RepositoryState> repositoryState(const FileTree &files, const std::string &folder, const QString &branch,
-                                               const GitConfig &config, const ConfigPlaces &places)
+std::optional<RepositoryState> repositoryState(const FileTree &files, const std::string &folder,
+                                               const std::optional<QString> &branch, const GitConfig &config,
+                                               const ConfigPlaces &places)
 {
     return understood([&] {
         StateReader reader(files);
         const auto git = foldersOf(reader, folder);
-        const auto name = branch.toStdString();
+        const auto name = branch ? std::optional(branch->toStdString()) : std::nullopt;
         const auto place = files.realPath(folder);
-        if (!place || !isOrdinaryBranch(name))
+        if (!place || (name && !isOrdinaryBranch(*name)))
             throw NotUnderstood();
         reader.note(*place, git.own + '\n' + git.common);
         readSettings(reader, git, places);
@@ -334,18 +385,19 @@ std::optional<RepositoryState> repositoryState(const FileTree &files, const std:
     });
 }
 
-QList<WatchPlace> watchPlaces(const FileTree &files, const std::string &folder, const QString &branch)
+QList<WatchPlace> watchPlaces(const FileTree &files, const std::string &folder, const std::optional<QString> &branch)
 {
     const auto places = understood([&]() -> QList<WatchPlace> {
         StateReader reader(files);
         const auto git = foldersOf(reader, folder);
         if (files.folderAt(git.common + "/reftable"))
             return {placeOf(git.common + "/reftable/tables.list"), placeOf(git.own + "/reftable/tables.list")};
-        if (branch != QLatin1String("HEAD"))
-            return {placeOf(referencePath(git.common, "refs/heads/" + branch.toStdString()))};
+        if (branch && branch != QLatin1String("HEAD"))
+            return {placeOf(referencePath(git.common, "refs/heads/" + branch->toStdString()))};
         const auto target = symbolicTarget(reader.unnoted(git.own + "/HEAD").bytes);
-        return {target ? placeOf(referencePath(git.common, *target))
-                       : placeOf(git.own + "/logs/HEAD", WatchPlace::Sign::Written)};
+        const auto head = target ? placeOf(referencePath(git.common, *target))
+                                 : placeOf(git.own + "/logs/HEAD", WatchPlace::Sign::Written);
+        return branch ? QList{head} : placesOfAll(branchesIn(reader, git)) + QList{head};
     });
     return places.value_or(QList<WatchPlace>());
 }

@@ -39,6 +39,7 @@ struct Answers
     QList<Instant> years;
     std::optional<Instant> last;
     QList<WatchPlace> places;
+    bool isEveryones = false;
     QString error;
     friend bool operator==(const Answers &, const Answers &) = default;
 };
@@ -63,6 +64,12 @@ public:
     {
         runner.now = seconds;
         m_clock.setNow(Instant(std::chrono::seconds(seconds)));
+    }
+
+    void count(CountedCommits counted)
+    {
+        m_remembering.count(counted);
+        m_forgetful.count(counted);
     }
 
     [[nodiscard]] qint64 now() const { return runner.now; }
@@ -105,6 +112,7 @@ private:
             answers.years = git.getCommits(path, calendar.addDays(today, -730).value_or(today), m_clock.now());
             answers.last = git.getLastCommitDate(path);
             answers.places = git.watchPlaces(path);
+            answers.isEveryones = git.countsEveryoneForWantOfAddresses(path);
         } catch (const LaunchError &error) {
             answers.error = QString::fromUtf8(error.what());
         }
@@ -213,6 +221,11 @@ private:
                  [this] { here("config core.useReplaceRefs " + QByteArray(number(2) ? "true" : "false")); }},
                 {"an included setting", [this] { include(); }},
                 {"a setting of the user", [this] { settingOfUser(); }},
+                {"a setting of a branch", [this] { includeOnBranch(); }},
+                {"an address", [this] { here("config user.email " + address()); }},
+                {"another address", [this] { here("config --add velquarin.email " + address()); }},
+                {"no address", [this] { here("config --unset-all user.email"); }},
+                {"other commits count", [this] { countOthers(); }},
                 {"a graft", [this] { graft(); }},
                 {"an unborn branch", [this] { here("symbolic-ref HEAD refs/heads/none"); }},
                 {"a branch of a branch", [this] { here("symbolic-ref refs/heads/main refs/heads/side"); }},
@@ -258,6 +271,7 @@ private:
         const auto committed = m_pair.now() + skews.at(std::size_t(number(skews.size()))) - number(100);
         RealGit git(folder);
         git.set("GIT_AUTHOR_DATE", QStringLiteral("@%1 +0%200").arg(author).arg(number(9)));
+        git.set("GIT_AUTHOR_EMAIL", QString::fromUtf8(address()));
         git.set("GIT_COMMITTER_DATE", QStringLiteral("@%1 +0000").arg(committed));
         git.run({QStringLiteral("commit"), QStringLiteral("--quiet"), QStringLiteral("--allow-empty"),
                  QStringLiteral("-m"), QStringLiteral("x")});
@@ -294,8 +308,27 @@ private:
         writeFile(file, replacements());
     }
 
-    // Whether replaced commits count: a setting that changes figures.
-    QByteArray replacements() { return number(2) ? "[core]\n\tuseReplaceRefs = false\n" : "[core]\n"; }
+    void includeOnBranch()
+    {
+        const auto file = m_folder.filePath(QStringLiteral("of-branch"));
+        here("config includeIf.onbranch:" + branch() + ".path " + file.toUtf8());
+        writeFile(file, replacements());
+    }
+
+    // Settings that change figures: whether replaced commits count, and whose.
+    QByteArray replacements()
+    {
+        return (number(2) ? "[core]\n\tuseReplaceRefs = false\n" : "[core]\n") +
+               (number(2) ? "[author]\n\temail = " + address() + '\n' : QByteArray());
+    }
+
+    QByteArray address()
+    {
+        static const std::array addresses{"me@home", "ME@home", "me@work", "you@work", "someone@else"};
+        return addresses.at(std::size_t(number(addresses.size())));
+    }
+
+    void countOthers() { m_pair.count({CountedAuthors(number(2)), CountedBranches(number(2))}); }
 
     void settingOfUser()
     {
@@ -331,6 +364,8 @@ private Q_SLOTS:
     void whatWasKilledIsNotRemembered();
     void aBranchThatAppearsBetweenTheQuestionsIsSeen();
     void aBranchThatStandsForOneThatAppearsIsSeen();
+    void whatCountsDifferentlyIsKnownByItself_data();
+    void whatCountsDifferentlyIsKnownByItself();
     void aLongerWindowThanWasAskedForIsAsked();
     void theWindowsMoveWithTheClock_data();
     void theWindowsMoveWithTheClock();
@@ -430,6 +465,53 @@ void TestGitMemory::aBranchThatStandsForOneThatAppearsIsSeen()
     QCOMPARE(pair.remembered(repository.path()).week.size(), 2);
     repository.git({QStringLiteral("branch"), QStringLiteral("side"), QStringLiteral("HEAD~1")});
     QCOMPARE(pair.asked(repository.path()).week.size(), 1);
+    QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
+}
+
+void TestGitMemory::whatCountsDifferentlyIsKnownByItself_data()
+{
+    QTest::addColumn<CountedCommits>("counted");
+    QTest::addColumn<qsizetype>("commits");
+    QTest::addColumn<QByteArray>("change");
+    QTest::addColumn<qsizetype>("commitsAfter");
+    const auto row = [](const char *name, CountedCommits counted, qsizetype commits, const char *change,
+                        qsizetype after) {
+        QTest::addRow("%s, %s", name, change) << counted << commits << QByteArray(change) << after;
+    };
+    constexpr CountedCommits mine{CountedAuthors::Me, CountedBranches::Default};
+    constexpr CountedCommits all{CountedAuthors::Everyone, CountedBranches::All};
+    constexpr CountedCommits mineOfAll{CountedAuthors::Me, CountedBranches::All};
+    row("mine", mine, 1, "config user.email other@example.org", 0);
+    row("mine", mine, 1, "branch --force main side~1", 2);
+    row("all", all, 3, "branch -D side", 1);
+    row("all", all, 3, "branch deep/other @{1}", 3);
+    row("mine of all", mineOfAll, 3, "config --add velquarin.email other@example.org", 3);
+    row("mine of all", mineOfAll, 3, "config user.email other@example.org", 0);
+}
+
+void TestGitMemory::whatCountsDifferentlyIsKnownByItself()
+{
+    QFETCH(const CountedCommits, counted);
+    QFETCH(const QByteArray, change);
+    Pair pair;
+    pair.setNow(start);
+    const TempRepository repository;
+    const auto git = [&](const QByteArray &arguments) { repository.git(QString::fromUtf8(arguments).split(u' ')); };
+    git("config user.email developer@example.org");
+    repository.commit(dateOf(start - 60));
+    git("checkout --quiet -b side");
+    repository.commit(dateOf(start - 60));
+    repository.commit(dateOf(start - 60));
+    git("checkout --quiet --detach main");
+    static_cast<void>(pair.remembered(repository.path()));
+    pair.count(counted);
+    const auto first = pair.remembered(repository.path());
+    QTEST(first.week.size(), "commits");
+    QVERIFY(pair.processes() > 0);
+    QVERIFY(pair.remembered(repository.path()) == first);
+    QCOMPARE(pair.processes(), 0);
+    git(change);
+    QTEST(pair.remembered(repository.path()).week.size(), "commitsAfter");
     QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
 }
 

@@ -36,6 +36,8 @@ QString withMark(const char *utf8)
                                            : QString::fromUtf8(text);
 }
 
+const QString addresses = QStringLiteral("config -z --get-regexp ^(user|author|velquarin)\\.email$");
+
 struct World
 {
     FakeProcessRunner runner;
@@ -65,6 +67,16 @@ private Q_SLOTS:
     void aHistoryThatCannotBeginAsksNothing();
     void theLastCommitIsAskedForWithFourArguments();
     void aRepositoryWithoutCommitsHasNoFigures();
+    void eachChoiceAsksForItsCommits_data();
+    void eachChoiceAsksForItsCommits();
+    void allBranchesNeedNoDefaultBranch();
+    void whoHasNoAddressIsNotToldApart();
+    void anAddressIs_data();
+    void anAddressIs();
+    void addressesAreThoseOfEveryLevelOnceEach();
+    void soManyAddressesAreCutOff();
+    void anAddressIsNoPattern_data();
+    void anAddressIsNoPattern();
     void whatIsNotUtf8IsNothing();
     void aFailedLaunchIsThrown();
     void anyOutputMakesARepository();
@@ -266,6 +278,155 @@ void TestGitQueries::aRepositoryWithoutCommitsHasNoFigures()
     QVERIFY(world.queries.getCommitHistory(folder, 7).empty());
     QVERIFY(world.queries.getCommits(folder, instant("2024-03-01T00:00:00Z"), world.clock.now()).isEmpty());
     QVERIFY(!world.queries.getLastCommitDate(folder).has_value());
+}
+
+void TestGitQueries::eachChoiceAsksForItsCommits_data()
+{
+    QTest::addColumn<CountedAuthors>("authors");
+    QTest::addColumn<CountedBranches>("branches");
+    QTest::addColumn<QString>("revisions");
+    QTest::addColumn<QString>("filter");
+    const QString all = QStringLiteral("--ignore-missing --branches HEAD");
+    const QString mine = QStringLiteral(" --basic-regexp --regexp-ignore-case --author=^[^<]*<me@home>"
+                                        " --author=^[^<]*<me@work>");
+    QTest::newRow("everyone's, default branch")
+        << CountedAuthors::Everyone << CountedBranches::Default << QStringLiteral("main") << QString();
+    QTest::newRow("mine, default branch")
+        << CountedAuthors::Me << CountedBranches::Default << QStringLiteral("main") << mine;
+    QTest::newRow("everyone's, all branches") << CountedAuthors::Everyone << CountedBranches::All << all << QString();
+    QTest::newRow("mine, all branches") << CountedAuthors::Me << CountedBranches::All << all << mine;
+}
+
+void TestGitQueries::eachChoiceAsksForItsCommits()
+{
+    QFETCH(CountedAuthors, authors);
+    QFETCH(CountedBranches, branches);
+    QFETCH(QString, revisions);
+    QFETCH(QString, filter);
+    World world;
+    world.runner.answer(listMain, "* main\n");
+    world.runner.answer(addresses, {"user.email\nme@home\0velquarin.email\nme@work\0", 46});
+    const auto week =
+        QStringLiteral("log %1 --format=%ad --date=short --since=2024-03-01 --until=2024-03-08").arg(revisions) +
+        filter;
+    const auto last = QStringLiteral("log %1 -1 --format=%aI").arg(revisions) + filter;
+    world.runner.answer(week, "2024-03-07\n");
+    world.runner.answer(last, "2024-03-07T21:15:02+01:00\n");
+    world.queries.count({authors, branches});
+    QCOMPARE(world.queries.getCommitHistory(folder, 7), (DayCounts{{instant("2024-03-07T00:00:00Z"), 1}}));
+    QCOMPARE(world.queries.getLastCommitDate(folder), std::optional(instant("2024-03-07T20:15:02Z")));
+    QCOMPARE(world.runner.commands().filter(QStringLiteral("log ")), (QStringList{week, last}));
+}
+
+void TestGitQueries::allBranchesNeedNoDefaultBranch()
+{
+    World world;
+    world.runner.answer(QStringLiteral("log --ignore-missing --branches HEAD -1 --format=%aI"), {});
+    world.queries.count({CountedAuthors::Everyone, CountedBranches::All});
+    static_cast<void>(world.queries.getLastCommitDate(folder));
+    QCOMPARE(world.runner.commands().size(), 1);
+}
+
+void TestGitQueries::whoHasNoAddressIsNotToldApart()
+{
+    World world;
+    world.runner.answer(addresses, {});
+    world.runner.answer(QStringLiteral("log HEAD -1 --format=%aI"), "2024-03-07T21:15:02+01:00\n");
+    QVERIFY(!world.queries.countsEveryoneForWantOfAddresses(folder));
+    QVERIFY(world.runner.commands().isEmpty());
+    world.queries.count({CountedAuthors::Me, CountedBranches::Default});
+    QVERIFY(world.queries.countsEveryoneForWantOfAddresses(folder));
+    QVERIFY(world.queries.getLastCommitDate(folder).has_value());
+    world.runner.answer(addresses, {"user.email\nme@home\0", 19});
+    QVERIFY(!world.queries.countsEveryoneForWantOfAddresses(folder));
+}
+
+void TestGitQueries::anAddressIs_data()
+{
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<bool>("isOne");
+    QTest::newRow("one") << QByteArray("me@home.org") << true;
+    QTest::newRow("without a host") << QByteArray("me") << true;
+    QTest::newRow("in another script") << QByteArray("пётр@почта") << true;
+    QTest::newRow("with blanks") << QByteArray("me at home") << true;
+    QTest::newRow("like an option") << QByteArray("--output=x") << true;
+    QTest::newRow("of 320 bytes") << QByteArray(320, 'a') << true;
+    QTest::newRow("of 320 bytes in 160 letters") << QByteArray("é").repeated(160) << true;
+    QTest::newRow("of 321 bytes") << QByteArray(321, 'a') << false;
+    QTest::newRow("of 322 bytes in 161 letters") << QByteArray("é").repeated(161) << false;
+    QTest::newRow("empty") << QByteArray() << false;
+    QTest::newRow("with a bracket that opens") << QByteArray("<me@home") << false;
+    QTest::newRow("with a bracket that closes") << QByteArray("me>@home") << false;
+    QTest::newRow("with an end of line") << QByteArray("me@home\nyou@home") << false;
+    QTest::newRow("with a return") << QByteArray("me@home\r") << false;
+}
+
+void TestGitQueries::anAddressIs()
+{
+    QFETCH(QByteArray, value);
+    QFETCH(bool, isOne);
+    World world;
+    world.runner.answer(addresses, "user.email\n" + value + '\0');
+    QCOMPARE(world.queries.getAddresses(folder), isOne ? QStringList{QString::fromUtf8(value)} : QStringList());
+}
+
+void TestGitQueries::addressesAreThoseOfEveryLevelOnceEach()
+{
+    World world;
+    const QByteArrayList entries{"user.email\nme@home",
+                                 "user.email\nme@work",
+                                 "author.email\nME@Home",
+                                 "velquarin.email\nold@home",
+                                 "velquarin.email",
+                                 "velquarin.email\nolder@home",
+                                 ""};
+    world.runner.answer(addresses, entries.join('\0'));
+    QCOMPARE(world.queries.getAddresses(folder),
+             (QStringList{QStringLiteral("me@home"), QStringLiteral("me@work"), QStringLiteral("old@home"),
+                          QStringLiteral("older@home")}));
+}
+
+// A stranger's repository comes last, with whatever it names.
+void TestGitQueries::soManyAddressesAreCutOff()
+{
+    World world;
+    QByteArray entries;
+    for (int number = 0; number < 300; ++number)
+        entries += "user.email\n" + QByteArray::number(number) + '\0';
+    world.runner.answer(addresses, entries);
+    const auto known = world.queries.getAddresses(folder);
+    QCOMPARE(known.size(), 256);
+    QCOMPARE(known.constFirst(), QStringLiteral("0"));
+}
+
+void TestGitQueries::anAddressIsNoPattern_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<QString>("pattern");
+    const auto row = [](const char *address, const char *pattern) {
+        QTest::newRow(address) << QString::fromUtf8(address) << QString::fromUtf8(pattern);
+    };
+    row("me@home.org", "me@home\\.org");
+    row(".*", "\\.\\*");
+    row("^a$", "\\^a\\$");
+    row("[a]", "\\[a]");
+    row("a+b?{2}(c|d)", "a+b?{2}(c|d)");
+    row("a\\Eb", "a\\\\Eb");
+    row("a\\(b", "a\\\\(b");
+    row("josé@home", "jos\\(é\\|É\\)@home");
+    row("山@home", "山@home");
+}
+
+void TestGitQueries::anAddressIsNoPattern()
+{
+    QFETCH(QString, address);
+    QFETCH(QString, pattern);
+    World world;
+    world.runner.answer(addresses, "user.email\n" + address.toUtf8() + '\0');
+    world.queries.count({CountedAuthors::Me, CountedBranches::Default});
+    QVERIFY_EXCEPTION_THROWN(static_cast<void>(world.queries.getLastCommitDate(folder)), LaunchError);
+    QCOMPARE(world.runner.requests().constLast().arguments.constLast(),
+             QStringLiteral("--author=^[^<]*<") + pattern + QLatin1Char('>'));
 }
 
 void TestGitQueries::whatIsNotUtf8IsNothing()

@@ -299,10 +299,11 @@ void TestGitService::manyAreOneOperationUntilGitIsStarted()
     const TempRepository repository;
     World world;
     const QStringList paths(4, repository.path());
-    const auto none = world.git.askUntilGitStarts(paths, [](GitQueries &, qsizetype number) { return number; });
+    const auto none = world.git.askUntilGitStarts(paths, {}, [](GitQueries &, qsizetype number) { return number; });
     QCOMPARE(await(none), (QList<qsizetype>{0, 1, 2, 3}));
-    const auto second = world.git.askUntilGitStarts(
-        paths, [&](GitQueries &git, qsizetype number) { return number == 1 && git.isGitRepository(paths[number]); });
+    const auto second = world.git.askUntilGitStarts(paths, {}, [&](GitQueries &git, qsizetype number) {
+        return number == 1 && git.isGitRepository(paths[number]);
+    });
     QCOMPARE(await(second), (QList<bool>{false, true}));
 }
 
@@ -310,7 +311,7 @@ void TestGitService::aSlowOneIsTheLastOfItsOperation()
 {
     World world;
     const auto asked =
-        world.git.askUntilGitStarts(QStringList(3, QDir::tempPath()), [](GitQueries &, qsizetype number) {
+        world.git.askUntilGitStarts(QStringList(3, QDir::tempPath()), {}, [](GitQueries &, qsizetype number) {
             const auto end = std::chrono::steady_clock::now() + 150ms;
             while (std::chrono::steady_clock::now() < end) {
             }
@@ -325,7 +326,7 @@ void TestGitService::manyEndWithTheServiceAfterOne()
     QSemaphore begun;
     QSemaphore mayGoOn;
     std::atomic<int> count = 0;
-    const auto asked = world.git.askUntilGitStarts(QStringList(3, QDir::tempPath()), [&](GitQueries &, qsizetype) {
+    const auto asked = world.git.askUntilGitStarts(QStringList(3, QDir::tempPath()), {}, [&](GitQueries &, qsizetype) {
         begun.release();
         mayGoOn.acquire();
         return ++count;

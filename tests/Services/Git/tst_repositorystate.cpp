@@ -35,7 +35,7 @@ struct World
         repository.commit(commitDate);
     }
 
-    [[nodiscard]] std::optional<RepositoryState> state(const QString &branch = QStringLiteral("main"),
+    [[nodiscard]] std::optional<RepositoryState> state(const std::optional<QString> &branch = QStringLiteral("main"),
                                                        const GitConfig &config = {}) const
     {
         return repositoryState(files, repository.path().toStdString(), branch, config,
@@ -90,6 +90,12 @@ private Q_SLOTS:
     void objectStoresThatNameEachOtherAreReadOnce();
     void seesWhatDecides_data();
     void seesWhatDecides();
+    void seesWhatDecidesAboutAllBranches_data();
+    void seesWhatDecidesAboutAllBranches();
+    void whatDecidesAboutNoBranchIsTheSame();
+    void soManyBranchesAreNotUnderstood_data();
+    void soManyBranchesAreNotUnderstood();
+    void allBranchesAreWatched();
     void seesAnotherGitAtOnce();
     void seesSettingsThatOthersName();
     void seesABranchThatWouldBeChosenFirst_data();
@@ -213,6 +219,85 @@ void TestRepositoryState::seesWhatDecides()
     const auto after = world.state();
     QVERIFY(after.has_value());
     QVERIFY(after->content != before->content);
+}
+
+void TestRepositoryState::seesWhatDecidesAboutAllBranches_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    const auto row = [](const char *name, const char *command) { QTest::newRow(name) << QByteArray(command); };
+    row("a commit", "commit --quiet --allow-empty -m x");
+    row("a commit on another branch", "update-ref refs/heads/side HEAD~1");
+    row("a new branch", "branch other");
+    row("a new branch in a folder", "branch folder/other");
+    row("a branch that is gone", "branch --quiet -D folder/deep/one");
+    row("a detached head", "checkout --quiet --detach");
+    row("packed references", "pack-refs --all");
+    row("an address", "config user.email me@home.org");
+}
+
+void TestRepositoryState::seesWhatDecidesAboutAllBranches()
+{
+    QFETCH(const QByteArray, command);
+    const World world;
+    world.repository.git({QStringLiteral("branch"), QStringLiteral("side")});
+    world.repository.git({QStringLiteral("branch"), QStringLiteral("folder/deep/one")});
+    const auto before = world.state(std::nullopt);
+    QVERIFY(before.has_value());
+    world.repository.git(QString::fromUtf8(command).split(u' '));
+    const auto after = world.state(std::nullopt);
+    QVERIFY(after.has_value());
+    QVERIFY(after->content != before->content);
+}
+
+void TestRepositoryState::whatDecidesAboutNoBranchIsTheSame()
+{
+    const World world;
+    const auto before = world.state(std::nullopt);
+    QVERIFY(before.has_value());
+    world.repository.git({QStringLiteral("tag"), QStringLiteral("some")});
+    world.repository.git(
+        {QStringLiteral("update-ref"), QStringLiteral("refs/remotes/origin/x"), QStringLiteral("HEAD")});
+    writeFile(world.git("refs/heads/main.lock"), "x");
+    QVERIFY(world.state(std::nullopt) == before);
+}
+
+void TestRepositoryState::soManyBranchesAreNotUnderstood_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<bool>("isUnderstood");
+    // One is there already, and their folders count as well.
+    QTest::newRow("as many as people have") << 254 << QString() << true;
+    QTest::newRow("more than people have") << 255 << QString() << false;
+    QTest::newRow("in a folder of their own, as many") << 252 << QStringLiteral("a/") << true;
+    QTest::newRow("in a folder of their own, more") << 254 << QStringLiteral("a/") << false;
+}
+
+void TestRepositoryState::soManyBranchesAreNotUnderstood()
+{
+    QFETCH(const int, count);
+    QFETCH(const QString, folder);
+    QFETCH(const bool, isUnderstood);
+    const World world;
+    const auto commit = world.repository.git({QStringLiteral("rev-parse"), QStringLiteral("HEAD")});
+    for (int number = 0; number < count; ++number)
+        writeFile(world.git("refs/heads/") + folder + QString::number(number), commit);
+    QCOMPARE(world.state(std::nullopt).has_value(), isUnderstood);
+}
+
+void TestRepositoryState::allBranchesAreWatched()
+{
+    const World world;
+    const auto path = world.repository.path().toStdString();
+    const WatchPlace all{world.git("refs/heads"), {}, WatchPlace::Sign::Any};
+    const WatchPlace head{world.git("refs/heads"), QStringLiteral("main")};
+    QCOMPARE(watchPlaces(world.files, path, std::nullopt), (QList{all, head}));
+    world.repository.git({QStringLiteral("branch"), QStringLiteral("folder/deep/one")});
+    world.repository.git({QStringLiteral("checkout"), QStringLiteral("--quiet"), QStringLiteral("--detach")});
+    const auto below = [&](const char *name) { return WatchPlace{world.git(name), {}, WatchPlace::Sign::Any}; };
+    QCOMPARE(watchPlaces(world.files, path, std::nullopt),
+             (QList{all, below("refs/heads/folder"), below("refs/heads/folder/deep"),
+                    WatchPlace{world.git("logs"), QStringLiteral("HEAD"), WatchPlace::Sign::Written}}));
 }
 
 void TestRepositoryState::seesAnotherGitAtOnce()

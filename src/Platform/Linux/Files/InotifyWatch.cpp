@@ -16,6 +16,23 @@
 
 namespace velquarin {
 
+namespace {
+
+std::uint32_t eventsOf(WatchPlace::Sign sign)
+{
+    switch (sign) {
+    case WatchPlace::Sign::Written:
+        return IN_MODIFY;
+    case WatchPlace::Sign::Any:
+        return IN_MOVED_TO | IN_CREATE;
+    case WatchPlace::Sign::Replaced:
+        break;
+    }
+    return IN_MOVED_TO;
+}
+
+}  // namespace
+
 InotifyWatch::InotifyWatch()
     : m_descriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
 {
@@ -54,9 +71,8 @@ std::map<int, InotifyWatch::Names> InotifyWatch::added(const QList<WatchPlace> &
 {
     std::map<int, Names> watched;
     for (const auto &place : places) {
-        const std::uint32_t events = place.sign == WatchPlace::Sign::Replaced ? IN_MOVED_TO : IN_MODIFY;
         const auto number = inotify_add_watch(m_descriptor, QFile::encodeName(place.folder).constData(),
-                                              events | IN_ONLYDIR | IN_DONT_FOLLOW | IN_MASK_ADD);
+                                              eventsOf(place.sign) | IN_ONLYDIR | IN_DONT_FOLLOW | IN_MASK_ADD);
         if (number >= 0)
             watched[number].insert(place.name);
         else if (errno == ENOSPC || errno == EBADF)
@@ -101,7 +117,11 @@ bool InotifyWatch::hearOne(const char *event)
         m_watched.erase(found);
         return false;
     }
-    return found->second.contains(told.len > 0 ? QFile::decodeName(&told.name[0]) : QString());
+    // A file is made under another name, and moved into its place once it is whole.
+    if ((told.mask & IN_CREATE) != 0 && (told.mask & IN_ISDIR) == 0)
+        return false;
+    const auto &names = found->second;
+    return names.contains(QString()) || names.contains(told.len > 0 ? QFile::decodeName(&told.name[0]) : QString());
 }
 
 }  // namespace velquarin

@@ -69,6 +69,7 @@ private Q_SLOTS:
     void staysSilentOfTheRest();
     void tellsOfACommitInALinkedWorkingTree();
     void tellsOfADetachedHead();
+    void tellsOfAnyBranchOfAFolder();
     void forgetsWhatIsNoLongerWatched();
     void findsAFolderThatWasReplaced();
     void twoNamesInOneFolderAreBothHeard();
@@ -142,6 +143,18 @@ void TestInotifyWatch::tellsOfADetachedHead()
     world.watch.watch(
         {{world.repository.file(QStringLiteral(".git/logs")), QStringLiteral("HEAD"), WatchPlace::Sign::Written}});
     QVERIFY(world.isTold([&] { world.repository.commit(commitDate); }));
+}
+
+void TestInotifyWatch::tellsOfAnyBranchOfAFolder()
+{
+    World world;
+    world.watch.watch({{world.branch().folder, {}, WatchPlace::Sign::Any}});
+    QVERIFY(world.isTold([&] { world.git("commit --quiet --allow-empty -m x"); }));
+    QVERIFY(world.isTold([&] { world.git("branch other"); }));
+    QVERIFY(world.isTold([&] { world.git("branch folder/other"); }));
+    QVERIFY(!world.isTold([&] { writeFile(world.branch().folder + QStringLiteral("/main.lock"), {}); }));
+    QVERIFY(!world.isTold([&] { world.git("pack-refs --all"); }));
+    QVERIFY(!world.isTold([&] { world.git("status"); }));
 }
 
 void TestInotifyWatch::forgetsWhatIsNoLongerWatched()
