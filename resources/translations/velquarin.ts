@@ -69,6 +69,14 @@
         <source>Waiting for git in %1</source>
         <translation type="unfinished"></translation>
     </message>
+    <message>
+        <source>Everyone&apos;s commits count in %1: git knows no address of yours there</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Everyone&apos;s commits count in %1 and %2 more: git knows no address of yours there</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>YearHeatmapView</name>
@@ -176,6 +184,26 @@
     <message>
         <source>General</source>
         <extracomment>The tab of that name, to a screen reader that comes to its scroll bar.</extracomment>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>By everyone, default branch</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>By me, default branch</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>By everyone, all branches</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>By me, all branches</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>C&amp;ount commits</source>
         <translation type="unfinished"></translation>
     </message>
 </context>

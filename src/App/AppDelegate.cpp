@@ -20,7 +20,7 @@ AppDelegate::AppDelegate(Shared &shared, Desktop desktop)
     , m_streakManager(std::make_unique<StreakManager>(shared.gitService(), shared.appSettings(),
                                                       shared.notificationService(), shared.platform().clock,
                                                       shared.platform().timers, shared.platform().output))
-    , m_commitWatch(std::make_unique<CommitWatch>(*m_streakManager, shared.gitService(),
+    , m_commitWatch(std::make_unique<CommitWatch>(*m_streakManager, shared.appSettings(), shared.gitService(),
                                                   shared.platform().repositoryWatch, shared.platform().timers))
 {
 }
@@ -90,7 +90,8 @@ void AppDelegate::updateMenuBarDisplay(qint64 streak, bool isRefreshing, bool ha
 {
     const bool isWaiting = isRefreshing && m_hangingRepository;
     m_statusItem->setAppearance(isWaiting ? waitingAppearance(*m_hangingRepository)
-                                          : statusItemAppearance(streak, isRefreshing, hasCommittedToday));
+                                          : statusItemAppearance(streak, isRefreshing, hasCommittedToday,
+                                                                 m_streakManager->repositoriesWithoutAddress()));
 }
 
 // A right click never comes here: the host shows the menu by itself, or asks the item for it.

@@ -27,11 +27,22 @@ struct Words
     Q_DECLARE_TR_FUNCTIONS(StatusItem)
 };
 
+QString noteOn(const QStringList &withoutAddress)
+{
+    if (withoutAddress.isEmpty())
+        return {};
+    const auto &name = withoutAddress.constFirst();
+    if (withoutAddress.size() == 1)
+        return Words::tr("Everyone's commits count in %1: git knows no address of yours there").arg(name);
+    return Words::tr("Everyone's commits count in %1 and %2 more: git knows no address of yours there")
+        .arg(name, QString::number(withoutAddress.size() - 1));
+}
+
 }  // namespace
 
 StatusItemAppearance syncingAppearance()
 {
-    return {QStringLiteral("arrow.triangle.2.circlepath"), true, Words::tr("Syncing"), {}};
+    return {QStringLiteral("arrow.triangle.2.circlepath"), true, Words::tr("Syncing"), {}, {}};
 }
 
 StatusItemAppearance waitingAppearance(const QString &path)
@@ -41,13 +52,13 @@ StatusItemAppearance waitingAppearance(const QString &path)
     return appearance;
 }
 
-StatusItemAppearance statusItemAppearance(qint64 streak, bool isRefreshing, bool hasCommittedToday)
+StatusItemAppearance statusItemAppearance(qint64 streak, bool isRefreshing, bool hasCommittedToday,
+                                          const QStringList &withoutAddress)
 {
     if (isRefreshing)
         return syncingAppearance();
-    if (hasCommittedToday)
-        return {QStringLiteral("flame.fill"), false, Words::tr("Velquarin"), titleFor(streak)};
-    return {QStringLiteral("flame"), true, Words::tr("Velquarin"), titleFor(streak)};
+    const auto symbol = hasCommittedToday ? QStringLiteral("flame.fill") : QStringLiteral("flame");
+    return {symbol, !hasCommittedToday, Words::tr("Velquarin"), titleFor(streak), noteOn(withoutAddress)};
 }
 
 StreakObserver::StreakObserver(const StreakManager &manager, Timers &timers, Deliver deliver)

@@ -7,6 +7,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -25,8 +26,10 @@ class StreakManager;
 
 //! What the status item shows for the state of the streak: the syncing symbol alone while a refresh runs; else a flame,
 //! filled and orange on a day with a commit, and the streak beside it where there is one.
+//! The note names @p withoutAddress, the repositories in which everyone's commits count for want of an address.
 //! Shape: the title is a space and the decimal number, or empty.
-[[nodiscard]] StatusItemAppearance statusItemAppearance(qint64 streak, bool isRefreshing, bool hasCommittedToday);
+[[nodiscard]] StatusItemAppearance statusItemAppearance(qint64 streak, bool isRefreshing, bool hasCommittedToday,
+                                                        const QStringList &withoutAddress = {});
 
 //! Delivers the state of the streak once it has been quiet for 200 ms, first after the observation began: a refresh that
 //! changes several values in a row is seen once, with the last ones.

@@ -18,6 +18,7 @@ struct StatusItemAppearance
     bool isTemplate = true;            //!< drawn in the panel's own colour; else in the orange of a day with a commit
     QString accessibilityDescription;  //!< what a screen reader says for the symbol
     QString title;                     //!< the text beside the symbol with its leading space, or empty
+    QString note = {};                 //!< what the tooltip says besides, or empty
     friend bool operator==(const StatusItemAppearance &, const StatusItemAppearance &) = default;
 };
 

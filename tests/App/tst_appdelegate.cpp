@@ -149,6 +149,7 @@ private Q_SLOTS:
     void init() { failOnAnyWarningOfOurs(); }
     void theItemShows_data();
     void theItemShows();
+    void theNoteNamesARepositoryWithoutAnAddress();
     void atLaunchTheItemShowsTheSyncingSymbolAlone();
     void theFirstRefreshStartsAtLaunch();
     void theItemFollowsTheStreakOnceItIsQuiet();
@@ -206,6 +207,19 @@ void TestAppDelegate::theItemShows()
     QFETCH(bool, hasCommittedToday);
     QFETCH(qint64, streak);
     QTEST(text(statusItemAppearance(streak, isRefreshing, hasCommittedToday)), "expected");
+}
+
+void TestAppDelegate::theNoteNamesARepositoryWithoutAnAddress()
+{
+    const auto note = [](bool isRefreshing, const QStringList &names) {
+        return statusItemAppearance(1, isRefreshing, true, names).note;
+    };
+    QCOMPARE(note(false, {}), QString());
+    QCOMPARE(note(true, {QStringLiteral("api")}), QString());
+    QCOMPARE(note(false, {QStringLiteral("api")}),
+             QStringLiteral("Everyone's commits count in api: git knows no address of yours there"));
+    QCOMPARE(note(false, {QStringLiteral("%2"), QStringLiteral("b"), QStringLiteral("c")}),
+             QStringLiteral("Everyone's commits count in %2 and 2 more: git knows no address of yours there"));
 }
 
 void TestAppDelegate::atLaunchTheItemShowsTheSyncingSymbolAlone()
@@ -279,7 +293,7 @@ void TestAppDelegate::aRepositoryThatGitHangsOnIsNamedAfterHalfAMinute()
     QSemaphore hang;
     const QScopeGuard letItEnd([&hang] { hang.release(); });
     const QStringList paths{QStringLiteral("/repos/quick"), QStringLiteral("/repos/one")};
-    const auto hanging = engine.git.askUntilGitStarts(paths, [&hang](GitQueries &, qsizetype number) {
+    const auto hanging = engine.git.askUntilGitStarts(paths, {}, [&hang](GitQueries &, qsizetype number) {
         if (number == 1)
             hang.acquire();
         return true;

@@ -3,6 +3,7 @@
 
 #include "Services/Streak/CommitWatch.h"
 
+#include "Models/AppSettings.h"
 #include "Platform/WhileAlive.h"
 #include "Services/Git/GitService.h"
 #include "Services/Streak/StreakManager.h"
@@ -21,8 +22,8 @@ constexpr auto latest = 2s;
 
 }  // namespace
 
-CommitWatch::CommitWatch(StreakManager &manager, GitService &gitService, RepositoryWatch &watch, Timers &timers,
-                         QObject *parent)
+CommitWatch::CommitWatch(StreakManager &manager, const AppSettings &settings, GitService &gitService,
+                         RepositoryWatch &watch, Timers &timers, QObject *parent)
     : QObject(parent)
     , m_manager(manager)
     , m_gitService(gitService)
@@ -31,6 +32,8 @@ CommitWatch::CommitWatch(StreakManager &manager, GitService &gitService, Reposit
 {
     connect(&manager, &StreakManager::repositoriesRead, this, &CommitWatch::follow);
     connect(&watch, &RepositoryWatch::changed, this, &CommitWatch::notice);
+    connect(&settings, &AppSettings::countedAuthorsWillChange, this, &CommitWatch::notice);
+    connect(&settings, &AppSettings::countedBranchesWillChange, this, &CommitWatch::notice);
     connect(&manager, &StreakManager::isRefreshingWillChange, this, &CommitWatch::refreshChanges);
     connect(&manager, &StreakManager::refreshDropped, this, [this] { m_isDue |= m_isOurs; });
 }

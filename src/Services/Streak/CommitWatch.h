@@ -11,10 +11,12 @@
 
 namespace velquarin {
 
+class AppSettings;
 class GitService;
 class StreakManager;
 
-//! Refreshes as soon as a commit is made: 100 ms after the last of what tells of it, 2 s after the first at the latest. What
+//! Refreshes as soon as a commit is made, or other commits count: 100 ms after the last of what tells of it, 2 s after the
+//! first at the latest. What
 //! is told during a refresh has another one follow, and so has whoever asks for one during a refresh of this: nobody knows
 //! of it, and what was just added would be read minutes later. Main thread only.
 class CommitWatch : public QObject
@@ -22,8 +24,8 @@ class CommitWatch : public QObject
     Q_OBJECT
 public:
     //! @p watch must outlive @p gitService, on whose thread it looks at the disk.
-    CommitWatch(StreakManager &manager, GitService &gitService, RepositoryWatch &watch, Timers &timers,
-                QObject *parent = nullptr);
+    CommitWatch(StreakManager &manager, const AppSettings &settings, GitService &gitService, RepositoryWatch &watch,
+                Timers &timers, QObject *parent = nullptr);
 
 private:
     QCoro::Task<> follow(QList<WatchPlace> places);

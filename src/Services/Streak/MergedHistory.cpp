@@ -78,6 +78,7 @@ RefreshFigures MergedHistory::figures() const
             .commitsThisWeek = totalOf(m_week),
             .year = m_year,
             .repositories = sortedByLastCommit(m_repositories),
+            .withoutAddress = m_withoutAddress,
             .lastSevenDays = lastSevenDays()};
 }
 

@@ -7,6 +7,8 @@
 #include "Services/Streak/StreakCalculation.h"
 
 #include <QList>
+#include <QString>
+#include <QStringList>
 
 namespace velquarin {
 
@@ -18,6 +20,7 @@ struct RefreshFigures
     qint64 commitsThisWeek = 0;
     DayCounts year;
     QList<RepositoryStats> repositories;  //!< newest last commit first, those without one last; equals keep their order
+    QStringList withoutAddress;           //!< repositories in which git knows no address of the user, by name
     QList<CommitDay> lastSevenDays;       //!< today last; a day that the zone does not have is left out
 };
 
@@ -38,6 +41,9 @@ public:
     //! Adds the record of a repository that was read to its end; its counts are those of @p week.
     void addRepository(RepositoryStats stats, const DayCounts &week);
 
+    //! Adds the name of a repository in which git knows no address of the user.
+    void addWithoutAddress(const QString &name) { m_withoutAddress << name; }
+
     //! The week's figures and the streaks come from two separate readings of git, and are not reconciled: near midnight and
     //! across time zones each shows what its own question was answered.
     [[nodiscard]] RefreshFigures figures() const;
@@ -53,6 +59,7 @@ private:
     DayCounts m_week;
     DayCounts m_year;
     QList<RepositoryStats> m_repositories;
+    QStringList m_withoutAddress;
 };
 
 }  // namespace velquarin

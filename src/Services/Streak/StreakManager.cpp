@@ -41,6 +41,8 @@ void readRepository(GitQueries &git, const TrackedRepository &repository, Instan
     stats.path = repository.path;
     stats.name = repository.name;
     stats.lastCommitDate = git.getLastCommitDate(repository.path);
+    if (git.countsEveryoneForWantOfAddresses(repository.path))
+        history.addWithoutAddress(stats.displayName());
     history.addRepository(std::move(stats), week);
 }
 
@@ -62,6 +64,14 @@ QStringList pathsOf(const QList<TrackedRepository> &repositories)
 }
 
 }  // namespace
+
+//! What all repositories of a refresh are asked.
+struct StreakManager::Question
+{
+    Instant since;
+    CountedCommits counted;
+    std::shared_ptr<MergedHistory> history;  //!< that takes the answers
+};
 
 //! What comes back from git's thread of one repository.
 struct StreakManager::Reading
@@ -144,6 +154,7 @@ void StreakManager::publishNothing()
     assign(m_commitHistory, {}, &StreakManager::commitHistoryWillChange);
     assign(m_yearHistory, {}, &StreakManager::yearHistoryWillChange);
     assign(m_repositoryStats, {}, &StreakManager::repositoryStatsWillChange);
+    assign(m_repositoriesWithoutAddress, {}, &StreakManager::repositoriesWithoutAddressWillChange);
 }
 
 void StreakManager::endRefresh()
@@ -160,11 +171,13 @@ QCoro::Task<> StreakManager::readRepositories(QList<TrackedRepository> repositor
     if (!start)
         co_return;
 
-    const auto history = std::make_shared<MergedHistory>(calendar, today);
+    const Question question{*start,
+                            {m_settings.countedAuthors(), m_settings.countedBranches()},
+                            std::make_shared<MergedHistory>(calendar, today)};
     std::optional<RefreshFigures> figures;
     QList<WatchPlace> places;
     for (qsizetype read = 0; read < repositories.size();) {
-        const auto asked = ask(repositories, read, *start, history);
+        const auto asked = ask(repositories, read, question);
         const auto readings = co_await whileAlive(this, asked);
         for (const auto &reading : readings) {
             if (!reading.error.isEmpty())
@@ -183,20 +196,21 @@ QCoro::Task<> StreakManager::readRepositories(QList<TrackedRepository> repositor
 // To count what git told can take longer than a window may stand still: the days of a stranger's history are as many and
 // as odd as the stranger likes. The last repository's job counts at once, so that no search comes in between.
 QFuture<QList<StreakManager::Reading>> StreakManager::ask(const QList<TrackedRepository> &repositories, qsizetype first,
-                                                          Instant start, const std::shared_ptr<MergedHistory> &history)
+                                                          const Question &question)
 {
     const auto some = repositories.mid(first, mostAtOnce);
     const bool areLast = first + some.size() == repositories.size();
     const auto &clock = m_clock;
-    return m_gitService.askUntilGitStarts(pathsOf(some), [=, &clock](GitQueries &git, qsizetype number) {
-        Reading reading;
-        reading.error = errorOf(some[number].path, [&] {
-            readRepository(git, some[number], start, clock.now(), *history, reading.places);
+    return m_gitService.askUntilGitStarts(
+        pathsOf(some), question.counted, [=, &clock](GitQueries &git, qsizetype number) {
+            Reading reading;
+            reading.error = errorOf(some[number].path, [&] {
+                readRepository(git, some[number], question.since, clock.now(), *question.history, reading.places);
+            });
+            if (areLast && number + 1 == some.size())
+                reading.figures = question.history->figures();
+            return reading;
         });
-        if (areLast && number + 1 == some.size())
-            reading.figures = history->figures();
-        return reading;
-    });
 }
 
 void StreakManager::publish(const RefreshFigures &figures)
@@ -208,6 +222,7 @@ void StreakManager::publish(const RefreshFigures &figures)
     assign(m_yearHistory, figures.year, &StreakManager::yearHistoryWillChange);
     assign(m_repositoryStats, figures.repositories, &StreakManager::repositoryStatsWillChange);
     assign(m_commitHistory, figures.lastSevenDays, &StreakManager::commitHistoryWillChange);
+    assign(m_repositoriesWithoutAddress, figures.withoutAddress, &StreakManager::repositoriesWithoutAddressWillChange);
 }
 
 bool StreakManager::shouldRunAutoDiscovery() const

@@ -45,6 +45,8 @@ class StreakManager : public QObject
     Q_PROPERTY(QList<velquarin::CommitDay> commitHistory READ commitHistory NOTIFY commitHistoryWillChange)
     Q_PROPERTY(velquarin::DayCounts yearHistory READ yearHistory NOTIFY yearHistoryWillChange)
     Q_PROPERTY(QList<velquarin::RepositoryStats> repositoryStats READ repositoryStats NOTIFY repositoryStatsWillChange)
+    Q_PROPERTY(QStringList repositoriesWithoutAddress READ repositoriesWithoutAddress NOTIFY
+                   repositoriesWithoutAddressWillChange)
     Q_PROPERTY(bool isRefreshing READ isRefreshing NOTIFY isRefreshingWillChange)
     Q_PROPERTY(std::optional<velquarin::Instant> lastRefresh READ lastRefresh NOTIFY lastRefreshWillChange)
     Q_PROPERTY(std::optional<QString> error READ error NOTIFY errorWillChange)
@@ -71,6 +73,8 @@ public:
     [[nodiscard]] const DayCounts &yearHistory() const { return m_yearHistory; }
     //! One record for each enabled repository that could be read, newest activity first.
     [[nodiscard]] const QList<RepositoryStats> &repositoryStats() const { return m_repositoryStats; }
+    //! The names of those in which everyone's commits count although the user's should, since git knows no address there.
+    [[nodiscard]] const QStringList &repositoriesWithoutAddress() const { return m_repositoriesWithoutAddress; }
     [[nodiscard]] bool isRefreshing() const { return m_isRefreshing; }
     //! When the last refresh ended.
     [[nodiscard]] std::optional<Instant> lastRefresh() const { return m_lastRefresh; }
@@ -104,6 +108,7 @@ Q_SIGNALS:
     void commitHistoryWillChange(const QList<velquarin::CommitDay> &newValue);
     void yearHistoryWillChange(const velquarin::DayCounts &newValue);
     void repositoryStatsWillChange(const QList<velquarin::RepositoryStats> &newValue);
+    void repositoriesWithoutAddressWillChange(const QStringList &newValue);
     void isRefreshingWillChange(bool newValue);
     void lastRefreshWillChange(std::optional<velquarin::Instant> newValue);
     void errorWillChange(const std::optional<QString> &newValue);
@@ -112,11 +117,12 @@ Q_SIGNALS:
     void showYearViewWillChange(bool newValue);
 
 private:
+    struct Question;
     struct Reading;
 
     QCoro::Task<> readRepositories(QList<TrackedRepository> repositories);
     [[nodiscard]] QFuture<QList<Reading>> ask(const QList<TrackedRepository> &repositories, qsizetype first,
-                                              Instant start, const std::shared_ptr<MergedHistory> &history);
+                                              const Question &question);
     QCoro::Task<> scanFolders(QList<WatchedFolder> folders, QSet<QString> *found, QStringList *added);
     [[nodiscard]] QList<TrackedRepository> enabledRepositories() const;
     [[nodiscard]] bool shouldRunAutoDiscovery() const;
@@ -143,6 +149,7 @@ private:
     QList<CommitDay> m_commitHistory;
     DayCounts m_yearHistory;
     QList<RepositoryStats> m_repositoryStats;
+    QStringList m_repositoriesWithoutAddress;
     bool m_isRefreshing = false;
     std::optional<Instant> m_lastRefresh;
     std::optional<QString> m_error;

@@ -26,11 +26,11 @@ namespace velquarin {
 
 namespace {
 
-constexpr double rowHeight = 30;
+constexpr double rowHeight = 28;
 constexpr double rowPadding = 10;
 constexpr double gapBelowTitle = 4;
 
-constexpr double gapBetweenSections = 9;
+constexpr double gapBetweenSections = 8;
 
 struct RefreshPeriod
 {
@@ -45,6 +45,27 @@ constexpr std::array<RefreshPeriod, 5> refreshPeriods{{
     {QT_TRANSLATE_NOOP("velquarin::GeneralTab", "Every 30 minutes"), 1800},
     {QT_TRANSLATE_NOOP("velquarin::GeneralTab", "Every hour"), 3600},
 }};
+
+struct Counted
+{
+    const char *label;
+    CountedCommits commits;
+};
+
+constexpr std::array<Counted, 4> countedChoices{{
+    {QT_TRANSLATE_NOOP("velquarin::GeneralTab", "By everyone, default branch"),
+     {CountedAuthors::Everyone, CountedBranches::Default}},
+    {QT_TRANSLATE_NOOP("velquarin::GeneralTab", "By me, default branch"),
+     {CountedAuthors::Me, CountedBranches::Default}},
+    {QT_TRANSLATE_NOOP("velquarin::GeneralTab", "By everyone, all branches"),
+     {CountedAuthors::Everyone, CountedBranches::All}},
+    {QT_TRANSLATE_NOOP("velquarin::GeneralTab", "By me, all branches"), {CountedAuthors::Me, CountedBranches::All}},
+}};
+
+int indexOfCounted(const CountedCommits &commits)
+{
+    return int(std::ranges::find(countedChoices, commits, &Counted::commits) - countedChoices.begin());
+}
 
 // -1 for a period that is not offered, which then stands as it is.
 int indexOfPeriod(double seconds)
@@ -65,31 +86,35 @@ FormSection *addSection(QWidget &form, const QString &title)
 FormSection::FormSection(const QString &title, QWidget *parent)
     : QWidget(parent)
     , m_title(makeText(textLook(style::TypeStyle::Subheadline, style::Ink::Secondary, QFont::DemiBold), title, this))
-    , m_group(new TintedGround(this))
 {
+    auto *const group = new TintedGround(this);
+    m_rows = new QVBoxLayout(group);
+    m_rows->setContentsMargins({});
+    m_rows->setSpacing(0);
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->setSpacing(style::points(gapBelowTitle));
     column->addWidget(m_title);
-    column->addWidget(m_group);
+    column->addWidget(group);
 }
 
 QBoxLayout *FormSection::makeRow(int outset)
 {
     const auto padding = style::points(rowPadding) - outset;
-    auto *const row = new QHBoxLayout(m_group);
+    auto *const row = new QHBoxLayout;
+    m_rows->addLayout(row);
     row->setContentsMargins(padding, 0, padding, 0);
     row->setSpacing(style::points(style::defaultSpacing));
     row->addStrut(style::points(rowHeight));
     return row;
 }
 
-void FormSection::setRow(Switch *control)
+void FormSection::addRow(Switch *control)
 {
     makeRow(Switch::outset())->addWidget(control);
 }
 
-void FormSection::setRow(QWidget *leading, QWidget *trailing)
+void FormSection::addRow(QWidget *leading, QWidget *trailing)
 {
     auto *const row = makeRow();
     row->addWidget(leading);
@@ -126,7 +151,7 @@ void GeneralTab::buildForm()
     column->setContentsMargins(padding, padding, padding, padding);
     column->setSpacing(style::points(gapBetweenSections));
     addSwitches(*form);
-    addRefreshPeriod(*form);
+    addRefresh(*form);
     addAbout(*form);
     column->addStretch();
     setWidget(form);
@@ -153,7 +178,7 @@ Switch *GeneralTab::addSwitch(QWidget &form, const QString &title, const QString
 {
     auto *const section = addSection(form, title);
     auto *const control = new Switch(label, Switch::Size::Regular, section);
-    section->setRow(control);
+    section->addRow(control);
     m_switches.append({control, flag.get});
     connect(control, &Switch::toggled, this, [flag](bool isOn) {
         if (isOn != flag.get())
@@ -162,24 +187,34 @@ Switch *GeneralTab::addSwitch(QWidget &form, const QString &title, const QString
     return control;
 }
 
-void GeneralTab::addRefreshPeriod(QWidget &form)
+void GeneralTab::addRefresh(QWidget &form)
 {
     auto *const section = addSection(form, tr("Refresh"));
-    auto *const label = new QLabel(tr("&Check for new commits"), section);
-    label->setFont(style::font(style::TypeStyle::Body));
-    m_period = new Picker(section);
-    m_period->setObjectName(QStringLiteral("refreshPeriod"));
+    m_period = addPicker(*section, QStringLiteral("refreshPeriod"), tr("&Check for new commits"));
     for (const auto &period : refreshPeriods)
-        m_period->addItem(tr(period.label), period.seconds);
+        m_period->addItem(tr(period.label));
     connect(m_period, &Picker::currentIndexChanged, this, &GeneralTab::choosePeriod);
-    label->setBuddy(m_period);
-    section->setRow(label, m_period);
+    m_counted = addPicker(*section, QStringLiteral("countedCommits"), tr("C&ount commits"));
+    for (const auto &choice : countedChoices)
+        m_counted->addItem(tr(choice.label));
+    connect(m_counted, &Picker::currentIndexChanged, this, &GeneralTab::chooseCounted);
+}
+
+Picker *GeneralTab::addPicker(FormSection &section, const QString &name, const QString &label)
+{
+    auto *const text = new QLabel(label, &section);
+    text->setFont(style::font(style::TypeStyle::Body));
+    auto *const picker = new Picker(&section);
+    picker->setObjectName(name);
+    text->setBuddy(picker);
+    section.addRow(text, picker);
+    return picker;
 }
 
 void GeneralTab::addAbout(QWidget &form)
 {
     auto *const section = addSection(form, tr("About"));
-    section->setRow(
+    section->addRow(
         makeText(textLook(style::TypeStyle::Body, style::Ink::Primary), tr("Version"), section),
         makeText(textLook(style::TypeStyle::Body, style::Ink::Secondary), QStringLiteral("1.0.0"), section));
 }
@@ -190,6 +225,8 @@ void GeneralTab::observe()
     follow(m_settings, &AppSettings::showStreakInMenuBarWillChange);
     follow(m_settings, &AppSettings::notifyOnStreakRiskWillChange);
     follow(m_settings, &AppSettings::refreshIntervalWillChange);
+    follow(m_settings, &AppSettings::countedAuthorsWillChange);
+    follow(m_settings, &AppSettings::countedBranchesWillChange);
     follow(m_launchAtLogin, &LaunchAtLogin::isEnabledWillChange);
 }
 
@@ -198,6 +235,7 @@ void GeneralTab::render()
     for (const auto &[control, isOn] : std::as_const(m_switches))
         control->setChecked(isOn());
     m_period->setCurrentIndex(indexOfPeriod(m_settings.refreshInterval()));
+    m_counted->setCurrentIndex(indexOfCounted({m_settings.countedAuthors(), m_settings.countedBranches()}));
 }
 
 void GeneralTab::choosePeriod(int index)
@@ -206,6 +244,16 @@ void GeneralTab::choosePeriod(int index)
         return;
     m_settings.setRefreshInterval(refreshPeriods.at(std::size_t(index)).seconds);
     m_streakManager.setupRefreshTimer();
+}
+
+// Whoever watches the settings has them read anew.
+void GeneralTab::chooseCounted(int index)
+{
+    const auto &commits = countedChoices.at(std::size_t(index)).commits;
+    if (commits == CountedCommits{m_settings.countedAuthors(), m_settings.countedBranches()})
+        return;
+    m_settings.setCountedAuthors(commits.authors);
+    m_settings.setCountedBranches(commits.branches);
 }
 
 }  // namespace velquarin

@@ -22,23 +22,23 @@ class StreakManager;
 class Switch;
 class Text;
 
-//! A setting below a title, on a quietly tinted ground. Its row is set once.
+//! Settings below a title, a row each, on a quietly tinted ground.
 class FormSection : public QWidget
 {
     Q_OBJECT
 public:
     explicit FormSection(const QString &title, QWidget *parent = nullptr);
 
-    void setRow(Switch *control);
+    void addRow(Switch *control);
 
     //! A row with something at either edge.
-    void setRow(QWidget *leading, QWidget *trailing);
+    void addRow(QWidget *leading, QWidget *trailing);
 
 private:
     QBoxLayout *makeRow(int outset = 0);
 
     Text *m_title;
-    QWidget *m_group;
+    QBoxLayout *m_rows;
 };
 
 //! The options that are not about repositories. Each control writes its value when it is moved, and follows the value
@@ -61,11 +61,13 @@ private:
     void buildForm();
     void addSwitches(QWidget &form);
     Switch *addSwitch(QWidget &form, const QString &title, const QString &label, const Flag &flag);
-    void addRefreshPeriod(QWidget &form);
+    void addRefresh(QWidget &form);
+    Picker *addPicker(FormSection &section, const QString &name, const QString &label);
     void addAbout(QWidget &form);
     void observe();
     void render();
     void choosePeriod(int index);
+    void chooseCounted(int index);
 
     AppSettings &m_settings;
     StreakManager &m_streakManager;
@@ -73,6 +75,7 @@ private:
     Rendering m_rendering;
     QList<std::pair<Switch *, std::function<bool()>>> m_switches;
     Picker *m_period = nullptr;
+    Picker *m_counted = nullptr;
 };
 
 }  // namespace velquarin

@@ -49,7 +49,7 @@ struct World
 
     RecordingRepositoryWatch watch;
     Engine engine;
-    CommitWatch commits{engine.manager, engine.git, watch, engine.timers};
+    CommitWatch commits{engine.manager, engine.settings, engine.git, watch, engine.timers};
 };
 
 }  // namespace
@@ -64,6 +64,8 @@ private Q_SLOTS:
     void aChangeDuringARefreshHasAnotherFollow();
     void whoeverAsksDuringARefreshOfTheWatchIsHeard();
     void whoeverAsksDuringAnotherRefreshIsNot();
+    void anotherChoiceOfCommitsIsReadAtOnceAndOnce();
+    void anotherChoiceDuringARefreshIsReadAfterIt();
     void whatIsWatchedFollowsTheRepositories();
     void newPlacesAreReadOnceMore();
 };
@@ -130,6 +132,30 @@ void TestCommitWatch::whoeverAsksDuringAnotherRefreshIsNot()
     world.engine.manager.refresh();
     world.awaitEnd();
     QVERIFY(world.waiting().isEmpty());
+}
+
+void TestCommitWatch::anotherChoiceOfCommitsIsReadAtOnceAndOnce()
+{
+    World world;
+    world.engine.settings.setCountedAuthors(CountedAuthors::Me);
+    world.engine.settings.setCountedBranches(CountedBranches::All);
+    QCOMPARE(world.waiting().size(), 2);
+    world.fire(0.1);
+    QVERIFY(world.engine.manager.isRefreshing());
+    world.awaitEnd();
+    QVERIFY(world.waiting().isEmpty());
+    world.engine.settings.setCountedBranches(CountedBranches::Default);
+    QCOMPARE(world.waiting(), QList<double>({0.1, 2.0}));
+}
+
+void TestCommitWatch::anotherChoiceDuringARefreshIsReadAfterIt()
+{
+    World world;
+    world.engine.manager.refresh();
+    world.engine.settings.setCountedAuthors(CountedAuthors::Me);
+    world.fire(0.1);
+    world.awaitEnd();
+    QCOMPARE(world.waiting(), QList<double>({0.1, 2.0}));
 }
 
 void TestCommitWatch::whatIsWatchedFollowsTheRepositories()

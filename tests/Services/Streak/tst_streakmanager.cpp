@@ -107,6 +107,7 @@ private Q_SLOTS:
     void withoutEnabledRepositoriesNoReminderIsLookedAt();
     void commitsOfTodayAndYesterdayAreAStreakOfTwo();
     void aDaySharedByTwoRepositoriesCountsOnceAndItsCommitsAddUp();
+    void repositoriesWithoutAnAddressAreNamed();
     void theNewestActivityComesFirst();
     void repositoriesWithTheSameDateKeepTheirOrder();
     void oldCommitsOutsideTheReadingDoNotCount();
@@ -233,6 +234,25 @@ void TestStreakManager::aDaySharedByTwoRepositoriesCountsOnceAndItsCommitsAddUp(
     QCOMPARE(figures(engine.manager), QStringLiteral("2 current, 2 longest, 3 this week, today"));
     QCOMPARE(engine.manager.yearHistory(),
              (DayCounts{{instant("2026-11-19T00:00:00Z"), 1}, {instant("2026-11-20T00:00:00Z"), 3}}));
+}
+
+void TestStreakManager::repositoriesWithoutAnAddressAreNamed()
+{
+    Engine engine;
+    const auto question = QStringLiteral("config -z --get-regexp ^(user|author|velquarin)\\.email$");
+    engine.track(first, "2026-11-20\n", "2026-11-20\n", "2026-11-20T09:00:00Z\n");
+    engine.track(second, {}, {}, {});
+    engine.runner.answer(question, {});
+    engine.refresh();
+    QVERIFY(engine.manager.repositoriesWithoutAddress().isEmpty());
+    engine.settings.setCountedAuthors(CountedAuthors::Me);
+    engine.refresh();
+    const auto names = engine.manager.repositoriesWithoutAddress();
+    QCOMPARE(names, (QStringList{QFileInfo(first).fileName(), QFileInfo(second).fileName()}));
+    QCOMPARE(engine.manager.totalCommitsThisWeek(), 1);
+    disableAll(engine);
+    engine.refresh();
+    QVERIFY(engine.manager.repositoriesWithoutAddress().isEmpty());
 }
 
 void TestStreakManager::theNewestActivityComesFirst()

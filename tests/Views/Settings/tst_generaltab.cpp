@@ -30,6 +30,7 @@ const auto startAtLogin = QStringLiteral("Launch at login");
 const auto showCount = QStringLiteral("Show streak count in menu bar");
 const auto remind = QStringLiteral("Remind me if streak is at risk");
 const auto period = QStringLiteral("Check for new commits");
+const auto counted = QStringLiteral("Count commits");
 
 Picker *picker(const SettingsWindow &window)
 {
@@ -37,6 +38,11 @@ Picker *picker(const SettingsWindow &window)
 }
 
 // The period of the one timer that repeats.
+Picker *countedPicker(const SettingsWindow &window)
+{
+    return window.view->findChild<Picker *>(QStringLiteral("countedCommits"));
+}
+
 double refreshPeriod(const Engine &engine)
 {
     const auto &live = engine.timers.live();
@@ -62,6 +68,11 @@ private Q_SLOTS:
     void anotherPeriodStartsNoRefresh();
     void aForeignPeriodIsKeptAndNoneIsChosen();
     void theWheelChangesNoPeriod();
+    void fourKindsOfCommitsAreOffered();
+    void whatCountsIsStored_data();
+    void whatCountsIsStored();
+    void theChoiceOfCommitsFollowsItsValues();
+    void choosingWhatIsChosenStoresNothing();
     void aLoginItemThatCannotBeRegisteredMovesTheSwitchBack();
     void theLoginItemIsReadAndNotWrittenAtFirst();
     void theVersionIsDimmed();
@@ -89,10 +100,11 @@ void TestGeneralTab::fiveSectionsStandInTheirOrder()
     window.open(SettingsWindow::General);
     const auto *const tab = window.view->findChild<QScrollArea *>(QStringLiteral("generalTab"));
     const auto names = namesOf(*tab->widget(), {QAccessible::StaticText, QAccessible::CheckBox, QAccessible::ComboBox});
-    QCOMPARE(names, (QStringList{QStringLiteral("Startup"), startAtLogin, QStringLiteral("Display"), showCount,
-                                 QStringLiteral("Notifications"), remind, QStringLiteral("Refresh"), period,
-                                 QStringLiteral("Every 5 minutes"), QStringLiteral("About"), QStringLiteral("Version"),
-                                 QStringLiteral("1.0.0")}));
+    QCOMPARE(names,
+             (QStringList{QStringLiteral("Startup"), startAtLogin, QStringLiteral("Display"), showCount,
+                          QStringLiteral("Notifications"), remind, QStringLiteral("Refresh"), period,
+                          QStringLiteral("Every 5 minutes"), counted, QStringLiteral("By everyone, default branch"),
+                          QStringLiteral("About"), QStringLiteral("Version"), QStringLiteral("1.0.0")}));
 }
 
 void TestGeneralTab::everySwitchWritesItsValueAtOnce()
@@ -211,6 +223,61 @@ void TestGeneralTab::theWheelChangesNoPeriod()
     QCOMPARE(window.engine.settings.refreshInterval(), 300.0);
 }
 
+void TestGeneralTab::fourKindsOfCommitsAreOffered()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    const auto *const picker = countedPicker(window);
+    QStringList texts;
+    for (int index = 0; index < picker->count(); ++index)
+        texts << picker->itemText(index);
+    QCOMPARE(texts, (QStringList{QStringLiteral("By everyone, default branch"), QStringLiteral("By me, default branch"),
+                                 QStringLiteral("By everyone, all branches"), QStringLiteral("By me, all branches")}));
+    QCOMPARE(picker->currentIndex(), 0);
+}
+
+void TestGeneralTab::whatCountsIsStored_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("authors");
+    QTest::addColumn<QString>("branches");
+    QTest::newRow("mine") << 1 << QStringLiteral("me") << QStringLiteral("default");
+    QTest::newRow("all branches") << 2 << QStringLiteral("everyone") << QStringLiteral("all");
+    QTest::newRow("mine, all branches") << 3 << QStringLiteral("me") << QStringLiteral("all");
+}
+
+void TestGeneralTab::whatCountsIsStored()
+{
+    QFETCH(const int, index);
+    QFETCH(const QString, authors);
+    QFETCH(const QString, branches);
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    countedPicker(window)->setCurrentIndex(index);
+    QCOMPARE(window.engine.preferences.value(QStringLiteral("countedAuthors")), PreferenceValue(authors));
+    QCOMPARE(window.engine.preferences.value(QStringLiteral("countedBranches")), PreferenceValue(branches));
+}
+
+void TestGeneralTab::theChoiceOfCommitsFollowsItsValues()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    window.engine.settings.setCountedBranches(CountedBranches::All);
+    QTRY_COMPARE(countedPicker(window)->currentIndex(), 2);
+    window.engine.settings.setCountedAuthors(CountedAuthors::Me);
+    QTRY_COMPARE(countedPicker(window)->currentIndex(), 3);
+    QCOMPARE(window.engine.settings.countedBranches(), CountedBranches::All);
+}
+
+void TestGeneralTab::choosingWhatIsChosenStoresNothing()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    window.engine.preferences.operations.clear();
+    Q_EMIT countedPicker(window)->currentIndexChanged(0);
+    QCOMPARE(window.engine.preferences.operations, QStringList());
+}
+
 void TestGeneralTab::aLoginItemThatCannotBeRegisteredMovesTheSwitchBack()
 {
     SettingsWindow window;
@@ -289,9 +356,9 @@ void TestGeneralTab::theSectionsKeepTheirDistances()
         const auto *const section = sections.at(index);
         const auto title = section->findChild<Text *>(QString(), Qt::FindDirectChildrenOnly)->geometry();
         const auto group = section->findChild<TintedGround *>()->geometry();
-        QVERIFY(index == 0 || section->y() - sections.at(index - 1)->geometry().bottom() - 1 == 9);
+        QVERIFY(index == 0 || section->y() - sections.at(index - 1)->geometry().bottom() - 1 == 8);
         QCOMPARE(group.top() - title.bottom() - 1, 4);
-        QCOMPARE(group.height(), 30);
+        QCOMPARE(group.height(), index == 3 ? 2 * 28 : 28);
     }
     const auto version = window.placeOf(window.control<Text>(QStringLiteral("Version")));
     QCOMPARE(version.left() - window.placeOf(sections.last()).left(), 10);
@@ -314,11 +381,13 @@ void TestGeneralTab::whatStandsInASectionFillsItsRow()
         QCOMPARE(place.height(), control->sizeHint().height());
         QCOMPARE(place.top() - group.top(), (group.height() - place.height()) / 2);
     }
-    const auto label = window.placeOf(window.control<QLabel>(period));
-    const auto choice = window.placeOf(picker(window));
-    QCOMPARE(label.left(), 16 + 10);
-    QCOMPARE(choice.right(), width - 1 - 16 - 10);
-    QVERIFY(qAbs(label.center().y() - choice.center().y()) <= 1);
+    for (const auto &[name, chosen] : {std::pair{period, picker(window)}, std::pair{counted, countedPicker(window)}}) {
+        const auto label = window.placeOf(window.control<QLabel>(name));
+        const auto choice = window.placeOf(chosen);
+        QCOMPARE(label.left(), 16 + 10);
+        QCOMPARE(choice.right(), width - 1 - 16 - 10);
+        QVERIFY(qAbs(label.center().y() - choice.center().y()) <= 1);
+    }
 }
 
 void TestGeneralTab::aSwitchHasItsKnobWhereItsValueIs()

@@ -417,10 +417,10 @@ void TestSettingsView::tabStopsFollowTheEye_data()
         << QStringList{QStringLiteral("Auto-discover repos"), QStringLiteral("src"),     QStringLiteral("5"), remove,
                        QStringLiteral("Add Folder"),          QStringLiteral("Scan Now")};
     QTest::newRow("general") << int(SettingsWindow::General)
-                             << QStringList{QStringLiteral("Launch at login"),
-                                            QStringLiteral("Show streak count in menu bar"),
-                                            QStringLiteral("Remind me if streak is at risk"),
-                                            QStringLiteral("Every 5 minutes")};
+                             << QStringList{
+                                    QStringLiteral("Launch at login"), QStringLiteral("Show streak count in menu bar"),
+                                    QStringLiteral("Remind me if streak is at risk"), QStringLiteral("Every 5 minutes"),
+                                    QStringLiteral("By everyone, default branch")};
 }
 
 void TestSettingsView::tabStopsFollowTheEye()

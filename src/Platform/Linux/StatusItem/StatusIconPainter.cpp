@@ -124,7 +124,7 @@ StatusWords statusWords(const StatusItemAppearance &appearance)
                                     : words(QT_TRANSLATE_NOOP("StatusItem", "%1-day streak")).arg(count);
     auto detail = appearance.isTemplate ? words(QT_TRANSLATE_NOOP("StatusItem", "No commit today yet"))
                                         : words(QT_TRANSLATE_NOOP("StatusItem", "Committed today"));
-    return {std::move(headline), std::move(detail)};
+    return {std::move(headline), appearance.note.isEmpty() ? detail : detail + u'\n' + appearance.note};
 }
 
 QString numberInPicture(const QString &title)
