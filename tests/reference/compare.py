@@ -27,8 +27,8 @@ def differences(ours, theirs):
             yield f"  {name}: the engine says {ours[name]},\n    the reference {expected}"
 
 
-def without_newest(repository):
-    return reference.history(repository)[1:]
+def without_newest(repository, counted):
+    return reference.history(repository, counted)[1:]
 
 
 class Engine:
@@ -54,13 +54,14 @@ def compare(engine, writer, number, read):
     git_time = extent.git_time()
     history = writer.write(number, git_time)
     engine.ask(history.task(git_time))
-    theirs = reference.figures(history.repositories, reference.place_named(history.zone), history.now, git_time, read)
+    theirs = reference.figures(history.repositories, reference.place_named(history.zone), history.now, git_time,
+                               history.counted, read)
     return history, theirs, list(differences(engine.answer(), theirs))
 
 
 def report(history, lines):
     print(f"history {history.number}: {history.zone} at {history.now}, {history.commits} commits in "
-          f"{len(history.repositories)} repositories\n" + "\n".join(lines))
+          f"{len(history.repositories)} repositories, {history.counted}\n" + "\n".join(lines))
 
 
 def quickest_folder():

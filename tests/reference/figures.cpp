@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 // Refreshes the real engine over real repositories. Each line of standard input is a task,
-//     {"zone": "Europe/Berlin", "now": <ms>, "gitTime": <s>, "repositories": ["/path", ...]}
+//     {"zone": "Europe/Berlin", "now": <ms>, "gitTime": <s>, "repositories": ["/path", ...], "mine": <bool>, "all": <bool>}
 // and is answered with a line of all the figures that the refresh published. Moments and days are milliseconds. "gitTime"
-// is what git takes for the present: it reads the bounds of a period as of that time of day.
+// is what git takes for the present: it reads the bounds of a period as of that time of day. "mine" says whether only the
+// user's commits count, "all" whether those on all branches do.
 
 #include "Models/AppSettings.h"
 #include "Platform/Linux/Files/PosixFileTree.h"
@@ -112,6 +113,7 @@ QJsonObject figuresOf(const StreakManager &manager)
         {QStringLiteral("commitHistory"), week(manager.commitHistory())},
         {QStringLiteral("yearHistory"), year(manager.yearHistory())},
         {QStringLiteral("repositoryStats"), repositories(manager.repositoryStats())},
+        {QStringLiteral("withoutAddress"), QJsonArray::fromStringList(manager.repositoriesWithoutAddress())},
     };
 }
 
@@ -124,6 +126,10 @@ QJsonObject answer(const QJsonObject &task)
     const auto paths = task.value(QStringLiteral("repositories")).toArray();
     for (const auto &path : paths)
         world.settings.addRepository(path.toString(), false);
+    const bool isMine = task.value(QStringLiteral("mine")).toBool();
+    const bool isAll = task.value(QStringLiteral("all")).toBool();
+    world.settings.setCountedAuthors(isMine ? CountedAuthors::Me : CountedAuthors::Everyone);
+    world.settings.setCountedBranches(isAll ? CountedBranches::All : CountedBranches::Default);
     await(world.manager.refresh());
     return figuresOf(world.manager);
 }

@@ -48,7 +48,17 @@ KINDS = {
     "an offset of less than an hour", "no offset, said with a minus", "an offset of more than half a day",
     "committed tomorrow", "committed two years ago", "nothing committed today", "a first second of a day",
     "a last second of a day",
+    "everyone's commits on the default branch", "the user's commits on the default branch",
+    "everyone's commits on all branches", "the user's commits on all branches",
+    "several authors", "an author's address in other letters", "an author in another encoding", "an author who is no text",
+    "a co-author", "a commit that was picked", "a branch beside", "a detached head",
+    "no address", "one address", "several addresses",
 }
+
+# Authors as they stand in a commit, with their encoding where that is not UTF-8.
+ME, LOUD_ME, ME_IN_CAPITALS, ME_AT_WORK = "Me <me@home.org>", "Me <ME@Home.ORG>", "M. <jos\u00c9@work>", "Me <jos\u00e9@work>"
+OTHERS = ["You <you@home.org>", "me@home.org <some.me@home.org>", "Me <me@home.org.net>", "A <a@example.org>"]
+ADDRESSES = ["me@home.org", "Me@HOME.org", "jos\u00e9@work", "JOS\u00c9@work", "nobody@home.org", "<me@home.org>", ""]
 
 
 @dataclass
@@ -59,10 +69,11 @@ class History:
     repositories: list
     commits: int
     kinds: set
+    counted: reference.Counted
 
     def task(self, git_time):
         return {"zone": self.zone, "now": reference.milliseconds(self.now), "repositories": self.repositories,
-                "gitTime": reference.milliseconds(git_time) // 1000}
+                "gitTime": reference.milliseconds(git_time) // 1000, "mine": self.counted.mine, "all": self.counted.all}
 
 
 def near(bounds, moment):
@@ -96,7 +107,8 @@ class Writer:
         place = reference.place_named(zone)
         now = moment_here(dice, place, anchor + timedelta(days=dice.randint(-2, 8)))
         forbidden = unsteady(place, now, wall_clock)
-        history = History(number, zone, now, [], 0, kinds_of_moment(place, now))
+        counted = reference.Counted(dice.random() < 0.5, dice.random() < 0.5)
+        history = History(number, zone, now, [], 0, kinds_of_moment(place, now) | {kind_of_choice(counted)}, counted)
         for index in range(dice.randint(1, 4)):
             path = self.root / f"{number}-{index}"
             commits = [] if dice.random() < 0.05 else commit_dates(dice, place, now, forbidden)
@@ -117,6 +129,7 @@ class Writer:
         shutil.copytree(self.template, path)
         branch = dice.choice(["main"] * 6 + ["master", "trunk", "develop"])
         (path / ".git" / "HEAD").write_text(f"ref: refs/heads/{branch}\n")
+        configured = configure(dice, path)
         text = stream(dice, branch, commits)
         if commits:
             # One file for all objects: to make and remove a folder for each takes longer than to compare.
@@ -125,8 +138,10 @@ class Writer:
             remote = path / ".git" / "refs" / "remotes" / "origin"
             remote.mkdir(parents=True)
             (remote / "HEAD").write_text("ref: refs/remotes/origin/develop\n")
+        if commits and dice.random() < 0.1:
+            run(path, "update-ref", "--no-deref", "HEAD", "side" if b"heads/side\n" in text else branch)
         shape = "a merge" if b"\nmerge :" in text else "a single line"
-        return {f"the branch {branch}", shape if commits else "a repository without commits"}
+        return {f"the branch {branch}", configured, shape if commits else "a repository without commits"} | kinds_of(text, path)
 
 
 def run(folder, *arguments, input=b""):
@@ -217,14 +232,62 @@ def git_date(moment, offset):
     return f"{reference.milliseconds(moment) // 1000} {offset}"
 
 
+def kind_of_choice(counted):
+    return f"{'the user' if counted.mine else 'everyone'}'s commits on {'all branches' if counted.all else 'the default branch'}"
+
+
+def configure(dice, path):
+    """Gives the repository addresses of the user, and says which kind it is of."""
+    names = dice.sample(ADDRESSES, dice.choice([0, 1, 1, 2, 3]))
+    lines = [f'[{dice.choice(["user", "author", "velquarin"])}]\n\temail = "{name}"\n' for name in names]
+    with open(path / ".git" / "config", "a", encoding="utf-8") as config:
+        config.writelines(lines)
+    known = len(reference.addresses(path))
+    return "several addresses" if known > 1 else "one address" if known else "no address"
+
+
+def kinds_of(text, path):
+    """What is special about the authors and branches of a repository."""
+    authors = {line.rsplit(b"> ", 1)[0] for line in text.split(b"\n") if line.startswith(b"author ")}
+    return {kind for kind, is_so in {
+        "several authors": len(authors) > 1,
+        "an author's address in other letters": b"<ME@Home.ORG>" in text,
+        "an author in another encoding": b"\nencoding " in text,
+        "an author who is no text": b"X <\xff" in text,
+        "a co-author": b"Co-authored-by" in text,
+        "a commit that was picked": b"picked" in text,
+        "a branch beside": b"heads/side\n" in text and b"\nmerge :" not in text,
+        "a detached head": not (path / ".git" / "HEAD").read_text().startswith("ref:"),
+    }.items() if is_so}
+
+
+def author_line(dice, date):
+    """Who wrote a commit: mostly the user, by one address or another."""
+    chance = dice.random()
+    if chance < 0.03:
+        return f"author X <\udcff\udcfe@home.org> {date}\n"
+    if chance < 0.06:
+        return f"author Me <jos\udce9@work> {date}\n"
+    who = dice.choice([ME, ME, LOUD_ME, ME_IN_CAPITALS, ME_AT_WORK] if chance < 0.7 else OTHERS)
+    return f"author {who} {date}\n"
+
+
+def message(dice, is_picked):
+    text = "Co-authored-by: Me <me@home.org>\n" if dice.random() < 0.1 else "picked" if is_picked else ""
+    return f"data {len(text)}\n{text}"
+
+
 def stream(dice, branch, commits):
     """A fast-import stream: mostly one line of commits, with a second one merged in now and then."""
     text = []
-    side = None
-    for mark, (author, committer) in enumerate(commits, 1):
+    side = author = None
+    for mark, (written, committer) in enumerate(commits, 1):
         on_side = side is None and mark > 2 and dice.random() < 0.1
-        text.append(f"commit refs/heads/{'side' if on_side else branch}\nmark :{mark}\n"
-                    f"author A <a@example.org> {author}\ncommitter C <c@example.org> {committer}\ndata 0\n")
+        is_picked = author is not None and on_side and dice.random() < 0.5
+        author = author if is_picked else author_line(dice, written)
+        encoding = "encoding ISO-8859-1\n" if "\udce9" in author and dice.random() < 0.5 else ""
+        text.append(f"commit refs/heads/{'side' if on_side else branch}\nmark :{mark}\n{author}"
+                    f"committer C <c@example.org> {committer}\n{encoding}{message(dice, is_picked)}")
         if on_side:
             side = mark
             text.append(f"from :{mark - 1}\n")
@@ -232,4 +295,4 @@ def stream(dice, branch, commits):
             text.append(f"merge :{side}\n")
             side = None
         text.append("\n")
-    return "".join(text).encode()
+    return "".join(text).encode("utf-8", "surrogateescape")

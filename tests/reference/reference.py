@@ -4,17 +4,20 @@
 """The figures of a refresh, worked out slowly and from scratch: raw commit objects, dates instead of instants,
 day starts found by looking at the clock every five minutes. It shares nothing with the engine.
 
-reference.py ZONE MILLISECONDS REPOSITORY...    prints the figures as one line of JSON
+reference.py [--mine] [--all] ZONE MILLISECONDS REPOSITORY...    prints the figures as one line of JSON
+
+--mine counts the commits of the user alone, --all those of all branches.
 """
 
+import argparse
 import functools
 import json
 import os
 import pathlib
 import subprocess
-import sys
 import tempfile
 from collections import Counter
+from dataclasses import dataclass
 from datetime import datetime, timedelta, timezone
 from zoneinfo import ZoneInfo
 
@@ -58,24 +61,29 @@ def place_named(name):
 
 
 class Commit:
-    """What a raw commit object says of its dates and parents."""
+    """What a raw commit object says of its author, dates and parents."""
 
     def __init__(self, raw):
         self.parents = []
-        for line in raw.split(b"\n\n", 1)[0].decode("utf-8", "replace").split("\n"):
-            word, _, rest = line.partition(" ")
-            if word == "parent":
-                self.parents.append(rest)
-            elif word == "author":
+        encoding = "utf-8"
+        for line in raw.split(b"\n\n", 1)[0].split(b"\n"):
+            word, _, rest = line.partition(b" ")
+            if word == b"parent":
+                self.parents.append(rest.decode())
+            elif word == b"author":
                 self.author, offset = self.moment(rest)
                 self.author_day = (self.author + offset).date()
-            elif word == "committer":
+                address = rest.split(b"<", 1)[1].split(b">", 1)[0]
+            elif word == b"committer":
                 self.committed, _ = self.moment(rest)
+            elif word == b"encoding":
+                encoding = rest.decode()
+        self.address = address.decode(encoding, "replace")
 
     @staticmethod
     def moment(text):
         """The instant, and how far the person's clock was ahead of Greenwich."""
-        seconds, offset = text.rsplit("> ", 1)[1].split()
+        seconds, offset = text.rsplit(b"> ", 1)[1].decode().split()
         sign = -1 if offset[0] == "-" else 1
         ahead = sign * timedelta(hours=int(offset[1:3]), minutes=int(offset[3:5]))
         return EPOCH + timedelta(seconds=int(seconds)), ahead
@@ -90,7 +98,7 @@ def git(repository, *arguments):
 
 def tip(repository):
     """The commit that the history is read from, as a name; empty where there is none."""
-    remote = git(repository, "for-each-ref", "--format=%(symref)", "refs/remotes/origin/HEAD").decode().strip()
+    remote = git(repository, "symbolic-ref", "--quiet", "refs/remotes/origin/HEAD").decode().strip()
     local = ["refs/heads/main", "refs/heads/master", "HEAD"]
     names = [remote.removeprefix("refs/remotes/origin/")] if remote else local
     for name in names:
@@ -112,16 +120,41 @@ def all_commits(repository):
     return commits
 
 
-def history(repository):
-    """The commits that can be reached from the tip, the tip first."""
+def tips(repository, is_all):
+    """The commits that the history is read from, by name."""
+    if not is_all:
+        return [tip(repository)]
+    branches = git(repository, "for-each-ref", "--format=%(objectname)", "refs/heads").decode().split()
+    return branches + git(repository, "rev-parse", "--verify", "--quiet", "HEAD^{commit}").decode().split()
+
+
+def addresses(repository):
+    """Those by which git knows the user there."""
+    listed = git(repository, "config", "--list", "-z").decode("utf-8", "replace").split("\0")
+    pairs = [entry.partition("\n") for entry in listed]
+    return {value.casefold() for key, _, value in pairs
+            if key in ("user.email", "author.email", "velquarin.email") and is_address(value)}
+
+
+def is_address(text):
+    return 0 < len(text.encode()) <= 320 and not set(text) & set("<>\r\n")
+
+
+def history(repository, counted):
+    """The commits that count, in the order in which git tells of them: of all whose children it has told of, the one that
+    was committed last. Of those committed in one second, the one that it heard of first."""
     commits = all_commits(repository)
-    waiting, seen = [tip(repository)], {}
+    known = addresses(repository) if counted.mine else set()
+    seen = {name: None for name in tips(repository, counted.all) if name}
+    waiting, told = list(seen), []
     while waiting:
-        name = waiting.pop()
-        if name and name not in seen:
-            seen[name] = commits[name]
-            waiting += commits[name].parents
-    return list(seen.values())
+        name = max(waiting, key=lambda name: commits[name].committed)
+        waiting.remove(name)
+        told.append(commits[name])
+        new = {parent: None for parent in commits[name].parents if parent not in seen}
+        seen |= new
+        waiting += new
+    return [commit for commit in told if not known or commit.address.casefold() in known]
 
 
 @functools.lru_cache(maxsize=None)
@@ -181,11 +214,19 @@ def streaks(days, place, today):
     return current, longest
 
 
+@dataclass
+class Counted:
+    """Which commits count."""
+
+    mine: bool = False
+    all: bool = False
+
+
 NOTHING = {"currentStreak": 0, "longestStreak": 0, "hasCommittedToday": False, "totalCommitsThisWeek": 0,
-           "commitHistory": [], "yearHistory": [], "repositoryStats": []}
+           "commitHistory": [], "yearHistory": [], "repositoryStats": [], "withoutAddress": []}
 
 
-def figures(repositories, place, now, wall_clock, read=history):
+def figures(repositories, place, now, wall_clock, counted, read=history):
     """All that a refresh publishes. Days and moments are milliseconds; commit counts go with the day's start."""
     today = place.date_at(now)
     year_dates, week_dates = period(place, now, 730), period(place, now, 6)
@@ -195,7 +236,7 @@ def figures(repositories, place, now, wall_clock, read=history):
     for repository in repositories:
         if not pathlib.Path(repository).is_dir():
             continue
-        commits = read(repository)
+        commits = read(repository, counted)
         own_week = author_days(commits, place, week_dates, wall_clock) if week_dates else Counter()
         week += own_week
         year += author_days(commits, place, year_dates, wall_clock)
@@ -211,6 +252,7 @@ def figures(repositories, place, now, wall_clock, read=history):
         "commitHistory": by_start({day: week[day] for day in seven_days if place.exists(day)}, place),
         "yearHistory": by_start(year, place),
         "repositoryStats": sorted(stats, key=lambda entry: (entry[3] is None, -(entry[3] or 0))),
+        "withoutAddress": [pathlib.Path(entry[0]).name for entry in stats if counted.mine and not addresses(entry[0])],
     }
 
 
@@ -223,6 +265,13 @@ def milliseconds(moment):
 
 
 if __name__ == "__main__":
-    zone, moment, *paths = sys.argv[1:]
-    instant = EPOCH + timedelta(milliseconds=int(moment))
-    print(json.dumps(figures(paths, place_named(zone), instant, datetime.now(UTC))))
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--mine", action="store_true")
+    parser.add_argument("--all", action="store_true")
+    parser.add_argument("zone")
+    parser.add_argument("moment", type=int)
+    parser.add_argument("paths", nargs="*")
+    wanted = parser.parse_args()
+    instant = EPOCH + timedelta(milliseconds=wanted.moment)
+    counted = Counted(wanted.mine, wanted.all)
+    print(json.dumps(figures(wanted.paths, place_named(wanted.zone), instant, datetime.now(UTC), counted)))
