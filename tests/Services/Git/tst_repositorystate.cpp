@@ -88,6 +88,7 @@ private Q_SLOTS:
     void whatDoesNotDecideIsTheSame_data();
     void whatDoesNotDecideIsTheSame();
     void objectStoresThatNameEachOtherAreReadOnce();
+    void whatNamesNoObjectStoreIsPassedOver();
     void seesWhatDecides_data();
     void seesWhatDecides();
     void seesWhatDecidesAboutAllBranches_data();
@@ -167,6 +168,13 @@ void TestRepositoryState::objectStoresThatNameEachOtherAreReadOnce()
     writeFile(world.git("objects/info/alternates"),
               all + QFile::encodeName(world.git("store40")) + '\n' + QFile::encodeName(world.git("store41")) + '\n');
     QVERIFY(!world.state().has_value());
+}
+
+void TestRepositoryState::whatNamesNoObjectStoreIsPassedOver()
+{
+    const World world;
+    writeFile(world.git("objects/info/alternates"), "# a comment\n\n#another\n");
+    QVERIFY(world.state().has_value());
 }
 
 void TestRepositoryState::seesWhatDecides_data()

@@ -408,7 +408,7 @@ void TestYearHeatmapView::thePointerIsToldTheDay()
     open(view);
     const auto place = view.rectangleOf(today - 1).center();
     QHelpEvent event(QEvent::ToolTip, place, view.mapToGlobal(place));
-    QApplication::sendEvent(&view, &event);
+    QVERIFY(QApplication::sendEvent(&view, &event));
     QVERIFY(event.isAccepted());
     QCOMPARE(QToolTip::text(), QStringLiteral("Nov 19, 2026: 1 commit"));
 }

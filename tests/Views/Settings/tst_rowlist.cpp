@@ -343,6 +343,8 @@ void TestRowList::removingAnotherRowLeavesTheFocus()
 void TestRowList::rowsAddedAtTheEndMoveNothing()
 {
     Window window(100);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
     window.scroll(30 * heightOfRow);
     window.ids.append(QUuid::createUuid());
     window.list->setIds(window.ids);

@@ -116,6 +116,7 @@ void TestSettingsView::itHasThreeTabsAndAFixedSize()
     SettingsWindow window;
     window.open();
     QCOMPARE(window.view->windowTitle(), QStringLiteral("Settings"));
+    QCOMPARE(window.view->accessibleName(), QStringLiteral("Settings"));
     QCOMPARE(namesOf(*window.view, {QAccessible::PageTab}), tabs);
     const QSize expected(style::points(450), style::points(380));
     QCOMPARE(window.view->minimumSize(), expected);
