@@ -102,6 +102,7 @@ private Q_SLOTS:
     void everyonesCommitsCountWhereGitKnowsNoAddress();
     void addressesThatAreNoUtf8AreNone();
     void noNameIsTakenForAnother();
+    void addressesLikeEndlessPatternsAreComparedAtOnce();
     void eachCommitOfAllBranchesCountsOnce();
     void whatOnlyOthersHaveDoesNotCount();
     void aDetachedHeadCountsBesideAllBranches();
@@ -239,6 +240,23 @@ void TestCountedCommits::noNameIsTakenForAnother()
     commitAs(world.repository, "You <you@home.org>");
     QCOMPARE(world.count(mine), 0);
     QCOMPARE(world.count(mineOfAllBranches), 0);
+}
+
+// Each would try a long author's address in more ways than there is time.
+void TestCountedCommits::addressesLikeEndlessPatternsAreComparedAtOnce()
+{
+    World world;
+    QByteArray settings;
+    for (int number = 0; number < 300; ++number)
+        settings += "[velquarin]\n\temail = \"\\\\(a*\\\\)*\\\\(a*a*\\\\)*b" + QByteArray::number(number) + "\"\n";
+    world.configureUser(settings);
+    QByteArray history;
+    for (int number = 0; number < 1000; ++number)
+        history += "commit refs/heads/main\nauthor A <" + QByteArray(300, 'a') +
+                   "> 1709805600 +0000\ncommitter A <a> 1709805600 +0000\ndata 0\n\n";
+    world.repository.git(words("fast-import --quiet"), history);
+    QCOMPARE(world.count({}), 1000);
+    QCOMPARE(world.count(mine), 0);
 }
 
 void TestCountedCommits::eachCommitOfAllBranchesCountsOnce()

@@ -130,19 +130,30 @@ bool hasHappened(Harm harm, const HostileRepository &repository, const FileSnaps
     return false;
 }
 
-void serviceIsNotHarmed(const Attack &attack, Confinement confinement)
+// What the service read, if it harmed nothing.
+std::optional<Figures> harmlessFigures(const Attack &attack, Confinement confinement, CountedCommits counted)
 {
     HostileRepository repository;
     attack.prepare(repository);
+    writeFile(repository.inRoot("home/.gitconfig"), "[user]\n\temail = developer@example.org\n");
     const auto before = repository.snapshot();
     SystemService service(confinement);
-    const auto figures = figuresOf(service, repository.path());
-    QVERIFY2(figures, "git hangs");
-    QVERIFY2(!repository.programWasRun(), "a program was run");
-    QVERIFY2(!repository.networkWasReached(), "the network was reached");
+    const auto figures = figuresOf(service, repository.path(), counted);
     const auto difference = firstDifference(before, repository.snapshot());
-    QVERIFY2(difference.isEmpty(), difference.constData());
-    QCOMPARE(*figures, attack.figures);
+    if (!figures)
+        qWarning("git hangs");
+    if (repository.programWasRun())
+        qWarning("a program was run");
+    if (repository.networkWasReached())
+        qWarning("the network was reached");
+    if (!difference.isEmpty())
+        qWarning("%s", difference.constData());
+    return figures;
+}
+
+void serviceIsNotHarmed(const Attack &attack, Confinement confinement)
+{
+    QCOMPARE(harmlessFigures(attack, confinement, {}), std::optional(attack.figures));
 }
 
 // The environment as it is, and of ours nothing but what begins so.
@@ -224,6 +235,8 @@ private Q_SLOTS:
     void theConfinedServiceIsNotHarmedBy();
     void theServiceThatCannotBeConfinedIsNotHarmedBy_data() { addRows(allAttacks()); }
     void theServiceThatCannotBeConfinedIsNotHarmedBy();
+    void whateverCountsTheServiceIsNotHarmedBy_data();
+    void whateverCountsTheServiceIsNotHarmedBy();
     void confinementAloneIsEnoughAgainst_data();
     void confinementAloneIsEnoughAgainst();
     void settingsAloneAreEnoughAgainst_data() { addRows(attackSample()); }
@@ -263,6 +276,33 @@ void TestHostile::theConfinedServiceIsNotHarmedBy()
 void TestHostile::theServiceThatCannotBeConfinedIsNotHarmedBy()
 {
     serviceIsNotHarmed(named(QTest::currentDataTag()), Confinement::Missing);
+}
+
+void TestHostile::whateverCountsTheServiceIsNotHarmedBy_data()
+{
+    QTest::addColumn<QString>("attack");
+    QTest::addColumn<CountedCommits>("counted");
+    const auto attacks = wholeRun() ? allAttacks() + idleThreats() : attackSample();
+    for (const auto &attack : attacks) {
+        const auto row = [&](const char *choice, CountedCommits counted) {
+            if (isKnown(attack))
+                QTest::addRow("%s: %s", choice, attack.name) << QString::fromLatin1(attack.name) << counted;
+        };
+        row("mine", {CountedAuthors::Me, CountedBranches::Default});
+        row("all branches", {CountedAuthors::Everyone, CountedBranches::All});
+        row("mine on all branches", {CountedAuthors::Me, CountedBranches::All});
+    }
+}
+
+// What it shows may well be something else; whoever harms makes a warning, and fails.
+void TestHostile::whateverCountsTheServiceIsNotHarmedBy()
+{
+    QFETCH(const QString, attack);
+    QFETCH(const CountedCommits, counted);
+    const auto confinement = canConfine() ? Confinement::Wanted : Confinement::Missing;
+    QVERIFY(harmlessFigures(named(attack.toLatin1()), confinement, counted));
+    if (wholeRun())
+        QVERIFY(harmlessFigures(named(attack.toLatin1()), Confinement::Missing, counted));
 }
 
 void TestHostile::confinementAloneIsEnoughAgainst_data()

@@ -51,6 +51,14 @@ struct SystemService
     {
     }
 
+    void count(CountedCommits counted)
+    {
+        await(git.ask(QDir::tempPath(), [counted](GitQueries &queries) {
+            queries.count(counted);
+            return true;
+        }));
+    }
+
     SystemRunner runner;
     PosixFileTree files;
     FakeClock clock{instant("2024-03-07T12:00:00Z")};
@@ -86,9 +94,10 @@ inline QString isoText(std::optional<Instant> moment)
 }
 
 //! What a refresh asks of a repository; nothing where git hangs.
-inline std::optional<Figures> figuresOf(SystemService &service, const QString &path)
+inline std::optional<Figures> figuresOf(SystemService &service, const QString &path, CountedCommits counted = {})
 {
     Figures figures{{}, 0, 0, {}};
+    service.count(counted);
     const auto branch = answerOf(getDefaultBranch(service.git, path));
     if (!branch || !answerOf(service.git.isGitRepository(path)))
         return std::nullopt;
