@@ -73,11 +73,11 @@ class Repository:
         self._git("add", "file")
         self._git("status", stdout=subprocess.DEVNULL)
 
-    def commit_days_ago(self, now, *days):
+    def commit_days_ago(self, now, *days, options=()):
         """A commit at noon of each of these days, counted back from the day of now."""
         noon = now.replace(hour=12, minute=0, second=0, microsecond=0)
         for day in sorted(days, reverse=True):
-            self.commit(noon - datetime.timedelta(days=day))
+            self.commit(noon - datetime.timedelta(days=day), *options)
 
 
 class Alternation:

@@ -19,8 +19,9 @@ class General(unittest.TestCase):
 
     def assert_options(self, desktop, **changed):
         """The whole file is as at first, but for what has changed."""
-        expected = {"autoDiscoveryEnabled": True, "notifyOnStreakRisk": True, "refreshInterval": 300,
-                    "showStreakInMenuBar": True, "watchedFolders": {"data": "[]"}, **changed}
+        expected = {"autoDiscoveryEnabled": True, "countedAuthors": "everyone", "countedBranches": "default",
+                    "notifyOnStreakRisk": True, "refreshInterval": 300, "showStreakInMenuBar": True,
+                    "watchedFolders": {"data": "[]"}, **changed}
 
         def stored():
             document = preferences.read(desktop.config)
@@ -38,7 +39,7 @@ class General(unittest.TestCase):
             session.open("General")
             texts = session.texts()
             for text in ("Startup", "Launch at login", "Display", "Notifications", "Refresh", "Check for new commits",
-                         "About", "Version", "1.0.0"):
+                         "Count commits", "About", "Version", "1.0.0"):
                 self.assertIn(text, texts)
             self.assert_options(desktop)
 
@@ -62,6 +63,35 @@ class General(unittest.TestCase):
             self.assertEqual(states, {"Launch at login": False, COUNT: False, REMINDER: False})
             self.assertTrue(all_named(window, "Every hour", "combo box"))
             self.assert_options(desktop, **changed, refreshInterval=3600)
+            self.assertEqual(session.end(), (0, ""))
+
+    def test_other_commits_count_as_soon_as_they_are_chosen(self):
+        now = case.now_in("UTC")
+        with Desktop(self.id()) as desktop:
+            repository = Repository(desktop.home / "one")
+            repository.commit_days_ago(now, 0, 1)
+            repository.run("checkout", "--quiet", "-b", "side", "HEAD~1")
+            repository.commit_days_ago(now, 2)
+            repository.run("checkout", "--quiet", "main")
+            repository.run("config", "user.email", "ADA@example.org")
+            repository.commit_days_ago(now, 3, options=["--author=Bob <bob@example.org>"])
+            other = Repository(desktop.home / "other")
+            other.commit_days_ago(now, 4)
+            preferences.write_defaults(desktop.config, [repository.path, other.path])
+            session = Session(desktop)
+            self.assertEqual(session.item.label(), " 2")
+            session.open("General")
+
+            session.choose_from("By everyone, default branch", "By everyone, all branches")
+            session.item.wait_for_label(" 5")
+            session.press("alt+o", "Down")
+            session.item.wait_for_label(" 3")
+            self.assert_options(desktop, countedAuthors="me", countedBranches="all")
+            self.assertIn("Everyone's commits count in other: git knows no address of yours there",
+                          session.item.tooltip()[1])
+            session.press("Home")
+            session.item.wait_for_label(" 2")
+            self.assertNotIn("address", session.item.tooltip()[1])
             self.assertEqual(session.end(), (0, ""))
 
 

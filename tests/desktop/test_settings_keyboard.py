@@ -15,7 +15,7 @@ STOPS = {
     "Repositories": ["one", "Remove", "Add Repository", "Scan Folder", "Refresh Now"],
     "Auto-Discover": ["Auto-discover repos", "shelf", "5", "Remove", "Add Folder", "Scan Now"],
     "General": ["Launch at login", "Show streak count in menu bar", "Remind me if streak is at risk",
-                "Every 5 minutes"],
+                "Every 5 minutes", "By everyone, default branch"],
 }
 KNOWN_BY = {"check box": "Toggle", "push button": "Press", "combo box": "ShowMenu", "page tab": "Press",
             "page tab list": "SetFocus"}
@@ -92,9 +92,11 @@ class Keyboard(unittest.TestCase):
             session.wait_for_tab(TABS[2])
             session.press("alt+m")
             session.wait_for_state("Remind me if streak is at risk", "checked", False)
-            self.walk(session, "Tab", ["General", *STOPS["General"]])
+            self.walk(session, "Tab", ["General", *STOPS["General"][:-1]])
             session.press("Down")
             session.wait_for_focus("Every 15 minutes")
+            session.press("alt+o")
+            self.walk(session, "Down", ["By me, default branch", "By everyone, all branches", "By me, all branches"])
 
             self.walk(session, "alt+r", ["one"])
             session.press("space")
