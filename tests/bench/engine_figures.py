@@ -20,13 +20,13 @@ class Build:
     def __init__(self, folder):
         self._folder = folder / "tests/bench"
 
-    def engine(self, repositories):
-        return Contender(self._folder / "bench_refresh", *repositories)
+    def engine(self, repositories, *options):
+        return Contender(self._folder / "bench_refresh", *options, *repositories)
 
-    def limits(self, repositories, record):
+    def limits(self, repositories, record, *options):
         """The bare commands in the inherited environment, and in the program's own."""
         limit = self._folder / "bench_limit"
-        subprocess.run([self._folder / "bench_refresh", "--record", record, *repositories], check=True)
+        subprocess.run([self._folder / "bench_refresh", *options, "--record", record, *repositories], check=True)
         return Contender(limit, record), Contender(limit, record, f"{record}.environment")
 
     def scan(self, folder):
@@ -48,9 +48,9 @@ def _demand(is_so, what):
         raise RuntimeError(what)
 
 
-def _against_limits(build, repositories, commits, record, rounds):
-    bare, pinned = build.limits(repositories, record)
-    with build.engine(repositories) as engine, bare, pinned:
+def _against_limits(build, repositories, commits, record, rounds, *options):
+    bare, pinned = build.limits(repositories, record, *options)
+    with build.engine(repositories, *options) as engine, bare, pinned:
         measured = in_turns(rounds, engine, bare, pinned)
     for ours, *theirs in measured:
         _demand(ours[COMMITS] == commits, f"{ours[COMMITS]:.0f} commits were counted in place of {commits}")
@@ -69,6 +69,12 @@ def many_repositories(build, folder):
            _spread([100 * engine[OWN] / (engine[OWN] + engine[GITS]) for engine in engines], " %"), "5 %")
     yield ("voluntary context switches of our threads, for each git",
            _spread([engine[SLEEPS] / engine[COUNT] for engine in engines]), "6")
+
+
+def own_commits(build, folder):
+    rounds = _against_limits(build, make_repositories(folder, 100, 200), 20_000, folder / "commands", 9, "--mine")
+    yield ("the same where the user's own commits on all branches count, against the bare commands for these",
+           ratio([(engine[TIME], bare[0]) for engine, bare, _ in rounds]), "0.95")
 
 
 def remembered_repositories(build, folder):
@@ -154,8 +160,9 @@ def search(build, folder):
 
 def rows(build_folder, folder):
     build = Build(build_folder)
-    for number, figures in enumerate((many_repositories, remembered_repositories, many_remembered, long_history, growth_in_repositories, growth_in_commits, log,
-                                      search)):
+    measured = (many_repositories, own_commits, remembered_repositories, many_remembered, long_history,
+                growth_in_repositories, growth_in_commits, log, search)
+    for number, figures in enumerate(measured):
         place = folder / str(number)
         place.mkdir()
         yield from figures(build, place)

@@ -37,6 +37,7 @@ def make_repository(folder, commits, layout=0):
     folder.mkdir(parents=True)
     _git(folder, "init", "--quiet", f"--initial-branch={branch}")
     _git(folder, "fast-import", "--quiet", input="".join(_stream(branch, commits)).encode())
+    _git(folder, "config", "user.email", "a@example.org")
     if has_remote:
         _git(folder, "update-ref", f"refs/remotes/origin/{branch}", branch)
         _git(folder, "symbolic-ref", "refs/remotes/origin/HEAD", f"refs/remotes/origin/{branch}")

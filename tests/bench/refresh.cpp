@@ -7,6 +7,7 @@
 // answers with the longest time for which the main thread did not answer, to "memory" with the bytes that a first refresh
 // leaves behind for each repository.
 // bench_refresh --record FILE REPOSITORY... refreshes once, and writes the commands to FILE and their environment beside it.
+// With --mine before everything else the user's own commits on all branches count.
 
 #include "Models/AppSettings.h"
 #include "Platform/Linux/Files/PosixFileTree.h"
@@ -152,13 +153,14 @@ void answerWithMemory(Engine &engine)
 }
 
 // The questions of a refresh, each with all that belongs to it and none remembered.
-void record(const QStringList &paths, const QString &file)
+void record(const QStringList &paths, const QString &file, CountedCommits counted)
 {
     CountingRunner processes;
     const PosixFileTree files;
     const SystemClock clock;
     processes.recordTo(file);
     GitQueries git(processes, files, clock, QProcessEnvironment::systemEnvironment());
+    git.count(counted);
     const auto calendar = clock.calendar();
     const auto start = calendar.addDays(calendar.startOfDay(clock.now()), -730);
     for (const auto &path : paths) {
@@ -170,9 +172,11 @@ void record(const QStringList &paths, const QString &file)
     processes.writeEnvironment();
 }
 
-std::unique_ptr<Engine> engineWith(const QStringList &paths)
+std::unique_ptr<Engine> engineWith(const QStringList &paths, CountedCommits counted)
 {
     auto engine = std::make_unique<Engine>();
+    engine->settings.setCountedAuthors(counted.authors);
+    engine->settings.setCountedBranches(counted.branches);
     engine->settings.setNotifyOnStreakRisk(false);
     engine->settings.addRepositories(paths, false);
     return engine;
@@ -197,12 +201,14 @@ void commitIn(const QString &path)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    const auto paths = QCoreApplication::arguments().mid(1);
+    auto paths = QCoreApplication::arguments().mid(1);
+    const bool isMine = paths.removeOne(QStringLiteral("--mine"));
+    const auto counted = isMine ? CountedCommits{CountedAuthors::Me, CountedBranches::All} : CountedCommits();
     if (paths.value(0) == QLatin1String("--record")) {
-        record(paths.mid(2), paths.value(1));
+        record(paths.mid(2), paths.value(1), counted);
         return 0;
     }
-    auto kept = engineWith(paths);
+    auto kept = engineWith(paths, counted);
     test::await(kept->manager.refresh());
     std::string line;
     for (qsizetype turn = 0; std::getline(std::cin, line); ++turn) {
@@ -210,7 +216,7 @@ int main(int argc, char **argv)
             commitIn(paths.at(turn % paths.size()));
         if (line == "changed" || line == "again")
             answer(*kept);
-        else if (auto engine = engineWith(paths); line == "gap")
+        else if (auto engine = engineWith(paths, counted); line == "gap")
             answerWithGap(*engine);
         else if (line == "memory")
             answerWithMemory(*engine);
