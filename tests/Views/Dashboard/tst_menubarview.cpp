@@ -1105,6 +1105,7 @@ private Q_SLOTS:
         row("down with Shift", Qt::LeftToRight, Qt::ShiftModifier, {0, -120}, 100 + 36);
         row("sideways", Qt::LeftToRight, {}, {-120, 0}, 100 + 36);
         row("a little askew", Qt::LeftToRight, {}, {10, -120}, 100 + 36);
+        row("as far down as sideways", Qt::LeftToRight, {}, {120, -120}, 100 + 36);
         row("down, written from the right", Qt::RightToLeft, {}, {0, -120}, 100 + 36);
     }
 

@@ -173,6 +173,10 @@ void TestPopover::wherePartOfTheScreenIsNotX11EveryClickComesToUs()
     Popover popover(new Content(200), partlyX11);
     popover.toggle(item, {});
     QVERIFY(windows().contains(screen));
+    const auto *const catcher = QApplication::topLevelAt(screen.bottomRight());
+    QVERIFY(catcher != nullptr && catcher != &popover);
+    QVERIFY(catcher->testAttribute(Qt::WA_TranslucentBackground));
+    QVERIFY(catcher->testAttribute(Qt::WA_ShowWithoutActivating));
     popover.toggle(item, {});
     QCOMPARE(windows(), QList<QRect>());
     for (const auto &other : {x11, wayland}) {
