@@ -84,6 +84,9 @@ class General(unittest.TestCase):
 
             session.choose_from("By everyone, default branch", "By everyone, all branches")
             session.item.wait_for_label(" 5")
+            other.run("checkout", "--quiet", "-b", "feature/late")
+            other.commit_days_ago(now, 5)
+            session.item.wait_for_label(" 6")
             session.press("alt+o", "Down")
             session.item.wait_for_label(" 3")
             self.assert_options(desktop, countedAuthors="me", countedBranches="all")

@@ -366,6 +366,7 @@ private Q_SLOTS:
     void aBranchThatStandsForOneThatAppearsIsSeen();
     void whatCountsDifferentlyIsKnownByItself_data();
     void whatCountsDifferentlyIsKnownByItself();
+    void thatThereIsNoAddressIsKnownToo();
     void aLongerWindowThanWasAskedForIsAsked();
     void theWindowsMoveWithTheClock_data();
     void theWindowsMoveWithTheClock();
@@ -512,6 +513,21 @@ void TestGitMemory::whatCountsDifferentlyIsKnownByItself()
     QCOMPARE(pair.processes(), 0);
     git(change);
     QTEST(pair.remembered(repository.path()).week.size(), "commitsAfter");
+    QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
+}
+
+void TestGitMemory::thatThereIsNoAddressIsKnownToo()
+{
+    Pair pair;
+    pair.setNow(start);
+    pair.count({CountedAuthors::Me, CountedBranches::Default});
+    const TempRepository repository;
+    repository.commit(dateOf(start - 60));
+    QVERIFY(pair.remembered(repository.path()).isEveryones);
+    QVERIFY(pair.remembered(repository.path()).isEveryones);
+    QCOMPARE(pair.processes(), 0);
+    repository.git({QStringLiteral("config"), QStringLiteral("author.email"), QStringLiteral("you@home")});
+    QVERIFY(!pair.remembered(repository.path()).isEveryones);
     QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
 }
 
