@@ -8,8 +8,6 @@
 
 #include <QHBoxLayout>
 
-#include <utility>
-
 namespace velquarin {
 
 using style::points;
@@ -55,7 +53,7 @@ void FooterSection::setRefreshing(bool isRefreshing)
         m_refresh->clearFocus();
     }
     m_refresh->setEnabled(!isRefreshing);
-    if (!isRefreshing && std::exchange(m_isFocusOwed, false) && window()->focusWidget() == nullptr)
+    if (!isRefreshing && m_isFocusOwed && window()->focusWidget() == nullptr)
         m_refresh->setFocus(Qt::OtherFocusReason);
 }
 

@@ -521,6 +521,9 @@ void TestRepositoryState::extensionsCountInTheRepositorysOwnSettingsAlone()
     GitConfig config;
     config.extensionOrigins = {world.git("config").toStdString()};
     QVERIFY(world.state(QStringLiteral("main"), config).has_value());
+    QVERIFY(QFile::rename(world.git("config"), world.git("elsewhere")));
+    QVERIFY(QFile::link(QStringLiteral("elsewhere"), world.git("config")));
+    QVERIFY(world.state(QStringLiteral("main"), config).has_value());
     writeFile(world.git("more"), "[extensions]\n\trefstorage = reftable\n");
     config.extensionOrigins = {world.git("more").toStdString()};
     QVERIFY(!world.state(QStringLiteral("main"), config).has_value());

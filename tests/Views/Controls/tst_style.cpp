@@ -48,6 +48,12 @@ private Q_SLOTS:
         QApplication::setFont(font);
     }
 
+    void theProgramHasAnIconOfEverySize()
+    {
+        const auto sizes = style::programIcon().availableSizes();
+        QCOMPARE(sizes, (QList<QSize>{{16, 16}, {24, 24}, {32, 32}, {48, 48}, {64, 64}, {128, 128}}));
+    }
+
     void everyTextColorCanBeReadOnEveryWindow_data()
     {
         QTest::addColumn<QPalette>("colors");

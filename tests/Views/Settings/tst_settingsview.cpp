@@ -101,6 +101,7 @@ private Q_SLOTS:
     void enterPressesTheButtonThatHasTheFocus_data();
     void enterPressesTheButtonThatHasTheFocus();
     void anotherFontBuildsItAnewAndKeepsItsTab();
+    void theSameFontBuildsNothingAnew();
     void theOptionsNeedNoScrolling_data();
     void theOptionsNeedNoScrolling();
     void symbolsInButtonsFollowTheFont();
@@ -663,6 +664,18 @@ void TestSettingsView::anotherFontBuildsItAnewAndKeepsItsTab()
     QTRY_VERIFY(window.control<Switch>(label)->width() > before.width());
     SettingsWindow::click(window.control<Switch>(label));
     QVERIFY(!window.engine.settings.showStreakInMenuBar());
+}
+
+void TestSettingsView::theSameFontBuildsNothingAnew()
+{
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    const QPointer tab(window.view->findChild<QScrollArea *>(QStringLiteral("generalTab")));
+    QEvent change(QEvent::FontChange);
+    QApplication::sendEvent(window.view.get(), &change);
+    QApplication::processEvents();
+    QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(tab != nullptr);
 }
 
 void TestSettingsView::theOptionsNeedNoScrolling_data()
