@@ -6,6 +6,7 @@
 #include "Platform/Linux/Files/PosixFileTree.h"
 
 #include "support/Files.h"
+#include "support/OtherTimes.h"
 #include "support/Strict.h"
 #include "support/TempRepository.h"
 #include "support/TestProgram.h"
@@ -89,6 +90,7 @@ private Q_SLOTS:
     void whatDoesNotDecideIsTheSame();
     void objectStoresThatNameEachOtherAreReadOnce();
     void whatNamesNoObjectStoreIsPassedOver();
+    void manyPackedReferencesAreToldByTheirTimes();
     void seesWhatDecides_data();
     void seesWhatDecides();
     void seesWhatDecidesAboutAllBranches_data();
@@ -175,6 +177,19 @@ void TestRepositoryState::whatNamesNoObjectStoreIsPassedOver()
     const World world;
     writeFile(world.git("objects/info/alternates"), "# a comment\n\n#another\n");
     QVERIFY(world.state().has_value());
+}
+
+// They are more than what is read of any file.
+void TestRepositoryState::manyPackedReferencesAreToldByTheirTimes()
+{
+    const World world;
+    writeFile(world.git("packed-refs"), QByteArray(1 << 21, 'x'));
+    const auto stateIn = [&](const FileTree &files) {
+        return repositoryState(files, world.repository.path().toStdString(), QStringLiteral("main"), {},
+                               {"/home", "/home/.config"});
+    };
+    QVERIFY(!stateIn(PosixFileTree()).has_value());
+    QVERIFY(stateIn(AgedTree()).has_value());
 }
 
 void TestRepositoryState::seesWhatDecides_data()

@@ -114,6 +114,8 @@ void TestMnemonicStyle::lettersAreUnderlinedWhileAltIsHeld()
     QVERIFY(inkOf(picture(widget)) > inkOf(before));
     paints.forget();
     QTRY_VERIFY(paints.of(widget) > 0);
+    QTest::keyRelease(window.view.get(), Qt::Key_Control);
+    QVERIFY(areUnderlined(*window.view));
     QTest::keyRelease(window.view.get(), Qt::Key_Alt);
     QCOMPARE(picture(widget), before);
     paints.forget();

@@ -242,6 +242,11 @@ void TestRowList::tabStopsAtOneRow()
     QCOMPARE(stops, (QStringList{QStringLiteral("0"), QStringLiteral("0!"), QStringLiteral("after")}));
     Window::press(Qt::Key_Backtab);
     QCOMPARE(Window::focused(), QStringLiteral("0!"));
+    Window::press(Qt::Key_Down);
+    Window::press(Qt::Key_Backtab);
+    QCOMPARE(Window::focused(), QStringLiteral("1"));
+    Window::press(Qt::Key_Backtab);
+    QCOMPARE(Window::focused(), QStringLiteral("before"));
 }
 
 void TestRowList::arrowsGoToTheSameControlOfAnotherRow_data()
