@@ -127,8 +127,9 @@ class Folders(unittest.TestCase):
             self.assertEqual([(record["path"], record["isAutoDiscovered"]) for record in tracked],
                              [(str(first / "one"), True), (str(second / "two"), True)])
             document = preferences.read(desktop.config)
-            self.assertEqual(document.keys(), {"autoDiscoveryEnabled", "lastAutoDiscoveryScan", "notifyOnStreakRisk",
-                                               "refreshInterval", "showStreakInMenuBar", "trackedRepositories",
+            self.assertEqual(document.keys(), {"autoDiscoveryEnabled", "countedAuthors", "countedBranches",
+                                               "lastAutoDiscoveryScan", "notifyOnStreakRisk", "refreshInterval",
+                                               "showStreakInMenuBar", "trackedRepositories",
                                                "watchedFolders"})
             self.assertEqual([document[key] for key in ("autoDiscoveryEnabled", "notifyOnStreakRisk",
                                                         "refreshInterval", "showStreakInMenuBar")],

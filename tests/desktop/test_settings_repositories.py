@@ -46,7 +46,8 @@ class Repositories(unittest.TestCase):
         document = preferences.read(desktop.config)
         self.assertEqual(json.loads(document.pop("trackedRepositories")["data"]),
                          [{"id": one, **rest} for one, rest in zip(ids, expected)])
-        self.assertEqual(document, {"autoDiscoveryEnabled": True, "notifyOnStreakRisk": True, "refreshInterval": 300,
+        self.assertEqual(document, {"autoDiscoveryEnabled": True, "countedAuthors": "everyone",
+                                    "countedBranches": "default", "notifyOnStreakRisk": True, "refreshInterval": 300,
                                     "showStreakInMenuBar": True, "watchedFolders": {"data": "[]"}})
 
     def assert_dashboard(self, session, *wanted, without=()):

@@ -62,7 +62,7 @@ void requireOf(const QString &address, const QString &argument)
     const auto pattern = argument.mid(option.size());
     require(fits(pattern, "Name <" + utf8 + '>'), "an address fits itself");
     require(!fits(pattern, "Name <" + utf8 + "x>") && !fits(pattern, "Name <x" + utf8 + '>') &&
-                !fits(pattern, "Name <x> <" + utf8 + '>'),
+                !fits(pattern, "Name <" + utf8 + "x> <" + utf8 + '>'),
             "an address fits no other");
 }
 

@@ -47,6 +47,8 @@ const QString numberKey = u"number"_s;
 const QByteArray completeFile =
     "{\n"
     "    \"autoDiscoveryEnabled\": false,\n"
+    "    \"countedAuthors\": \"me\",\n"
+    "    \"countedBranches\": \"all\",\n"
     "    \"lastAutoDiscoveryScan\": {\n"
     "        \"date\": \"2026-11-20T18:10:00.123Z\"\n"
     "    },\n"
@@ -232,6 +234,8 @@ void TestJsonPreferencesStore::theSettingsStandInTheFileAsPromised()
     }
     QCOMPARE(place.content(), QByteArray("{\n"
                                          "    \"autoDiscoveryEnabled\": true,\n"
+                                         "    \"countedAuthors\": \"everyone\",\n"
+                                         "    \"countedBranches\": \"default\",\n"
                                          "    \"notifyOnStreakRisk\": true,\n"
                                          "    \"refreshInterval\": 300,\n"
                                          "    \"showStreakInMenuBar\": true,\n"
@@ -257,6 +261,8 @@ void TestJsonPreferencesStore::aWholeFileIsWrittenAsItWasRead()
         QCOMPARE(settings.refreshInterval(), 60.0);
         QCOMPARE(settings.showStreakInMenuBar(), false);
         QCOMPARE(settings.notifyOnStreakRisk(), false);
+        QCOMPARE(settings.countedAuthors(), CountedAuthors::Me);
+        QCOMPARE(settings.countedBranches(), CountedBranches::All);
         QCOMPARE(settings.lastAutoDiscoveryScan(), instant("2026-11-20T18:10:00.123Z"));
         settings.setRefreshInterval(60.0);
     }
@@ -349,7 +355,7 @@ void TestJsonPreferencesStore::membersOfANewerVersionSurvive()
         settings.setRefreshInterval(60.0);
     }
     auto written = objectIn(place.content());
-    QCOMPARE(written.size(), 9);
+    QCOMPARE(written.size(), 11);
     const auto expected = objectIn(newer);
     for (auto member = expected.begin(); member != expected.end(); ++member)
         QCOMPARE(written.value(member.key()), member.value());
@@ -393,6 +399,8 @@ void TestJsonPreferencesStore::anyWrongTypeIsReplacedAndACopyPutAside_data()
         {u"refreshInterval"_s, {"60"}},
         {u"showStreakInMenuBar"_s, {"true"}},
         {u"notifyOnStreakRisk"_s, {"true"}},
+        {u"countedAuthors"_s, {}},
+        {u"countedBranches"_s, {}},
         {u"lastAutoDiscoveryScan"_s, {R"({"date": "2026-11-20T18:10:00.123Z"})"}}};
     for (auto right = rightValues.begin(); right != rightValues.end(); ++right) {
         for (const auto &value : values) {
@@ -817,7 +825,7 @@ void TestJsonPreferencesStore::aDamagedFileIsMovedAside()
         const AppSettings settings(store);
     }
     QCOMPARE(place.onlyAside(), damaged);
-    QCOMPARE(objectIn(place.content()).size(), 6);
+    QCOMPARE(objectIn(place.content()).size(), 8);
     const QRegularExpression name(u"/preferences\\.json\\.damaged-\\d{8}T\\d{6}Z$"_s);
     QVERIFY(name.match(place.aside().at(0)).hasMatch());
     QCOMPARE(error.lines().size(), 1);
@@ -871,7 +879,7 @@ void TestJsonPreferencesStore::aFileCutShortAnywhereIsNeitherLostNorFatal()
         }
         const bool isWhole = part.trimmed() == completeFile.trimmed();
         QCOMPARE(place.aside().size(), isWhole ? 0 : 1);
-        QCOMPARE(objectIn(place.content()).size(), isWhole ? objectIn(completeFile).size() : 6);
+        QCOMPARE(objectIn(place.content()).size(), isWhole ? objectIn(completeFile).size() : 8);
         if (!isWhole)
             QCOMPARE(place.onlyAside(), part);
         damagedCount += isWhole ? 0 : 1;
@@ -897,7 +905,7 @@ void TestJsonPreferencesStore::randomBytesAreNeitherLostNorFatal()
         }
         QCOMPARE(place.aside().size(), 1);
         QCOMPARE(place.onlyAside(), noise);
-        QCOMPARE(objectIn(place.content()).size(), 6);
+        QCOMPARE(objectIn(place.content()).size(), 8);
     }
 }
 
