@@ -7,6 +7,8 @@
 #include "support/FakeProcessRunner.h"
 #include "Target.h"
 
+#include <QRegularExpression>
+
 #include <regex.h>
 
 using namespace velquarin;
@@ -16,30 +18,40 @@ namespace {
 
 const QString folder = QStringLiteral("/somewhere");
 
-// What git is asked for the newest commit, when it says that its configuration holds this.
-struct Asked
+// What git is asked for the newest commit, when it says that its configuration holds this: the pattern for its author, or
+// nothing.
+QString patternFor(const QByteArray &configuration)
 {
-    explicit Asked(const QByteArray &configuration)
-    {
-        test::FakeProcessRunner runner;
-        const test::FakeClock clock;
-        const PosixFileTree files;
-        GitQueries git(runner, files, clock, {});
-        const QString last = QStringLiteral("log HEAD -1 --format=%aI");
-        runner.answer(QStringLiteral("config -z --get-regexp ^(user|author|velquarin)\\.email$"), configuration);
-        git.count({CountedAuthors::Me, CountedBranches::Default});
-        addresses = git.getAddresses(folder);
-        try {
-            static_cast<void>(git.getLastCommitDate(folder));
-        } catch (const LaunchError &) {
-            // The command that has no answer is what is looked at.
-        }
-        arguments = runner.requests().constLast().arguments;
+    test::FakeProcessRunner runner;
+    const test::FakeClock clock;
+    const PosixFileTree files;
+    GitQueries git(runner, files, clock, {});
+    runner.answer(QStringLiteral("config -z --get-regexp ^(user|author|velquarin)\\.email$"), configuration);
+    git.count({CountedAuthors::Me, CountedBranches::Default});
+    try {
+        static_cast<void>(git.getLastCommitDate(folder));
+    } catch (const LaunchError &) {
+        // The command that has no answer is what is looked at.
     }
+    const auto last = runner.requests().constLast().arguments.constLast();
+    const QString option = QStringLiteral("--author=");
+    return last.startsWith(option) ? last.mid(option.size()) : QString();
+}
 
+// The addresses in it, slowly.
+QStringList addressesIn(const QByteArray &configuration)
+{
     QStringList addresses;
-    QStringList arguments;
-};
+    for (const auto &entry : configuration.split('\0')) {
+        const auto value = entry.mid(entry.indexOf('\n') + 1);
+        const bool isText = QUtf8StringView(value).isValidUtf8();
+        const auto address = QString::fromUtf8(value);
+        const bool isOne = entry.contains('\n') && isText && !value.isEmpty() && value.size() <= 320;
+        if (isOne && address.indexOf(QRegularExpression(QStringLiteral("[<>\r\n]"))) < 0)
+            addresses << address;
+    }
+    return addresses;
+}
 
 // As git compares a pattern with the author of a commit.
 bool fits(const QString &pattern, const QByteArray &author)
@@ -52,29 +64,23 @@ bool fits(const QString &pattern, const QByteArray &author)
     return isFound;
 }
 
-void requireOf(const QString &address, const QString &argument)
-{
-    const QString option = QStringLiteral("--author=");
-    const auto utf8 = address.toUtf8();
-    require(utf8.size() <= 320 && address.indexOf(u'<') < 0 && address.indexOf(u'>') < 0 && address.indexOf(u'\n') < 0,
-            "an address may be an author's");
-    require(argument.startsWith(option), "an address is no option of its own");
-    const auto pattern = argument.mid(option.size());
-    require(fits(pattern, "Name <" + utf8 + '>'), "an address fits itself");
-    require(!fits(pattern, "Name <" + utf8 + "x>") && !fits(pattern, "Name <x" + utf8 + '>') &&
-                !fits(pattern, "Name <" + utf8 + "x> <" + utf8 + '>'),
-            "an address fits no other");
-}
-
 }  // namespace
 
-// Each address goes into a pattern that fits it alone.
+// The addresses go into a pattern that fits each of them, and nobody else.
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const Asked asked(bytes(data, size));
-    require(asked.addresses.size() <= 256, "there are no more addresses than people have");
-    const auto patterns = asked.arguments.mid(asked.arguments.size() - asked.addresses.size());
-    for (qsizetype number = 0; number < asked.addresses.size(); ++number)
-        requireOf(asked.addresses.at(number), patterns.at(number));
+    const auto configuration = bytes(data, size);
+    const auto addresses = addressesIn(configuration);
+    const auto pattern = patternFor(configuration);
+    require(pattern.isEmpty() == addresses.isEmpty(), "where there is an address, authors are told apart");
+    for (const auto &address : addresses) {
+        const auto utf8 = address.toUtf8();
+        require(fits(pattern, "Name <" + utf8 + '>'), "an address fits itself");
+        for (const auto &other : {address + u'x', u'x' + address}) {
+            const bool isKnown = addresses.contains(other, Qt::CaseInsensitive);
+            require(isKnown || !fits(pattern, "Name <" + other.toUtf8() + '>'), "an address fits no other");
+            require(isKnown || !fits(pattern, "Name <" + other.toUtf8() + "> <" + utf8 + '>'), "the first one counts");
+        }
+    }
     return 0;
 }

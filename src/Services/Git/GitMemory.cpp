@@ -51,6 +51,13 @@ std::optional<std::int64_t> momentAt(const QString &date, std::time_t now)
     return std::mktime(&local);
 }
 
+// The remote's head cannot be told where there is none, nor a setting: then git fails as well.
+bool isAnswer(const QString &command, int exitStatus)
+{
+    const bool mayFail = command == QLatin1String("symbolic-ref") || command == QLatin1String("config");
+    return mayFail ? exitStatus >= 0 : exitStatus == 0;
+}
+
 // The times at the beginning of each line, oldest first; nothing where one is beyond what we keep.
 std::optional<std::vector<std::uint32_t>> timesIn(const QByteArray &list)
 {
@@ -205,10 +212,7 @@ QByteArray GitMemory::ask(const QStringList &arguments, Log question)
     auto output = m_git.run(arguments, m_look->path);
     // It was read into more than it needs.
     output.text.squeeze();
-    // The remote's head cannot be told where there is none, nor a setting.
-    const bool mayFail =
-        arguments.first() == QLatin1String("symbolic-ref") || arguments.first() == QLatin1String("config");
-    m_look->isRememberable = isRememberable && (mayFail ? output.exitStatus >= 0 : output.exitStatus == 0);
+    m_look->isRememberable = isRememberable && isAnswer(arguments.first(), output.exitStatus);
     if (question.since.isEmpty()) {
         fresh.answers.emplace(question.question, output.text);
     } else {

@@ -5,7 +5,9 @@
 
 #include "Services/Git/GitLog.h"
 
+#include <QSet>
 #include <QStringDecoder>
+#include <QUtf8StringView>
 
 #include <algorithm>
 
@@ -13,8 +15,8 @@ namespace velquarin {
 
 namespace {
 
-// More than anybody has, and few enough for a command line and for each commit of a long history.
-constexpr qsizetype mostAddresses = 256;
+// Of all addresses as one option. The system takes no argument of 128 KiB.
+constexpr qsizetype longestOption = 100'000;
 
 // Those that git allows in no name.
 bool isControl(QChar character)
@@ -30,12 +32,13 @@ bool isUsableBranch(const QString &name)
            std::ranges::none_of(name, isControl);
 }
 
-// Git lets nobody commit under any other, and nobody has a longer one. Source: RFC 5321, 4.5.3.1
-bool isUsableAddress(const QString &address)
+// Git lets nobody commit under one with brackets or line breaks, and nobody has a longer one. Source: RFC 5321, 4.5.3.1
+bool isUsableAddress(QByteArrayView address)
 {
     constexpr qsizetype longest = 320;
-    return !address.isEmpty() && address.toUtf8().size() <= longest &&
-           std::ranges::none_of(address, [](QChar character) { return QStringLiteral("<>\r\n").contains(character); });
+    const auto isForbidden = [](char character) { return QByteArrayView("<>\r\n").contains(character); };
+    return !address.isEmpty() && address.size() <= longest && QUtf8StringView(address).isValidUtf8() &&
+           std::ranges::none_of(address, isForbidden);
 }
 
 // One letter as a basic regular expression. Without regard to case git takes letters of ASCII alone.
@@ -48,14 +51,49 @@ QString literal(QChar character)
     return QStringLiteral("\\(%1\\|%2\\)").arg(character.toLower(), character.toUpper());
 }
 
-// The address as a whole, where git finds an author's: between the first brackets. Git's own way to compare fixed strings
-// ends at a "\E", behind which it takes the rest for a pattern. Source: git-log(1), "--author"; regex(7)
-QString authorOption(const QString &address)
+// Git's own way to compare fixed strings ends at a "\E", behind which it takes the rest for a pattern.
+QString literal(const QString &address)
 {
-    auto option = QStringLiteral("--author=^[^<]*<");
+    QString pattern;
     for (const auto character : address)
-        option += literal(character);
-    return option + QLatin1Char('>');
+        pattern += literal(character);
+    return pattern;
+}
+
+// Any of the addresses as a whole, where git finds an author's: between the first brackets. One expression, since each would
+// be looked for in every commit. Source: git-log(1), "--author"; regex(7)
+QString authorOption(const QStringList &patterns)
+{
+    return QStringLiteral("--author=^[^<]*<\\(%1\\)>").arg(patterns.join(QLatin1String("\\|")));
+}
+
+// The value of one setting in a list; nothing where it has none.
+QByteArrayView valueOf(QByteArrayView entry)
+{
+    const auto end = entry.indexOf('\n');
+    return end < 0 ? QByteArrayView() : entry.sliced(end + 1);
+}
+
+// Of the usable addresses in a list of settings, each once. Of more than an option holds the first ones: those of a stranger's
+// repository come last. Source: git-config(1), "-z"
+QStringList patternsOf(QByteArrayView list)
+{
+    QStringList patterns;
+    QSet<QString> known;
+    auto room = longestOption;
+    while (!list.isEmpty() && room > 0) {
+        const auto end = list.indexOf('\0');
+        const auto address = valueOf(list.first(end < 0 ? list.size() : end));
+        list = list.sliced(end < 0 ? list.size() : end + 1);
+        const auto pattern = isUsableAddress(address) ? literal(QString::fromUtf8(address)) : QString();
+        if (pattern.isEmpty() || known.contains(pattern))
+            continue;
+        room -= pattern.toUtf8().size() + 2;
+        known << pattern;
+        if (room > 0)
+            patterns << pattern;
+    }
+    return patterns;
 }
 
 // A byte-order mark belongs to the name that it stands in.
@@ -89,7 +127,7 @@ void GitQueries::beginLook(const QString &path)
     m_lookedAt = path;
     takeCalendar();
     m_branch.clear();
-    m_addresses.reset();
+    m_addressPatterns.reset();
 }
 
 void GitQueries::endLook()
@@ -165,39 +203,30 @@ std::optional<QString> GitQueries::countedBranch(const QString &path)
     return getDefaultBranch(path);
 }
 
-QStringList GitQueries::getAddresses(const QString &path)
+QStringList GitQueries::addressPatterns(const QString &path)
 {
-    if (path == m_lookedAt && m_addresses)
-        return *m_addresses;
-    QStringList addresses;
-    const auto output = runGit({QStringLiteral("config"), QStringLiteral("-z"), QStringLiteral("--get-regexp"),
-                                QStringLiteral("^(user|author|velquarin)\\.email$")},
-                               path);
-    const auto entries = output.split('\0');
-    for (const auto &entry : entries) {
-        const auto address = text(entry.mid(entry.indexOf('\n') + 1));
-        if (entry.contains('\n') && isUsableAddress(address) && !addresses.contains(address, Qt::CaseInsensitive))
-            addresses << address;
-    }
-    m_addresses = addresses.mid(0, mostAddresses);
-    return *m_addresses;
+    if (path == m_lookedAt && m_addressPatterns)
+        return *m_addressPatterns;
+    const auto list = runGit({QStringLiteral("config"), QStringLiteral("-z"), QStringLiteral("--get-regexp"),
+                              QStringLiteral("^(user|author|velquarin)\\.email$")},
+                             path);
+    m_addressPatterns = patternsOf(list);
+    return *m_addressPatterns;
 }
 
 bool GitQueries::countsEveryoneForWantOfAddresses(const QString &path)
 {
-    return m_counted.authors == CountedAuthors::Me && getAddresses(path).isEmpty();
+    return m_counted.authors == CountedAuthors::Me && addressPatterns(path).isEmpty();
 }
 
 QStringList GitQueries::authorOptions(const QString &path)
 {
     if (m_counted.authors == CountedAuthors::Everyone)
         return {};
-    QStringList options;
-    const auto addresses = getAddresses(path);
-    std::ranges::transform(addresses, std::back_inserter(options), &authorOption);
-    return options.isEmpty()
-               ? options
-               : QStringList{QStringLiteral("--basic-regexp"), QStringLiteral("--regexp-ignore-case")} + options;
+    const auto patterns = addressPatterns(path);
+    if (patterns.isEmpty())
+        return {};
+    return {QStringLiteral("--basic-regexp"), QStringLiteral("--regexp-ignore-case"), authorOption(patterns)};
 }
 
 QByteArray GitQueries::log(const QStringList &options, const QString &path)

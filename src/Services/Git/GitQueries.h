@@ -41,11 +41,8 @@ public:
     //! The remote's default branch, else a local "main", else a local "master", else "HEAD". Never throws.
     [[nodiscard]] QString getDefaultBranch(const QString &path);
 
-    //! The addresses by which git knows the user there, each once: user.email, author.email and velquarin.email,
-    //! whichever file they stand in. What can be no author's address is none.
-    [[nodiscard]] QStringList getAddresses(const QString &path);
-
-    //! Whether everyone's commits count there although only the user's should, since git knows no address.
+    //! Whether everyone's commits count there although only the user's should, since git knows no address: none under
+    //! user.email, author.email and velquarin.email, whichever file they stand in.
     [[nodiscard]] bool countsEveryoneForWantOfAddresses(const QString &path);
 
     //! The author days of the commits that count, newest first, one for each commit.
@@ -70,6 +67,7 @@ private:
     [[nodiscard]] QString chosenBranch(const QString &path);
     [[nodiscard]] std::optional<QString> countedBranch(const QString &path);
     [[nodiscard]] QByteArray log(const QStringList &options, const QString &path);
+    [[nodiscard]] QStringList addressPatterns(const QString &path);
     [[nodiscard]] QStringList authorOptions(const QString &path);
     [[nodiscard]] bool hasLocalBranch(const QString &name, const QString &path);
     void takeCalendar();
@@ -80,9 +78,9 @@ private:
     GitMemory m_memory;
     DayStarts m_dayStarts;
     CountedCommits m_counted;
-    QString m_lookedAt;                      // the repository of the look, or nothing
-    QString m_branch;                        // of it, once it was chosen
-    std::optional<QStringList> m_addresses;  // known there, once they were asked for
+    QString m_lookedAt;                            // the repository of the look, or nothing
+    QString m_branch;                              // of it, once it was chosen
+    std::optional<QStringList> m_addressPatterns;  // known there, once they were asked for
 };
 
 }  // namespace velquarin

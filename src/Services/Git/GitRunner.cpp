@@ -26,7 +26,8 @@ ProcessOutput GitRunner::run(const QStringList &arguments, const QString &path)
 {
     const auto &environment = m_runner.confine(git) ? m_confinedEnvironment : m_unconfinedEnvironment;
     auto output = m_runner.run({git, arguments, path, environment});
-    return QUtf8StringView(output.text).isValidUtf8() ? output : ProcessOutput();
+    const bool isList = arguments.contains(QLatin1String("-z"));
+    return isList || QUtf8StringView(output.text).isValidUtf8() ? output : ProcessOutput();
 }
 
 }  // namespace velquarin

@@ -17,7 +17,8 @@ public:
     //! @p inherited is the program's own environment, from which git's is made.
     GitRunner(ProcessRunner &runner, const QProcessEnvironment &inherited);
 
-    //! What git printed. Output that is no UTF-8 is none, and a failure. Errors: LaunchError where git cannot be started.
+    //! What git printed. Output that is no UTF-8 is none, and a failure; but of a list with NULs between ("-z") each entry
+    //! is for the caller to judge. Errors: LaunchError where git cannot be started.
     [[nodiscard]] ProcessOutput run(const QStringList &arguments, const QString &path);
 
 private:

@@ -45,9 +45,10 @@ public:
         return m_worker.run([this, path, question = std::move(question)] { return answer(path, question); }, path);
     }
 
-    //! Calls @p question in the same way for one repository of @p paths after another, with its number, and answers what it
-    //! returned; @p counted says which commits count from then on. All are one operation, which ends with the first about which git had to be started, or which is read
-    //! when a tenth of a second is over: whoever else asks waits hardly longer than for one. @p paths are some.
+    //! Calls @p question in the same way for one repository of @p paths after another, with its number, and answers what
+    //! it returned; @p counted says which commits count from then on. All are one operation, which ends with the first about
+    //! which git had to be started, or which is read when a tenth of a second is over: whoever else asks waits hardly longer
+    //! than for one. @p paths are some.
     template <typename Question>
     [[nodiscard]] auto askUntilGitStarts(const QStringList &paths, CountedCommits counted, Question question)
     {

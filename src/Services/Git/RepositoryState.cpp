@@ -317,14 +317,6 @@ WatchPlace placeOf(const std::string &file, WatchPlace::Sign sign = WatchPlace::
     return {decoded(file.substr(0, end)), decoded(file.substr(end + 1)), sign};
 }
 
-QList<WatchPlace> placesOfAll(const BranchFiles &branches)
-{
-    QList<WatchPlace> places;
-    for (const auto &folder : branches.folders)
-        places << WatchPlace{decoded(folder), {}, WatchPlace::Sign::Any};
-    return places;
-}
-
 template <typename Read>
 auto understood(const Read &read) -> std::optional<decltype(read())>
 {
@@ -333,6 +325,16 @@ auto understood(const Read &read) -> std::optional<decltype(read())>
     } catch (const NotUnderstood &) {
         return std::nullopt;
     }
+}
+
+// Where there are more branches than are read, those in no folder of their own.
+QList<WatchPlace> placesOfAll(StateReader &reader, const GitFolders &git)
+{
+    const auto branches = understood([&] { return branchesIn(reader, git); });
+    QList<WatchPlace> places;
+    for (const auto &folder : branches ? branches->folders : std::set{git.common + "/refs/heads"})
+        places << WatchPlace{decoded(folder), {}, WatchPlace::Sign::Any};
+    return places;
 }
 
 }  // namespace
@@ -392,12 +394,13 @@ QList<WatchPlace> watchPlaces(const FileTree &files, const std::string &folder, 
         const auto git = foldersOf(reader, folder);
         if (files.folderAt(git.common + "/reftable"))
             return {placeOf(git.common + "/reftable/tables.list"), placeOf(git.own + "/reftable/tables.list")};
-        if (branch && branch != QLatin1String("HEAD"))
+        const auto detached = placeOf(git.own + "/logs/HEAD", WatchPlace::Sign::Written);
+        if (!branch)
+            return placesOfAll(reader, git) + QList{detached};
+        if (branch != QLatin1String("HEAD"))
             return {placeOf(referencePath(git.common, "refs/heads/" + branch->toStdString()))};
         const auto target = symbolicTarget(reader.unnoted(git.own + "/HEAD").bytes);
-        const auto head = target ? placeOf(referencePath(git.common, *target))
-                                 : placeOf(git.own + "/logs/HEAD", WatchPlace::Sign::Written);
-        return branch ? QList{head} : placesOfAll(branchesIn(reader, git)) + QList{head};
+        return {target ? placeOf(referencePath(git.common, *target)) : detached};
     });
     return places.value_or(QList<WatchPlace>());
 }

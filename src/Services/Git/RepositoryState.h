@@ -21,8 +21,8 @@ class FileTree;
 [[nodiscard]] std::optional<QByteArray> branchSelection(const FileTree &files, const std::string &folder,
                                                         const ConfigPlaces &places);
 
-//! Everything that decides what git answers about a branch of a repository, or about all, but for the clock: while all of it is the same,
-//! so are the answers.
+//! Everything that decides what git answers about a branch of a repository, or about all, but for the clock: while all of it
+//! is the same, so are the answers.
 struct RepositoryState
 {
     QByteArray content;   //!< a digest of what decides

@@ -139,9 +139,12 @@ void StateReader::file(const std::string &path)
         content(path);
 }
 
-std::set<std::string> StateReader::names(const std::string &folder, std::size_t most) const
+// What came into it and went meanwhile changed its times.
+std::set<std::string> StateReader::names(const std::string &folder, std::size_t most)
 {
     std::set<std::string> names;
+    const auto status = m_files.status(folder, Links::Follow);
+    addTo(m_identity, status ? identityIn(*status) : std::string());
     m_files.visit(folder, [&](const DirectoryEntry &entry) {
         names.insert(entry.name);
         return names.size() <= most;

@@ -54,8 +54,8 @@ public:
     //! A file that may be large: when it was written, and what is in it only while that says too little.
     void file(const std::string &path);
 
-    //! What a folder holds, which is no more than @p most entries; their names are not noted.
-    [[nodiscard]] std::set<std::string> names(const std::string &folder, std::size_t most) const;
+    //! What a folder holds, which is no more than @p most entries; their names are not noted, but the folder's times are.
+    [[nodiscard]] std::set<std::string> names(const std::string &folder, std::size_t most);
 
     //! Whatever else decides.
     void note(const std::string &name, const std::string &value);
@@ -63,7 +63,7 @@ public:
     //! Of all that was noted.
     [[nodiscard]] QByteArray digest() const { return digestOf(m_content); }
 
-    //! Of which files were read, and when they had been written.
+    //! Of which files were read and folders listed, and when they had been written.
     [[nodiscard]] QByteArray identity() const { return digestOf(m_identity); }
 
 private:

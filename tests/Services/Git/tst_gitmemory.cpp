@@ -367,6 +367,7 @@ private Q_SLOTS:
     void whatCountsDifferentlyIsKnownByItself_data();
     void whatCountsDifferentlyIsKnownByItself();
     void thatThereIsNoAddressIsKnownToo();
+    void aBranchThatComesAndGoesBetweenTheQuestionsIsNotRemembered();
     void aLongerWindowThanWasAskedForIsAsked();
     void theWindowsMoveWithTheClock_data();
     void theWindowsMoveWithTheClock();
@@ -528,6 +529,31 @@ void TestGitMemory::thatThereIsNoAddressIsKnownToo()
     QCOMPARE(pair.processes(), 0);
     repository.git({QStringLiteral("config"), QStringLiteral("author.email"), QStringLiteral("you@home")});
     QVERIFY(!pair.remembered(repository.path()).isEveryones);
+    QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
+}
+
+void TestGitMemory::aBranchThatComesAndGoesBetweenTheQuestionsIsNotRemembered()
+{
+    Pair pair;
+    pair.setNow(start);
+    pair.count({CountedAuthors::Everyone, CountedBranches::All});
+    const TempRepository repository;
+    const auto git = [&](const char *arguments) { return repository.git(QString::fromUtf8(arguments).split(u' ')); };
+    repository.commit(dateOf(start - 60));
+    git("checkout --quiet --detach");
+    repository.commit(dateOf(start - 60));
+    const auto commit = git("rev-parse HEAD");
+    git("checkout --quiet main");
+    int logs = 0;
+    pair.runner.meanwhile = [&](const QString &asked, const ProcessOutput &output) {
+        if (asked == QLatin1String("config"))
+            repository.write(QStringLiteral(".git/refs/heads/brief"), commit);
+        if (asked == QLatin1String("log") && ++logs == 3)
+            QFile::remove(repository.file(QStringLiteral(".git/refs/heads/brief")));
+        return output;
+    };
+    static_cast<void>(pair.remembered(repository.path()));
+    pair.runner.meanwhile = {};
     QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
 }
 
