@@ -28,9 +28,8 @@ namespace {
 
 constexpr double rowHeight = 28;
 constexpr double rowPadding = 10;
-constexpr double gapBelowTitle = 4;
-
-constexpr double gapBetweenSections = 8;
+constexpr double gapBelowTitle = 3;
+constexpr double gapBetweenSections = 6;
 
 struct RefreshPeriod
 {
@@ -101,12 +100,23 @@ FormSection::FormSection(const QString &title, QWidget *parent)
 QBoxLayout *FormSection::makeRow(int outset)
 {
     const auto padding = style::points(rowPadding) - outset;
+    if (m_rows->count() > 0)
+        addDivider();
     auto *const row = new QHBoxLayout;
     m_rows->addLayout(row);
     row->setContentsMargins(padding, 0, padding, 0);
     row->setSpacing(style::points(style::defaultSpacing));
     row->addStrut(style::points(rowHeight));
     return row;
+}
+
+void FormSection::addDivider()
+{
+    auto *const line = new QHBoxLayout;
+    const auto padding = style::points(rowPadding);
+    line->setContentsMargins(padding, 0, padding, 0);
+    line->addWidget(new Divider(Qt::Horizontal, this));
+    m_rows->addLayout(line);
 }
 
 void FormSection::addRow(Switch *control)

@@ -36,6 +36,7 @@ public:
 
 private:
     QBoxLayout *makeRow(int outset = 0);
+    void addDivider();
 
     Text *m_title;
     QBoxLayout *m_rows;

@@ -37,12 +37,12 @@ Picker *picker(const SettingsWindow &window)
     return window.view->findChild<Picker *>(QStringLiteral("refreshPeriod"));
 }
 
-// The period of the one timer that repeats.
 Picker *countedPicker(const SettingsWindow &window)
 {
     return window.view->findChild<Picker *>(QStringLiteral("countedCommits"));
 }
 
+// The period of the one timer that repeats.
 double refreshPeriod(const Engine &engine)
 {
     const auto &live = engine.timers.live();
@@ -356,9 +356,9 @@ void TestGeneralTab::theSectionsKeepTheirDistances()
         const auto *const section = sections.at(index);
         const auto title = section->findChild<Text *>(QString(), Qt::FindDirectChildrenOnly)->geometry();
         const auto group = section->findChild<TintedGround *>()->geometry();
-        QVERIFY(index == 0 || section->y() - sections.at(index - 1)->geometry().bottom() - 1 == 8);
-        QCOMPARE(group.top() - title.bottom() - 1, 4);
-        QCOMPARE(group.height(), index == 3 ? 2 * 28 : 28);
+        QVERIFY(index == 0 || section->y() - sections.at(index - 1)->geometry().bottom() - 1 == 6);
+        QCOMPARE(group.top() - title.bottom() - 1, 3);
+        QCOMPARE(group.height(), index == 3 ? 2 * 28 + 1 : 28);
     }
     const auto version = window.placeOf(window.control<Text>(QStringLiteral("Version")));
     QCOMPARE(version.left() - window.placeOf(sections.last()).left(), 10);
