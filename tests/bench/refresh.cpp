@@ -43,9 +43,16 @@ public:
     {
         ++m_count;
         if (m_record.isOpen())
-            m_record.write((QStringList{request.directory} + request.arguments).join(u'\t').toUtf8() + '\n');
+            record((QStringList{request.directory} + request.arguments).join(u'\t').toUtf8());
         m_environment = request.environment;
         return ChildProcessRunner::run(request);
+    }
+
+    // A refresh asks for the settings of a repository once.
+    void record(const QByteArray &command)
+    {
+        if (!command.contains("\tconfig\t") || std::exchange(m_settings, command) != command)
+            m_record.write(command + '\n');
     }
 
     [[nodiscard]] int count() const { return m_count; }
@@ -68,6 +75,7 @@ public:
 private:
     std::atomic<int> m_count = 0;
     QFile m_record;
+    QByteArray m_settings;  // the last question for them
     QProcessEnvironment m_environment;
 };
 

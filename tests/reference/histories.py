@@ -52,6 +52,7 @@ KINDS = {
     "everyone's commits on all branches", "the user's commits on all branches",
     "several authors", "an author's address in other letters", "an author in another encoding", "an author who is no text",
     "a co-author", "a commit that was picked", "a branch beside", "a detached head",
+    "commits of others alone",
     "no address", "one address", "several addresses",
 }
 
@@ -138,8 +139,13 @@ class Writer:
             remote = path / ".git" / "refs" / "remotes" / "origin"
             remote.mkdir(parents=True)
             (remote / "HEAD").write_text("ref: refs/remotes/origin/develop\n")
-        if commits and dice.random() < 0.1:
-            run(path, "update-ref", "--no-deref", "HEAD", "side" if b"heads/side\n" in text else branch)
+        for name in ("refs/remotes/origin/theirs", "refs/tags/loose", "refs/elsewhere"):
+            if commits and dice.random() < 0.2:
+                run(path, "fast-import", "--quiet", input=one_more(dice, name, branch, commits[-1]))
+        if (path / ".git" / "refs" / "elsewhere").exists():
+            head = (path / ".git" / "refs" / "elsewhere").read_text()
+            (path / ".git" / "HEAD").write_text(head)
+            (path / ".git" / "refs" / "elsewhere").unlink()
         shape = "a merge" if b"\nmerge :" in text else "a single line"
         return {f"the branch {branch}", configured, shape if commits else "a repository without commits"} | kinds_of(text, path)
 
@@ -257,6 +263,7 @@ def kinds_of(text, path):
         "a co-author": b"Co-authored-by" in text,
         "a commit that was picked": b"picked" in text,
         "a branch beside": b"heads/side\n" in text and b"\nmerge :" not in text,
+        "commits of others alone": (path / ".git" / "refs" / "remotes" / "origin" / "theirs").exists(),
         "a detached head": not (path / ".git" / "HEAD").read_text().startswith("ref:"),
     }.items() if is_so}
 
@@ -270,6 +277,13 @@ def author_line(dice, date):
         return f"author Me <jos\udce9@work> {date}\n"
     who = dice.choice([ME, ME, LOUD_ME, ME_IN_CAPITALS, ME_AT_WORK] if chance < 0.7 else OTHERS)
     return f"author {who} {date}\n"
+
+
+def one_more(dice, name, branch, dates):
+    """A stream with one commit more, under a name that is no branch."""
+    author, committer = dates
+    return (f"commit {name}\n{author_line(dice, author)}committer C <c@example.org> {committer}\n"
+            f"data 4\nmore\nfrom refs/heads/{branch}^0\n\n").encode("utf-8", "surrogateescape")
 
 
 def message(dice, is_picked):
