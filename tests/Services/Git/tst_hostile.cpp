@@ -282,7 +282,7 @@ void TestHostile::whateverCountsTheServiceIsNotHarmedBy_data()
 {
     QTest::addColumn<QString>("attack");
     QTest::addColumn<CountedCommits>("counted");
-    const auto attacks = wholeRun() ? allAttacks() + idleThreats() : attackSample();
+    const auto attacks = (wholeRun() ? allAttacks() : attackSample()) + idleThreats();
     for (const auto &attack : attacks) {
         const auto row = [&](const char *choice, CountedCommits counted) {
             if (isKnown(attack))

@@ -92,6 +92,31 @@ std::function<void(HostileRepository &)> setting(const char *text)
     return [=](HostileRepository &repository) { repository.configure(text); };
 }
 
+// Each more than an address.
+void nameOddAddresses(HostileRepository &repository)
+{
+    const auto victim = repository.victim().toUtf8();
+    for (const auto &address : {"--output=" + victim, "x> --output=" + victim, QByteArray(R"(\\(a*\\)*b)"),
+                                QByteArray(R"(a\\E(a*)*)"), "a\\n--output=" + victim, QByteArray(5000, 'a')})
+        repository.configure("[user]\nemail = \"" + address + '"');
+}
+
+void nameManyAddresses(HostileRepository &repository)
+{
+    QByteArray settings = "[velquarin]\n";
+    for (int number = 0; number < 100'000; ++number)
+        settings += "email = " + QByteArray(20, 'a') + QByteArray::number(number) + '\n';
+    repository.configure(settings);
+}
+
+void nameBranchesLikeOptions(HostileRepository &repository)
+{
+    const auto tip = repository.git("rev-parse main");
+    for (const auto &name : {QStringLiteral("--output=") + repository.victim(), QStringLiteral("--all"),
+                             QStringLiteral("-1"), QStringLiteral("--author=nobody"), QStringLiteral("HEAD")})
+        repository.write(QStringLiteral(".git/refs/heads/") + name, tip);
+}
+
 }  // namespace
 
 QList<Attack> configurationAttacks()
@@ -152,6 +177,9 @@ QList<Attack> idleThreats()
         {"a format and a style of dates", OutputChanges, setting("[format]\npretty = %H\n[log]\ndate = relative")},
         {"decorations and notes", OutputChanges,
          setting("[log]\ndecorate = full\n[notes]\ndisplayRef = refs/heads/main")},
+        {"addresses that are options, patterns and quotations", FileChanges, nameOddAddresses},
+        {"a hundred thousand addresses", Hangs, nameManyAddresses},
+        {"branches named like options", FileChanges, nameBranchesLikeOptions},
     };
 }
 
