@@ -31,12 +31,10 @@ void Rendering::now()
     m_render();
 }
 
-bool Rendering::nowIfDue()
+void Rendering::nowIfDue()
 {
-    const bool isDue = m_isDue;
-    if (isDue)
+    if (m_isDue)
         now();
-    return isDue;
 }
 
 Rebuilding::Rebuilding(std::function<void()> rebuild)

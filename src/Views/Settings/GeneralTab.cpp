@@ -105,7 +105,6 @@ QBoxLayout *FormSection::makeRow(int outset)
     auto *const row = new QHBoxLayout;
     m_rows->addLayout(row);
     row->setContentsMargins(padding, 0, padding, 0);
-    row->setSpacing(style::points(style::defaultSpacing));
     row->addStrut(style::points(rowHeight));
     return row;
 }

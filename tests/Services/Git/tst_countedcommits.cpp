@@ -381,8 +381,10 @@ void TestCountedCommits::allBranchesOfTablesCount()
         git.set("GIT_COMMITTER_DATE", at(hour));
         git.set("GIT_AUTHOR_DATE", at(hour));
         git.run(words("commit --quiet --allow-empty --message=work"));
-        git.run(words("checkout --quiet -b side"));
+        git.run({QStringLiteral("checkout"), QStringLiteral("--quiet"), QStringLiteral("-b"),
+                 QLatin1Char('b') + QString::fromLatin1(hour).left(2)});
     }
+    git.run(words("checkout --quiet main"));
     QCOMPARE(world.count(ofAllBranches, path), 2);
 }
 

@@ -74,7 +74,14 @@ public:
         return AgedTree::visit(path, visitor);
     }
 
+    std::optional<FileStatus> status(const std::string &path, Links links) const override
+    {
+        ++looks;
+        return AgedTree::status(path, links);
+    }
+
     mutable int visits = 0;
+    mutable int looks = 0;
 };
 
 // As some that are made in a program have it.
@@ -162,6 +169,7 @@ private Q_SLOTS:
     void foldersThatCannotBeListedArePassedOver();
     void aFolderThatCannotBeEnteredIsNoRepository();
     void aCancelledScanEnds();
+    void aSearchThatKeepsNothingAsksForNoTimes();
     void whatDidNotChangeIsNotReadAgain();
     void aChangeInTheSameStepOfTheTimesIsSeen();
     void whereThereAreNoTimesEverythingIsRead();
@@ -410,6 +418,19 @@ void TestRepositoryScan::aCancelledScanEnds()
     tree.repository(QStringLiteral("repo"));
     const std::atomic<bool> isCancelled = true;
     QVERIFY(scanForRepositories(PosixFileTree(), tree.path(), 5, isCancelled).isEmpty());
+}
+
+void TestRepositoryScan::aSearchThatKeepsNothingAsksForNoTimes()
+{
+    const Tree tree;
+    tree.repository(QStringLiteral("a/repo"));
+    const CountingTree files;
+    const std::atomic<bool> isCancelled = false;
+    QCOMPARE(scanForRepositories(files, tree.path(), 16, isCancelled).size(), 1);
+    QCOMPARE(files.looks, 0);
+    KnownFolder known;
+    QCOMPARE(scanForRepositories(files, tree.path(), 16, isCancelled, known).size(), 1);
+    QVERIFY(files.looks > 0);
 }
 
 void TestRepositoryScan::whatDidNotChangeIsNotReadAgain()

@@ -1212,10 +1212,14 @@ private Q_SLOTS:
     void theFocusStaysWithItsRepository()
     {
         World world;
-        world.track(2, 1);
+        world.track(3, 1);
         world.engine.refresh();
         world.show();
         const auto rows = world.view->findChildren<RepoRow *>();
+        rows.at(2)->setFocus(Qt::TabFocusReason);
+        world.engine.refresh();
+        world.settle();
+        QCOMPARE(world.view->focusWidget(), rows.at(2));
         rows.at(1)->setFocus(Qt::TabFocusReason);
         const auto path = rows.at(1)->path();
         world.engine.script(path, commits("2026-11-20", 1), commits("2026-11-20", 1), "2026-11-20T11:00:00+00:00");
