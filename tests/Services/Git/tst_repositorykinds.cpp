@@ -2,11 +2,14 @@
 // SPDX-License-Identifier: MIT
 
 #include "hostile/Readings.h"
+#include "support/Files.h"
 #include "support/GitVersion.h"
 #include "support/Strict.h"
 #include "support/TempRepository.h"
 #include "support/TestProgram.h"
 
+#include <QScopeGuard>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <functional>
@@ -245,6 +248,8 @@ private Q_SLOTS:
     void init() { failOnAnyWarning(); }
     void figuresAreThoseOfGitByHandFor_data();
     void figuresAreThoseOfGitByHandFor();
+    void theUsersCommitsOnAllBranchesAreThoseOfGitByHandFor_data() { figuresAreThoseOfGitByHandFor_data(); }
+    void theUsersCommitsOnAllBranchesAreThoseOfGitByHandFor();
     void nothingChangesIn_data() { figuresAreThoseOfGitByHandFor_data(); }
     void nothingChangesIn();
     void whatBelongsToSomebodyElseIsNotRead();
@@ -293,6 +298,36 @@ void TestRepositoryKinds::figuresAreThoseOfGitByHandFor()
     QCOMPARE(
         await(getLastCommitDate(service.git, path)),
         instantOf(byHand(path, {QStringLiteral("log"), branch, QStringLiteral("-1"), QStringLiteral("--format=%aI")})));
+}
+
+// The one author of all kinds is the user; a mailmap says otherwise.
+void TestRepositoryKinds::theUsersCommitsOnAllBranchesAreThoseOfGitByHandFor()
+{
+    QFETCH(int, index);
+    if (!made(index))
+        QSKIP("This git is too old to make one.");
+    const auto path = made(index)->path;
+    const QTemporaryDir home;
+    writeFile(home.filePath(QStringLiteral(".gitconfig")), "[user]\n\temail = A@example.ORG\n");
+    const auto before = qgetenv("HOME");
+    const QScopeGuard restore([&before] { qputenv("HOME", before); });
+    qputenv("HOME", QFile::encodeName(home.path()));
+    SystemService service(Confinement::Wanted);
+    const auto calendar = service.clock.calendar();
+    const auto since = instant("2022-03-08T00:00:00Z");
+    for (const auto authors : {CountedAuthors::Me, CountedAuthors::Everyone}) {
+        const QString filter =
+            authors == CountedAuthors::Me ? QStringLiteral("--author=<a@example.org>") : QStringLiteral("--no-merges");
+        const auto output =
+            byHand(path, {QStringLiteral("-c"), QStringLiteral("log.mailmap=false"), QStringLiteral("log"),
+                          QStringLiteral("--ignore-missing"), QStringLiteral("--branches"), QStringLiteral("HEAD"),
+                          QStringLiteral("--format=%ad"), QStringLiteral("--date=short"),
+                          QStringLiteral("--since=2022-03-08"), QStringLiteral("--until=2024-03-08"), filter});
+        service.count({authors, CountedBranches::All});
+        for (int turn = 0; turn < 2; ++turn)
+            QCOMPARE(days(await(getCommits(service.git, path, since, service.clock.now())), calendar),
+                     output.split(u'\n', Qt::SkipEmptyParts));
+    }
 }
 
 void TestRepositoryKinds::nothingChangesIn()
