@@ -67,7 +67,7 @@ int x11ScreenNumber()
     int display = 0;
     int screen = 0;
     if (xcb_parse_display(nullptr, &host, &display, &screen) != 0)
-        std::free(host);
+        std::free(host);  // NOLINT(cppcoreguidelines-no-malloc): the library has it from malloc
     return screen;
 }
 
