@@ -214,7 +214,7 @@ std::optional<std::string> readRemoteHead(StateReader &reader, const std::string
         throw NotUnderstood();
     const auto branch = target->substr(prefix.size());
     for (const auto *const place : {"/", "/refs/", "/refs/tags/", "/refs/heads/"})
-        reader.reference(common + place + "origin/" + branch);
+        reader.reference(std::string(common).append(place).append("origin/").append(branch));
     return branch;
 }
 
