@@ -20,7 +20,7 @@ PaintedChildren *paintedChildrenOf(QObject *widget)
     return dynamic_cast<PaintedChildren *>(widget);
 }
 
-class ChildInterface : public QAccessibleInterface, public QAccessibleActionInterface
+class ChildInterface final : public QAccessibleInterface, public QAccessibleActionInterface
 {
 public:
     ChildInterface(QWidget *widget, int index)
