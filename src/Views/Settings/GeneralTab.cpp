@@ -47,7 +47,7 @@ constexpr std::array<RefreshPeriod, 5> refreshPeriods{{
 
 struct Counted
 {
-    const char *label;
+    const char *label = nullptr;
     CountedCommits commits;
 };
 
