@@ -60,6 +60,16 @@ private:
     QProcessEnvironment m_environment;
 };
 
+//! Whether the machine's own settings name somebody's address: git reads them wherever the program runs it.
+inline bool machineNamesAnAddress()
+{
+    QProcess process;
+    process.start(QStringLiteral("/usr/bin/git"),
+                  {QStringLiteral("config"), QStringLiteral("--system"), QStringLiteral("--get-regexp"),
+                   QStringLiteral("^(user|author|velquarin)\\.email$")});
+    return process.waitForFinished(-1) && process.exitCode() == 0;
+}
+
 //! A repository that lives as long as the object.
 class TempRepository
 {

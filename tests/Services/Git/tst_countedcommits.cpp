@@ -211,6 +211,8 @@ void TestCountedCommits::conditionalSettingsGiveAFolderItsOwnAddress()
 
 void TestCountedCommits::everyonesCommitsCountWhereGitKnowsNoAddress()
 {
+    if (machineNamesAnAddress())
+        QSKIP("Git knows an address everywhere on this machine.");
     World world;
     commitAs(world.repository, "Me <me@home.org>");
     QCOMPARE(world.count(mine), 1);

@@ -519,6 +519,8 @@ void TestGitMemory::whatCountsDifferentlyIsKnownByItself()
 
 void TestGitMemory::thatThereIsNoAddressIsKnownToo()
 {
+    if (machineNamesAnAddress())
+        QSKIP("Git knows an address everywhere on this machine.");
     Pair pair;
     pair.setNow(start);
     pair.count({CountedAuthors::Me, CountedBranches::Default});
