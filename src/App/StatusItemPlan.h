@@ -29,7 +29,7 @@ class StreakManager;
 //! The note names @p withoutAddress, the repositories in which everyone's commits count for want of an address.
 //! Shape: the title is a space and the decimal number, or empty.
 [[nodiscard]] StatusItemAppearance statusItemAppearance(qint64 streak, bool isRefreshing, bool hasCommittedToday,
-                                                        const QStringList &withoutAddress = {});
+                                                        const QStringList &withoutAddress);
 
 //! Delivers the state of the streak once it has been quiet for 200 ms, first after the observation began: a refresh that
 //! changes several values in a row is seen once, with the last ones.

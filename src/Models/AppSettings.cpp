@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 
 namespace velquarin {
@@ -37,6 +38,7 @@ constexpr std::array<const char *, 2> namesOf(CountedBranches /*any*/)
     return {"default", "all"};
 }
 
+// One of a few named values.
 template <typename Value>
 concept Choice = std::is_enum_v<Value>;
 

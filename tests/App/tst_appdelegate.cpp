@@ -206,7 +206,7 @@ void TestAppDelegate::theItemShows()
     QFETCH(bool, isRefreshing);
     QFETCH(bool, hasCommittedToday);
     QFETCH(qint64, streak);
-    QTEST(text(statusItemAppearance(streak, isRefreshing, hasCommittedToday)), "expected");
+    QTEST(text(statusItemAppearance(streak, isRefreshing, hasCommittedToday, {})), "expected");
 }
 
 void TestAppDelegate::theNoteNamesARepositoryWithoutAnAddress()
@@ -242,7 +242,7 @@ void TestAppDelegate::theItemFollowsTheStreakOnceItIsQuiet()
     World world;
     world.trackOneWithACommitToday();
     world.delegate.applicationDidFinishLaunching();
-    QTRY_COMPARE(world.item->appearances().constLast(), statusItemAppearance(1, false, true));
+    QTRY_COMPARE(world.item->appearances().constLast(), statusItemAppearance(1, false, true, {}));
 }
 
 void TestAppDelegate::everyChangeStartsTheQuietAnew()
@@ -270,7 +270,7 @@ void TestAppDelegate::aBurstOfChangesIsSeenOnce()
     BootTimeTimers timers;
     std::unique_ptr<StreakObserver> observer;
     const auto deliver = [&](qint64 streak, bool isRefreshing, bool hasCommittedToday) {
-        deliveries << text(statusItemAppearance(streak, isRefreshing, hasCommittedToday));
+        deliveries << text(statusItemAppearance(streak, isRefreshing, hasCommittedToday, {}));
     };
     // From the first value of a refresh to its last the event loop does not turn.
     connect(&engine.manager, &StreakManager::currentStreakWillChange, this,
@@ -370,12 +370,12 @@ void TestAppDelegate::outsideARefreshTheItemKeepsItsFlameWhereGitHangs()
     world.delegate.applicationDidFinishLaunching();
     QTRY_VERIFY(!world.delegate.streakManager().isRefreshing());
     timers.fire(std::size_t(intervals(timers).indexOf(untilItIsQuiet)));
-    QCOMPARE(world.item->appearances().constLast(), statusItemAppearance(0, false, false));
+    QCOMPARE(world.item->appearances().constLast(), statusItemAppearance(0, false, false, {}));
     world.hangIn(QStringLiteral("/repos/slow"), hang);
     const auto hanging = world.shared.gitService().isGitRepository(QStringLiteral("/repos/slow"));
     QTRY_VERIFY(intervals(timers).contains(halfAMinute));
     timers.fire(std::size_t(intervals(timers).indexOf(halfAMinute)));
-    QCOMPARE(world.item->appearances().constLast(), statusItemAppearance(0, false, false));
+    QCOMPARE(world.item->appearances().constLast(), statusItemAppearance(0, false, false, {}));
 }
 
 void TestAppDelegate::aRefreshThatFindsGitHangingSaysWhereFromTheBeginning()
@@ -399,14 +399,14 @@ void TestAppDelegate::aRefreshThatFindsGitHangingSaysWhereFromTheBeginning()
     hang.release();
     QTRY_VERIFY(!world.delegate.streakManager().isRefreshing());
     timers.fire(std::size_t(intervals(timers).indexOf(untilItIsQuiet)));
-    QCOMPARE(world.item->appearances().constLast(), statusItemAppearance(1, false, true));
+    QCOMPARE(world.item->appearances().constLast(), statusItemAppearance(1, false, true, {}));
 }
 
 void TestAppDelegate::aStreakOfNoughtShowsTheFlameAlone()
 {
     World world;
     world.delegate.applicationDidFinishLaunching();
-    QTRY_COMPARE(world.item->appearances().constLast(), statusItemAppearance(0, false, false));
+    QTRY_COMPARE(world.item->appearances().constLast(), statusItemAppearance(0, false, false, {}));
 }
 
 void TestAppDelegate::theCountIsShownWhateverItsSettingSays()
@@ -423,7 +423,7 @@ void TestAppDelegate::theCountStaysWhenItsSettingChanges()
     World world;
     world.trackOneWithACommitToday();
     world.delegate.applicationDidFinishLaunching();
-    const auto withCount = statusItemAppearance(1, false, true);
+    const auto withCount = statusItemAppearance(1, false, true, {});
     QTRY_COMPARE(world.item->appearances().constLast(), withCount);
     for (const bool isShown : {false, true}) {
         const auto before = world.item->appearances().size();

@@ -213,7 +213,7 @@ void TestTranslations::nothingAroundTheItemIsLeftInEnglish()
     for (const bool isRefreshing : {false, true}) {
         for (const bool hasCommitted : {false, true}) {
             for (const qint64 streak : {0, 3}) {
-                const auto appearance = statusItemAppearance(streak, isRefreshing, hasCommitted);
+                const auto appearance = statusItemAppearance(streak, isRefreshing, hasCommitted, {});
                 const auto words = statusWords(appearance);
                 QVERIFY(appearance.accessibilityDescription.contains(opening));
                 QCOMPARE(leftInEnglish({words.headline, words.detail}), QStringList());

@@ -46,8 +46,8 @@ public:
     //! All that is known.
     void forget() { m_memories.clear(); }
 
-    //! The questions of this look that follow are about that branch, or about all. Before any whose answer another setting
-    //! would change.
+    //! The questions of this look that follow are about that branch, or about all. To be called before the first whose answer
+    //! depends on the settings or the branch: what those are is read here.
     void readFrom(const std::optional<QString> &branch, const QString &path);
 
     //! Whether git was started during the last look.
@@ -97,7 +97,7 @@ private:
         std::optional<Memory> known;          //!< what is remembered and still so
         Memory fresh;                         //!< what was asked now
         std::optional<QByteArray> selection;  //!< what the branch is chosen by, at the beginning
-        bool isPrepared = false;
+        bool isPrepared = false;              //!< whether what decides the answers was read
         bool isRememberable = true;
     };
 

@@ -16,9 +16,8 @@ class GitService;
 class StreakManager;
 
 //! Refreshes as soon as a commit is made, or other commits count: 100 ms after the last of what tells of it, 2 s after the
-//! first at the latest. What
-//! is told during a refresh has another one follow, and so has whoever asks for one during a refresh of this: nobody knows
-//! of it, and what was just added would be read minutes later. Main thread only.
+//! first at the latest. What is told during a refresh has another one follow, and so has whoever asks for one during a refresh
+//! of this: nobody knows of it, and what was just added would be read minutes later. Main thread only.
 class CommitWatch : public QObject
 {
     Q_OBJECT

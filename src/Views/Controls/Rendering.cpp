@@ -31,10 +31,12 @@ void Rendering::now()
     m_render();
 }
 
-void Rendering::nowIfDue()
+bool Rendering::nowIfDue()
 {
-    if (m_isDue)
+    const bool isDue = m_isDue;
+    if (isDue)
         now();
+    return isDue;
 }
 
 Rebuilding::Rebuilding(std::function<void()> rebuild)

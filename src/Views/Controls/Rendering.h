@@ -25,8 +25,8 @@ public:
     //! At once, and no more for the changes before.
     void now();
 
-    //! At once where it is due.
-    void nowIfDue();
+    //! At once where it is due, which is what it returns.
+    bool nowIfDue();
 
 private:
     std::function<void()> m_render;
@@ -48,8 +48,8 @@ public:
 
     void soon() { m_rendering.soon(); }
 
-    //! At once where it is due.
-    void nowIfDue() { m_rendering.nowIfDue(); }
+    //! At once where it is due, which is what it returns.
+    bool nowIfDue() { return m_rendering.nowIfDue(); }
 
 private:
     Rendering m_rendering;

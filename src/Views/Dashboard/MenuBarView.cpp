@@ -99,8 +99,8 @@ void MenuBarView::observe()
 
 void MenuBarView::renderNow()
 {
-    m_rebuilding.nowIfDue();
-    m_rendering.now();
+    if (!m_rebuilding.nowIfDue())
+        m_rendering.now();
 }
 
 void MenuBarView::render()

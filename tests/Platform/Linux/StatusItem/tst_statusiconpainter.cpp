@@ -303,6 +303,9 @@ void TestStatusIconPainter::wordsTellWhatThePictureShows_data()
     row("a streak that waits", waiting(" 12"), "12-day streak", "No commit today yet");
     row("a streak that goes on", committed(" 13"), "13-day streak", "Committed today");
     row("no streak", waiting(), "No streak yet", "No commit today yet");
+    auto noted = waiting(" 2");
+    noted.note = QStringLiteral("Everyone counts");
+    row("a note below the rest", noted, "2-day streak", "No commit today yet\nEveryone counts");
 }
 
 void TestStatusIconPainter::wordsTellWhatThePictureShows()
