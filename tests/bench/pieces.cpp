@@ -8,9 +8,9 @@
 #include "Platform/Calendar.h"
 #include "Platform/Linux/Preferences/JsonPreferencesStore.h"
 #include "Services/Git/GitLog.h"
+#include "Services/Streak/HeatmapGrid.h"
 #include "Services/Streak/MergedHistory.h"
 #include "Services/Streak/StreakCalculation.h"
-#include "Views/Dashboard/HeatmapGrid.h"
 
 #include <QTemporaryDir>
 #include <QTest>

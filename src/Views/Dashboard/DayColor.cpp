@@ -3,7 +3,8 @@
 
 #include "Views/Dashboard/DayColor.h"
 
-#include <algorithm>
+#include "Services/Streak/HeatmapGrid.h"
+
 #include <array>
 
 namespace velquarin {
@@ -23,15 +24,6 @@ QColor DayColor::in(const QPalette &palette) const
     auto color = accent ? style::accent(palette, *accent) : QColor(Qt::transparent);
     color.setAlphaF(float(opacity));
     return color;
-}
-
-int countBand(qint64 count)
-{
-    if (count < 0)
-        return 4;
-    constexpr std::array<qint64, 4> highest{0, 2, 5, 10};
-    const auto *const band = std::lower_bound(highest.begin(), highest.end(), count);
-    return int(band - highest.begin());
 }
 
 DayColor colorForCount(qint64 count)

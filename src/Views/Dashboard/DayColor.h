@@ -18,10 +18,6 @@ struct DayColor
     [[nodiscard]] QColor in(const QPalette &palette) const;
 };
 
-//! Which shade a day with so many commits has: 0 none, 1 up to two, 2 up to five, 3 up to ten, 4 more than ten. A
-//! negative count is in the last band.
-[[nodiscard]] int countBand(qint64 count);
-
 //! In the strip of the last days: grey without any commits, and the fuller a green the more there are.
 [[nodiscard]] DayColor colorForCount(qint64 count);
 

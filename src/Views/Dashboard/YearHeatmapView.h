@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Services/Streak/HeatmapGrid.h"
 #include "Views/Controls/PaintedChildren.h"
 #include "Views/Dashboard/HeatmapGeometry.h"
-#include "Views/Dashboard/HeatmapGrid.h"
 
 #include <QStringList>
 #include <QWidget>

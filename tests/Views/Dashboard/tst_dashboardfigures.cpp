@@ -9,6 +9,8 @@
 
 #include <QTest>
 
+#include <optional>
+
 using namespace velquarin;
 using namespace velquarin::test;
 using style::Accent;
@@ -57,28 +59,6 @@ private Q_SLOTS:
         QTEST(repositoriesLeftOut(repositories), "leftOut");
     }
 
-    void countsFallIntoFiveBands_data()
-    {
-        QTest::addColumn<qint64>("count");
-        QTest::addColumn<int>("band");
-        QTest::newRow("none") << qint64(0) << 0;
-        QTest::newRow("one") << qint64(1) << 1;
-        QTest::newRow("two") << qint64(2) << 1;
-        QTest::newRow("three") << qint64(3) << 2;
-        QTest::newRow("five") << qint64(5) << 2;
-        QTest::newRow("six") << qint64(6) << 3;
-        QTest::newRow("ten") << qint64(10) << 3;
-        QTest::newRow("eleven") << qint64(11) << 4;
-        QTest::newRow("a thousand") << qint64(1000) << 4;
-        QTest::newRow("less than none") << qint64(-1) << 4;
-    }
-
-    void countsFallIntoFiveBands()
-    {
-        QFETCH(qint64, count);
-        QTEST(countBand(count), "band");
-    }
-
     void moreCommitsMakeAFullerSquare_data()
     {
         QTest::addColumn<qint64>("count");
@@ -101,6 +81,41 @@ private Q_SLOTS:
         QFETCH(qint64, count);
         QTEST(colorForCount(count).accent.value(), "accent");
         QTEST(colorForCount(count).opacity, "opacity");
+    }
+
+    void aSquareOfTheYearHasItsColour_data()
+    {
+        using Shown = std::optional<Accent>;
+        constexpr auto grey = Accent::Grey;
+        constexpr auto green = Accent::Green;
+        QTest::addColumn<qint64>("count");
+        QTest::addColumn<bool>("isInRange");
+        QTest::addColumn<Shown>("accent");
+        QTest::addColumn<double>("opacity");
+        const auto row = [](const char *name, qint64 count, bool isInRange, Shown accent, double opacity) {
+            QTest::newRow(name) << count << isInRange << accent << opacity;
+        };
+        row("no commits are grey", 0, true, grey, 0.15);
+        row("one is the palest green", 1, true, green, 0.3);
+        row("two are as pale", 2, true, green, 0.3);
+        row("three are stronger", 3, true, green, 0.5);
+        row("five are as strong as three", 5, true, green, 0.5);
+        row("six are stronger again", 6, true, green, 0.7);
+        row("ten are as strong as six", 10, true, green, 0.7);
+        row("eleven are the strongest", 11, true, green, 0.9);
+        row("so are a thousand", 1000, true, green, 0.9);
+        row("less than none is clear", -1, true, std::nullopt, 0);
+        row("out of range nothing is drawn", -1, false, std::nullopt, 0);
+        row("out of range not even commits are drawn", 12, false, std::nullopt, 0);
+    }
+
+    void aSquareOfTheYearHasItsColour()
+    {
+        QFETCH(qint64, count);
+        QFETCH(bool, isInRange);
+        QFETCH(std::optional<style::Accent>, accent);
+        QFETCH(double, opacity);
+        QCOMPARE(colorForCount(count, isInRange), (DayColor{accent, opacity}));
     }
 };
 

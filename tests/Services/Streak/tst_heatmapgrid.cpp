@@ -1,14 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Views/Dashboard/HeatmapGrid.h"
+#include "Services/Streak/HeatmapGrid.h"
 
 #include "Platform/DateTexts.h"
 
 #include "support/FakeClock.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"
-#include "Views/Dashboard/DayColor.h"
 
 #include <QTest>
 
@@ -104,8 +103,8 @@ private Q_SLOTS:
     void theCellOfALeftOutDayIsNamedByTheNextDay();
     void aYearWhoseOldestDayWasLeftOutHasNoGrid();
     void noCommitsLookTheSameWhetherNotedOrAbsent();
-    void aCountHasItsColour_data();
-    void aCountHasItsColour();
+    void countsFallIntoFiveBands_data();
+    void countsFallIntoFiveBands();
     void monthsAreLabelledWhereTheyFirstShow_data();
     void monthsAreLabelledWhereTheyFirstShow();
     void monthsAreNamedInTheUsersLanguage();
@@ -394,42 +393,29 @@ void TestHeatmapGrid::noCommitsLookTheSameWhetherNotedOrAbsent()
     QCOMPARE(grid, gridData({}, calendar, now));
     const auto &noted = grid.back().at(4);
     QCOMPARE(noted.date, calendar.startOf(date("2026-11-19")));
-    QCOMPARE(colorForCount(noted.count, noted.isInRange), (DayColor{style::Accent::Grey, 0.15}));
+    QCOMPARE(countBand(noted.count), 0);
 }
 
-void TestHeatmapGrid::aCountHasItsColour_data()
+void TestHeatmapGrid::countsFallIntoFiveBands_data()
 {
-    using Accent = std::optional<style::Accent>;
-    constexpr auto grey = style::Accent::Grey;
-    constexpr auto green = style::Accent::Green;
     QTest::addColumn<qint64>("count");
-    QTest::addColumn<bool>("isInRange");
-    QTest::addColumn<Accent>("accent");
-    QTest::addColumn<double>("opacity");
-    const auto row = [](const char *name, qint64 count, bool isInRange, Accent accent, double opacity) {
-        QTest::newRow(name) << count << isInRange << accent << opacity;
-    };
-    row("no commits are grey", 0, true, grey, 0.15);
-    row("one is the palest green", 1, true, green, 0.3);
-    row("two are as pale", 2, true, green, 0.3);
-    row("three are stronger", 3, true, green, 0.5);
-    row("five are as strong as three", 5, true, green, 0.5);
-    row("six are stronger again", 6, true, green, 0.7);
-    row("ten are as strong as six", 10, true, green, 0.7);
-    row("eleven are the strongest", 11, true, green, 0.9);
-    row("so are a thousand", 1000, true, green, 0.9);
-    row("less than none is clear", -1, true, std::nullopt, 0);
-    row("out of range nothing is drawn", -1, false, std::nullopt, 0);
-    row("out of range not even commits are drawn", 12, false, std::nullopt, 0);
+    QTest::addColumn<int>("band");
+    QTest::newRow("none") << qint64(0) << 0;
+    QTest::newRow("one") << qint64(1) << 1;
+    QTest::newRow("two") << qint64(2) << 1;
+    QTest::newRow("three") << qint64(3) << 2;
+    QTest::newRow("five") << qint64(5) << 2;
+    QTest::newRow("six") << qint64(6) << 3;
+    QTest::newRow("ten") << qint64(10) << 3;
+    QTest::newRow("eleven") << qint64(11) << 4;
+    QTest::newRow("a thousand") << qint64(1000) << 4;
+    QTest::newRow("less than none") << qint64(-1) << 4;
 }
 
-void TestHeatmapGrid::aCountHasItsColour()
+void TestHeatmapGrid::countsFallIntoFiveBands()
 {
     QFETCH(qint64, count);
-    QFETCH(bool, isInRange);
-    QFETCH(std::optional<style::Accent>, accent);
-    QFETCH(double, opacity);
-    QCOMPARE(colorForCount(count, isInRange), (DayColor{accent, opacity}));
+    QTEST(countBand(count), "band");
 }
 
 void TestHeatmapGrid::monthsAreLabelledWhereTheyFirstShow_data()

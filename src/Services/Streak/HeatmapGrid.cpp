@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Views/Dashboard/HeatmapGrid.h"
+#include "Services/Streak/HeatmapGrid.h"
 
 #include "Platform/DateTexts.h"
 
@@ -91,6 +91,15 @@ std::optional<int> nextInRange(const HeatmapGrid &grid, int index, int step)
 std::optional<int> todayIndex(const HeatmapGrid &grid)
 {
     return nextInRange(grid, cellCount(grid), -1);
+}
+
+int countBand(qint64 count)
+{
+    if (count < 0)
+        return 4;
+    constexpr std::array<qint64, 4> highest{0, 2, 5, 10};
+    const auto *const band = std::lower_bound(highest.begin(), highest.end(), count);
+    return int(band - highest.begin());
 }
 
 QList<MonthLabel> monthLabels(const HeatmapGrid &grid, const Calendar &calendar, const DateTexts &texts)

@@ -51,6 +51,10 @@ using HeatmapGrid = std::vector<HeatmapWeek>;
 //! ends before there is one.
 [[nodiscard]] std::optional<int> nextInRange(const HeatmapGrid &grid, int index, int step);
 
+//! How full the square of a day with so many commits is: 0 none, 1 up to two, 2 up to five, 3 up to ten, 4 more than ten.
+//! A negative count is in the last band.
+[[nodiscard]] int countBand(qint64 count);
+
 //! The name of a month and the week of the grid in which it first shows.
 struct MonthLabel
 {
