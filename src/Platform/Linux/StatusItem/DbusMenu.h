@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Platform/Linux/Session/DbusObject.h"
 #include "Platform/Linux/StatusItem/DbusMenuLayout.h"
-#include "Platform/Linux/StatusItem/DbusObject.h"
 #include "Platform/StatusItem.h"
 
 #include <optional>

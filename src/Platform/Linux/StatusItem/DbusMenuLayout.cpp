@@ -3,7 +3,7 @@
 
 #include "Platform/Linux/StatusItem/DbusMenuLayout.h"
 
-#include "Platform/Linux/StatusItem/DbusObject.h"
+#include "Platform/Linux/Session/DbusObject.h"
 
 #include <QDBusMetaType>
 

@@ -3,8 +3,8 @@
 
 #include "Platform/Linux/StatusItem/SniStatusItem.h"
 
+#include "Platform/Linux/Session/DbusObject.h"
 #include "Platform/Linux/StatusItem/DbusMenu.h"
-#include "Platform/Linux/StatusItem/DbusObject.h"
 #include "Platform/Linux/StatusItem/StatusIconPainter.h"
 
 #include <QCursor>

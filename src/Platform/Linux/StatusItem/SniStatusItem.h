@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "Platform/Linux/StatusItem/DbusObject.h"
+#include "Platform/Linux/Session/DbusObject.h"
 #include "Platform/Linux/StatusItem/StatusHost.h"
 #include "Platform/StatusItem.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/StatusItem/DbusObject.h"
+#include "Platform/Linux/Session/DbusObject.h"
 
 #include <QDBusError>
 #include <QDBusVariant>
