@@ -24,6 +24,12 @@ QDBusMessage valueOf(const QDBusMessage &call, const QVariantMap &properties)
     return call.createReply(QVariant::fromValue(QDBusVariant(*value)));
 }
 
+QString descriptionOf(const QString &interface)
+{
+    QFile file(QStringLiteral(":/dbus/") + interface + QStringLiteral(".xml"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
 QDBusMessage noSuchMethod(const QDBusMessage &call)
 {
     return call.createErrorReply(QDBusError::UnknownMethod, QStringLiteral("No such method: ") + call.member());
@@ -47,24 +53,27 @@ DbusObject::~DbusObject()
 
 QString DbusObject::introspect(const QString & /*path*/) const
 {
-    QFile file(QStringLiteral(":/dbus/") + m_interface + QStringLiteral(".xml"));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    QString description;
+    for (auto interface = m_methods.keyBegin(); interface != m_methods.keyEnd(); ++interface)
+        description += descriptionOf(*interface);
+    return description;
 }
 
 bool DbusObject::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
 {
     if (message.interface() == propertiesInterface)
         return connection.send(answerPropertiesCall(message));
-    if (message.interface() != m_interface && !message.interface().isEmpty())
+    const auto methods = m_methods.constFind(message.interface().isEmpty() ? m_interface : message.interface());
+    if (methods == m_methods.constEnd())
         return false;
-    const auto reply = answer(message);
+    const auto reply = answer(message, *methods);
     return !message.isReplyRequired() || connection.send(reply);
 }
 
-QDBusMessage DbusObject::answer(const QDBusMessage &call) const
+QDBusMessage DbusObject::answer(const QDBusMessage &call, const Methods &methods)
 {
-    const auto method = m_methods.constFind(call.member());
-    if (method == m_methods.constEnd())
+    const auto method = methods.constFind(call.member());
+    if (method == methods.constEnd())
         return noSuchMethod(call);
     if (method->signature != call.signature())
         return call.createErrorReply(QDBusError::InvalidArgs, QStringLiteral("Wrong arguments for ") + call.member());
@@ -92,14 +101,14 @@ void DbusObject::send(const QString &signal, const QVariantList &arguments)
     m_connection.send(message);
 }
 
-void DbusObject::sendChangedProperties(const QVariantMap &before)
+void DbusObject::sendChangedProperties(const QVariantMap &before, const QStringList &byNameAlone)
 {
     const auto after = properties();
     QVariantMap changed;
     QStringList invalidated;
     const auto names = changedNames(before, after);
     for (const auto &name : names) {
-        if (after.contains(name))
+        if (after.contains(name) && !byNameAlone.contains(name))
             changed.insert(name, after.value(name));
         else
             invalidated.append(name);

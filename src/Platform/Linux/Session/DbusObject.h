@@ -7,14 +7,15 @@
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QHash>
+#include <QMap>
 #include <QVariantMap>
 
 #include <functional>
 
 namespace velquarin {
 
-//! An object of ours on the bus, with one interface of its own, all of whose properties are read-only. It answers each
-//! call itself: Qt's own answer cannot leave a property out.
+//! An object of ours on the bus, with one interface of its own, all of whose properties are read-only, and perhaps others
+//! without any. It answers each call itself: Qt's own answer cannot leave a property out.
 //! Source: D-Bus Specification, "org.freedesktop.DBus.Properties"
 class DbusObject : public QDBusVirtualObject
 {
@@ -33,27 +34,32 @@ protected:
     };
     using Methods = QHash<QString, Method>;
 
-    //! Stands on @p connection under @p path while it exists. A file named after @p interface in this folder describes it.
+    //! Stands on @p connection under @p path while it exists. A resource named after each interface describes it.
     DbusObject(QDBusConnection connection, QString path, QString interface, QObject *parent);
 
-    void setMethods(Methods methods) { m_methods = std::move(methods); }
+    void setMethods(const Methods &methods) { m_methods.insert(m_interface, methods); }
+    void setMethods(const QString &otherInterface, const Methods &methods)
+    {
+        m_methods.insert(otherInterface, methods);
+    }
     [[nodiscard]] virtual QVariantMap properties() const = 0;
 
     void send(const QString &signal, const QVariantList &arguments);
 
-    //! Tells what has changed since the properties were @p before; nothing where that is nothing.
-    void sendChangedProperties(const QVariantMap &before);
+    //! Tells what has changed since the properties were @p before; nothing where that is nothing. Of those @p byNameAlone
+    //! it does not tell the new value.
+    void sendChangedProperties(const QVariantMap &before, const QStringList &byNameAlone = {});
 
     [[nodiscard]] const QDBusConnection &connection() const { return m_connection; }
 
 private:
-    [[nodiscard]] QDBusMessage answer(const QDBusMessage &call) const;
+    [[nodiscard]] static QDBusMessage answer(const QDBusMessage &call, const Methods &methods);
     [[nodiscard]] QDBusMessage answerPropertiesCall(const QDBusMessage &call) const;
 
     QDBusConnection m_connection;
     QString m_path;
     QString m_interface;
-    Methods m_methods;
+    QMap<QString, Methods> m_methods;  // by interface
 };
 
 //! The names whose values differ, or that only one of the sets has; sorted.

@@ -103,17 +103,6 @@ std::optional<SocketAddress> targetOf(const QByteArray &address)
 constexpr std::chrono::milliseconds patienceAtFirst(1000);
 constexpr std::chrono::milliseconds patienceLater(50);
 
-// Without an address the library would start a bus of its own beside the session, on which nobody listens.
-QByteArray busAddress()
-{
-    auto given = qgetenv("DBUS_SESSION_BUS_ADDRESS");
-    const auto runtimeFolder = qgetenv("XDG_RUNTIME_DIR");
-    const auto socket = runtimeFolder + "/bus";
-    if (!given.isEmpty() || runtimeFolder.isEmpty() || !QFileInfo::exists(QFile::decodeName(socket)))
-        return given;
-    return "unix:path=" + socket;
-}
-
 const QString localPath = QStringLiteral("/org/freedesktop/DBus/Local");
 const QString localInterface = QStringLiteral("org.freedesktop.DBus.Local");
 
@@ -146,6 +135,17 @@ private:
 
 }  // namespace
 
+// Without an address the library would start a bus of its own beside the session, on which nobody listens.
+QByteArray sessionBusAddress()
+{
+    auto given = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    const auto runtimeFolder = qgetenv("XDG_RUNTIME_DIR");
+    const auto socket = runtimeFolder + "/bus";
+    if (!given.isEmpty() || runtimeFolder.isEmpty() || !QFileInfo::exists(QFile::decodeName(socket)))
+        return given;
+    return "unix:path=" + socket;
+}
+
 bool busAnswers(const QByteArray &address, std::chrono::milliseconds patience)
 {
     const auto alternatives = address.split(';');
@@ -176,7 +176,7 @@ QDBusConnection SessionBus::connection()
 bool SessionBus::isBusThere()
 {
     const auto patience = m_looks++ == 0 ? patienceAtFirst : patienceLater;
-    const auto address = busAddress();
+    const auto address = sessionBusAddress();
     return !address.isEmpty() && busAnswers(address, patience);
 }
 

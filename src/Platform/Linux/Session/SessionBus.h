@@ -18,6 +18,10 @@ namespace velquarin {
 //! Source: D-Bus Specification, "Server Addresses" and "Authentication Protocol"
 [[nodiscard]] bool busAnswers(const QByteArray &address, std::chrono::milliseconds patience);
 
+//! The session bus's address: DBUS_SESSION_BUS_ADDRESS, or the socket in XDG_RUNTIME_DIR; empty where there is neither.
+//! Source: D-Bus Specification, "Message Bus Types"
+[[nodiscard]] QByteArray sessionBusAddress();
+
 //! The one connection to the user's session bus. A bus that is missing, dies or comes back changes nothing
 //! for the rest of the program: whoever needs the bus asks for it anew, and is told when it has to announce
 //! itself again. Main thread only. Source: D-Bus Specification, "Message Bus Specification"

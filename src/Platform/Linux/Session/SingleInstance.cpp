@@ -3,6 +3,7 @@
 
 #include "Platform/Linux/Session/SingleInstance.h"
 
+#include "Platform/Linux/Session/ProgramObject.h"
 #include "Platform/Linux/Session/SessionBus.h"
 #include "Platform/PathNames.h"
 
@@ -30,17 +31,9 @@ QString take(const char *variable)
     return value;
 }
 
-const QString name = QStringLiteral("io.velquarin.Velquarin");
-const QString path = QStringLiteral("/io/velquarin/Velquarin");
 const QString interface = QStringLiteral("org.freedesktop.Application");
 
 constexpr int patienceMilliseconds = 5000;
-
-QString tokenIn(const QVariantMap &platformData)
-{
-    const auto token = platformData.value(QStringLiteral("activation-token")).toString();
-    return token.isEmpty() ? platformData.value(QStringLiteral("desktop-startup-id")).toString() : token;
-}
 
 QVariantMap platformData(const LaunchTokens &tokens)
 {
@@ -54,15 +47,17 @@ QVariantMap platformData(const LaunchTokens &tokens)
 
 void askFirstToShowItself(const QDBusConnection &connection, const LaunchTokens &tokens)
 {
-    auto message = QDBusMessage::createMethodCall(name, path, interface, QStringLiteral("Activate"));
+    auto message = QDBusMessage::createMethodCall(ProgramName::service(), ProgramName::path(), interface,
+                                                  QStringLiteral("Activate"));
     message << platformData(tokens);
     connection.call(message, QDBus::Block, patienceMilliseconds);
 }
 
 bool takeName(const QDBusConnection &connection)
 {
-    const auto reply = connection.interface()->registerService(name, QDBusConnectionInterface::DontQueueService,
-                                                               QDBusConnectionInterface::DontAllowReplacement);
+    const auto reply =
+        connection.interface()->registerService(ProgramName::service(), QDBusConnectionInterface::DontQueueService,
+                                                QDBusConnectionInterface::DontAllowReplacement);
     // A bus that does not answer has no first instance either.
     return !reply.isValid() || reply.value() == QDBusConnectionInterface::ServiceRegistered;
 }
@@ -96,9 +91,6 @@ SingleInstance::SingleInstance(SessionBus &bus, LaunchTokens tokens, QObject *pa
     , m_bus(bus)
     , m_tokens(std::move(tokens))
 {
-    auto application = std::make_unique<ApplicationObject>();
-    connect(application.get(), &ApplicationObject::activated, this, &SingleInstance::showRequested);
-    m_application = std::move(application);
 }
 
 SingleInstance::~SingleInstance()
@@ -140,7 +132,17 @@ bool SingleInstance::takeLock()
 
 void SingleInstance::exportObject()
 {
-    m_bus.connection().registerObject(path, m_application.get(), QDBusConnection::ExportAllSlots);
+    m_object.reset();
+    m_object = std::make_unique<ProgramObject>(m_bus.connection(), m_properties);
+    connect(m_object.get(), &ProgramObject::activated, this, &SingleInstance::showRequested);
+    connect(m_object.get(), &ProgramObject::refreshRequested, this, &SingleInstance::refreshRequested);
+}
+
+void SingleInstance::publish(const QVariantMap &properties)
+{
+    m_properties = properties;
+    if (m_object)
+        m_object->publish(properties);
 }
 
 // A bus that came back knows nothing of us. Should another instance have come first there, both go on: ending now would
@@ -152,25 +154,8 @@ void SingleInstance::takeNameAgain()
         QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                                        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("RequestName"));
     constexpr uint doNotQueue = 4;
-    message << name << doNotQueue;
+    message << ProgramName::service() << doNotQueue;
     m_bus.connection().asyncCall(message);
-}
-
-void ApplicationObject::Activate(const QVariantMap &platformData)
-{
-    Q_EMIT activated(tokenIn(platformData));
-}
-
-// There is nothing to open: a file given to the program shows the dashboard like a bare start.
-void ApplicationObject::Open(const QStringList & /*uris*/, const QVariantMap &platformData)
-{
-    Activate(platformData);
-}
-
-void ApplicationObject::ActivateAction(const QString & /*action*/, const QVariantList & /*parameter*/,
-                                       const QVariantMap &platformData)
-{
-    Activate(platformData);
 }
 
 }  // namespace velquarin

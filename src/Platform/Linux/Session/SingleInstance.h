@@ -10,6 +10,7 @@
 
 namespace velquarin {
 
+class ProgramObject;
 class SessionBus;
 
 //! By what a launcher lets the window that it asked for take the focus, and knows when the start is over. Either may be
@@ -44,9 +45,15 @@ public:
     //! end. Blocks until the bus has answered: nothing runs yet that could wait for us.
     [[nodiscard]] Role settle();
 
+    //! Shows these properties on the bus, under the names and with the types of io.velquarin.Velquarin1.xml, and tells of
+    //! those that changed. A bus that comes back gets them again.
+    void publish(const QVariantMap &properties);
+
 Q_SIGNALS:
     //! Somebody started the program again. @p activationToken lets a window take the focus; it may be empty.
     void showRequested(const QString &activationToken);
+    //! Somebody on the bus wants a refresh.
+    void refreshRequested();
 
 private:
     void exportObject();
@@ -56,25 +63,9 @@ private:
 
     SessionBus &m_bus;
     LaunchTokens m_tokens;
-    std::unique_ptr<QObject> m_application;
+    std::unique_ptr<ProgramObject> m_object;
+    QVariantMap m_properties;
     int m_lock = -1;
-};
-
-//! The interface through which desktops activate a running program.
-class ApplicationObject : public QObject
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
-public:
-    using QObject::QObject;
-
-public Q_SLOTS:
-    void Activate(const QVariantMap &platformData);
-    void Open(const QStringList &uris, const QVariantMap &platformData);
-    void ActivateAction(const QString &action, const QVariantList &parameter, const QVariantMap &platformData);
-
-Q_SIGNALS:
-    void activated(const QString &activationToken);
 };
 
 }  // namespace velquarin
