@@ -4,6 +4,7 @@
 #include "App/VelquarinApp.h"
 
 #include "App/AppDelegate.h"
+#include "App/FiguresPublisher.h"
 #include "App/Shared.h"
 #include "App/Translations.h"
 #include "Platform/Linux/Autostart/XdgAutostart.h"
@@ -98,6 +99,9 @@ void VelquarinApp::run()
         shared, {[this] { return std::make_unique<LinuxStatusItem>(m_bus, dataFolder(QStringLiteral("icons"))); },
                  [] { QCoreApplication::exit(); }, &x11RepeatRightClick, linuxWindowSystem()});
     QObject::connect(&instance, &SingleInstance::showRequested, &delegate, openingFor(delegate));
+    QObject::connect(&instance, &SingleInstance::refreshRequested, &delegate.streakManager(), &StreakManager::refresh);
+    const FiguresPublisher publisher(delegate.streakManager(), m_clock,
+                                     [&instance](const QVariantMap &figures) { instance.publish(figures); });
     QObject::connect(&notifications, &NotificationCenter::openRequested, &delegate, openingFor(delegate));
     // Not quit(), which asks every window first: the dashboard refuses to be closed by anybody but its user.
     const TerminationSignals signals([] { QCoreApplication::exit(); });

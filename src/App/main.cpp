@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
+#include "App/ConsoleApp.h"
 #include "App/VelquarinApp.h"
 #include "Platform/Linux/Process/StandardStreams.h"
 #include "Platform/Linux/Process/SystemClock.h"
@@ -12,25 +13,43 @@
 #include <QLoggingCategory>
 
 #include <csignal>
+#include <cstdlib>
 #include <utility>
+
+namespace {
+
+// Where Qt finds no display it gives up with a core dump and lines for developers.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext & /*context*/, const QString & /*text*/)
+{
+    if (type != QtFatalMsg)
+        return;
+    velquarin::printErrorLine(
+        QStringLiteral("there is no display to appear on; \"velquarin status\" prints the streak without one"));
+    std::_Exit(EXIT_FAILURE);
+}
+
+}  // namespace
 
 int main(int argc, char **argv)
 {
     velquarin::openStandardDescriptors();
-    velquarin::blockTerminationSignals();
     std::signal(SIGPIPE, SIG_IGN);
+    velquarin::dropUnknownZone();
+    if (argc > 1)
+        velquarin::runCommand(argc, argv);
+    velquarin::blockTerminationSignals();
 
     // A session that is saved at log-out starts again what was registered with it, whatever "Launch at login" says.
     qunsetenv("SESSION_MANAGER");
-
-    velquarin::dropUnknownZone();
 
     // From 6.10 on Qt complains here where the desktop has no portal, which we do without.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.services.warning=false"));
 
     auto launchTokens = velquarin::takeLaunchTokens();
     velquarin::installAccessibleApplication();
+    const auto handler = qInstallMessageHandler(&endWithoutDisplay);
     const QApplication application(argc, argv);
+    qInstallMessageHandler(handler);
     QApplication::setApplicationName(QStringLiteral("velquarin"));
     QApplication::setApplicationVersion(QStringLiteral(VELQUARIN_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("io.velquarin.Velquarin"));

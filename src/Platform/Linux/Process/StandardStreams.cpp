@@ -10,6 +10,7 @@
 #include <climits>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 namespace velquarin {
@@ -20,6 +21,13 @@ bool isReady(int descriptor)
 {
     pollfd output{descriptor, POLLOUT, 0};
     return poll(&output, 1, 0) == 1 && (output.revents & POLLOUT) != 0;
+}
+
+// Whoever shares the descriptor may have it not wait.
+void waitUntilReady(int descriptor)
+{
+    pollfd output{descriptor, POLLOUT, 0};
+    poll(&output, 1, -1);
 }
 
 }  // namespace
@@ -43,6 +51,26 @@ void writeWithoutWaiting(int descriptor, QByteArrayView bytes)
             return;
         bytes = bytes.sliced(std::max(written, ssize_t(0)));
     }
+}
+
+std::error_code writeWhole(int descriptor, QByteArrayView bytes)
+{
+    while (!bytes.isEmpty()) {
+        const auto written = write(descriptor, bytes.data(), std::size_t(bytes.size()));
+        if (written < 0 && errno == EAGAIN)
+            waitUntilReady(descriptor);
+        else if (written < 0 && errno != EINTR)
+            return {errno, std::generic_category()};
+        bytes = bytes.sliced(std::max(written, ssize_t(0)));
+    }
+    return {};
+}
+
+std::optional<int> columnsOf(int descriptor)
+{
+    winsize size = {};
+    const bool isTold = ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return isTold ? std::optional<int>(size.ws_col) : std::nullopt;
 }
 
 void StandardOutput::printLine(const QString &line)

@@ -6,6 +6,9 @@
 
 #include <QByteArrayView>
 
+#include <optional>
+#include <system_error>
+
 class QString;
 
 namespace velquarin {
@@ -18,6 +21,14 @@ void openStandardDescriptors();
 //! SIGPIPE.
 //! Source: write(2), poll(2), pipe(7)
 void writeWithoutWaiting(int descriptor, QByteArrayView bytes);
+
+//! Writes all of @p bytes and waits for whoever reads them. Errors: std::errc::broken_pipe where the reader has gone.
+//! Source: write(2)
+[[nodiscard]] std::error_code writeWhole(int descriptor, QByteArrayView bytes);
+
+//! How many characters wide the terminal behind a descriptor is; nothing where there is none, or it does not tell.
+//! Source: ioctl_tty(2), TIOCGWINSZ
+[[nodiscard]] std::optional<int> columnsOf(int descriptor);
 
 //! Standard output, unbuffered. Never waits: what nobody takes is lost. The process must ignore SIGPIPE.
 //! Source: write(2), poll(2)

@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace velquarin {
+
+//! Does what the words of a command line ask for, without any display, and ends the process.
+//! Source: docs/status-lines.md
+[[noreturn]] void runCommand(int argc, char **argv);
+
+}  // namespace velquarin

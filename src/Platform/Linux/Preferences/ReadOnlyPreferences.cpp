@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "Platform/Linux/Preferences/ReadOnlyPreferences.h"
+
+#include "Platform/Linux/Files/RegularFile.h"
+#include "Platform/Linux/Preferences/PreferencesFormat.h"
+
+#include <QFuture>
+#include <QPromise>
+
+namespace velquarin {
+
+namespace {
+
+constexpr qint64 mostBytes = qint64(64) * 1024 * 1024;
+
+}  // namespace
+
+ReadOnlyPreferences::ReadOnlyPreferences(const QString &path)
+{
+    load(path);
+}
+
+// What is neither a file nor out of reach, a folder or a fifo, reads as an empty store, as it does for the program.
+void ReadOnlyPreferences::load(const QString &path)
+{
+    const auto target = followLinks(path);
+    if (target.kind == FileKind::OutOfReach)
+        m_failure = path + QStringLiteral(" cannot be read: ") + QString::fromStdString(target.error.message());
+    if (target.kind != FileKind::Regular)
+        return;
+    const auto text = readRegularFile(target.path, mostBytes);
+    const auto values = text ? decodePreferences(*text) : std::nullopt;
+    if (values)
+        m_values = *values;
+    else
+        m_failure = path + (text ? QStringLiteral(" is damaged.") : QStringLiteral(" cannot be read."));
+}
+
+std::optional<PreferenceValue> ReadOnlyPreferences::value(const QString &key) const
+{
+    const auto json = m_values.value(key);
+    return json.isUndefined() ? std::nullopt : std::optional(preferenceFrom(json));
+}
+
+void ReadOnlyPreferences::set(const QString &key, PreferenceValue value)
+{
+    m_values.insert(key, jsonFrom(value).value_or(QJsonValue::Undefined));
+}
+
+void ReadOnlyPreferences::remove(const QString &key)
+{
+    m_values.remove(key);
+}
+
+QFuture<void> ReadOnlyPreferences::takeOverChanges()
+{
+    QPromise<void> done;
+    done.start();
+    done.finish();
+    return done.future();
+}
+
+}  // namespace velquarin
