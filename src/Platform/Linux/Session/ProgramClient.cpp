@@ -21,12 +21,13 @@ const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Propert
 
 // A bus may take a connection and never say a word. Whoever waits for that one waits in a thread of its own, which is left
 // behind with it.
-std::optional<QDBusConnection> connectionWithin(std::chrono::milliseconds patience, const QString &name)
+std::optional<QDBusConnection> connectionWithin(std::chrono::milliseconds patience, const QString &address,
+                                                const QString &name)
 {
     std::promise<QDBusConnection> promise;
     auto future = promise.get_future();
-    std::thread([promise = std::move(promise), name]() mutable {
-        promise.set_value(QDBusConnection::connectToBus(QDBusConnection::SessionBus, name));
+    std::thread([promise = std::move(promise), address, name]() mutable {
+        promise.set_value(QDBusConnection::connectToBus(address, name));
     }).detach();
     return future.wait_for(patience) == std::future_status::ready ? std::optional(future.get()) : std::nullopt;
 }
@@ -88,15 +89,15 @@ ProgramClient::~ProgramClient()
         QDBusConnection::disconnectFromBus(m_connection->name());
 }
 
-// Without an address the library would start a bus of its own, on which nobody listens.
 RunningProgram::State ProgramClient::connectToBus()
 {
     if (m_connection)
         return State::Answered;
-    if (sessionBusAddress().isEmpty())
+    const auto address = QString::fromLocal8Bit(sessionBusAddress());
+    if (address.isEmpty())
         return State::Absent;
     const auto name = QStringLiteral("velquarin-command-%1").arg(++m_attempts);
-    const auto connection = connectionWithin(m_patience, name);
+    const auto connection = connectionWithin(m_patience, address, name);
     if (!connection)
         return State::Silent;
     if (!connection->isConnected())
