@@ -32,6 +32,13 @@ std::optional<QDBusConnection> connectionWithin(std::chrono::milliseconds patien
     return future.wait_for(patience) == std::future_status::ready ? std::optional(future.get()) : std::nullopt;
 }
 
+// Qt keeps a connection that failed under its name, and one that hangs is never heard of again.
+QString nextName()
+{
+    static int attempts = 0;
+    return QStringLiteral("velquarin-command-%1").arg(++attempts);
+}
+
 QDBusMessage callOf(const QString &interface, const QString &method, const QVariantList &arguments)
 {
     auto message = QDBusMessage::createMethodCall(ProgramName::service(), ProgramName::path(), interface, method);
@@ -96,12 +103,14 @@ RunningProgram::State ProgramClient::connectToBus()
     const auto address = QString::fromLocal8Bit(sessionBusAddress());
     if (address.isEmpty())
         return State::Absent;
-    const auto name = QStringLiteral("velquarin-command-%1").arg(++m_attempts);
+    const auto name = nextName();
     const auto connection = connectionWithin(m_patience, address, name);
     if (!connection)
         return State::Silent;
-    if (!connection->isConnected())
+    if (!connection->isConnected()) {
+        QDBusConnection::disconnectFromBus(name);
         return State::Absent;
+    }
     m_connection = connection;
     listen();
     return State::Answered;

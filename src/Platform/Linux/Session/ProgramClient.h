@@ -34,7 +34,6 @@ private:
     std::chrono::milliseconds m_patience;
     std::optional<QDBusConnection> m_connection;
     std::unique_ptr<QDBusServiceWatcher> m_watcher;
-    int m_attempts = 0;
 };
 
 }  // namespace velquarin
