@@ -36,7 +36,7 @@ constexpr auto style =
     ".b0{fill:#e7eaed}.b1{fill:#b5dfc4}.b2{fill:#78c294}.b3{fill:#359a5b}.b4{fill:#12632f}"
     "@media(prefers-color-scheme:dark){text{fill:#a4abb3}"
     ".ground{fill:#1a1d21;stroke:#33383e}.streak{fill:#eef0f2}"
-    ".b0{fill:#2b3036}.b1{fill:#1d4d30}.b2{fill:#2a7746}.b3{fill:#3fab66}.b4{fill:#7be3a2}}";
+    ".b0{fill:#2b3036}.b1{fill:#205a36}.b2{fill:#2a7746}.b3{fill:#3fab66}.b4{fill:#7be3a2}}";
 
 void writeAttribute(QXmlStreamWriter &xml, const char *name, int value)
 {
@@ -127,7 +127,7 @@ void writeWeekdays(QXmlStreamWriter &xml)
 void writeLegend(QXmlStreamWriter &xml)
 {
     constexpr int bands = 5;
-    constexpr int wordWidth = 34;
+    constexpr int wordWidth = 30;
     const auto left = right - wordWidth - bands * pitch;
     writeText(xml, left - 6, footerBaseline, QStringLiteral("Less"), QStringLiteral("end"));
     for (int band = 0; band < bands; ++band)

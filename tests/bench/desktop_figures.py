@@ -18,7 +18,7 @@ import case
 import opening
 import preferences
 import processes
-from contenders import ratio
+from contenders import Command, in_turns, ratio
 from desktop import WATCHER, Desktop
 from item import StatusItem
 from program import Program
@@ -190,10 +190,34 @@ def opened(build):
         yield f"full re-render and painting, {where}", f"{median} ms (at most {most})", "4 ms"
 
 
+def asked(build):
+    with Desktop("asked") as desktop:
+        paths = [desktop.home / f"repository {number}" for number in range(100)]
+        for path in paths:
+            Repository(path).commit_days_ago(case.now_in("UTC"), *range(0, 60, 3))
+        preferences.write(desktop.config, paths)
+        desktop.start_panel()
+        program, item = Program(desktop), StatusItem(desktop)
+        item.wait_for_label(" 1")
+        wait_for_quiet(program.pid)
+        desktop_environment = dict(os.environ)
+        os.environ.update(desktop.environment)
+        rounds = in_turns(40, Command(build / "velquarin", "status"),
+                          Command(build / "velquarin", "status", "--format", "json"), Command("git", "--version"))
+        os.environ.clear()
+        os.environ.update(desktop_environment)
+    for number, what in ((0, "a line"), (1, "JSON")):
+        measured = [figures[number][0] for figures in rounds]
+        bare = statistics.median(figures[2][0] for figures in rounds)
+        yield (f"velquarin status of 100 repositories as {what}, start included, where git --version takes {bare:.1f} ms",
+               f"{statistics.median(measured):.1f} ms ({min(measured):.1f} to {max(measured):.1f})", "30 ms")
+
+
 def rows(build, _folder):
     os.environ["VELQUARIN_PROGRAM"] = str(build / "velquarin")
     yield from opened(build)
     yield from noticed()
+    yield from asked(build)
     yield from weight(build)
     yield from sleep()
     yield from growth()
