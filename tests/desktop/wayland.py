@@ -49,8 +49,11 @@ bar {{
 ORDINARY_USER = "65534"
 
 
-def as_ordinary_user():
-    """Goes on as an ordinary user, with copies of these files and the program in a folder that he can reach."""
+def as_ordinary_user(*variables):
+    """Goes on as an ordinary user, with copies of these files and the program in a folder that he can reach.
+
+    variables  those of the environment that name more folders for him
+    """
     if os.geteuid() != 0:
         return
     folder = pathlib.Path(tempfile.mkdtemp(prefix="velquarin-wayland-"))
@@ -59,13 +62,14 @@ def as_ordinary_user():
     shutil.copytree(here, folder / "tests")
     shutil.copy(program, folder / "velquarin")
     shutil.copytree(program.parent / "share", folder / "share")
+    more = {name: shutil.copytree(os.environ[name], folder / name.lower()) for name in variables}
     subprocess.run(["chmod", "-R", "a+rX", folder], check=True)
     remains = folder / "remains"
     remains.mkdir()
     remains.chmod(0o777)
     keeper = Keeper(folder)
-    environment = {**os.environ, **keeper.mark, "VELQUARIN_PROGRAM": str(folder / "velquarin"), "HOME": "/nonexistent",
-                   "VELQUARIN_DESKTOP_FAILURES": str(remains)}
+    environment = {**os.environ, **keeper.mark, **more, "VELQUARIN_PROGRAM": str(folder / "velquarin"),
+                   "HOME": "/nonexistent", "VELQUARIN_DESKTOP_FAILURES": str(remains)}
     command = ["setpriv", f"--reuid={ORDINARY_USER}", f"--regid={ORDINARY_USER}", "--clear-groups", "--",
                sys.executable, "-B", str(folder / "tests" / pathlib.Path(sys.argv[0]).name), *sys.argv[1:]]
     try:
