@@ -122,9 +122,12 @@ class Screen:
         wait_until(stands_still, "the screen stands still")
         return pictures[-1]
 
-    def save(self, path):
-        subprocess.run(["import", "-silent", "-window", "root", str(path)], env=self._environment, check=True,
-                       stdin=subprocess.DEVNULL, timeout=60)
+    def save(self, path, place=None):
+        """Writes a picture of the whole screen, or of a rectangle."""
+        place = place or self.whole
+        part = ["-crop", f"{place.width}x{place.height}+{place.left}+{place.top}", "+repage"]
+        subprocess.run(["import", "-silent", "-window", "root", *part, "-define", "png:exclude-chunks=date,time",
+                        str(path)], env=self._environment, check=True, stdin=subprocess.DEVNULL, timeout=60)
 
     def _fake(self, *events):
         """Does all of these, nothing else in between."""

@@ -11,10 +11,13 @@ import zoneinfo
 
 from gi.repository import GLib
 
+import accessibility
+import hosts
 import preferences
 from keeper import carrying
 from program import BUS_NAME, Program
 from repositories import Repository
+from screen import Rectangle
 from waiting import wait_until
 
 SNIPPETS = pathlib.Path(os.environ["VELQUARIN_STATUS_LINES"])
@@ -46,8 +49,15 @@ class Gardener:
         """The first commit of today."""
         self._garden.commit(self._now)
 
+    def begin(self, name):
+        """Adds an empty file that is still to be committed, by whoever does so in that repository."""
+        (self._garden.path / name).touch()
+        self._garden.run("add", name)
+        self._garden.run("config", "user.name", "dev")
+        self._garden.run("config", "user.email", "dev@example.org")
+
     def start_program(self):
-        """The program, once it has figures. It alone knows the repository from now on: who reads without it finds none."""
+        """The program, once it has figures. It alone knows the repository from now on: who reads himself finds none."""
         its_config = self._desktop.folder / "config-of-the-program"
         preferences.write(its_config, [self._garden.path])
         preferences.write(self._desktop.config, [])
@@ -108,3 +118,19 @@ class I3blocks:
         *whole, _ = self._file.read_text().split("\n")
         lines = [line.lstrip(",") for line in whole if line.startswith((",[", "[{"))]
         return "".join(block["full_text"] for block in json.loads(lines[-1])) if lines else ""
+
+
+class Waybar(hosts.OnSway):
+    """The bar with a module of ours. A screen reader reads it."""
+    needed = hosts.Waybar.needed
+    process = "waybar"
+
+    def start(self, desktop, gardener, settings=SNIPPETS / "waybar.jsonc", style=SNIPPETS / "waybar.css"):
+        accessibility.start(desktop)
+        desktop.environment.pop("NO_AT_BRIDGE")
+        self._reader = accessibility.Reader(desktop, self.process)
+        gardener.start(self.process, "waybar", "--config", str(settings), "--style", str(style))
+
+    def wait_for(self, text):
+        """The rectangle of the element with that text."""
+        return Rectangle.of(*self._reader.wait_for(self.process, text).place)

@@ -4,6 +4,8 @@
 
 import subprocess
 
+from waiting import wait_until
+
 COLUMNS, LINES = 100, 12
 
 
@@ -27,6 +29,17 @@ class Terminal:
     def last_line(self):
         """The lowest of them; nothing where there is none."""
         return (self.lines() or [""])[-1]
+
+    def attaching(self):
+        """The command by which a terminal emulator shows it."""
+        return "env", f"TMUX_TMPDIR={self._environment['TMUX_TMPDIR']}", "tmux", "-L", "terminal", "attach"
+
+    def wait_for_size(self, columns, lines):
+        """Returns when it is as large as who shows it."""
+        wait_until(lambda: self._size() == f"{columns} {lines}\n", f"{columns} columns and {lines} lines", state=self._size)
+
+    def _size(self):
+        return self._tell("display-message", "-p", "#{window_width} #{window_height}")
 
     def type(self, line):
         """Types a line, with its end."""

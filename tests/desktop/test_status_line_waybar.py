@@ -4,41 +4,14 @@
 
 import unittest
 
-import accessibility
 import case
-import hosts
 import wayland
 from look import ORANGE, Look
-from screen import Rectangle
-from status_lines import SNIPPETS, Gardener
+from status_lines import Gardener, Waybar
 from waiting import wait_until
 
 # The desktop's own font says how much larger the dashboard is.
 LEAST_DASHBOARD_WIDTH, LEAST_DASHBOARD_HEIGHT = 250, 300
-
-BAR = "waybar"
-
-
-class Waybar(hosts.OnSway):
-    """The bar with the snippets and nothing else; a screen reader reads it."""
-    needed = hosts.Waybar.needed
-
-    def start(self, desktop, gardener):
-        accessibility.start(desktop)
-        desktop.environment.pop("NO_AT_BRIDGE")
-        self._desktop = desktop
-        self._reader = accessibility.Reader(desktop, BAR)
-        gardener.start(BAR, BAR, "--config", str(SNIPPETS / "waybar.jsonc"), "--style", str(SNIPPETS / "waybar.css"))
-
-    def wait_for(self, text):
-        """The element with that text."""
-        return self._reader.wait_for(BAR, text)
-
-    def is_orange(self, text):
-        """Whether the element with that text is, at least in parts."""
-        place = Rectangle.of(*self.wait_for(text).place)
-        return bool(Look(self._desktop.screen.settled(place)).where(ORANGE))
-
 
 case.NEEDED.update(Waybar.needed)
 
@@ -48,13 +21,18 @@ class StatusLine(unittest.TestCase):
     def setUp(self):
         self.bar = Waybar()
 
+    def is_orange(self, desktop, text):
+        """Whether the element with that text is, at least in parts."""
+        place = self.bar.wait_for(text)
+        return bool(Look(desktop.screen.settled(place)).where(ORANGE))
+
     def test_it_follows_a_commit_by_itself_and_changes_its_colour(self):
         with self.bar.open(self.id()) as desktop:
             gardener = Gardener(desktop, 11)
             self.bar.start(desktop, gardener)
-            self.assertFalse(self.bar.is_orange("○ 11"))
+            self.assertFalse(self.is_orange(desktop, "○ 11"))
             gardener.commit()
-            wait_until(lambda: self.bar.is_orange("● 12"), "the colour")
+            wait_until(lambda: self.is_orange(desktop, "● 12"), "the colour")
 
     def test_without_a_streak_a_ring_alone_stands_there(self):
         with self.bar.open(self.id()) as desktop:
@@ -75,9 +53,9 @@ class StatusLine(unittest.TestCase):
             dashboard = self.bar.opened(desktop, lambda: desktop.screen.click(*place, 1))
             self.assertGreater(dashboard.width, LEAST_DASHBOARD_WIDTH)
             self.assertGreater(dashboard.height, LEAST_DASHBOARD_HEIGHT)
-            wait_until(lambda: len(gardener.followers(BAR)) == 1, "one who follows and nobody else")
-            desktop.end(BAR)
-            wait_until(lambda: not gardener.followers(BAR), "the end of who followed")
+            wait_until(lambda: len(gardener.followers(self.bar.process)) == 1, "one who follows and nobody else")
+            desktop.end(self.bar.process)
+            wait_until(lambda: not gardener.followers(self.bar.process), "the end of who followed")
             self.assertEqual(program.end(), 0)
 
 

@@ -39,6 +39,7 @@ bar {{
     position top
     height {bar_height}
     tray_output *
+    {bar}
     colors {{
         background {bar_background}
     }}
@@ -135,13 +136,14 @@ class NestedWaylandDesktop(WaylandDesktop):
     """sway in a window that covers a screen in memory: pointer, keys and pictures are those of every other desktop.
 
     xwayland  whether programs that only know X11 find a server
+    bar       further lines of the settings of its bar
     """
 
-    def __init__(self, name, xwayland=False, width=1024, height=768):
+    def __init__(self, name, xwayland=False, bar="", width=1024, height=768):
         super().__init__(name, width=width, height=height)
         self._settings = NESTED_SETTINGS.format(
             width=width, height=height, bar_height=panel.HEIGHT, bar_background=panel.BACKGROUND,
-            background=BACKGROUND, xwayland="enable" if xwayland else "disable")
+            bar=bar, background=BACKGROUND, xwayland="enable" if xwayland else "disable")
 
     def _open(self):
         self._start_screen()
