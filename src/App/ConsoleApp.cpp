@@ -21,7 +21,6 @@
 
 #include <QCoreApplication>
 #include <QProcessEnvironment>
-#include <QSocketNotifier>
 
 #include <cstdlib>
 #include <memory>
@@ -148,8 +147,7 @@ private:
     // Between two lines hours may pass, and nobody is to wait so long for an end.
     void endWithReader()
     {
-        m_reader = std::make_unique<QSocketNotifier>(STDOUT_FILENO, QSocketNotifier::Exception);
-        QObject::connect(m_reader.get(), &QSocketNotifier::activated, [] { end(EXIT_SUCCESS); });
+        m_reader = std::make_unique<ReaderWatch>(STDOUT_FILENO, [] { end(EXIT_SUCCESS); });
     }
 
     Command m_command;
@@ -161,7 +159,7 @@ private:
     ProgramClient m_program{patience};
     FigureSource m_source;
     QByteArray m_last;
-    std::unique_ptr<QSocketNotifier> m_reader;
+    std::unique_ptr<ReaderWatch> m_reader;
 };
 
 QCoro::Task<> callProgram(RunningProgram &program, QString method, QVariantList arguments)

@@ -13,6 +13,7 @@ import pty
 import re
 import select
 import signal
+import socket
 import struct
 import subprocess
 import tempfile
@@ -382,6 +383,15 @@ class Readers(Commands):
         follower.stdout = None
         self.assertEqual(follower.wait(LIMIT_SECONDS), 0)
         self.assertEqual(follower.stderr.read(), b"")
+
+    def test_followed_it_ends_with_the_other_end_of_a_socket(self):
+        ours, its = socket.socketpair()
+        follower = self.world.start("status", "--follow", stdout=its)
+        its.close()
+        with ours:
+            self.assertEqual(ours.recv(4096), b"2 days, longest 2, no commit today\n")
+            ours.sendall(b"nobody listens to this")
+        self.assertEqual(follower.wait(LIMIT_SECONDS), 0)
 
     def test_a_reader_that_is_gone_from_the_start_is_no_error(self):
         reading, writing = os.pipe()
