@@ -114,8 +114,9 @@ public:
     [[noreturn]] void run()
     {
         m_source.start();
+        // Between two lines hours may pass, and nobody is to wait so long for an end.
         if (m_command.isFollowed)
-            endWithReader();
+            whenReaderGoes(STDOUT_FILENO, [] { end(EXIT_SUCCESS); });
         end(QCoreApplication::exec());
     }
 
@@ -144,12 +145,6 @@ private:
             end(EXIT_SUCCESS);
     }
 
-    // Between two lines hours may pass, and nobody is to wait so long for an end.
-    void endWithReader()
-    {
-        m_reader = std::make_unique<ReaderWatch>(STDOUT_FILENO, [] { end(EXIT_SUCCESS); });
-    }
-
     Command m_command;
     ErrorOutput m_errors;
     SystemClock m_clock;
@@ -159,7 +154,6 @@ private:
     ProgramClient m_program{patience};
     FigureSource m_source;
     QByteArray m_last;
-    std::unique_ptr<ReaderWatch> m_reader;
 };
 
 QCoro::Task<> callProgram(RunningProgram &program, QString method, QVariantList arguments)

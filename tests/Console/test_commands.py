@@ -389,8 +389,12 @@ class Readers(Commands):
         follower = self.world.start("status", "--follow", stdout=its)
         its.close()
         with ours:
-            self.assertEqual(ours.recv(4096), b"2 days, longest 2, no commit today\n")
+            # Some close at once the direction that they do not need.
             ours.sendall(b"nobody listens to this")
+            ours.shutdown(socket.SHUT_WR)
+            self.assertEqual(ours.recv(4096), b"2 days, longest 2, no commit today\n")
+            self.garden.commit(self.world.now())
+            self.assertEqual(ours.recv(4096), b"3 days, longest 3, committed today\n")
         self.assertEqual(follower.wait(LIMIT_SECONDS), 0)
 
     def test_a_reader_that_is_gone_from_the_start_is_no_error(self):

@@ -85,7 +85,11 @@ class Gardener:
 
     def start(self, name, *command, **more):
         """Starts what shows a status line, with a mark that whatever it starts has too."""
-        self._desktop.start(name, "env", f"{MARK}={self._mark(name)}", *command, **more)
+        self._desktop.start(name, *self.marked(name, *command), **more)
+
+    def marked(self, name, *command):
+        """The command with that mark."""
+        return "env", f"{MARK}={self._mark(name)}", *command
 
     def _mark(self, name):
         return f"{self._desktop.folder.name}-{name}"

@@ -48,14 +48,14 @@ class StatusLines(unittest.TestCase):
             wait_until(lambda: not gardener.followers("i3blocks"), "the end of who followed")
             self.assertEqual(program.end(), 0)
 
-    def tmux(self, desktop):
-        return Terminal(desktop, "tmux", "-L", "user", "-f", str(SNIPPETS / "tmux.conf"), "new-session", "cat")
+    def tmux(self, desktop, gardener):
+        return Terminal(desktop, *gardener.marked("tmux", "tmux", "-L", "user", "-f", str(SNIPPETS / "tmux.conf"),
+                                                  "new-session", "cat"))
 
     @needs_tmux
     def test_tmux_shows_the_streak_without_the_program(self):
         with Desktop(self.id()) as desktop:
-            Gardener(desktop, 11)
-            terminal = self.tmux(desktop)
+            terminal = self.tmux(desktop, Gardener(desktop, 11))
             self.wait_for(f"{PENDING} | ", terminal.last_line)
 
     @needs_tmux
@@ -63,10 +63,14 @@ class StatusLines(unittest.TestCase):
         with Desktop(self.id()) as desktop:
             gardener = Gardener(desktop, 11)
             program = gardener.start_program()
-            terminal = self.tmux(desktop)
+            terminal = self.tmux(desktop, gardener)
             self.wait_for(f"{PENDING} | ", terminal.last_line)
             gardener.commit()
             self.wait_for(f"{COMMITTED} | ", terminal.last_line)
+            self.assertEqual(len(gardener.followers("tmux")), 1)
+            gardener.run("env", f"TMUX_TMPDIR={desktop.environment['XDG_RUNTIME_DIR']}",
+                         "tmux", "-L", "user", "kill-server")
+            wait_until(lambda: not gardener.followers("tmux"), "the end of who followed")
             self.assertEqual(program.end(), 0)
 
     def shell(self, desktop):

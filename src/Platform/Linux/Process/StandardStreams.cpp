@@ -6,14 +6,12 @@
 #include <QString>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <climits>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 
@@ -25,12 +23,6 @@ bool isReady(int descriptor)
 {
     pollfd output{descriptor, POLLOUT, 0};
     return poll(&output, 1, 0) == 1 && (output.revents & POLLOUT) != 0;
-}
-
-bool isSocket(int descriptor)
-{
-    struct stat status = {};
-    return fstat(descriptor, &status) == 0 && S_ISSOCK(status.st_mode);
 }
 
 // Whoever shares the descriptor may have it not wait.
@@ -76,23 +68,15 @@ std::error_code writeWhole(int descriptor, QByteArrayView bytes)
     return {};
 }
 
-// A pipe or a terminal without a reader has an error. A socket has an end, which is read.
-ReaderWatch::ReaderWatch(int descriptor, std::function<void()> gone)
-    : m_descriptor(descriptor)
-    , m_gone(std::move(gone))
-    , m_notifier(descriptor, isSocket(descriptor) ? QSocketNotifier::Read : QSocketNotifier::Exception)
+// Qt's own notifiers wait for more than that, and spin on a socket that was closed for one direction alone, as tmux does.
+void whenReaderGoes(int descriptor, std::function<void()> gone)
 {
-    QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, [this] { look(); });
-}
-
-// What somebody says into a socket that is only written to is nothing to us, and would keep us awake.
-void ReaderWatch::look()
-{
-    std::array<char, 4096> said{};
-    const bool isSaid =
-        m_notifier.type() == QSocketNotifier::Read && recv(m_descriptor, said.data(), said.size(), MSG_DONTWAIT) > 0;
-    if (!isSaid)
-        m_gone();
+    std::thread([descriptor, gone = std::move(gone)] {
+        pollfd reader{descriptor, 0, 0};
+        while (poll(&reader, 1, -1) < 0 && errno == EINTR) {
+        }
+        gone();
+    }).detach();
 }
 
 std::optional<int> columnsOf(int descriptor)

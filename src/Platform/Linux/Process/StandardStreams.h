@@ -5,7 +5,6 @@
 #include "Platform/Output.h"
 
 #include <QByteArrayView>
-#include <QSocketNotifier>
 
 #include <functional>
 #include <optional>
@@ -28,21 +27,10 @@ void writeWithoutWaiting(int descriptor, QByteArrayView bytes);
 //! Source: write(2)
 [[nodiscard]] std::error_code writeWhole(int descriptor, QByteArrayView bytes);
 
-//! Calls @p gone on the main loop once nobody reads what is written to a descriptor any more: of a pipe, a socket or a
-//! terminal; never of a file. Nothing wakes up before.
+//! Calls @p gone, on a thread of its own, once nobody reads what is written to a descriptor any more: of a pipe, a socket
+//! or a terminal; never of a file. Nothing wakes up before.
 //! Source: poll(2), POLLERR and POLLHUP
-class ReaderWatch
-{
-public:
-    ReaderWatch(int descriptor, std::function<void()> gone);
-
-private:
-    void look();
-
-    int m_descriptor;
-    std::function<void()> m_gone;
-    QSocketNotifier m_notifier;
-};
+void whenReaderGoes(int descriptor, std::function<void()> gone);
 
 //! How many characters wide the terminal behind a descriptor is; nothing where there is none, or it does not tell.
 //! Source: ioctl_tty(2), TIOCGWINSZ
