@@ -2,13 +2,24 @@
 # SPDX-License-Identifier: MIT
 # What bash offers behind "velquarin". It is loaded by its name, with the first word that is completed.
 
-# The command among the words so far, or nothing.
+# What decides the rest among the words so far: the command, or an option that needs none; or nothing.
 _velquarin_command() {
     local word
     for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
         case $word in
-            status | year | refresh | show) printf '%s' "$word" ;;
+            status | year | refresh | show | --help | --version | -h | -v)
+                printf '%s' "$word"
+                return
+                ;;
         esac
+    done
+}
+
+# Those of the options given that are not there yet.
+_velquarin_left() {
+    local option
+    for option in "$@"; do
+        [[ " ${COMP_WORDS[*]:1:COMP_CWORD-1} " == *" $option "* ]] || printf '%s ' "$option"
     done
 }
 
@@ -21,10 +32,10 @@ _velquarin() {
     case $before:$command in
         --format:year) offered='text json svg' ;;
         --format:*) offered='text json waybar' ;;
-        *:status) offered='--format --follow' ;;
-        *:year) offered='--format' ;;
-        *:refresh | *:show) offered='' ;;
-        *) offered='status year refresh show --help --version' ;;
+        *:status) offered=$(_velquarin_left --format --follow) ;;
+        *:year) offered=$(_velquarin_left --format) ;;
+        *:) offered='status year refresh show --help --version' ;;
+        *) offered='' ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$offered" -- "$word")
 }

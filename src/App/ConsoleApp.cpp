@@ -54,7 +54,8 @@ void answer(const QByteArray &text)
 {
     const auto error = writeWhole(STDOUT_FILENO, text);
     if (error && error != std::errc::broken_pipe)
-        refuse(QStringLiteral("standard output: ") + QString::fromStdString(error.message()), EXIT_FAILURE);
+        refuse(QStringLiteral("The answer cannot be written: ") + QString::fromStdString(error.message()),
+               EXIT_FAILURE);
     if (error)
         end(EXIT_SUCCESS);
 }
@@ -90,13 +91,36 @@ QByteArray yearAnswer(const StreakReport &report, AnswerFormat format, const Clo
     }
 }
 
-// What a reading wears out: it stops its runner for good, and what it watches is of no use to the next one.
+// What a reading wears out: it stops its runner for good, and watches what nobody needs any more once the program tells.
 struct ReadingParts
 {
     ReadOnlyPreferences preferences{defaultPreferencesPath()};
     ChildProcessRunner processes;
+    PosixFileTree files;
     InotifyWatch repositoryWatch;
 };
+
+class ReadingHere : private ReadingParts, public OwnReading
+{
+public:
+    ReadingHere(const Clock &clock, Timers &timers, Output &output)
+        : OwnReading({processes, files, clock, timers, output, preferences, repositoryWatch})
+    {
+    }
+
+    [[nodiscard]] const std::optional<QString> &failure() const { return preferences.failure(); }
+};
+
+// What the program is asked for: of many repositories all of it takes its time.
+QStringList propertiesFor(const Command &command)
+{
+    if (command.kind == Command::Kind::Status && command.format == AnswerFormat::Json)
+        return {};
+    QStringList names{QStringLiteral("CurrentStreak"), QStringLiteral("LongestStreak"),
+                      QStringLiteral("CommittedToday"), QStringLiteral("LastSevenDays")};
+    names += command.kind == Command::Kind::Year ? QStringLiteral("CommitsPerDay") : QStringLiteral("CommitsThisWeek");
+    return names;
+}
 
 // Answers from the figures, wherever they come from.
 class Answering
@@ -105,10 +129,10 @@ public:
     explicit Answering(const Command &command)
         : m_command(command)
         , m_source(
-              m_program, [this] { return reading(); }, m_errors)
+              {m_program, propertiesFor(command)}, m_clock, [this] { return reading(); }, m_errors)
     {
         QObject::connect(&m_source, &FigureSource::reported, [this](const StreakReport &report) { take(report); });
-        QObject::connect(&m_source, &FigureSource::failed, [] { end(EXIT_FAILURE); });
+        QObject::connect(&m_source, &FigureSource::failed, [this] { fail(); });
     }
 
     [[noreturn]] void run()
@@ -121,16 +145,21 @@ public:
     }
 
 private:
-    // Anew each time: a program that has ended meanwhile may have left others behind.
+    // Anew each time: a program that has ended meanwhile may have left other settings behind.
     std::unique_ptr<OwnReading> reading()
     {
-        m_parts = std::make_unique<ReadingParts>();
-        if (const auto &failure = m_parts->preferences.failure()) {
-            printErrorLine(*failure);
-            return nullptr;
-        }
-        return std::make_unique<OwnReading>(ReadingPlatform{m_parts->processes, m_files, m_clock, m_timers, m_errors,
-                                                            m_parts->preferences, m_parts->repositoryWatch});
+        auto made = std::make_unique<ReadingHere>(m_clock, m_timers, m_errors);
+        if (!made->failure())
+            return made;
+        printErrorLine(*made->failure());
+        return nullptr;
+    }
+
+    // Who follows has had an answer, and the next program may mend the settings.
+    void fail() const
+    {
+        if (m_last.isEmpty())
+            end(EXIT_FAILURE);
     }
 
     void take(const StreakReport &report)
@@ -149,8 +178,6 @@ private:
     ErrorOutput m_errors;
     SystemClock m_clock;
     BootTimeTimers m_timers;
-    PosixFileTree m_files;
-    std::unique_ptr<ReadingParts> m_parts;
     ProgramClient m_program{patience};
     FigureSource m_source;
     QByteArray m_last;
@@ -197,7 +224,7 @@ QCoro::Task<> callProgram(RunningProgram &program, QString method, QVariantList 
 
 }  // namespace
 
-void runCommand(int argc, char **argv)
+void runCommand(int argc, char **argv, bool isOutputOpen)
 {
     const auto tokens = takeLaunchTokens();
     // Qt wants a locale in UTF-8 and says so where there is none; no answer depends on it.
@@ -207,6 +234,8 @@ void runCommand(int argc, char **argv)
     const auto line = readCommandLine(QCoreApplication::arguments());
     if (!line.command)
         refuse(line.refusal + QStringLiteral(" Try \"velquarin --help\"."), statusOfMisuse);
+    if (!isOutputOpen)
+        refuse(QStringLiteral("The answer cannot be written: standard output is closed."), EXIT_FAILURE);
     carryOut(*line.command, tokens);
 }
 

@@ -4,8 +4,9 @@
 
 namespace velquarin {
 
-//! Does what the words of a command line ask for, without any display, and ends the process.
+//! Does what the words of a command line ask for, without any display, and ends the process. It fails where nobody gave it
+//! anything to write to.
 //! Source: docs/status-lines.md
-[[noreturn]] void runCommand(int argc, char **argv);
+[[noreturn]] void runCommand(int argc, char **argv, bool isOutputOpen);
 
 }  // namespace velquarin

@@ -18,25 +18,43 @@
 
 namespace {
 
-// Where Qt finds no display it gives up with a core dump and lines for developers.
-void endWithoutDisplay(QtMsgType type, const QMessageLogContext & /*context*/, const QString & /*text*/)
+bool isDisplayNamed()
 {
+    return !(qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") &&
+             qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"));
+}
+
+// Where Qt finds no display it gives up with a core dump and lines for developers, of which the last before the end says
+// what is wrong with one that is named.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext & /*context*/, const QString &text)
+{
+    static QString reason;
+    if (type == QtWarningMsg && isDisplayNamed())
+        reason = QStringLiteral(" (") + text.section(u'\n', 0, 0).trimmed() + u')';
     if (type != QtFatalMsg)
         return;
     velquarin::printErrorLine(
-        QStringLiteral("there is no display to appear on; \"velquarin status\" prints the streak without one"));
+        QStringLiteral("There is no display to appear on%1; \"velquarin status\" prints the streak "
+                       "without one.")
+            .arg(reason));
     std::_Exit(EXIT_FAILURE);
+}
+
+// Who looks for the reason sees all that Qt says, and its end.
+bool isAskedForDetails()
+{
+    return qEnvironmentVariableIsSet("QT_DEBUG_PLUGINS") || qEnvironmentVariableIsSet("QT_LOGGING_RULES");
 }
 
 }  // namespace
 
 int main(int argc, char **argv)
 {
-    velquarin::openStandardDescriptors();
+    const bool isOutputOpen = velquarin::openStandardDescriptors();
     std::signal(SIGPIPE, SIG_IGN);
     velquarin::dropUnknownZone();
     if (argc > 1)
-        velquarin::runCommand(argc, argv);
+        velquarin::runCommand(argc, argv, isOutputOpen);
     velquarin::blockTerminationSignals();
 
     // A session that is saved at log-out starts again what was registered with it, whatever "Launch at login" says.
@@ -47,7 +65,7 @@ int main(int argc, char **argv)
 
     auto launchTokens = velquarin::takeLaunchTokens();
     velquarin::installAccessibleApplication();
-    const auto handler = qInstallMessageHandler(&endWithoutDisplay);
+    const auto handler = qInstallMessageHandler(isAskedForDetails() ? nullptr : &endWithoutDisplay);
     const QApplication application(argc, argv);
     qInstallMessageHandler(handler);
     QApplication::setApplicationName(QStringLiteral("velquarin"));

@@ -35,6 +35,7 @@ const QString follow = QStringLiteral("follow");
 
 void describe(QCommandLineParser &parser)
 {
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.setApplicationDescription(
         QStringLiteral("Keeps your commit streak in the status bar. Without a command it starts there,\n"
                        "or opens the dashboard of the one that runs already.\n\n"
@@ -86,7 +87,8 @@ CommandLine commandNamed(const QString &name, const QCommandLineParser &parser)
 QString oneLine(QString text)
 {
     for (auto &character : text) {
-        if (!character.isPrint())
+        const bool breaksLine = character == QChar::LineSeparator || character == QChar::ParagraphSeparator;
+        if (breaksLine || !(character.isPrint() || character.isSurrogate()))
             character = u'?';
     }
     return text;
@@ -100,7 +102,7 @@ CommandLine understood(const QCommandLineParser &parser)
         return {Command{Kind::Version}, {}};
     const auto words = parser.positionalArguments();
     if (words.isEmpty())
-        return refused(QStringLiteral("An option needs a command before it."));
+        return refused(QStringLiteral("There is no command."));
     if (words.size() > 1)
         return refused(QStringLiteral("Unexpected argument \"%1\".").arg(words.at(1)));
     return commandNamed(words.constFirst(), parser);

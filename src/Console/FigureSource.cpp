@@ -5,6 +5,7 @@
 
 #include "Console/OwnReading.h"
 #include "Console/StreakReport.h"
+#include "Platform/Clock.h"
 #include "Platform/Output.h"
 #include "Platform/WhileAlive.h"
 
@@ -12,13 +13,14 @@
 
 namespace velquarin {
 
-FigureSource::FigureSource(RunningProgram &program, MakeReading makeReading, Output &output, QObject *parent)
+FigureSource::FigureSource(Wanted wanted, const Clock &clock, MakeReading makeReading, Output &output, QObject *parent)
     : QObject(parent)
-    , m_program(program)
+    , m_wanted(std::move(wanted))
+    , m_clock(clock)
     , m_makeReading(std::move(makeReading))
     , m_output(output)
 {
-    connect(&program, &RunningProgram::changed, this, &FigureSource::askSoon);
+    connect(&m_wanted.program, &RunningProgram::changed, this, &FigureSource::askSoon);
 }
 
 FigureSource::~FigureSource() = default;
@@ -28,7 +30,6 @@ void FigureSource::start()
     ask();
 }
 
-// What changes while an answer is on its way may have come too late for it.
 void FigureSource::askSoon()
 {
     m_isChanged = true;
@@ -36,21 +37,23 @@ void FigureSource::askSoon()
         ask();
 }
 
+// What changes while an answer is on its way may be in one half of it alone.
 QCoro::Task<> FigureSource::ask()
 {
     m_isAsking = true;
+    RunningProgram::Answer answer;
     do {
         m_isChanged = false;
-        auto question = m_program.properties();
-        const auto answer = co_await whileAlive(this, std::move(question));
-        take(answer);
+        auto question = m_wanted.program.properties(m_wanted.names);
+        answer = co_await whileAlive(this, std::move(question));
     } while (m_isChanged);
     m_isAsking = false;
+    take(answer);
 }
 
 void FigureSource::take(const RunningProgram::Answer &answer)
 {
-    if (const auto report = reportIn(answer.properties)) {
+    if (const auto report = reportIn(answer.properties); report && isOfToday(*report)) {
         m_reading.reset();
         Q_EMIT reported(*report);
         return;
@@ -58,8 +61,14 @@ void FigureSource::take(const RunningProgram::Answer &answer)
     if (m_reading)
         return;
     if (answer.state == RunningProgram::State::Silent)
-        m_output.printLine(QStringLiteral("the running program does not answer; reading the repositories here"));
+        m_output.printLine(QStringLiteral("The running program does not answer; the repositories are read here."));
     readHere();
+}
+
+// Once the day is over "committed today" is untrue until the program looks again, which may take an hour.
+bool FigureSource::isOfToday(const StreakReport &report) const
+{
+    return report.lastSevenDays.isEmpty() || report.lastSevenDays.lastKey() == m_clock.calendar().dateOf(m_clock.now());
 }
 
 void FigureSource::readHere()
@@ -69,8 +78,15 @@ void FigureSource::readHere()
         Q_EMIT failed();
         return;
     }
-    connect(m_reading.get(), &OwnReading::read, this, &FigureSource::reported);
+    connect(m_reading.get(), &OwnReading::read, this, &FigureSource::takeReading);
     m_reading->start();
+}
+
+// A bus that has gone tells nobody when it is back: each reading is an occasion to ask.
+void FigureSource::takeReading(const StreakReport &report)
+{
+    Q_EMIT reported(report);
+    QMetaObject::invokeMethod(this, &FigureSource::askSoon, Qt::QueuedConnection);
 }
 
 }  // namespace velquarin

@@ -38,7 +38,6 @@ struct OwnReading::Services
         , manager(git, settings, reminder, platform.clock, platform.timers, platform.output)
         , watch(manager, settings, git, platform.repositoryWatch, platform.timers)
     {
-        settings.setNotifyOnStreakRisk(false);
     }
 
     NoNotifications notifications;

@@ -8,7 +8,6 @@
 #include <QDateTime>
 
 #include <algorithm>
-#include <iterator>
 
 namespace velquarin {
 
@@ -33,12 +32,29 @@ QVariantMap propertiesOf(const RepositoryReport &repository)
     return record;
 }
 
+// What has another type counts for nothing, since any program may own our name.
+template <typename Value>
+Value valueOf(const QVariantMap &properties, const char *name)
+{
+    const auto value = properties.value(QLatin1String(name));
+    return value.metaType() == QMetaType::fromType<Value>() ? value.value<Value>() : Value();
+}
+
+// JSON has numbers up to this that are exact, and no sum of a year of them is beyond what ours can hold.
+qint64 sound(qint64 count)
+{
+    return std::clamp(count, qint64(0), qint64(1) << 53);
+}
+
+qint64 countOf(const QVariantMap &properties, const char *name)
+{
+    return sound(valueOf<qint64>(properties, name));
+}
+
 RepositoryReport repositoryIn(const QVariantMap &record)
 {
-    return {record.value(QStringLiteral("Name")).toString(), record.value(QStringLiteral("Path")).toString(),
-            record.value(QStringLiteral("CommitsToday")).toLongLong(),
-            record.value(QStringLiteral("CommitsThisWeek")).toLongLong(),
-            record.value(QStringLiteral("LastCommit")).toString()};
+    return {valueOf<QString>(record, "Name"), valueOf<QString>(record, "Path"), countOf(record, "CommitsToday"),
+            countOf(record, "CommitsThisWeek"), valueOf<QString>(record, "LastCommit")};
 }
 
 CountsByText byText(const QMap<QDate, qint64> &days)
@@ -49,13 +65,12 @@ CountsByText byText(const QMap<QDate, qint64> &days)
     return counts;
 }
 
-QMap<QDate, qint64> byDate(const QVariant &property)
+QMap<QDate, qint64> byDate(const CountsByText &counts)
 {
     QMap<QDate, qint64> days;
-    const auto counts = property.value<CountsByText>();
     for (const auto &[text, count] : counts.asKeyValueRange()) {
         if (const auto date = QDate::fromString(text, Qt::ISODate); date.isValid())
-            days.insert(date, count);
+            days.insert(date, sound(count));
     }
     return days;
 }
@@ -107,18 +122,18 @@ QVariantMap propertiesOf(const StreakReport &report)
 
 std::optional<StreakReport> reportIn(const QVariantMap &properties)
 {
-    if (!properties.contains(QStringLiteral("CurrentStreak")))
+    if (properties.value(QStringLiteral("CurrentStreak")).metaType() != QMetaType::fromType<qint64>())
         return std::nullopt;
     StreakReport report;
-    report.currentStreak = properties.value(QStringLiteral("CurrentStreak")).toLongLong();
-    report.longestStreak = properties.value(QStringLiteral("LongestStreak")).toLongLong();
-    report.hasCommittedToday = properties.value(QStringLiteral("CommittedToday")).toBool();
-    report.commitsThisWeek = properties.value(QStringLiteral("CommitsThisWeek")).toLongLong();
-    report.lastSevenDays = byDate(properties.value(QStringLiteral("LastSevenDays")));
-    report.days = byDate(properties.value(QStringLiteral("CommitsPerDay")));
-    for (const auto &record : properties.value(QStringLiteral("Repositories")).value<QList<QVariantMap>>())
+    report.currentStreak = countOf(properties, "CurrentStreak");
+    report.longestStreak = countOf(properties, "LongestStreak");
+    report.hasCommittedToday = valueOf<bool>(properties, "CommittedToday");
+    report.commitsThisWeek = countOf(properties, "CommitsThisWeek");
+    report.lastSevenDays = byDate(valueOf<CountsByText>(properties, "LastSevenDays"));
+    report.days = byDate(valueOf<CountsByText>(properties, "CommitsPerDay"));
+    for (const auto &record : valueOf<QList<QVariantMap>>(properties, "Repositories"))
         report.repositories.append(repositoryIn(record));
-    report.withoutAddress = properties.value(QStringLiteral("RepositoriesWithoutAddress")).toStringList();
+    report.withoutAddress = valueOf<QStringList>(properties, "RepositoriesWithoutAddress");
     return report;
 }
 

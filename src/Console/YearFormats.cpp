@@ -131,8 +131,9 @@ Terminal terminalIn(const QProcessEnvironment &environment, std::optional<int> c
     }
     const bool isUtf8 = locale.contains(QLatin1String("UTF-8"), Qt::CaseInsensitive) ||
                         locale.contains(QLatin1String("utf8"), Qt::CaseInsensitive);
-    const bool isPlain = !environment.value(QStringLiteral("NO_COLOR")).isEmpty() ||
-                         environment.value(QStringLiteral("TERM")) == QLatin1String("dumb");
+    const auto kind = environment.value(QStringLiteral("TERM"));
+    const bool isPlain =
+        !environment.value(QStringLiteral("NO_COLOR")).isEmpty() || kind.isEmpty() || kind == QLatin1String("dumb");
     return {columns.value_or(Terminal().columns), columns && !isPlain, isUtf8};
 }
 

@@ -5,6 +5,7 @@
 #include <QCoroTask>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVariantList>
 #include <QVariantMap>
 
@@ -29,14 +30,15 @@ public:
         QVariantMap properties;  //!< of one that answered; none before its first refresh
     };
 
-    //! What it shows. Shape: texts, numbers, QStringList, QMap<QString, qint64> and QList<QVariantMap>.
-    [[nodiscard]] virtual QCoro::Task<Answer> properties() = 0;
+    //! What it shows under these names; under all where none is given. Of many repositories all is a long answer.
+    //! Shape: texts, numbers, QStringList, QMap<QString, qint64> and QList<QVariantMap>.
+    [[nodiscard]] virtual QCoro::Task<Answer> properties(QStringList names) = 0;
 
     //! Has it do something. Never starts it.
     [[nodiscard]] virtual QCoro::Task<State> call(QString method, QVariantList arguments) = 0;
 
 Q_SIGNALS:
-    //! Some of what it shows is another, or it has begun or ended; from the first question on.
+    //! Some of its figures are others, or it has begun or ended; from the first question on.
     void changed();
 };
 

@@ -16,9 +16,10 @@ namespace velquarin::test {
 class FakeProgram : public RunningProgram
 {
 public:
-    [[nodiscard]] QCoro::Task<Answer> properties() override
+    [[nodiscard]] QCoro::Task<Answer> properties(QStringList names) override
     {
         ++questions;
+        askedFor = names;
         if (isPrompt)
             co_return answer;
         m_promise = QPromise<Answer>();
@@ -48,6 +49,7 @@ public:
     Answer answer;
     bool isPrompt = true;
     int questions = 0;
+    QStringList askedFor;
 
 private:
     QPromise<Answer> m_promise;

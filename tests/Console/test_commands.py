@@ -18,14 +18,18 @@ import struct
 import subprocess
 import tempfile
 import termios
+import threading
 import unittest
 import xml.etree.ElementTree
+
+from gi.repository import Gio, GLib
 
 import case
 import preferences
 import processes
 import reference
 from bus import Bus
+from program import AT_ONCE
 from repositories import HangingRepository, Repository
 from waiting import LIMIT_SECONDS, wait_until
 
@@ -34,7 +38,7 @@ ZONE = "Europe/Berlin"
 NAME, PATH, INTERFACE = "io.velquarin.Velquarin", "/io/velquarin/Velquarin", "io.velquarin.Velquarin1"
 # It is noon for all of them: no day ends during a test.
 OFFSET = case.ShiftedTime(12, 0, ZONE).offset
-OWN_READING = "velquarin: the running program does not answer; reading the repositories here\n"
+OWN_READING = "velquarin: The running program does not answer; the repositories are read here.\n"
 
 
 class World:
@@ -65,11 +69,11 @@ class World:
     def track(self, *paths):
         preferences.write(self.config, paths)
 
-    def run(self, *arguments, **changes):
+    def run(self, *arguments, seconds=AT_ONCE, **changes):
         environment = {**self.environment, **changes}
         environment = {name: value for name, value in environment.items() if value is not None}
         return subprocess.run([PROGRAM, *arguments], env=environment, stdin=subprocess.DEVNULL, capture_output=True,
-                              text=True, timeout=LIMIT_SECONDS, check=False)
+                              text=True, timeout=seconds, check=False)
 
     def start(self, *arguments, **streams):
         streams = {"stdin": subprocess.DEVNULL, "stdout": subprocess.PIPE, "stderr": subprocess.PIPE, **streams}
@@ -148,7 +152,8 @@ class Commands(unittest.TestCase):
         return done.stderr
 
     def files(self):
-        return {str(path): path.stat().st_mtime_ns for path in self.world.config.rglob("*")}
+        """All of the user's files, and when each was written last."""
+        return {str(path): path.lstat().st_mtime_ns for path in self.world.folder.rglob("*")}
 
 
 class Answers(Commands):
@@ -232,7 +237,6 @@ class Answers(Commands):
         self.answer("status")
         self.answer("year")
         self.assertEqual(self.files(), before)
-        self.assertEqual(list((self.world.folder / "run").iterdir()), [])
 
     def test_a_folder_that_is_watched_is_searched(self):
         preferences.write_defaults(self.world.config, [], [self.world.folder])
@@ -274,10 +278,13 @@ class Refusals(Commands):
     def test_preferences_that_cannot_be_read(self):
         self.world.track()
         file = self.world.config / "velquarin/preferences.json"
-        file.write_text("{")
-        before = self.files()
-        self.assertIn("is damaged", self.refusal("status", status=1))
-        self.assertEqual(self.files(), before)
+        for text, reason in (("{", "is damaged"), ('{"trackedRepositories": 5}', "a value that cannot be read"),
+                             ('{"trackedRepositories": {"data": "garbage"}}', "a value that cannot be read")):
+            with self.subTest(text):
+                file.write_text(text)
+                before = self.files()
+                self.assertIn(reason, self.refusal("status", status=1))
+                self.assertEqual(self.files(), before)
 
     def test_nobody_to_refresh_or_to_show(self):
         self.refusal("refresh", status=1)
@@ -288,8 +295,19 @@ class Refusals(Commands):
     def test_a_full_disk(self):
         with open("/dev/full", "wb") as full:
             process = self.world.start("--version", stdout=full)
-            self.assertIn(b"standard output", process.communicate(timeout=LIMIT_SECONDS)[1])
+            self.assertIn(b"cannot be written", process.communicate(timeout=LIMIT_SECONDS)[1])
         self.assertEqual(process.returncode, 1)
+
+    def test_nothing_to_write_to(self):
+        done = subprocess.run(["sh", "-c", 'exec "$0" status >&-', PROGRAM], env=self.world.environment,
+                              stderr=subprocess.PIPE, timeout=LIMIT_SECONDS, check=False)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn(b"cannot be written", done.stderr)
+
+    def test_a_display_that_fails_is_told_with_its_reason(self):
+        self.assertIn("could not connect to display :77",
+                      self.refusal(status=1, QT_QPA_PLATFORM="xcb", DISPLAY=":77"))
+        self.assertIn("nonsense", self.refusal(status=1, QT_QPA_PLATFORM="nonsense"))
 
 
 class Program(Commands):
@@ -308,11 +326,9 @@ class Program(Commands):
 
     def test_a_refresh_is_made(self):
         self.world.start_program()
-        before = self.world.property("LastRefresh")
         self.garden.commit_unheard(self.world.now())
         self.assertEqual(self.answer("refresh"), "")
         wait_until(lambda: self.world.property("CommittedToday"), "the commit")
-        self.assertGreaterEqual(self.world.property("LastRefresh"), before)
 
     def test_the_dashboard_is_shown(self):
         self.world.start_program()
@@ -334,6 +350,45 @@ class Program(Commands):
             self.world.bus._process.send_signal(signal.SIGCONT)
         self.assertEqual((done.stdout, done.stderr, done.returncode),
                          ("2 days, longest 2, no commit today\n", OWN_READING, 0))
+
+    def test_a_bus_that_hangs_once_it_has_greeted_is_not_waited_for(self):
+        with HalfABus(self.world.folder / "half") as address:
+            self.world.environment["DBUS_SESSION_BUS_ADDRESS"] = address
+            done = self.world.run("status")
+        self.assertEqual((done.stdout, done.stderr, done.returncode),
+                         ("2 days, longest 2, no commit today\n", OWN_READING, 0))
+
+    def test_followed_a_bus_that_comes_back_is_used_again(self):
+        follower = self.world.start("status", "--follow")
+        lines = Lines(follower)
+        self.assertEqual(lines.next(), "2 days, longest 2, no commit today")
+        self.world.bus.end()
+        (self.world.folder / "socket").unlink(missing_ok=True)
+        self.world.bus.start(self.world.environment, self.world.folder)
+        self.world.start_program()
+        self.world.track()
+        # Its own reading is what has it ask; from then on the program tells.
+        self.garden.commit(self.world.now())
+        self.assertEqual(lines.next(), "3 days, longest 3, committed today")
+        wait_until(lambda: not watches_of(follower.pid), "the end of its own reading",
+                   state=lambda: watches_of(follower.pid))
+
+    def test_followed_preferences_that_break_are_said_and_waited_through(self):
+        program = self.world.start_program()
+        follower = self.world.start("status", "--follow")
+        lines = Lines(follower)
+        self.assertEqual(lines.next(), "2 days, longest 2, no commit today")
+        file = self.world.config / "velquarin/preferences.json"
+        whole = file.read_text()
+        program.kill()
+        program.wait()
+        file.write_text("{")
+        wait_until(lambda: select.select([follower.stderr], [], [], 0)[0], "what it says")
+        self.assertIn(b"is damaged", os.read(follower.stderr.fileno(), 4096))
+        file.write_text(whole)
+        self.garden.commit(self.world.now())
+        self.world.start_program()
+        self.assertEqual(lines.next(), "3 days, longest 3, committed today")
 
     def test_followed_it_goes_on_from_one_program_to_the_next(self):
         follower = self.world.start("status", "--follow")
@@ -439,9 +494,55 @@ class Readers(Commands):
                 self.assertIn("░", plain)
 
     def test_colours_that_nobody_wants_are_left_out(self):
-        for wish in ({"NO_COLOR": "1"}, {"TERM": "dumb"}):
+        for wish in ({"NO_COLOR": "1"}, {"TERM": "dumb"}, {"TERM": ""}):
             with self.subTest(wish):
                 self.assertNotIn("\x1b", self.terminal(80, "year", **wish))
+
+
+class HalfABus:
+    """A bus that greets whoever comes and then says no more."""
+
+    def __init__(self, path):
+        self._address = f"unix:path={path}"
+        self._listening = socket.socket(socket.AF_UNIX)
+        self._listening.bind(str(path))
+        self._listening.listen()
+        self._taken = None
+
+    def __enter__(self):
+        threading.Thread(target=self._serve, daemon=True).start()
+        return self._address
+
+    def _serve(self):
+        self._taken = self._listening.accept()[0]
+        stream = self._taken.makefile("rwb", buffering=0)
+        for answer in (b"OK 0123456789abcdef0123456789abcdef\r\n", b"AGREE_UNIX_FD\r\n"):
+            while not stream.readline().lstrip(b"\0").startswith((b"AUTH EXTERNAL", b"NEGOTIATE")):
+                stream.write(b"REJECTED EXTERNAL\r\n")
+            stream.write(answer)
+        stream.readline()  # BEGIN
+        hello = b""
+        while len(hello) < 16 or len(hello) < Gio.DBusMessage.bytes_needed(hello):
+            hello += self._taken.recv(4096)
+        reply = Gio.DBusMessage.new_method_reply(Gio.DBusMessage.new_from_blob(hello, Gio.DBusCapabilityFlags.NONE))
+        reply.set_serial(1)
+        reply.set_sender("org.freedesktop.DBus")
+        reply.set_body(GLib.Variant("(s)", (":1.7",)))
+        self._taken.sendall(reply.to_blob(Gio.DBusCapabilityFlags.NONE))
+
+    def __exit__(self, *_):
+        self._listening.close()
+        if self._taken:
+            self._taken.close()
+
+
+def watches_of(pid):
+    """What a process watches on the disk."""
+    found = []
+    for file in pathlib.Path(f"/proc/{pid}/fdinfo").iterdir():
+        with contextlib.suppress(OSError):
+            found += [line for line in file.read_text().splitlines() if line.startswith("inotify ")]
+    return found
 
 
 def children_of(pid):
@@ -455,7 +556,7 @@ class Many(Commands):
         garden = self.world.repository("garden", 0)
         gone = [self.world.folder / f"gone {number}" for number in range(9999)]
         self.world.track(garden.path, *gone)
-        self.assertEqual(self.answer("status"), "1 day, longest 1, committed today\n")
+        self.assertEqual(self.answer("status", seconds=LIMIT_SECONDS), "1 day, longest 1, committed today\n")
 
 
 if __name__ == "__main__":

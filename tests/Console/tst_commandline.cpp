@@ -52,6 +52,7 @@ void TestCommandLine::wordsAskForSomething_data()
     row("status", {Kind::Status, AnswerFormat::Text});
     row("status --format text", {Kind::Status, AnswerFormat::Text});
     row("status --format json", {Kind::Status, AnswerFormat::Json});
+    row("status -format json", {Kind::Status, AnswerFormat::Json});
     row("--format=json status", {Kind::Status, AnswerFormat::Json});
     row("status --format=waybar --follow", {Kind::Status, AnswerFormat::Waybar, true});
     row("year", {Kind::Year, AnswerFormat::Text});
@@ -82,8 +83,8 @@ void TestCommandLine::whatCannotBeMeantIsRefusedInALine_data()
     row("Status", "There is no command \"Status\".");
     row("status now", "Unexpected argument \"now\".");
     row("refresh twice", "Unexpected argument \"twice\".");
-    row("--follow", "An option needs a command before it.");
-    row("--", "An option needs a command before it.");
+    row("--follow", "There is no command.");
+    row("--", "There is no command.");
     row("status --format", "Missing value after '--format'.");
     row("status --format xml", "There is no format \"xml\" of \"status\".");
     row("status --format svg", "There is no format \"svg\" of \"status\".");
@@ -93,7 +94,8 @@ void TestCommandLine::whatCannotBeMeantIsRefusedInALine_data()
     row("show --follow", "The command \"show\" takes no option \"--follow\".");
     row("refresh --format text", "The command \"refresh\" takes no option \"--format\".");
     row("--nonsense", "Unknown option 'nonsense'.");
-    row("status -platform", "Unknown options: p, l, a, t, f, o, r, m.");
+    row("status -platform", "Unknown option 'platform'.");
+    row("-session 7", "Unknown option 'session'.");
 }
 
 void TestCommandLine::whatCannotBeMeantIsRefusedInALine()
@@ -106,8 +108,8 @@ void TestCommandLine::whatCannotBeMeantIsRefusedInALine()
 
 void TestCommandLine::noCharacterOfTheUsersBreaksTheLine()
 {
-    const auto line = readCommandLine({QStringLiteral("velquarin"), QStringLiteral("sta\ntus\x1b[2J")});
-    QCOMPARE(line.refusal, QStringLiteral("There is no command \"sta?tus?[2J\"."));
+    const auto line = readCommandLine({QStringLiteral("velquarin"), QStringLiteral("sta\ntus\x1b[2J\u2028🔥")});
+    QCOMPARE(line.refusal, QStringLiteral("There is no command \"sta?tus?[2J?🔥\"."));
 }
 
 void TestCommandLine::theHelpFitsEightyColumnsAndNamesAll()

@@ -67,7 +67,7 @@ struct World
     int readings = 0;
     int failures = 0;
     QList<StreakReport> reports;
-    FigureSource source{program, [this] { return reading(); }, output};
+    FigureSource source{{program, {QStringLiteral("CurrentStreak")}}, clock, [this] { return reading(); }, output};
 };
 
 RunningProgram::Answer answered(const StreakReport &report)
@@ -86,6 +86,8 @@ private Q_SLOTS:
     void withoutOneTheRepositoriesAreRead();
     void oneThatHasNoFiguresYetIsNotWaitedFor();
     void oneThatDoesNotAnswerIsSaidOnce();
+    void figuresOfYesterdayAreNotTaken();
+    void eachReadingIsAnOccasionToAsk();
     void whereNothingCanBeReadItFails();
     void itFollowsTheProgramThatBeginsAndEnds();
     void whatChangesDuringAQuestionIsAskedAgain();
@@ -101,6 +103,7 @@ void TestFigureSource::aRunningProgramTells()
     world.source.start();
     QCOMPARE(world.reports, QList<StreakReport>{fullReport()});
     QCOMPARE(world.readings, 0);
+    QCOMPARE(world.program.askedFor, QStringList(QStringLiteral("CurrentStreak")));
 }
 
 void TestFigureSource::withoutOneTheRepositoriesAreRead()
@@ -136,8 +139,34 @@ void TestFigureSource::oneThatDoesNotAnswerIsSaidOnce()
     world.awaitReports(1);
     world.program.change({State::Silent, {}});
     QCOMPARE(world.output.lines(),
-             QStringList(QStringLiteral("the running program does not answer; reading the repositories here")));
+             QStringList(QStringLiteral("The running program does not answer; the repositories are read here.")));
     QCOMPARE(world.reports.size(), 1);
+}
+
+void TestFigureSource::figuresOfYesterdayAreNotTaken()
+{
+    World world;
+    world.clock.setNow(instant("2026-11-21T00:00:01Z"));
+    world.program.answer = answered(fullReport());
+    world.source.start();
+    world.awaitReports(1);
+    QVERIFY(!world.reports.constFirst().hasCommittedToday);
+    QCOMPARE(world.readings, 1);
+    auto ofToday = fullReport();
+    ofToday.lastSevenDays = {{date("2026-11-21"), 0}};
+    world.program.change(answered(ofToday));
+    QCOMPARE(world.reports.constLast(), ofToday);
+}
+
+// A bus that comes back is heard of by nobody.
+void TestFigureSource::eachReadingIsAnOccasionToAsk()
+{
+    World world;
+    world.source.start();
+    world.awaitReports(1);
+    world.program.answer = answered(fullReport());
+    world.awaitReports(2);
+    QCOMPARE(world.reports.constLast(), fullReport());
 }
 
 void TestFigureSource::whereNothingCanBeReadItFails()
@@ -178,9 +207,9 @@ void TestFigureSource::whatChangesDuringAQuestionIsAskedAgain()
     world.program.answerNow();
     awaitThat([&] { return world.program.questions == 2; });
     world.program.answerNow();
-    world.awaitReports(2);
+    world.awaitReports(1);
     QCOMPARE(world.program.questions, 2);
-    QCOMPARE(world.reports.constLast(), fullReport());
+    QCOMPARE(world.reports, QList<StreakReport>{fullReport()});
 }
 
 void TestFigureSource::aCommitIsNoticedWithoutTheProgram()
@@ -216,8 +245,9 @@ void TestFigureSource::aSourceThatGoesWhileItAsksHarmsNothing()
     program.isPrompt = false;
     program.answer = answered(fullReport());
     RecordingOutput output;
+    const FakeClock clock;
     auto source = std::make_unique<FigureSource>(
-        program, [] { return std::unique_ptr<OwnReading>(); }, output);
+        FigureSource::Wanted{program, {}}, clock, [] { return std::unique_ptr<OwnReading>(); }, output);
     source->start();
     source.reset();
     program.answerNow();

@@ -9,6 +9,8 @@
 
 #include <QTest>
 
+#include <limits>
+
 using namespace velquarin;
 using namespace velquarin::test;
 
@@ -84,12 +86,17 @@ void TestStreakReport::aProgramWithoutFiguresHasNoReport()
 void TestStreakReport::whatAnotherProgramPutsThereBreaksNothing()
 {
     const QMap<QString, qint64> odd{{QStringLiteral("yesterday"), 4}, {QStringLiteral("2026-11-20"), 2}};
-    const auto report = reportIn({{QStringLiteral("CurrentStreak"), QStringLiteral("many")},
+    QVERIFY(!reportIn({{QStringLiteral("CurrentStreak"), QStringLiteral("many")}}));
+    QVERIFY(!reportIn({{QStringLiteral("CurrentStreak"), qQNaN()}}));
+    const auto report = reportIn({{QStringLiteral("CurrentStreak"), qint64(-4)},
+                                  {QStringLiteral("LongestStreak"), true},
+                                  {QStringLiteral("CommitsThisWeek"), std::numeric_limits<qint64>::max()},
                                   {QStringLiteral("CommitsPerDay"), QVariant::fromValue(odd)},
                                   {QStringLiteral("LastSevenDays"), 7},
                                   {QStringLiteral("Repositories"), QStringLiteral("all")}});
     QVERIFY(report);
     StreakReport expected;
+    expected.commitsThisWeek = qint64(1) << 53;
     expected.days = {{date("2026-11-20"), 2}};
     QCOMPARE(*report, expected);
 }

@@ -68,6 +68,7 @@ private Q_SLOTS:
     void jsonHasEverySquare();
     void aYearWithoutSquaresIsEmptyEverywhere();
     void thePictureHasASquareForEachDay();
+    void thePictureIsDrawnByNumbers();
     void thePictureIsLightAndDarkAndNamesNoRepository();
 };
 
@@ -182,16 +183,18 @@ void TestYearFormats::whatATerminalCanShow_data()
     const auto lang = QStringLiteral("LANG");
     const auto all = QStringLiteral("LC_ALL");
     const auto utf8 = QStringLiteral("de_DE.UTF-8");
-    row("a terminal", {{lang, utf8}}, 120, {120, 1, 1});
+    const auto term = std::pair(QStringLiteral("TERM"), QStringLiteral("xterm"));
+    row("a terminal", {{lang, utf8}, term}, 120, {120, 1, 1});
     row("a pipe", {{lang, utf8}}, 0, {80, 0, 1});
-    row("no colours wanted", {{lang, utf8}, {QStringLiteral("NO_COLOR"), QStringLiteral("1")}}, 80, {80, 0, 1});
-    row("an empty wish is none", {{lang, utf8}, {QStringLiteral("NO_COLOR"), QString()}}, 80, {80, 1, 1});
+    row("a terminal that does not say what it can do", {{lang, utf8}}, 80, {80, 0, 1});
+    row("no colours wanted", {{lang, utf8}, term, {QStringLiteral("NO_COLOR"), QStringLiteral("1")}}, 80, {80, 0, 1});
+    row("an empty wish is none", {{lang, utf8}, term, {QStringLiteral("NO_COLOR"), QString()}}, 80, {80, 1, 1});
     row("a terminal that can do nothing", {{QStringLiteral("TERM"), QStringLiteral("dumb")}}, 80, {80, 0, 0});
-    row("no locale", {}, 80, {80, 1, 0});
-    row("another encoding", {{lang, QStringLiteral("de_DE.ISO-8859-1")}}, 80, {80, 1, 0});
-    row("the stronger variable counts", {{lang, utf8}, {all, QStringLiteral("C")}}, 80, {80, 1, 0});
-    row("an empty one does not", {{lang, utf8}, {all, QString()}}, 80, {80, 1, 1});
-    row("in other letters", {{QStringLiteral("LC_CTYPE"), QStringLiteral("C.utf8")}}, 80, {80, 1, 1});
+    row("no locale", {term}, 80, {80, 1, 0});
+    row("another encoding", {term, {lang, QStringLiteral("de_DE.ISO-8859-1")}}, 80, {80, 1, 0});
+    row("the stronger variable counts", {term, {lang, utf8}, {all, QStringLiteral("C")}}, 80, {80, 1, 0});
+    row("an empty one does not", {term, {lang, utf8}, {all, QString()}}, 80, {80, 1, 1});
+    row("in other letters", {term, {QStringLiteral("LC_CTYPE"), QStringLiteral("C.utf8")}}, 80, {80, 1, 1});
 }
 
 void TestYearFormats::whatATerminalCanShow()
@@ -262,6 +265,49 @@ void TestYearFormats::thePictureHasASquareForEachDay()
     QVERIFY(texts.contains(QStringLiteral("29 commits on 5 days of the last 365")));
     for (const auto *const month : {"Dec", "Jan", "Feb", "Oct"})
         QCOMPARE(texts.count(QLatin1String(month)), 1);
+}
+
+// Where something stands, in the order in which it is drawn: its look, its place and its text.
+void TestYearFormats::thePictureIsDrawnByNumbers()
+{
+    QXmlStreamReader xml(yearSvg(yearIn(), bands()));
+    QStringList texts;
+    QStringList legend;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        const auto attributes = xml.attributes();
+        const auto of = [&](const char *name) { return attributes.value(QLatin1String(name)).toString(); };
+        const auto place = QStringLiteral("%1 %2,%3").arg(of("class"), of("x"), of("y"));
+        if (xml.name() == QLatin1String("text"))
+            texts << place + u' ' + xml.readElementText();
+        else if (of("y") == QLatin1String("185"))
+            legend << place;
+    }
+    QCOMPARE(texts, (QStringList{QStringLiteral("streak 20,36 1 day in a row"),
+                                 QStringLiteral("end 791,36 longest 3"),
+                                 QStringLiteral(" 52,66 Nov"),
+                                 QStringLiteral(" 94,66 Dec"),
+                                 QStringLiteral(" 150,66 Jan"),
+                                 QStringLiteral(" 206,66 Feb"),
+                                 QStringLiteral(" 262,66 Mar"),
+                                 QStringLiteral(" 332,66 Apr"),
+                                 QStringLiteral(" 388,66 May"),
+                                 QStringLiteral(" 458,66 Jun"),
+                                 QStringLiteral(" 514,66 Jul"),
+                                 QStringLiteral(" 570,66 Aug"),
+                                 QStringLiteral(" 640,66 Sep"),
+                                 QStringLiteral(" 696,66 Oct"),
+                                 QStringLiteral(" 752,66 Nov"),
+                                 QStringLiteral(" 20,97 Mon"),
+                                 QStringLiteral(" 20,125 Wed"),
+                                 QStringLiteral(" 20,153 Fri"),
+                                 QStringLiteral(" 20,194 29 commits on 5 days of the last 365"),
+                                 QStringLiteral("end 685,194 Less"),
+                                 QStringLiteral("end 791,194 More")}));
+    QCOMPARE(legend,
+             (QStringList{QStringLiteral("b0 691,185"), QStringLiteral("b1 705,185"), QStringLiteral("b2 719,185"),
+                          QStringLiteral("b3 733,185"), QStringLiteral("b4 747,185")}));
 }
 
 void TestYearFormats::thePictureIsLightAndDarkAndNamesNoRepository()

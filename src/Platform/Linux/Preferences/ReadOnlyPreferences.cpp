@@ -9,6 +9,8 @@
 #include <QFuture>
 #include <QPromise>
 
+#include <cerrno>
+
 namespace velquarin {
 
 namespace {
@@ -18,24 +20,34 @@ constexpr qint64 mostBytes = qint64(64) * 1024 * 1024;
 }  // namespace
 
 ReadOnlyPreferences::ReadOnlyPreferences(const QString &path)
+    : m_path(path)
 {
-    load(path);
+    load();
 }
 
-// What is neither a file nor out of reach, a folder or a fifo, reads as an empty store, as it does for the program.
-void ReadOnlyPreferences::load(const QString &path)
+// A streak of nought would be untrue wherever there are settings that cannot be read.
+void ReadOnlyPreferences::load()
 {
-    const auto target = followLinks(path);
+    const auto target = followLinks(m_path);
     if (target.kind == FileKind::OutOfReach)
-        m_failure = path + QStringLiteral(" cannot be read: ") + QString::fromStdString(target.error.message());
+        m_failure = m_path + QStringLiteral(" cannot be read: ") + QString::fromStdString(target.error.message());
+    if (target.kind == FileKind::Other)
+        m_failure = m_path + QStringLiteral(" is no file.");
     if (target.kind != FileKind::Regular)
         return;
+    errno = 0;
     const auto text = readRegularFile(target.path, mostBytes);
     const auto values = text ? decodePreferences(*text) : std::nullopt;
     if (values)
         m_values = *values;
     else
-        m_failure = path + (text ? QStringLiteral(" is damaged.") : QStringLiteral(" cannot be read."));
+        m_failure = m_path + (text ? QStringLiteral(" is damaged.")
+                                   : QStringLiteral(" cannot be read: ") + qt_error_string(errno));
+}
+
+void ReadOnlyPreferences::putCopyAside()
+{
+    m_failure = m_path + QStringLiteral(" holds a value that cannot be read.");
 }
 
 std::optional<PreferenceValue> ReadOnlyPreferences::value(const QString &key) const

@@ -19,18 +19,20 @@ public:
     //! Reads the file, once. One that is missing is empty.
     explicit ReadOnlyPreferences(const QString &path);
 
-    //! Why the file cannot be read; nothing where it could.
+    //! Why what it holds cannot be read; nothing where it could.
     [[nodiscard]] const std::optional<QString> &failure() const { return m_failure; }
 
     [[nodiscard]] std::optional<PreferenceValue> value(const QString &key) const override;
     void set(const QString &key, PreferenceValue value) override;
     void remove(const QString &key) override;
     [[nodiscard]] QFuture<void> takeOverChanges() override;
-    void putCopyAside() override {}
+    //! A value was found that cannot be read: that is a failure of the whole.
+    void putCopyAside() override;
 
 private:
-    void load(const QString &path);
+    void load();
 
+    QString m_path;
     QJsonObject m_values;
     std::optional<QString> m_failure;
 };

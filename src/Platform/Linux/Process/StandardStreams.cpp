@@ -34,13 +34,15 @@ void waitUntilReady(int descriptor)
 
 }  // namespace
 
-void openStandardDescriptors()
+bool openStandardDescriptors()
 {
+    const bool isOutputOpen = fcntl(STDOUT_FILENO, F_GETFD) >= 0;
     int descriptor = 0;
     while (descriptor >= 0 && descriptor <= STDERR_FILENO)
         descriptor = open("/dev/null", O_RDWR | O_CLOEXEC);
     if (descriptor >= 0)
         close(descriptor);
+    return isOutputOpen;
 }
 
 // A descriptor that is ready promises room for no more than PIPE_BUF bytes.

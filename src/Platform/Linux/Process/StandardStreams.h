@@ -15,8 +15,9 @@ class QString;
 namespace velquarin {
 
 //! Opens those of standard input, output and error that whoever started the program has closed, on /dev/null: the next
-//! file that the program opens would take their place, and be written to. To be called first of all.
-void openStandardDescriptors();
+//! file that the program opens would take their place, and be written to. To be called first of all. Returns
+//! whether standard output was open.
+bool openStandardDescriptors();
 
 //! Writes bytes to a descriptor without ever waiting for its reader: what nobody takes is lost. The process must ignore
 //! SIGPIPE.

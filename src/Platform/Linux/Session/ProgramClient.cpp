@@ -8,8 +8,11 @@
 #include "Platform/WhileAlive.h"
 
 #include <QDBusArgument>
+#include <QDBusVariant>
 
+#include <algorithm>
 #include <future>
+#include <system_error>
 #include <thread>
 #include <utility>
 
@@ -26,9 +29,14 @@ std::optional<QDBusConnection> connectionWithin(std::chrono::milliseconds patien
 {
     std::promise<QDBusConnection> promise;
     auto future = promise.get_future();
-    std::thread([promise = std::move(promise), address, name]() mutable {
+    auto connect = [promise = std::move(promise), address, name]() mutable {
         promise.set_value(QDBusConnection::connectToBus(address, name));
-    }).detach();
+    };
+    try {
+        std::thread(std::move(connect)).detach();
+    } catch (const std::system_error &) {
+        return std::nullopt;
+    }
     return future.wait_for(patience) == std::future_status::ready ? std::optional(future.get()) : std::nullopt;
 }
 
@@ -82,6 +90,13 @@ QVariantMap propertiesIn(const QDBusMessage &reply)
     return properties;
 }
 
+QVariant valueIn(const QDBusMessage &reply)
+{
+    return reply.signature() == QLatin1String("v")
+               ? unpacked(reply.arguments().constFirst().value<QDBusVariant>().variant())
+               : QVariant();
+}
+
 }  // namespace
 
 ProgramClient::ProgramClient(std::chrono::milliseconds patience, QObject *parent)
@@ -118,18 +133,27 @@ RunningProgram::State ProgramClient::connectToBus()
 
 void ProgramClient::listen()
 {
-    m_connection->connect(ProgramName::service(), ProgramName::path(), propertiesInterface,
-                          QStringLiteral("PropertiesChanged"), this, SLOT(tellOfChange()));
+    // By the object and not by its owner's name, for which Qt would wait. Whoever else speaks so has us ask once more.
+    m_connection->connect(QString(), ProgramName::path(), propertiesInterface, QStringLiteral("PropertiesChanged"),
+                          {ProgramName::interface()}, QString(), this,
+                          SLOT(hearChange(QString, QVariantMap, QStringList)));
     m_connection->connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
                           QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), this,
                           SLOT(forgetConnection()));
     m_watcher = std::make_unique<QDBusServiceWatcher>(ProgramName::service(), *m_connection);
-    connect(m_watcher.get(), &QDBusServiceWatcher::serviceOwnerChanged, this, &ProgramClient::tellOfChange);
+    connect(m_watcher.get(), &QDBusServiceWatcher::serviceOwnerChanged, this, &ProgramClient::changed);
 }
 
-void ProgramClient::tellOfChange()
+// That it refreshes, and when it last did, changes every few minutes, and no figure with it.
+void ProgramClient::hearChange(const QString & /*interface*/, const QVariantMap &changed,
+                               const QStringList &changedByName)
 {
-    Q_EMIT changed();
+    const auto names = changed.keys() + changedByName;
+    const auto isFigure = [](const QString &name) {
+        return name != QLatin1String("Refreshing") && name != QLatin1String("LastRefresh");
+    };
+    if (std::ranges::any_of(names, isFigure))
+        Q_EMIT this->changed();
 }
 
 void ProgramClient::forgetConnection()
@@ -140,23 +164,48 @@ void ProgramClient::forgetConnection()
     Q_EMIT changed();
 }
 
-QCoro::Task<RunningProgram::Answer> ProgramClient::properties()
+QCoro::Task<QDBusMessage> ProgramClient::ask(QDBusMessage call)
+{
+    auto question = replyTo(call, *m_connection, m_patience);
+    co_return co_await whileAlive(this, std::move(question));
+}
+
+QCoro::Task<RunningProgram::Answer> ProgramClient::properties(QStringList names)
 {
     if (const auto state = connectToBus(); state != State::Answered)
         co_return Answer{state, {}};
-    const auto call = callOf(propertiesInterface, QStringLiteral("GetAll"), {ProgramName::interface()});
-    auto question = replyTo(call, *m_connection, m_patience);
-    const auto reply = co_await whileAlive(this, std::move(question));
+    if (!names.isEmpty()) {
+        auto answer = some(names);
+        co_return co_await answer;
+    }
+    auto question = ask(callOf(propertiesInterface, QStringLiteral("GetAll"), {ProgramName::interface()}));
+    const auto reply = co_await question;
     co_return Answer{stateIn(reply), propertiesIn(reply)};
+}
+
+// A program that has none yet answers each with an error.
+QCoro::Task<RunningProgram::Answer> ProgramClient::some(QStringList names)
+{
+    Answer answer{State::Answered, {}};
+    for (const auto &name : std::as_const(names)) {
+        auto question = ask(callOf(propertiesInterface, QStringLiteral("Get"), {ProgramName::interface(), name}));
+        const auto reply = co_await question;
+        if (reply.errorName() == QLatin1String("org.freedesktop.DBus.Error.UnknownProperty"))
+            continue;
+        answer.state = stateIn(reply);
+        if (answer.state != State::Answered)
+            break;
+        answer.properties.insert(name, valueIn(reply));
+    }
+    co_return answer;
 }
 
 QCoro::Task<RunningProgram::State> ProgramClient::call(QString method, QVariantList arguments)
 {
     if (const auto state = connectToBus(); state != State::Answered)
         co_return state;
-    const auto call = callOf(ProgramName::interface(), method, arguments);
-    auto question = replyTo(call, *m_connection, m_patience);
-    const auto reply = co_await whileAlive(this, std::move(question));
+    auto question = ask(callOf(ProgramName::interface(), method, arguments));
+    const auto reply = co_await question;
     co_return stateIn(reply);
 }
 

@@ -22,13 +22,15 @@ public:
     explicit ProgramClient(std::chrono::milliseconds patience, QObject *parent = nullptr);
     ~ProgramClient() override;
 
-    [[nodiscard]] QCoro::Task<Answer> properties() override;
+    [[nodiscard]] QCoro::Task<Answer> properties(QStringList names) override;
     [[nodiscard]] QCoro::Task<State> call(QString method, QVariantList arguments) override;
 
 private:
     [[nodiscard]] State connectToBus();
     void listen();
-    Q_SLOT void tellOfChange();
+    [[nodiscard]] QCoro::Task<QDBusMessage> ask(QDBusMessage call);
+    [[nodiscard]] QCoro::Task<Answer> some(QStringList names);
+    Q_SLOT void hearChange(const QString &interface, const QVariantMap &changed, const QStringList &changedByName);
     Q_SLOT void forgetConnection();
 
     std::chrono::milliseconds m_patience;

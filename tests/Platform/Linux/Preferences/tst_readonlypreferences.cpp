@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "Platform/Linux/Preferences/ReadOnlyPreferences.h"
+
+#include "Models/AppSettings.h"
 #include "support/Files.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"
@@ -28,8 +30,9 @@ private Q_SLOTS:
     void whatIsStoredIsRead();
     void whatIsSetStaysInMemory();
     void aMissingFileIsEmpty();
-    void whatIsNoFileIsEmpty_data();
-    void whatIsNoFileIsEmpty();
+    void whatIsNoFileIsAFailure_data();
+    void whatIsNoFileIsAFailure();
+    void aValueThatCannotBeReadIsAFailure();
     void aDamagedFileIsAFailureAndStaysWhereItIs();
     void aFileThatMayNotBeReadIsAFailure();
     void aLinkIsFollowed();
@@ -63,7 +66,6 @@ void TestReadOnlyPreferences::whatIsSetStaysInMemory()
         ReadOnlyPreferences preferences(m_path);
         preferences.set(QStringLiteral("refreshInterval"), 90.0);
         preferences.remove(QStringLiteral("nothing"));
-        preferences.putCopyAside();
         QVERIFY(preferences.takeOverChanges().isFinished());
         QVERIFY(preferences.value(QStringLiteral("refreshInterval")) == PreferenceValue(90.0));
         QVERIFY(!preferences.value(QStringLiteral("nothing")));
@@ -80,21 +82,31 @@ void TestReadOnlyPreferences::aMissingFileIsEmpty()
     QCOMPARE(names(), QStringList());
 }
 
-void TestReadOnlyPreferences::whatIsNoFileIsEmpty_data()
+void TestReadOnlyPreferences::whatIsNoFileIsAFailure_data()
 {
     QTest::addColumn<bool>("isFifo");
     QTest::newRow("a fifo, which nobody waits for") << true;
     QTest::newRow("a folder") << false;
 }
 
-void TestReadOnlyPreferences::whatIsNoFileIsEmpty()
+void TestReadOnlyPreferences::whatIsNoFileIsAFailure()
 {
     QFETCH(bool, isFifo);
     const auto name = QFile::encodeName(m_path);
     QCOMPARE(isFifo ? mkfifo(name.constData(), 0600) : mkdir(name.constData(), 0700), 0);
     const ReadOnlyPreferences preferences(m_path);
-    QCOMPARE(preferences.failure(), std::nullopt);
+    QCOMPARE(preferences.failure(), QString(m_path + QStringLiteral(" is no file.")));
     QVERIFY(!preferences.value(QStringLiteral("refreshInterval")));
+}
+
+void TestReadOnlyPreferences::aValueThatCannotBeReadIsAFailure()
+{
+    writeFile(m_path, R"({"trackedRepositories": 5})");
+    ReadOnlyPreferences preferences(m_path);
+    QCOMPARE(preferences.failure(), std::nullopt);
+    const AppSettings settings(preferences);
+    QCOMPARE(preferences.failure(), QString(m_path + QStringLiteral(" holds a value that cannot be read.")));
+    QCOMPARE(names(), QStringList(QStringLiteral("preferences.json")));
 }
 
 void TestReadOnlyPreferences::aDamagedFileIsAFailureAndStaysWhereItIs()

@@ -106,6 +106,8 @@ private Q_SLOTS:
     void otherCallsAreErrors();
     void aBusThatRestartsHasTheFiguresAgain();
     void aClientReadsAllOfThem();
+    void aClientReadsWhatItAsksFor();
+    void tenThousandRepositoriesAreRead();
     void aProgramWithoutFiguresAnswersNone();
     void withoutAProgramThereIsNone();
     void aQuestionStartsNoProgram();
@@ -261,9 +263,39 @@ void TestProgramBus::aClientReadsAllOfThem()
     QCOMPARE(instance.settle(), SingleInstance::Role::First);
     instance.publish(figures(12));
     ProgramClient client(atOnce);
-    const auto answer = QCoro::waitFor(client.properties());
+    const auto answer = QCoro::waitFor(client.properties({}));
     QCOMPARE(answer.state, State::Answered);
     QCOMPARE(answer.properties, figures(12));
+}
+
+void TestProgramBus::aClientReadsWhatItAsksFor()
+{
+    SingleInstance instance(*m_bus);
+    QCOMPARE(instance.settle(), SingleInstance::Role::First);
+    instance.publish(figures(12));
+    ProgramClient client(atOnce);
+    const auto answer = QCoro::waitFor(client.properties(
+        {QStringLiteral("CurrentStreak"), QStringLiteral("CommitsPerDay"), QStringLiteral("Secret")}));
+    QCOMPARE(answer.state, State::Answered);
+    QCOMPARE(answer.properties,
+             (QVariantMap{{QStringLiteral("CurrentStreak"), qint64(12)},
+                          {QStringLiteral("CommitsPerDay"), figures(12).value(QStringLiteral("CommitsPerDay"))}}));
+}
+
+void TestProgramBus::tenThousandRepositoriesAreRead()
+{
+    QList<QVariantMap> many;
+    for (qint64 number = 0; number < 10'000; ++number)
+        many << QVariantMap{{QStringLiteral("Name"), QStringLiteral("repository %1").arg(number)},
+                            {QStringLiteral("Path"), QStringLiteral("/src/").repeated(20)},
+                            {QStringLiteral("CommitsToday"), number}};
+    SingleInstance instance(*m_bus);
+    QCOMPARE(instance.settle(), SingleInstance::Role::First);
+    auto properties = figures(12);
+    properties.insert(QStringLiteral("Repositories"), QVariant::fromValue(many));
+    instance.publish(properties);
+    ProgramClient client(atOnce);
+    QCOMPARE(QCoro::waitFor(client.properties({})).properties, properties);
 }
 
 void TestProgramBus::aProgramWithoutFiguresAnswersNone()
@@ -271,15 +303,17 @@ void TestProgramBus::aProgramWithoutFiguresAnswersNone()
     SingleInstance instance(*m_bus);
     QCOMPARE(instance.settle(), SingleInstance::Role::First);
     ProgramClient client(atOnce);
-    const auto answer = QCoro::waitFor(client.properties());
-    QCOMPARE(answer.state, State::Answered);
-    QCOMPARE(answer.properties, QVariantMap());
+    for (const auto &names : {QStringList(), QStringList(QStringLiteral("CurrentStreak"))}) {
+        const auto answer = QCoro::waitFor(client.properties(names));
+        QCOMPARE(answer.state, State::Answered);
+        QCOMPARE(answer.properties, QVariantMap());
+    }
 }
 
 void TestProgramBus::withoutAProgramThereIsNone()
 {
     ProgramClient client(atOnce);
-    QCOMPARE(QCoro::waitFor(client.properties()).state, State::Absent);
+    QCOMPARE(QCoro::waitFor(client.properties({})).state, State::Absent);
     QCOMPARE(QCoro::waitFor(client.call(QStringLiteral("Refresh"), {})), State::Absent);
 }
 
@@ -291,7 +325,7 @@ void TestProgramBus::aQuestionStartsNoProgram()
     m_privateBus.activate(ProgramName::service(), QStringLiteral("/usr/bin/touch ") + trace);
     m_privateBus.start();
     ProgramClient client(atOnce);
-    QCOMPARE(QCoro::waitFor(client.properties()).state, State::Absent);
+    QCOMPARE(QCoro::waitFor(client.properties({})).state, State::Absent);
     QCOMPARE(QCoro::waitFor(client.call(QStringLiteral("ShowDashboard"), {QString()})), State::Absent);
     m_privateBus.deactivate(ProgramName::service());
     QVERIFY(!QFile::exists(trace));
@@ -309,7 +343,7 @@ void TestProgramBus::withoutABusThereIsNone()
     QFETCH(QByteArray, address);
     qputenv("DBUS_SESSION_BUS_ADDRESS", address);
     ProgramClient client(atOnce);
-    QCOMPARE(QCoro::waitFor(client.properties()).state, State::Absent);
+    QCOMPARE(QCoro::waitFor(client.properties({})).state, State::Absent);
 }
 
 void TestProgramBus::aProgramThatHangsIsSilent()
@@ -319,7 +353,7 @@ void TestProgramBus::aProgramThatHangsIsSilent()
     QVERIFY(frozen->registerVirtualObject(ProgramName::path(), &silent));
     QVERIFY(frozen->registerService(ProgramName::service()));
     ProgramClient client(50ms);
-    QCOMPARE(QCoro::waitFor(client.properties()).state, State::Silent);
+    QCOMPARE(QCoro::waitFor(client.properties({})).state, State::Silent);
     QCOMPARE(QCoro::waitFor(client.call(QStringLiteral("Refresh"), {})), State::Silent);
 }
 
@@ -329,13 +363,13 @@ void TestProgramBus::aBusThatHangsIsSilent()
     const SilentServer server(path);
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + QFile::encodeName(path));
     ProgramClient client(50ms);
-    QCOMPARE(QCoro::waitFor(client.properties()).state, State::Silent);
+    QCOMPARE(QCoro::waitFor(client.properties({})).state, State::Silent);
 }
 
 void TestProgramBus::aClientHearsOfChangesAndOfBeginningAndEnd()
 {
     ProgramClient client(atOnce);
-    QCOMPARE(QCoro::waitFor(client.properties()).state, State::Absent);
+    QCOMPARE(QCoro::waitFor(client.properties({})).state, State::Absent);
     QSignalSpy changes(&client, &RunningProgram::changed);
     {
         SessionBus bus;
@@ -344,29 +378,32 @@ void TestProgramBus::aClientHearsOfChangesAndOfBeginningAndEnd()
         QTRY_COMPARE(changes.size(), 1);
         instance.publish(figures(12));
         QTRY_COMPARE(changes.size(), 2);
-        instance.publish(figures(12));
+        auto refreshing = figures(12);
+        refreshing.insert(QStringLiteral("Refreshing"), true);
+        refreshing.insert(QStringLiteral("LastRefresh"), QStringLiteral("2026-11-20T11:02:03Z"));
+        instance.publish(refreshing);
         instance.publish(figures(13));
         QTRY_COMPARE(changes.size(), 3);
-        QCOMPARE(QCoro::waitFor(client.properties()).properties, figures(13));
+        QCOMPARE(QCoro::waitFor(client.properties({})).properties, figures(13));
     }
     QTRY_COMPARE(changes.size(), 4);
-    QCOMPARE(QCoro::waitFor(client.properties()).state, State::Absent);
+    QCOMPARE(QCoro::waitFor(client.properties({})).state, State::Absent);
 }
 
 void TestProgramBus::aClientHearsThatTheBusHasGone()
 {
     ProgramClient client(atOnce);
-    QCOMPARE(QCoro::waitFor(client.properties()).state, State::Absent);
+    QCOMPARE(QCoro::waitFor(client.properties({})).state, State::Absent);
     QSignalSpy changes(&client, &RunningProgram::changed);
     m_privateBus.stop();
     QTRY_COMPARE(changes.size(), 1);
-    QCOMPARE(QCoro::waitFor(client.properties()).state, State::Absent);
+    QCOMPARE(QCoro::waitFor(client.properties({})).state, State::Absent);
     m_privateBus.start();
     SessionBus bus;
     SingleInstance instance(bus);
     QCOMPARE(instance.settle(), SingleInstance::Role::First);
     instance.publish(figures(12));
-    QCOMPARE(QCoro::waitFor(client.properties()).properties, figures(12));
+    QCOMPARE(QCoro::waitFor(client.properties({})).properties, figures(12));
 }
 
 void TestProgramBus::aCallReachesTheProgram()
@@ -388,7 +425,7 @@ void TestProgramBus::valuesOfOtherTypesAreLeftOut()
                       {QStringLiteral("CommitsPerDay"), QVariant::fromValue(QMap<QString, QVariant>{
                                                             {QStringLiteral("2026-11-20"), QStringLiteral("many")}})}});
     ProgramClient client(atOnce);
-    const auto answer = QCoro::waitFor(client.properties());
+    const auto answer = QCoro::waitFor(client.properties({}));
     QCOMPARE(answer.properties.value(QStringLiteral("CurrentStreak")), QVariant(qint64(3)));
     QVERIFY(!answer.properties.value(QStringLiteral("CommitsPerDay")).isValid());
 }
