@@ -36,6 +36,8 @@ Shades shades(Accent accent)
         return {0xfff57c00, 0xffff9230, 0xffa64b00, 0xffffa352};
     case Accent::Green:
         return {0xff17873f, 0xff27964d, 0xff14713a, 0xff55c884};
+    case Accent::HeatGreen:
+        return {0xff17873f, 0xff3fd675, 0xff14713a, 0xff55c884};
     case Accent::Blue:
         return {0xff1a73e8, 0xff4a9cf8, 0xff1259bd, 0xff76b3fa};
     case Accent::Red:
@@ -54,20 +56,6 @@ double linear(double channel)
 double luminance(const QColor &color)
 {
     return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
-}
-
-QColor mix(const QColor &from, const QColor &to, double share)
-{
-    const auto channel = [share](int left, int right) {
-        return static_cast<int>(std::lround(left + (right - left) * share));
-    };
-    return {channel(from.red(), to.red()), channel(from.green(), to.green()), channel(from.blue(), to.blue())};
-}
-
-// The active colours always: a window that loses the focus changes nothing that is shown.
-QColor ground(const QPalette &palette)
-{
-    return palette.color(QPalette::Active, QPalette::Window);
 }
 
 QColor farthestFrom(const QColor &color)
@@ -117,6 +105,20 @@ double rounded(double position)
 }
 
 }  // namespace
+
+QColor mix(const QColor &from, const QColor &to, double share)
+{
+    const auto channel = [share](int left, int right) {
+        return static_cast<int>(std::lround(left + (right - left) * share));
+    };
+    return {channel(from.red(), to.red()), channel(from.green(), to.green()), channel(from.blue(), to.blue())};
+}
+
+// The active colours always: a window that loses the focus changes nothing that is shown.
+QColor ground(const QPalette &palette)
+{
+    return palette.color(QPalette::Active, QPalette::Window);
+}
 
 double scale()
 {
@@ -188,7 +190,7 @@ QColor ink(const QPalette &palette, Ink ink)
 
 QColor accentText(const QPalette &palette, Accent accent)
 {
-    return accentTextOn(ground(palette), palette, accent);
+    return accentTextOn(hoveredGround(palette), palette, accent);
 }
 
 QColor accentTextOn(const QColor &paper, const QPalette &palette, Accent accent)
@@ -247,6 +249,18 @@ int mnemonicFlag(const QWidget &widget)
 {
     const bool isShown = widget.style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, &widget) != 0;
     return isShown ? Qt::TextShowMnemonic : Qt::TextHideMnemonic;
+}
+
+void paintPressable(QPainter &painter, const QRectF &rect, const QPalette &palette, bool isPressed)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    auto color = primary(palette);
+    color.setAlphaF(isPressed ? 0.12F : 0.08F);
+    painter.setBrush(color);
+    painter.drawRoundedRect(onWholePixels(painter, rect), points(6), points(6));
+    painter.restore();
 }
 
 void paintFocusRing(QPainter &painter, const QRectF &rect, const QPalette &palette)

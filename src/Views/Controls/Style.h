@@ -44,8 +44,9 @@ enum class TypeStyle { Headline, Subheadline, Body, Caption, Caption2 };
 //! Colours of text and of the symbols beside it: derived from the palette.
 enum class Ink { Primary, Secondary, Tertiary };
 
-//! The few colours of our own.
-enum class Accent { Orange, Green, Blue, Red, Grey };
+//! The few colours of our own. The green of the year's squares is livelier than the other in the dark, where their bands
+//! could not be told apart otherwise.
+enum class Accent { Orange, Green, HeatGreen, Blue, Red, Grey };
 
 //! A colour to write with.
 using Tone = std::variant<Ink, Accent>;
@@ -56,8 +57,8 @@ using Tone = std::variant<Ink, Accent>;
 //! How well the two can be told apart, from 1 to 21. Source: Web Content Accessibility Guidelines 2.1, "contrast ratio"
 [[nodiscard]] double contrast(const QColor &left, const QColor &right);
 
-//! Colours to write with. At least 4.5:1 against the window colour of any palette; an ink also against the grounds of
-//! groups and of what the pointer is on, as far as the palette's own text is.
+//! Colours to write with. At least 4.5:1 against the window colour of any palette, and against the grounds of groups and of
+//! what the pointer is on, as far as the palette's own text is.
 [[nodiscard]] QColor ink(const QPalette &palette, Ink ink);
 [[nodiscard]] QColor accentText(const QPalette &palette, Accent accent);
 //! The same against @p paper in place of the window colour.
@@ -66,6 +67,13 @@ using Tone = std::variant<Ink, Accent>;
 
 //! Colours to fill with: livelier than what can be read as text.
 [[nodiscard]] QColor accent(const QPalette &palette, Accent accent);
+
+//! @p from with so much of @p to in it, 0 to 1.
+[[nodiscard]] QColor mix(const QColor &from, const QColor &to, double share);
+
+//! What everything stands on: the colour of the window, active or not, since one that loses the focus changes nothing that
+//! is shown.
+[[nodiscard]] QColor ground(const QPalette &palette);
 
 //! What separates sections: just visible.
 [[nodiscard]] QColor divider(const QPalette &palette);
@@ -83,6 +91,9 @@ using Tone = std::variant<Ink, Accent>;
 
 //! How to draw a text that may hold a mnemonic: underlined where the desktop shows mnemonics, and never its ampersand.
 [[nodiscard]] int mnemonicFlag(const QWidget &widget);
+
+//! The ground of something pressable that the pointer is on, or presses, over what it lies on.
+void paintPressable(QPainter &painter, const QRectF &rect, const QPalette &palette, bool isPressed);
 
 //! The ring around what has the keyboard's focus, just inside @p rect.
 void paintFocusRing(QPainter &painter, const QRectF &rect, const QPalette &palette);

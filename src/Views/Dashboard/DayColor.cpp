@@ -11,9 +11,9 @@ namespace velquarin {
 
 namespace {
 
-DayColor shade(qint64 count, const std::array<double, 5> &opacities)
+DayColor shade(qint64 count, style::Accent green, const std::array<double, 5> &opacities)
 {
-    const auto accent = count == 0 ? style::Accent::Grey : style::Accent::Green;
+    const auto accent = count == 0 ? style::Accent::Grey : green;
     return {accent, opacities.at(std::size_t(countBand(count)))};
 }
 
@@ -28,12 +28,22 @@ QColor DayColor::in(const QPalette &palette) const
 
 DayColor colorForCount(qint64 count)
 {
-    return shade(count, {0.2, 0.4, 0.6, 0.8, 1.0});
+    return shade(count, style::Accent::Green, {0.2, 0.4, 0.6, 0.8, 1.0});
+}
+
+QColor figureColor(qint64 count, const QPalette &palette)
+{
+    constexpr int lastPaleBand = 2;
+    if (style::isDark(palette) || countBand(count) > lastPaleBand)
+        return Qt::white;
+    const auto color = colorForCount(count).in(palette);
+    const auto square = style::mix(style::ground(palette), color, color.alphaF());
+    return style::accentTextOn(square, palette, style::Accent::Green);
 }
 
 DayColor colorForCount(qint64 count, bool isInRange)
 {
-    return isInRange && count >= 0 ? shade(count, {0.15, 0.3, 0.5, 0.7, 0.9}) : DayColor();
+    return isInRange && count >= 0 ? shade(count, style::Accent::HeatGreen, {0.15, 0.3, 0.5, 0.7, 0.9}) : DayColor();
 }
 
 }  // namespace velquarin

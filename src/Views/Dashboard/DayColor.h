@@ -21,6 +21,9 @@ struct DayColor
 //! In the strip of the last days: grey without any commits, and the fuller a green the more there are.
 [[nodiscard]] DayColor colorForCount(qint64 count);
 
+//! What the count is written in on such a square: white, but dark where the palette is light and the green is pale.
+[[nodiscard]] QColor figureColor(qint64 count, const QPalette &palette);
+
 //! In the year, where the colours are fainter. Out of range it is clear.
 //! Errors: none; a negative count is clear.
 [[nodiscard]] DayColor colorForCount(qint64 count, bool isInRange);

@@ -99,7 +99,7 @@ private Q_SLOTS:
 
     void accentsThatReadWellStayAsTheyAre()
     {
-        const auto light = palette(0xefefef, 0x202020);
+        const auto light = palette(0xf6f6f6, 0x202020);
         const auto dark = palette(0x2b2b2b, 0xf0f0f0);
         for (const auto accent : {Accent::Orange, Accent::Green, Accent::Blue, Accent::Red}) {
             QCOMPARE(style::accentText(light, accent), style::accentText(palette(Qt::white, Qt::black), accent));

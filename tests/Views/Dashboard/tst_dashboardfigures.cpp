@@ -87,7 +87,7 @@ private Q_SLOTS:
     {
         using Shown = std::optional<Accent>;
         constexpr auto grey = Accent::Grey;
-        constexpr auto green = Accent::Green;
+        constexpr auto green = Accent::HeatGreen;
         QTest::addColumn<qint64>("count");
         QTest::addColumn<bool>("isInRange");
         QTest::addColumn<Shown>("accent");
