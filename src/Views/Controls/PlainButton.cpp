@@ -14,10 +14,18 @@
 
 namespace velquarin {
 
+namespace {
+
+constexpr int timeOfTurn = 900;  // ms
+
+}  // namespace
+
 PlainButton::PlainButton(QWidget *parent)
     : QAbstractButton(parent)
 {
     setFocusPolicy(Qt::TabFocus);
+    // Painted anew as the pointer comes and goes.
+    setAttribute(Qt::WA_Hover);
 }
 
 int PlainButton::outset()
@@ -40,10 +48,11 @@ QHBoxLayout *PlainButton::makeRow(int verticalPadding)
 
 void PlainButton::paintEvent(QPaintEvent * /*event*/)
 {
-    if (!hasFocus())
-        return;
     QPainter painter(this);
-    style::paintFocusRing(painter, rect(), palette());
+    if (isEnabled() && (underMouse() || isDown()))
+        style::paintPressable(painter, rect(), palette(), isDown());
+    if (hasFocus())
+        style::paintFocusRing(painter, rect(), palette());
 }
 
 // A key that is held down is one press, however often the keyboard repeats it.
@@ -72,6 +81,40 @@ IconButton::IconButton(QString symbol, const QString &accessibleName, QWidget *p
 {
     setAccessibleName(accessibleName);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    m_turn.setStartValue(0.0);
+    m_turn.setEndValue(360.0);
+    m_turn.setDuration(timeOfTurn);
+    m_turn.setLoopCount(-1);
+    connect(&m_turn, &QVariantAnimation::valueChanged, this, qOverload<>(&QWidget::update));
+    connect(&m_turn, &QVariantAnimation::currentLoopChanged, this, [this] {
+        if (!m_isTurning)
+            m_turn.stop();
+    });
+}
+
+void IconButton::setTurning(bool isTurning)
+{
+    m_isTurning = isTurning;
+    turnIfWanted();
+}
+
+void IconButton::turnIfWanted()
+{
+    const bool isWanted = m_isTurning && isVisible() && m_turn.state() == QAbstractAnimation::Stopped;
+    if (isWanted && style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0)
+        m_turn.start();
+}
+
+void IconButton::showEvent(QShowEvent *event)
+{
+    PlainButton::showEvent(event);
+    turnIfWanted();
+}
+
+void IconButton::hideEvent(QHideEvent *event)
+{
+    m_turn.stop();
+    PlainButton::hideEvent(event);
 }
 
 void IconButton::setLook(double size, const style::Tone &tone)
@@ -95,12 +138,17 @@ QSize IconButton::sizeHint() const
 
 void IconButton::paintEvent(QPaintEvent *event)
 {
+    PlainButton::paintEvent(event);
     QPainter painter(this);
     painter.setOpacity(opacity());
     const auto place = rect().adjusted(outset(), outset(), -outset(), -outset());
+    if (m_turn.state() == QAbstractAnimation::Running) {
+        const auto middle = QRectF(place).center();
+        painter.translate(middle);
+        painter.rotate(m_turn.currentValue().toDouble());
+        painter.translate(-middle);
+    }
     style::paintSymbol(painter, m_symbol, place, style::textColor(palette(), m_tone));
-    painter.end();
-    PlainButton::paintEvent(event);
 }
 
 }  // namespace velquarin

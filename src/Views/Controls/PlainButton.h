@@ -7,6 +7,7 @@
 #include <QAbstractButton>
 #include <QMargins>
 #include <QStyle>
+#include <QVariantAnimation>
 #include <QWidget>
 #include <QWidgetItem>
 
@@ -16,7 +17,8 @@ class QLayout;
 namespace velquarin {
 
 //! A button without a border: what it holds is what it looks like, and its whole rectangle is clickable. Tab, Space and
-//! Enter work it; a ring shows that it has the focus. A click does not take the focus from where it is.
+//! Enter work it; a ring shows that it has the focus, and a quiet ground that the pointer is on it, or presses it. A click
+//! does not take the focus from where it is.
 class PlainButton : public QAbstractButton
 {
     Q_OBJECT
@@ -52,16 +54,26 @@ public:
     //! @p size in points, of the text it stands beside.
     void setLook(double size, const style::Tone &tone);
 
+    //! Turns the symbol round and round, whole turns and at least one, for as long as that is wanted and somebody sees it.
+    //! Where the desktop wants no animations it stands still.
+    void setTurning(bool isTurning);
+
     [[nodiscard]] double opacity() const;
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
+    void turnIfWanted();
+
     QString m_symbol;
     double m_size;
     style::Tone m_tone;
+    QVariantAnimation m_turn;
+    bool m_isTurning = false;
 };
 
 //! A widget in a layout that counts what it shows alone: its rectangle reaches @p outset beyond that on every side, into
@@ -75,9 +87,9 @@ public:
     {
     }
 
-    [[nodiscard]] QSize sizeHint() const override { return QWidgetItem::sizeHint().shrunkBy(m_outset); }
-    [[nodiscard]] QSize minimumSize() const override { return QWidgetItem::minimumSize().shrunkBy(m_outset); }
-    [[nodiscard]] QSize maximumSize() const override { return QWidgetItem::maximumSize().shrunkBy(m_outset); }
+    [[nodiscard]] QSize sizeHint() const override { return shown(QWidgetItem::sizeHint()); }
+    [[nodiscard]] QSize minimumSize() const override { return shown(QWidgetItem::minimumSize()); }
+    [[nodiscard]] QSize maximumSize() const override { return shown(QWidgetItem::maximumSize()); }
     [[nodiscard]] QRect geometry() const override { return QWidgetItem::geometry().marginsRemoved(m_outset); }
 
     void setGeometry(const QRect &shown) override
@@ -88,6 +100,9 @@ public:
     }
 
 private:
+    // What is hidden takes no room, and no less than none.
+    [[nodiscard]] QSize shown(QSize size) const { return isEmpty() ? size : size.shrunkBy(m_outset); }
+
     QMargins m_outset;
 };
 

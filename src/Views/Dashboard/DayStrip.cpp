@@ -65,10 +65,14 @@ int DayColumn::squareSize()
     return style::points(32);
 }
 
+int DayColumn::shownHeight()
+{
+    return QFontMetrics(smallFont()).height() + gap() + squareSize() + gap() + style::points(4);
+}
+
 QSize DayColumn::sizeHint() const
 {
-    const auto height = QFontMetrics(smallFont()).height() + gap() + squareSize() + gap() + style::points(4);
-    return {squareSize(), height};
+    return {squareSize(), shownHeight()};
 }
 
 void DayColumn::paintEvent(QPaintEvent * /*event*/)
@@ -89,9 +93,9 @@ QRect DayColumn::weekdayRect() const
     return {0, 0, width(), QFontMetrics(smallFont()).height()};
 }
 
-QRect DayColumn::squareRect() const
+QRect DayColumn::squareRect(int width)
 {
-    return {(width() - squareSize()) / 2, weekdayRect().bottom() + 1 + gap(), squareSize(), squareSize()};
+    return {(width - squareSize()) / 2, QFontMetrics(smallFont()).height() + gap(), squareSize(), squareSize()};
 }
 
 QRect DayColumn::dotRect() const
@@ -124,7 +128,7 @@ void DayColumn::paintCount(QPainter &painter) const
     while (QFontMetrics(font).horizontalAdvance(text) > room && font.pixelSize() > 1)
         font.setPixelSize(font.pixelSize() - 1);
     painter.setFont(font);
-    painter.setPen(Qt::white);
+    painter.setPen(figureColor(m_count, palette()));
     painter.drawText(squareRect(), Qt::AlignCenter, text);
 }
 
@@ -140,7 +144,6 @@ DayStrip::DayStrip(QWidget *parent)
 {
     setObjectName(QStringLiteral("days"));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    hide();
 }
 
 int DayStrip::overhang()
@@ -153,13 +156,11 @@ void DayStrip::setDays(const QList<CommitDay> &days, const DateTexts &texts, con
     adjustColumns(days.size());
     for (qsizetype index = 0; index < days.size(); ++index)
         m_columns.at(index)->setDay(days.at(index), texts, calendar, now);
-    setVisible(!days.isEmpty());
 }
 
 QSize DayStrip::sizeHint() const
 {
-    const auto height = m_columns.isEmpty() ? 0 : m_columns.constFirst()->sizeHint().height();
-    return {int(daysOfAWeek) * DayColumn::squareSize() + 2 * overhang(), height};
+    return {int(daysOfAWeek) * DayColumn::squareSize() + 2 * overhang(), DayColumn::shownHeight()};
 }
 
 void DayStrip::resizeEvent(QResizeEvent *event)
@@ -178,18 +179,39 @@ void DayStrip::adjustColumns(qsizetype wanted)
         m_columns.append(new DayColumn(this));
         m_columns.constLast()->show();
     }
-    updateGeometry();
     placeColumns();
+    update();
+}
+
+double DayStrip::leftOf(qsizetype index, qsizetype columns) const
+{
+    const double room = width() - 2 * overhang() - DayColumn::squareSize();
+    const auto fromStart = room * double(index) / double(std::max(columns, daysOfAWeek) - 1);
+    return layoutDirection() == Qt::LeftToRight ? fromStart : room - fromStart;
+}
+
+// Nothing jumps when the first data come.
+void DayStrip::paintEvent(QPaintEvent * /*event*/)
+{
+    if (!m_columns.isEmpty())
+        return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    auto color = style::accent(palette(), style::Accent::Grey);
+    color.setAlphaF(0.12F);
+    painter.setBrush(color);
+    const QRectF square = DayColumn::squareRect(DayColumn::squareSize() + 2 * overhang());
+    for (qsizetype index = 0; index < daysOfAWeek; ++index)
+        painter.drawRoundedRect(style::onWholePixels(painter, square.translated(leftOf(index, daysOfAWeek), 0)),
+                                style::points(4), style::points(4));
 }
 
 void DayStrip::placeColumns()
 {
     const auto square = DayColumn::squareSize();
-    const double room = width() - 2 * overhang() - square;
-    const auto steps = double(std::max(m_columns.size(), daysOfAWeek) - 1);
     for (qsizetype index = 0; index < m_columns.size(); ++index) {
-        const auto fromStart = room * double(index) / steps;
-        const auto left = layoutDirection() == Qt::LeftToRight ? fromStart : room - fromStart;
+        const auto left = leftOf(index, m_columns.size());
         auto *const column = m_columns.at(index);
         column->setGeometry(int(left), 0, square + 2 * overhang(), column->sizeHint().height());
         column->setOffset(left - std::floor(left));

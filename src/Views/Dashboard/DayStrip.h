@@ -33,14 +33,19 @@ public:
     //! The width of a square; the column may be wider, for weekdays with long names. Units: logical pixels.
     [[nodiscard]] static int squareSize();
 
+    //! Units: logical pixels.
+    [[nodiscard]] static int shownHeight();
     [[nodiscard]] QSize sizeHint() const override;
+
+    //! Where the square of a column stands that is so wide.
+    [[nodiscard]] static QRect squareRect(int width);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
     [[nodiscard]] QRect weekdayRect() const;
-    [[nodiscard]] QRect squareRect() const;
+    [[nodiscard]] QRect squareRect() const { return squareRect(width()); }
     [[nodiscard]] QRect dotRect() const;
     void paintWeekday(QPainter &painter) const;
     void paintSquare(QPainter &painter) const;
@@ -60,7 +65,8 @@ class DayStrip : public QWidget
 public:
     explicit DayStrip(QWidget *parent = nullptr);
 
-    //! Shows @p days, the oldest first. Without any it takes no room.
+    //! Shows @p days, the oldest first. Without any, before the first data, seven pale squares keep their places, of which
+    //! screen readers hear nothing.
     void setDays(const QList<CommitDay> &days, const DateTexts &texts, const Calendar &calendar, Instant now);
 
     //! How far a column may reach beyond its square on either side, into the padding around the strip as well. Units:
@@ -71,8 +77,10 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
+    [[nodiscard]] double leftOf(qsizetype index, qsizetype columns) const;
     void adjustColumns(qsizetype wanted);
     void placeColumns();
 

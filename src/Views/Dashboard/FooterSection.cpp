@@ -45,6 +45,7 @@ void FooterSection::setElapsed(const QString &elapsed)
 
 void FooterSection::setRefreshing(bool isRefreshing)
 {
+    m_refresh->setTurning(isRefreshing);
     if (m_refresh->isEnabled() != isRefreshing)
         return;
     // A disabled button would hand the keyboard's focus on to the gear, which the next Space would press.

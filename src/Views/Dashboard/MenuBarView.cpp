@@ -170,6 +170,7 @@ void MenuBarView::connectSections()
     connect(m_year, &YearSection::weekRequested, this, [this] { m_manager.setShowYearView(false); });
     connect(m_footer, &FooterSection::refreshRequested, this, [this] { m_manager.refresh(); });
     connect(m_footer, &FooterSection::settingsRequested, this, [this] { m_openSettings(); });
+    connect(m_repositories, &RepositoriesSection::settingsRequested, this, [this] { m_openSettings(); });
 }
 
 void MenuBarView::renderSections(const Calendar &calendar, Instant now)

@@ -24,17 +24,20 @@ using style::TypeStyle;
 
 namespace {
 
-QWidget *makePlaceholder(QWidget *parent)
+// Says what is missing, and leads to where it can be added.
+class Placeholder : public PlainButton
 {
-    auto *const placeholder = new QWidget(parent);
-    auto *const text = makeText(textLook(TypeStyle::Subheadline, Ink::Secondary),
-                                RepositoriesSection::tr("No repositories configured"), placeholder);
-    text->setAlignment(Qt::AlignHCenter);
-    auto *const room = new QVBoxLayout(placeholder);
-    room->setContentsMargins(0, points(8), 0, points(8));
-    room->addWidget(text);
-    return placeholder;
-}
+public:
+    explicit Placeholder(QWidget *parent)
+        : PlainButton(parent)
+    {
+        const auto words = RepositoriesSection::tr("No repositories configured");
+        setAccessibleName(words);
+        auto *const text = makeText(textLook(TypeStyle::Subheadline, Ink::Secondary), words, this);
+        text->setAlignment(Qt::AlignHCenter);
+        makeRow(points(8))->addWidget(text);
+    }
+};
 
 }  // namespace
 
@@ -48,7 +51,7 @@ RepoRow::RepoRow(FileViewer &viewer, QWidget *parent)
     m_name->allowCutting();
     m_name->setObjectName(QStringLiteral("repositoryName"));
     m_activity->setObjectName(QStringLiteral("repositoryActivity"));
-    auto *const row = makeRow(style::points(2));
+    auto *const row = makeRow(style::points(2) + outset());
     row->addWidget(m_folder);
     row->addWidget(m_name);
     row->addStretch();
@@ -130,15 +133,15 @@ RepositoriesSection::RepositoriesSection(FileViewer &viewer, QWidget *parent)
     , m_viewer(viewer)
     , m_heading(makeText(textLook(TypeStyle::Headline, Ink::Secondary), tr("Repositories"), this))
     , m_more(new Text(textLook(TypeStyle::Caption2, Ink::Secondary), this))
-    , m_placeholder(makePlaceholder(this))
+    , m_placeholder(new Placeholder(this))
     , m_list(new QVBoxLayout)
 {
     setObjectName(QStringLiteral("repositories"));
     const auto padding = points(style::defaultPadding);
-    const auto besides = padding - PlainButton::outset();
-    m_list->setContentsMargins(besides, 0, besides, 0);
+    m_list->setContentsMargins(padding, 0, padding, 0);
     m_list->setSpacing(points(8));
     m_list->addWidget(m_placeholder);
+    connect(m_placeholder, &QAbstractButton::clicked, this, &RepositoriesSection::settingsRequested);
     makeRows();
 
     auto *const column = new QVBoxLayout(this);
@@ -212,7 +215,7 @@ void RepositoriesSection::makeRows()
     for (qsizetype number = 0; number < longestRepositoryList; ++number) {
         m_rows.append(new RepoRow(m_viewer, this));
         m_rows.constLast()->hide();
-        m_list->addWidget(m_rows.constLast());
+        m_list->addItem(new OutsetItem(m_rows.constLast(), PlainButton::outset()));
     }
 }
 

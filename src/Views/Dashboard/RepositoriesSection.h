@@ -68,6 +68,10 @@ public:
 
     void setRepositories(const QList<RepositoryStats> &repositories, const DateTexts &texts, Instant now);
 
+Q_SIGNALS:
+    //! There are none yet, and somebody wants to change that.
+    void settingsRequested();
+
 private:
     QLayout *makeHeading();
     void makeRows();
@@ -78,7 +82,7 @@ private:
     FileViewer &m_viewer;
     Text *m_heading;
     Text *m_more;
-    QWidget *m_placeholder;
+    PlainButton *m_placeholder;
     QVBoxLayout *m_list;
     QList<RepoRow *> m_rows;
 };

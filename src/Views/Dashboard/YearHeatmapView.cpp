@@ -10,11 +10,13 @@
 
 #include <QHelpEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
 #include <QToolTip>
 
 #include <cmath>
+#include <utility>
 
 namespace velquarin {
 
@@ -61,6 +63,7 @@ YearHeatmapView::YearHeatmapView(QWidget *parent)
     setObjectName(QStringLiteral("yearHeatmap"));
     setAccessibleName(tr("Last 365 Days"));
     setFocusPolicy(Qt::TabFocus);
+    setMouseTracking(true);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
@@ -241,18 +244,21 @@ void YearHeatmapView::paintCells(QPainter &painter, const QRect &dirty) const
         painter.setBrush(colorForCount(cell.count, cell.isInRange).in(palette()));
         painter.drawRoundedRect(shapes.cell(index), shapes.cornerRadius(), shapes.cornerRadius());
     }
+    if (m_hovered && *m_hovered < cells())
+        paintRing(painter, shapes, *m_hovered);
     if (hasFocus() && m_current)
-        paintCurrentCell(painter, shapes);
+        paintRing(painter, shapes, *m_current);
 }
 
-void YearHeatmapView::paintCurrentCell(QPainter &painter, const HeatmapGeometry &shapes) const
+// Around the square of which the tooltip tells, whether the pointer or the keys have reached it.
+void YearHeatmapView::paintRing(QPainter &painter, const HeatmapGeometry &shapes, int cell) const
 {
     const auto width = std::max(std::round(shapes.cornerRadius() / 2), 1.0);
     const auto inset = width / 2;
     const auto radius = shapes.cornerRadius() - inset;
     painter.setPen(QPen(style::ink(palette(), style::Ink::Primary), width));
     painter.setBrush(Qt::NoBrush);
-    painter.drawRoundedRect(QRectF(shapes.cell(*m_current)).adjusted(inset, inset, -inset, -inset), radius, radius);
+    painter.drawRoundedRect(QRectF(shapes.cell(cell)).adjusted(inset, inset, -inset, -inset), radius, radius);
 }
 
 std::optional<int> YearHeatmapView::cellReachedBy(int key) const
@@ -323,6 +329,27 @@ void YearHeatmapView::focusInEvent(QFocusEvent * /*event*/)
     if (m_current)
         Q_EMIT currentCellMoved(rectangleOf(*m_current));
     announceCurrentCell();
+}
+
+void YearHeatmapView::hover(std::optional<int> cell)
+{
+    if (cell == m_hovered)
+        return;
+    updateCell(std::exchange(m_hovered, cell));
+    updateCell(m_hovered);
+}
+
+void YearHeatmapView::mouseMoveEvent(QMouseEvent *event)
+{
+    const auto cell = paintedChildAt(event->pos());
+    hover(cell && cellAt(m_contents.grid, *cell).isInRange ? cell : std::nullopt);
+    QWidget::mouseMoveEvent(event);
+}
+
+void YearHeatmapView::leaveEvent(QEvent *event)
+{
+    hover(std::nullopt);
+    QWidget::leaveEvent(event);
 }
 
 void YearHeatmapView::focusOutEvent(QFocusEvent * /*event*/)

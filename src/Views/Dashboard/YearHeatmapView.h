@@ -65,6 +65,8 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void focusOutEvent(QFocusEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+    void leaveEvent(QEvent *event) override;
 
 private:
     struct Contents
@@ -84,13 +86,15 @@ private:
     void updateCell(std::optional<int> cell);
     void paintLabels(QPainter &painter) const;
     void paintCells(QPainter &painter, const QRect &dirty) const;
-    void paintCurrentCell(QPainter &painter, const HeatmapGeometry &shapes) const;
+    void paintRing(QPainter &painter, const HeatmapGeometry &shapes, int cell) const;
+    void hover(std::optional<int> cell);
     bool showToolTip(const QHelpEvent &help);
     void moveTo(int cell);
     void announceCurrentCell();
 
     Contents m_contents;
     std::optional<int> m_current;
+    std::optional<int> m_hovered;  // the square under the pointer, where it is in range
 };
 
 }  // namespace velquarin

@@ -137,7 +137,16 @@ private Q_SLOTS:
         QCOMPARE(textsIn(*world.view), words({"0", "day streak", "Longest", "0 days", "This week", "0 commits", "Repos",
                                               "0 tracked", "Today", "No commits yet", "Last 7 Days", "Show Year",
                                               "Repositories", "No repositories configured", "Updated 0 sec ago"}));
-        QCOMPARE(buttonsIn(*world.view), words({"Show Year", "Refresh", "Settings"}));
+        QCOMPARE(buttonsIn(*world.view), words({"Show Year", "No repositories configured", "Refresh", "Settings"}));
+    }
+
+    void whereThereAreNoRepositoriesAClickLeadsToTheSettings()
+    {
+        World world;
+        world.engine.refresh();
+        world.show();
+        QTest::mouseClick(textNamed(world, "No repositories configured").parentWidget(), Qt::LeftButton);
+        QCOMPARE(world.settingsOpened, 1);
     }
 
     void aScreenReaderHearsTheStreakWhenTheWindowOpens()
@@ -492,12 +501,15 @@ private Q_SLOTS:
         const auto rows = section.findChildren<RepoRow *>();
         const auto heading = textNamed(world, "Repositories").geometry();
         QCOMPARE(heading.topLeft(), QPoint(16, 16));
-        QCOMPARE(rows.at(0)->y() - heading.bottom() - 1, 8);
-        QCOMPARE(rows.at(1)->y() - rows.at(0)->geometry().bottom() - 1, 8);
-        QCOMPARE(rows.at(2)->y() - rows.at(1)->geometry().bottom() - 1, 8);
+        // They reach into the spacing, so that no click falls between two.
+        const auto reach = PlainButton::outset();
+        QCOMPARE(rows.at(0)->y() + reach - heading.bottom() - 1, 8);
+        QCOMPARE(rows.at(1)->y() - rows.at(0)->geometry().bottom() - 1, 8 - 2 * reach);
+        QCOMPARE(rows.at(2)->y() - rows.at(1)->geometry().bottom() - 1, 8 - 2 * reach);
+        QVERIFY(rows.at(0)->height() >= 24);
         QCOMPARE(rows.at(0)->x(), 16 - PlainButton::outset());
         QCOMPARE(section.rect().right() - rows.at(0)->geometry().right(), 16 - PlainButton::outset());
-        QCOMPARE(section.rect().bottom() - rows.at(2)->geometry().bottom(), 16);
+        QCOMPARE(section.rect().bottom() - rows.at(2)->geometry().bottom() + reach, 16);
     }
 
     void inPlaceOfTheListStandsATextInTheMiddle()

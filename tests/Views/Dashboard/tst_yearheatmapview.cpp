@@ -77,6 +77,9 @@ void open(YearHeatmapView &view)
     QApplication::processEvents();
 }
 
+// A square that the pointer reaches on every screen.
+constexpr int somewhere = 70;
+
 // Everything that is painted from now on.
 class PaintRecorder : public QObject
 {
@@ -126,6 +129,8 @@ private Q_SLOTS:
     void squaresHaveTheColourOfTheirCount_data();
     void squaresHaveTheColourOfTheirCount();
     void squaresAreSharpWhereverTheViewBegins();
+    void theSquareUnderThePointerHasARing();
+    void thePointerPaintsNoMoreThanItsSquares();
     void whatLooksAsBeforeIsNotPaintedAgain();
     void aNewCommitRepaintsItsSquareAlone();
     void aNewDayMovesTheGridOn();
@@ -219,10 +224,10 @@ void TestYearHeatmapView::squaresHaveTheColourOfTheirCount()
     const auto image = view.grab().toImage();
     const auto colorOf = [&](int cell) { return image.pixelColor(shapesOf(view).cell(cell).center()); };
     using style::Accent;
-    QVERIFY(isNear(colorOf(today), over(palette, Accent::Green, 0.3)));
-    QVERIFY(isNear(colorOf(today - 1), over(palette, Accent::Green, 0.5)));
-    QVERIFY(isNear(colorOf(today - 2), over(palette, Accent::Green, 0.7)));
-    QVERIFY(isNear(colorOf(today - 3), over(palette, Accent::Green, 0.9)));
+    QVERIFY(isNear(colorOf(today), over(palette, Accent::HeatGreen, 0.3)));
+    QVERIFY(isNear(colorOf(today - 1), over(palette, Accent::HeatGreen, 0.5)));
+    QVERIFY(isNear(colorOf(today - 2), over(palette, Accent::HeatGreen, 0.7)));
+    QVERIFY(isNear(colorOf(today - 3), over(palette, Accent::HeatGreen, 0.9)));
     QVERIFY(isNear(colorOf(today - 4), over(palette, Accent::Grey, 0.15)));
     QVERIFY(isNear(colorOf(today - 5), over(palette, Accent::Grey, 0.15)));
     QCOMPARE(colorOf(today + 1), palette.color(QPalette::Window));
@@ -250,6 +255,42 @@ void TestYearHeatmapView::squaresAreSharpWhereverTheViewBegins()
     for (const auto point : {QPoint(square.left() - 1, y), QPoint(square.right() + 1, y), QPoint(x, square.top() - 1),
                              QPoint(x, square.bottom() + 1)})
         QCOMPARE(image.pixelColor(point), light().color(QPalette::Window));
+}
+
+void TestYearHeatmapView::theSquareUnderThePointerHasARing()
+{
+    YearHeatmapView view;
+    show(view, history({{0, 1}}));
+    open(view);
+    const auto edgeOf = [&view](int cell) {
+        const auto square = shapesOf(view).cell(cell);
+        return view.grab().toImage().pixelColor(square.center().x(), square.top());
+    };
+    const auto bare = edgeOf(somewhere);
+    QTest::mouseMove(&view, view.rectangleOf(somewhere).center());
+    QTRY_COMPARE(edgeOf(somewhere), style::ink(view.palette(), style::Ink::Primary));
+    QTest::mouseMove(&view, view.rectangleOf(somewhere + 1).center());
+    QTRY_COMPARE(edgeOf(somewhere), bare);
+    QCOMPARE(edgeOf(somewhere + 1), style::ink(view.palette(), style::Ink::Primary));
+    QEvent leaving(QEvent::Leave);
+    QApplication::sendEvent(&view, &leaving);
+    QVERIFY(edgeOf(somewhere + 1) != style::ink(view.palette(), style::Ink::Primary));
+    // Before the first of the 365 days there is no square.
+    QTest::mouseMove(&view, view.rectangleOf(0).center());
+    QApplication::processEvents();
+    QVERIFY(edgeOf(0) != style::ink(view.palette(), style::Ink::Primary));
+}
+
+void TestYearHeatmapView::thePointerPaintsNoMoreThanItsSquares()
+{
+    YearHeatmapView view;
+    show(view, history({{0, 1}}));
+    open(view);
+    QTest::mouseMove(&view, view.rectangleOf(somewhere).center());
+    QApplication::processEvents();
+    PaintRecorder painted(view);
+    QTest::mouseMove(&view, view.rectangleOf(somewhere + 1).center());
+    QTRY_COMPARE(painted.region, QRegion(view.rectangleOf(somewhere)) + view.rectangleOf(somewhere + 1));
 }
 
 void TestYearHeatmapView::whatLooksAsBeforeIsNotPaintedAgain()

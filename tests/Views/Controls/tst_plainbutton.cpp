@@ -1,0 +1,165 @@
+// SPDX-FileCopyrightText: 2026 The Velquarin developers
+// SPDX-License-Identifier: MIT
+
+#include "support/Offscreen.h"
+#include "support/Picture.h"
+#include "support/TestProgram.h"
+#include "Views/Controls/PlainButton.h"
+
+#include <QApplication>
+#include <QProxyStyle>
+#include <QTest>
+
+using namespace velquarin;
+using namespace velquarin::test;
+
+namespace {
+
+// A desktop that wants animations, or none.
+class Motion : public QProxyStyle
+{
+public:
+    explicit Motion(int milliseconds)
+        : m_milliseconds(milliseconds)
+    {
+    }
+
+    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                  QStyleHintReturn *data) const override
+    {
+        return hint == SH_Widget_Animation_Duration ? m_milliseconds
+                                                    : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+
+private:
+    int m_milliseconds;
+};
+
+// Every painting from now on.
+class PaintCount : public QObject
+{
+public:
+    explicit PaintCount(QWidget &widget) { widget.installEventFilter(this); }
+    int paints = 0;
+
+protected:
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        paints += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+QColor groundOf(QWidget &button)
+{
+    const auto picture = pictureOf(button, 1);
+    return picture.pixelColor(button.width() / 2, 1);
+}
+
+// One that stands alone, and would have the focus as soon as its window is active.
+class LoneButton : public IconButton
+{
+public:
+    explicit LoneButton(QStyle &style)
+        : IconButton(QStringLiteral("arrow.clockwise"), QStringLiteral("Refresh"))
+    {
+        setStyle(&style);
+        setFocusPolicy(Qt::NoFocus);
+    }
+};
+
+}  // namespace
+
+class TestPlainButton : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void init()
+    {
+        failOnAnyWarningOfOurs();
+        // Windows open in the upper left corner, and the pointer is on none of them.
+        QCursor::setPos(700, 700);
+    }
+
+    void thePointerAndAPressShowOnItsGround()
+    {
+        IconButton button(QStringLiteral("gear"), QStringLiteral("Settings"));
+        const auto bare = groundOf(button);
+        button.setAttribute(Qt::WA_UnderMouse);
+        QCOMPARE(groundOf(button), style::hoveredGround(button.palette()));
+        button.setDown(true);
+        QCOMPARE(groundOf(button), style::selectedGround(button.palette()));
+        button.setDown(false);
+        button.setEnabled(false);
+        QCOMPARE(groundOf(button), bare);
+        button.setEnabled(true);
+        button.setAttribute(Qt::WA_UnderMouse, false);
+        QCOMPARE(groundOf(button), bare);
+    }
+
+    void itIsPaintedAnewAsThePointerComesAndGoes()
+    {
+        IconButton button(QStringLiteral("gear"), QStringLiteral("Settings"));
+        QVERIFY(button.testAttribute(Qt::WA_Hover));
+    }
+
+    void aSymbolTurnsAtLeastOnceAndThenStandsStill()
+    {
+        Motion motion(200);
+        LoneButton button(motion);
+        button.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&button));
+        const auto atRest = pictureOf(button, 1);
+        button.setTurning(true);
+        button.setTurning(false);
+        QTRY_VERIFY(pictureOf(button, 1) != atRest);
+        QTRY_COMPARE(pictureOf(button, 1), atRest);
+        QCoreApplication::processEvents();
+        // One that goes on would be painted many times while another one turns.
+        const PaintCount still(button);
+        LoneButton other(motion);
+        other.show();
+        other.setTurning(true);
+        other.setTurning(false);
+        QTRY_VERIFY(pictureOf(other, 1) != atRest);
+        QTRY_COMPARE(pictureOf(other, 1), atRest);
+        QVERIFY2(still.paints <= 1, qPrintable(QString::number(still.paints)));
+    }
+
+    void aSymbolTurnsForAsLongAsItIsWanted()
+    {
+        Motion motion(200);
+        LoneButton button(motion);
+        button.setTurning(true);
+        button.show();
+        const auto atRest = pictureOf(button, 1);
+        for (int turn = 0; turn < 2; ++turn) {
+            QTRY_VERIFY(pictureOf(button, 1) != atRest);
+            const auto before = pictureOf(button, 1);
+            QTRY_VERIFY(pictureOf(button, 1) != before);
+        }
+        button.hide();
+        QCOMPARE(pictureOf(button, 1), atRest);
+    }
+
+    void whereNoAnimationsAreWantedItStandsStill()
+    {
+        Motion motion(0);
+        LoneButton button(motion);
+        button.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&button));
+        QCoreApplication::processEvents();
+        const PaintCount still(button);
+        button.setTurning(true);
+        Motion lively(200);
+        LoneButton other(lively);
+        other.show();
+        const auto atRest = pictureOf(other, 1);
+        other.setTurning(true);
+        QTRY_VERIFY(pictureOf(other, 1) != atRest);
+        QVERIFY2(still.paints <= 1, qPrintable(QString::number(still.paints)));
+    }
+};
+
+VELQUARIN_WINDOW_TEST(TestPlainButton)
+#include "tst_plainbutton.moc"
