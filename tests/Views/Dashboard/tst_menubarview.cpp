@@ -491,6 +491,34 @@ private Q_SLOTS:
         QVERIFY(qAbs(rows.first()->y() + rows.last()->geometry().bottom() - header.rect().bottom()) <= 1);
     }
 
+    void theYearScrollsByAPillThatCanBeSeen_data()
+    {
+        QTest::addColumn<QPalette>("palette");
+        QTest::newRow("light") << lightPalette();
+        QTest::newRow("dark") << darkPalette();
+    }
+
+    void theYearScrollsByAPillThatCanBeSeen()
+    {
+        QFETCH(QPalette, palette);
+        QApplication::setPalette(palette);
+        World world;
+        world.engine.refresh();
+        world.engine.manager.setShowYearView(true);
+        world.show();
+        auto *const bar = world.view->findChild<QScrollArea *>(QStringLiteral("yearScrollArea"))->horizontalScrollBar();
+        QCOMPARE(bar->height(), 12);
+        const auto picture = pictureOf(*bar, 1);
+        const auto ground = palette.color(QPalette::Window);
+        const auto at = [&](int x, int y) { return picture.pixelColor(x, y); };
+        const auto middle = bar->height() / 2;
+        // It is scrolled to its end, where today is: nothing is left of it, and no arrow beside it.
+        QVERIFY(style::contrast(at(bar->width() - 10, middle), ground) >= 3);
+        QCOMPARE(at(5, middle), at(5, 1));
+        QCOMPARE(at(bar->width() - 10, middle - 3), at(5, 1));
+        QCOMPARE(at(bar->width() - 10, middle + 3), at(5, 1));
+    }
+
     void theListKeepsItsDistances()
     {
         World world;
