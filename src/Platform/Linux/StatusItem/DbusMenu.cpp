@@ -42,7 +42,7 @@ DbusMenu::DbusMenu(QDBusConnection connection, QString iconThemePath, QObject *p
         {QStringLiteral("GetLayout"), method("iias", &DbusMenu::getLayout)},
         {QStringLiteral("GetGroupProperties"), method("aias", &DbusMenu::getGroupProperties)},
         {QStringLiteral("GetProperty"), method("is", &DbusMenu::getProperty)},
-        {QStringLiteral("Event"), method("isvu", &DbusMenu::event)},
+        {QStringLiteral("Event"), method("isvu", &DbusMenu::oneEvent)},
         {QStringLiteral("EventGroup"), method("a(isvu)", &DbusMenu::eventGroup)},
         {QStringLiteral("AboutToShow"), method("i", &DbusMenu::aboutToShow)},
         {QStringLiteral("AboutToShowGroup"), method("ai", &DbusMenu::aboutToShowGroup)},
@@ -137,7 +137,7 @@ QDBusMessage DbusMenu::getProperty(const QDBusMessage &call)
     return call.createReply(QVariant::fromValue(QDBusVariant(value)));
 }
 
-QDBusMessage DbusMenu::event(const QDBusMessage &call)
+QDBusMessage DbusMenu::oneEvent(const QDBusMessage &call)
 {
     const auto arguments = call.arguments();
     const DbusMenuEvent event{arguments.at(0).toInt(), arguments.at(1).toString(), {}, arguments.at(3).toUInt()};

@@ -33,7 +33,7 @@ private:
     QDBusMessage getLayout(const QDBusMessage &call);
     QDBusMessage getGroupProperties(const QDBusMessage &call);
     QDBusMessage getProperty(const QDBusMessage &call);
-    QDBusMessage event(const QDBusMessage &call);
+    QDBusMessage oneEvent(const QDBusMessage &call);
     QDBusMessage eventGroup(const QDBusMessage &call);
     QDBusMessage aboutToShow(const QDBusMessage &call);
     QDBusMessage aboutToShowGroup(const QDBusMessage &call);
