@@ -455,8 +455,8 @@ void TestGitQueries::whatIsNotUtf8IsNothing()
 void TestGitQueries::aFailedLaunchIsThrown()
 {
     World world;
-    QVERIFY_EXCEPTION_THROWN(static_cast<void>(world.queries.getCommitHistory(folder, 7)), LaunchError);
-    QVERIFY_EXCEPTION_THROWN(static_cast<void>(world.queries.getLastCommitDate(folder)), LaunchError);
+    QVERIFY_THROWS_EXCEPTION(LaunchError, static_cast<void>(world.queries.getCommitHistory(folder, 7)));
+    QVERIFY_THROWS_EXCEPTION(LaunchError, static_cast<void>(world.queries.getLastCommitDate(folder)));
     QVERIFY(!world.queries.isGitRepository(folder));
 }
 

@@ -163,8 +163,8 @@ void TestGitService::aMissingFolderIsAnError()
     const auto missing = parent.filePath(QStringLiteral("missing"));
     World world;
     QVERIFY(!await(world.git.isGitRepository(missing)));
-    QVERIFY_EXCEPTION_THROWN(weekOf(world, missing), LaunchError);
-    QVERIFY_EXCEPTION_THROWN(await(getLastCommitDate(world.git, missing)), LaunchError);
+    QVERIFY_THROWS_EXCEPTION(LaunchError, weekOf(world, missing));
+    QVERIFY_THROWS_EXCEPTION(LaunchError, await(getLastCommitDate(world.git, missing)));
     QCOMPARE(branchOf(world, missing), QStringLiteral("HEAD"));
 }
 
@@ -335,7 +335,7 @@ void TestGitService::manyEndWithTheServiceAfterOne()
     world.git.stop(0s);
     mayGoOn.release(3);
     QVERIFY(world.git.stop(60s));
-    QVERIFY_EXCEPTION_THROWN(await(asked), WorkerStopped);
+    QVERIFY_THROWS_EXCEPTION(WorkerStopped, await(asked));
     QCOMPARE(count.load(), 1);
 }
 
@@ -385,7 +385,7 @@ void TestGitService::aHangingGitEndsWithTheService()
     QTRY_VERIFY2(hasReader(repository.file(QStringLiteral(".git/HEAD"))),
                  "nobody reads the fifo: " + sightOfChildren());
     QVERIFY2(world.git.stop(60s), sightOfChildren());
-    QVERIFY_EXCEPTION_THROWN(await(waiting), WorkerStopped);
+    QVERIFY_THROWS_EXCEPTION(WorkerStopped, await(waiting));
 }
 
 void TestGitService::afterTheEndNothingStarts()
@@ -393,9 +393,9 @@ void TestGitService::afterTheEndNothingStarts()
     const TempRepository repository;
     World world;
     QVERIFY(world.git.stop(60s));
-    QVERIFY_EXCEPTION_THROWN(await(getDefaultBranch(world.git, repository.path())), WorkerStopped);
-    QVERIFY_EXCEPTION_THROWN(world.runner.run({QStringLiteral("/usr/bin/git"), {}, repository.path(), {}}),
-                             LaunchError);
+    QVERIFY_THROWS_EXCEPTION(WorkerStopped, await(getDefaultBranch(world.git, repository.path())));
+    QVERIFY_THROWS_EXCEPTION(LaunchError,
+                             world.runner.run({QStringLiteral("/usr/bin/git"), {}, repository.path(), {}}));
 }
 
 void TestGitService::readingChangesNoFile()

@@ -88,7 +88,7 @@ void TestSerialWorker::jobsThatNeverBeganEndWithTheirOwnError()
     const auto waiting = worker.run([] { return 2; });
     hasBegun.wait();
     QVERIFY(!worker.stop(0ms));
-    QVERIFY_EXCEPTION_THROWN(await(waiting), WorkerStopped);
+    QVERIFY_THROWS_EXCEPTION(WorkerStopped, await(waiting));
     mayEnd.count_down();
     QVERIFY(worker.stop(60s));
     QCOMPARE(await(running), 1);
@@ -98,7 +98,7 @@ void TestSerialWorker::aStoppedWorkerTakesNoJobs()
 {
     SerialWorker worker;
     QVERIFY(worker.stop(60s));
-    QVERIFY_EXCEPTION_THROWN(await(worker.run([] { return 1; })), WorkerStopped);
+    QVERIFY_THROWS_EXCEPTION(WorkerStopped, await(worker.run([] { return 1; })));
 }
 
 void TestSerialWorker::whatWasDoneIsSettledWhenTheWorkerGoes()

@@ -271,7 +271,7 @@ void TestChildProcess::aDeniedFolderIsAnError()
     request.directory = folder;
     QVERIFY(!ChildProcessRunner().run(request).text.isEmpty());
     QFile::setPermissions(parent.path(), {});
-    QVERIFY_EXCEPTION_THROWN(ChildProcessRunner().run(request), LaunchError);
+    QVERIFY_THROWS_EXCEPTION(LaunchError, ChildProcessRunner().run(request));
     QFile::setPermissions(parent.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
@@ -346,7 +346,7 @@ void TestChildProcess::onceStoppedNothingIsStarted()
 {
     ChildProcessRunner runner;
     runner.stop();
-    QVERIFY_EXCEPTION_THROWN(runner.run(shell(QStringLiteral("echo x"))), LaunchError);
+    QVERIFY_THROWS_EXCEPTION(LaunchError, runner.run(shell(QStringLiteral("echo x"))));
 }
 
 void TestChildProcess::manyChildrenLeaveNoDescriptorBehind()
@@ -367,7 +367,7 @@ void TestChildProcess::aConfinedChildRunsItsProgramAlone()
     ChildProcessRunner runner;
     QVERIFY(runner.confine(QStringLiteral("/usr/bin/git")));
     QVERIFY(runner.run(git({QStringLiteral("--version")}, QStringLiteral("/"))).text.startsWith("git version"));
-    QVERIFY_EXCEPTION_THROWN(runner.run(shell(QStringLiteral("echo free"))), LaunchError);
+    QVERIFY_THROWS_EXCEPTION(LaunchError, runner.run(shell(QStringLiteral("echo free"))));
     QVERIFY(runner.confine(QStringLiteral("/bin/bash")));
     QCOMPARE(runner.run(bash(QStringLiteral("echo own; /usr/bin/env true || echo refused"))).text,
              QByteArray("own\nrefused\n"));
