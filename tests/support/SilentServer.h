@@ -1,13 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
-
 #pragma once
 
-#include <QFile>
+#include "support/SocketFile.h"
+
 #include <QString>
 
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace velquarin::test {
@@ -17,12 +15,9 @@ class SilentServer
 {
 public:
     explicit SilentServer(const QString &path)
+        : m_socket(socketAt(path))
     {
-        sockaddr_un address = {};
-        address.sun_family = AF_UNIX;
-        qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
-        if (bind(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
-            listen(m_socket, 5) != 0)
+        if (listen(m_socket, 5) != 0)
             qFatal("no server");
     }
     ~SilentServer() { close(m_socket); }
@@ -30,7 +25,7 @@ public:
     SilentServer &operator=(const SilentServer &) = delete;
 
 private:
-    int m_socket = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    int m_socket;
 };
 
 }  // namespace velquarin::test

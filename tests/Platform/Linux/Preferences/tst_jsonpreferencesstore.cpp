@@ -7,6 +7,7 @@
 #include "Platform/Linux/Preferences/PreferencesPlace.h"
 #include "support/CapturedStandardError.h"
 #include "support/FakeClock.h"
+#include "support/SocketFile.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"
 
@@ -22,10 +23,8 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 using namespace velquarin;
@@ -36,6 +35,7 @@ using velquarin::test::modeOf;
 using velquarin::test::namesIn;
 using velquarin::test::PreferencesPlace;
 using velquarin::test::readFile;
+using velquarin::test::socketAt;
 using velquarin::test::writeFile;
 
 namespace {
@@ -332,7 +332,7 @@ void TestJsonPreferencesStore::aFileOfAHundredMegabytesIsReadAndKept()
 {
     constexpr qsizetype size = 100'000'000;
     const PreferencesPlace place;
-    place.fill("{\"number\": 7, \"unknown\": \"" + QByteArray(size, 'x') + "\"}");
+    place.fill(QByteArray(R"({"number": 7, "unknown": "long"})").replace("long", QByteArray(size, 'x')));
     {
         JsonPreferencesStore store(place.path);
         QCOMPARE(store.value(u"number"_s), PreferenceValue(7.0));
@@ -938,12 +938,7 @@ namespace {
 
 void makeSocket(const QString &path)
 {
-    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    qstrncpy(address.sun_path, QFile::encodeName(path).constData(), sizeof address.sun_path);
-    ::bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address);
-    ::close(descriptor);
+    ::close(socketAt(path));
 }
 
 // One of our own: should the program ever replace a device, then not the system's. Source: full(4)

@@ -13,6 +13,7 @@
 #include <QTemporaryFile>
 #include <QTest>
 
+#include <array>
 #include <climits>
 #include <csignal>
 #include <cstddef>
@@ -60,10 +61,10 @@ bool loseTheRules()
 {
     const QDir descriptors(QStringLiteral("/proc/self/fd"));
     for (const auto &number : descriptors.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)) {
-        char target[PATH_MAX] = {};
+        std::array<char, PATH_MAX> target = {};
         const auto link = QFile::encodeName(descriptors.filePath(number));
-        if (readlink(link.constData(), target, sizeof target - 1) < 0 ||
-            QByteArray(target) != "anon_inode:[landlock-ruleset]")
+        if (readlink(link.constData(), target.data(), target.size() - 1) < 0 ||
+            QByteArray(target.data()) != "anon_inode:[landlock-ruleset]")
             continue;
         const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
         const bool isLost = dup3(null, number.toInt(), O_CLOEXEC) >= 0;
@@ -88,9 +89,9 @@ public:
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t length = sizeof address;
-        bind(m_socket, reinterpret_cast<const sockaddr *>(&address), length);
-        listen(m_socket, 5);
-        getsockname(m_socket, reinterpret_cast<sockaddr *>(&address), &length);
+        auto *const raw = reinterpret_cast<sockaddr *>(&address);
+        if (bind(m_socket, raw, length) != 0 || listen(m_socket, 5) != 0 || getsockname(m_socket, raw, &length) != 0)
+            qFatal("no server");
         m_port = ntohs(address.sin_port);
     }
     ~LoopbackServer() { close(m_socket); }
@@ -114,8 +115,8 @@ public:
         address.sun_family = AF_UNIX;
         std::memcpy(&address.sun_path[1], m_name.constData(), size_t(m_name.size()));
         const auto length = socklen_t(offsetof(sockaddr_un, sun_path) + 1 + size_t(m_name.size()));
-        bind(m_socket, reinterpret_cast<const sockaddr *>(&address), length);
-        listen(m_socket, 5);
+        if (bind(m_socket, reinterpret_cast<const sockaddr *>(&address), length) != 0 || listen(m_socket, 5) != 0)
+            qFatal("no server");
     }
     ~AbstractServer() { close(m_socket); }
     AbstractServer(const AbstractServer &) = delete;
@@ -404,14 +405,14 @@ void TestChildProcess::aConfinedChildIsRefused_data()
     const auto row = [](const char *name, int version, const char *expression) {
         QTest::newRow(name) << version << QString::fromLatin1(expression);
     };
-    row("opening a file for writing", 1, "open(FILE, '>>', \"$folder/file\")");
-    row("removing a file", 1, "unlink(\"$folder/file\")");
+    row("opening a file for writing", 1, R"(open(FILE, '>>', "$folder/file"))");
+    row("removing a file", 1, R"(unlink("$folder/file"))");
     // From version 2 on it could be allowed, which nobody does.
-    row("moving a file to another folder", 1, "rename(\"$folder/file\", \"$folder/below/file\")");
-    row("truncating a file by its name", 3, "truncate(\"$folder/file\", 0)");
+    row("moving a file to another folder", 1, R"(rename("$folder/file", "$folder/below/file"))");
+    row("truncating a file by its name", 3, R"(truncate("$folder/file", 0))");
     row("asking a device", 5, "open(DEVICE, '<', '/dev/random') && ioctl(DEVICE, $ENV{QUESTION}, $answer = '1234')");
     row("connecting to an abstract socket", 6,
-        "socket(END, AF_UNIX, SOCK_STREAM, 0) && connect(END, pack_sockaddr_un(\"\\0$socket\"))");
+        R"(socket(END, AF_UNIX, SOCK_STREAM, 0) && connect(END, pack_sockaddr_un("\0$socket")))");
     row("sending a signal to the program that started it", 6, "kill('CONT', getppid)");
 }
 

@@ -13,6 +13,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <array>
 #include <csignal>
 #include <ctime>
 #include <fcntl.h>
@@ -55,7 +56,7 @@ class CapturedOutput
 public:
     CapturedOutput()
     {
-        if (pipe2(m_pipe, O_CLOEXEC) != 0)
+        if (pipe2(m_pipe.data(), O_CLOEXEC) != 0)
             qFatal("no pipe");
         dup2(m_pipe[1], STDOUT_FILENO);
     }
@@ -87,7 +88,7 @@ public:
 
 private:
     int m_before = dup(STDOUT_FILENO);
-    int m_pipe[2] = {-1, -1};
+    std::array<int, 2> m_pipe = {-1, -1};
 };
 
 }  // namespace
