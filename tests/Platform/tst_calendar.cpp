@@ -157,16 +157,16 @@ void TestCalendar::theDayEndsWhenTheNextOneStarts_data()
     QTest::addColumn<Instant>("moment");
     QTest::addColumn<QByteArray>("zone");
     QTest::addColumn<qint64>("minutes");
-    const auto row = [](const char *name, const char *moment, const char *zone, qint64 minutes) {
-        QTest::newRow(name) << instant(moment) << QByteArray(zone) << minutes;
+    const auto row = [](const char *name, const char *moment, const char *zone, std::chrono::minutes left) {
+        QTest::newRow(name) << instant(moment) << QByteArray(zone) << qint64(left.count());
     };
-    row("from six in the evening in Berlin", "2026-11-20T18:00:00+01:00", "Europe/Berlin", 6 * 60);
-    row("from the start of a day", "2026-11-20T00:00:00+01:00", "Europe/Berlin", 24 * 60);
-    row("over the day of 23 hours", "2026-03-29T00:00:00+01:00", "Europe/Berlin", 23 * 60);
-    row("over the day of 25 hours", "2026-10-25T00:00:00+02:00", "Europe/Berlin", 25 * 60);
-    row("into a day that starts at one", "2018-11-03T18:00:00-03:00", "America/Sao_Paulo", 6 * 60);
-    row("over an hour that comes twice before midnight", "2018-02-17T23:30:00-02:00", "America/Sao_Paulo", 90);
-    row("over a day that never was", "2011-12-29T18:00:00-10:00", "Pacific/Apia", 6 * 60);
+    row("from six in the evening in Berlin", "2026-11-20T18:00:00+01:00", "Europe/Berlin", 6h);
+    row("from the start of a day", "2026-11-20T00:00:00+01:00", "Europe/Berlin", 24h);
+    row("over the day of 23 hours", "2026-03-29T00:00:00+01:00", "Europe/Berlin", 23h);
+    row("over the day of 25 hours", "2026-10-25T00:00:00+02:00", "Europe/Berlin", 25h);
+    row("into a day that starts at one", "2018-11-03T18:00:00-03:00", "America/Sao_Paulo", 6h);
+    row("over an hour that comes twice before midnight", "2018-02-17T23:30:00-02:00", "America/Sao_Paulo", 90min);
+    row("over a day that never was", "2011-12-29T18:00:00-10:00", "Pacific/Apia", 6h);
 }
 
 void TestCalendar::theDayEndsWhenTheNextOneStarts()

@@ -128,7 +128,7 @@ void TestGitLog::daysBeyondACenturyOfThemAreNotRead()
     const auto newest = daysIn(log, calendar);
     QCOMPARE(newest.size(), century);
     QCOMPARE(calendar.dateOf(newest.last()), QDate(2026, 11, 20).addDays(1 - century));
-    constexpr int line = 11;
+    constexpr qsizetype line = 11;
     QCOMPARE(daysIn(log.first((century - 1) * line).repeated(2), calendar).size(), 2 * (century - 1));
 }
 

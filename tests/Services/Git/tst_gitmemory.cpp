@@ -127,7 +127,8 @@ private:
     int m_processes = 0;
 };
 
-constexpr qint64 day = 24 * 60 * 60;
+constexpr qint64 hour = 3'600;
+constexpr qint64 day = 24 * hour;
 constexpr qint64 start = 1'780'000'000;  // 2026-05-28T20:26:40Z
 
 QString dateOf(qint64 seconds)
@@ -184,8 +185,8 @@ private:
 
     const std::vector<Happening> &happenings()
     {
-        static const char *const zones[] = {"UTC",          "Europe/Berlin",  "America/New_York",
-                                            "Pacific/Apia", "Asia/Kathmandu", "America/Havana"};
+        static constexpr std::array zones = {"UTC",          "Europe/Berlin",  "America/New_York",
+                                             "Pacific/Apia", "Asia/Kathmandu", "America/Havana"};
         if (m_happenings.empty()) {
             m_happenings = {
                 {"a commit", [this] { commitIn(m_touched); }},
@@ -229,14 +230,14 @@ private:
                 {"a graft", [this] { graft(); }},
                 {"an unborn branch", [this] { here("symbolic-ref HEAD refs/heads/none"); }},
                 {"a branch of a branch", [this] { here("symbolic-ref refs/heads/main refs/heads/side"); }},
-                {"hours", [this] { moveClock(number(30) * 60 * 60); }},
+                {"hours", [this] { moveClock(number(30) * hour); }},
                 {"days", [this] { moveClock(number(9) * day); }},
                 {"a clock set back", [this] { moveClock(-number(5) * day); }},
                 {"midnight at Greenwich", [this] { moveClock(day - m_pair.now() % day + number(3) - 1); }},
                 {"midnight here", [this] { moveToMidnight(); }},
                 {"beside the edge of a commit", [this] { moveBesideCommit(); }},
                 {"beside the edge of a commit", [this] { moveBesideCommit(); }},
-                {"another zone", [this] { m_pair.setZone(zones[number(std::size(zones))]); }},
+                {"another zone", [this] { m_pair.setZone(zones.at(std::size_t(number(zones.size())))); }},
                 {"another season", [this] { moveClock(number(200) * day); }},
             };
         }
@@ -391,7 +392,7 @@ void TestGitMemory::whatIsKnownIsNotAsked()
     QCOMPARE(answers.week.size(), 1);
     QVERIFY(pair.remembered(repository.path()) == answers);
     QCOMPARE(pair.processes(), 0);
-    pair.setNow(start + 23 * 60 * 60);
+    pair.setNow(start + 23 * hour);
     QVERIFY(pair.remembered(repository.path()) == answers);
     QCOMPARE(pair.processes(), 0);
 }
@@ -590,7 +591,6 @@ void TestGitMemory::theWindowsMoveWithTheClock_data()
 void TestGitMemory::theWindowsMoveWithTheClock()
 {
     QFETCH(const QByteArray, zone);
-    constexpr qint64 hour = 60 * 60;
     Pair pair;
     pair.setNow(start);
     pair.setZone(zone.constData());
@@ -610,10 +610,10 @@ void TestGitMemory::aCommitOfTheFutureComesIntoSight()
     pair.setNow(start);
     const TempRepository repository;
     repository.commit(dateOf(start - 60));
-    repository.commit(dateOf(start + 30 * 60 * 60));
+    repository.commit(dateOf(start + 30 * hour));
     QCOMPARE(pair.remembered(repository.path()).years.size(), 1);
     for (int hours = 1; hours < 9; ++hours) {
-        pair.setNow(start + hours * 60 * 60);
+        pair.setNow(start + hours * hour);
         QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
     }
     QCOMPARE(pair.remembered(repository.path()).years.size(), 2);

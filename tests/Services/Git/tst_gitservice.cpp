@@ -66,10 +66,8 @@ bool makeFifo(const QString &path)
 bool hasReader(const QString &fifo)
 {
     const auto descriptor = open(QFile::encodeName(fifo).constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
     // Left open: closing it would be the end of the file for the reader.
-    return true;
+    return descriptor >= 0;
 }
 
 }  // namespace
@@ -218,7 +216,7 @@ void TestGitService::thousandsOfCommitsAreReadWhole()
     QByteArray stream;
     constexpr int commits = 20000;
     const auto start = QDateTime::fromString(QStringLiteral("2024-03-01T06:00:00Z"), Qt::ISODate).toSecsSinceEpoch();
-    for (int number = 0; number < commits; ++number)
+    for (qint64 number = 0; number < commits; ++number)
         stream += "commit refs/heads/main\ncommitter A <a@example.org> " + QByteArray::number(start + number * 10) +
                   " +0000\ndata 1\nx\n";
     repository.git({QStringLiteral("fast-import"), QStringLiteral("--quiet")}, stream);

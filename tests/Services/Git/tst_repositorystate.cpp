@@ -129,7 +129,7 @@ void TestRepositoryState::theSameTwiceIsTheSame()
 void TestRepositoryState::whatDoesNotDecideIsTheSame_data()
 {
     QTest::addColumn<Change>("change");
-    const auto row = [](const char *name, Change change) { QTest::newRow(name) << std::move(change); };
+    const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
     row("a commit on another branch", [](const World &world) {
         world.repository.git({QStringLiteral("branch"), QStringLiteral("side")});
         world.repository.git(
@@ -195,7 +195,7 @@ void TestRepositoryState::manyPackedReferencesAreToldByTheirTimes()
 void TestRepositoryState::seesWhatDecides_data()
 {
     QTest::addColumn<Change>("change");
-    const auto row = [](const char *name, Change change) { QTest::newRow(name) << std::move(change); };
+    const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
     row("a commit", [](const World &world) { world.repository.commit(commitDate); });
     row("a setting", [](const World &world) {
         world.repository.git({QStringLiteral("config"), QStringLiteral("log.follow"), QStringLiteral("true")});
@@ -377,7 +377,7 @@ void TestRepositoryState::seesABranchThatWouldBeChosenFirst()
 void TestRepositoryState::doubtsAreNotUnderstood_data()
 {
     QTest::addColumn<Change>("change");
-    const auto row = [](const char *name, Change change) { QTest::newRow(name) << std::move(change); };
+    const auto row = [](const char *name, const Change &change) { QTest::newRow(name) << change; };
     const auto replaced = [](const World &world, const char *name, const std::function<void(const char *)> &make) {
         const auto path = QFile::encodeName(world.git(name));
         QFile::remove(world.git(name));
@@ -429,7 +429,7 @@ void TestRepositoryState::doubtsAreNotUnderstood_data()
     row("more settings than anybody has", [](const World &world) {
         for (const auto *const name :
              {"config", "config.worktree", "shallow", "info/grafts", "objects/info/alternates"})
-            writeFile(world.git(name), QByteArray(1000 * 1000, '#') + '\n');
+            writeFile(world.git(name), QByteArray(1'000'000, '#') + '\n');
     });
     row("a repository of another user", [](const World &world) {
         if (::chown(QFile::encodeName(world.repository.file(QStringLiteral(".git"))).constData(), 12345, gid_t(-1)) !=

@@ -20,7 +20,8 @@ namespace {
 
 using RealEngine = EngineWith<RunnerAt>;
 
-constexpr qint64 day = 24 * 60 * 60;
+constexpr qint64 hour = 3'600;
+constexpr qint64 day = 24 * hour;
 constexpr qint64 morning = 1'792'821'600;  // 2026-10-24T08:00+02:00; the night after it, clocks are set back
 
 struct Extent
@@ -66,11 +67,11 @@ public:
 
 private:
     // A commit every ninety hours, at other times of day in each.
-    static QByteArray history(int number)
+    static QByteArray history(qint64 number)
     {
         QByteArray stream;
-        for (int step = 199; step > 0; --step) {
-            const auto moment = QByteArray::number(morning - qint64(step) * 90 * 3'600 - number * 1'237);
+        for (qint64 step = 199; step > 0; --step) {
+            const auto moment = QByteArray::number(morning - step * 90 * hour - number * 1'237);
             stream += "commit refs/heads/main\nauthor A <a@example.org> " + moment +
                       " +0200\ncommitter A <a@example.org> " + moment + " +0200\ndata 1\nx\n";
         }

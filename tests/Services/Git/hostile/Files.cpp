@@ -52,20 +52,20 @@ void damage(const QString &path, Damage change)
 // Source: gitformat-commit-graph(5): the second parent of each commit becomes one beyond the list of edges.
 void pointBeyondTheEdges(QByteArray &graph)
 {
-    for (int commit = 0; commit < 4; ++commit)
+    for (qsizetype commit = 0; commit < 4; ++commit)
         overwrite(graph, chunk(graph, "CDAT", 8) + 36 * commit + 24, 0xffffffff);
 }
 
 void forgetAllParents(QByteArray &graph)
 {
-    for (int commit = 0; commit < 4; ++commit)
+    for (qsizetype commit = 0; commit < 4; ++commit)
         overwrite(graph, chunk(graph, "CDAT", 8) + 36 * commit + 20, 0x70000000);
 }
 
 // Source: gitformat-pack(5), multi-pack-index files
 void nameAPackThatIsNotThere(QByteArray &index)
 {
-    for (int object = 0; object < 5; ++object)
+    for (qsizetype object = 0; object < 5; ++object)
         overwrite(index, chunk(index, "OOFF", 12) + 8 * object, 0x7ffffff0);
 }
 
