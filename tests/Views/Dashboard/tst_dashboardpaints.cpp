@@ -69,7 +69,7 @@ struct World
             engine.manager, engine.clock, engine.timers, viewer, [] {}, [] { return QByteArray("en_US"); });
     }
 
-    void show()
+    void show() const
     {
         view->show();
         if (!QTest::qWaitForWindowExposed(view.get()))
@@ -164,7 +164,7 @@ private Q_SLOTS:
 
         PaintCounter paints;
         change(world);
-        world.settle();
+        World::settle();
         QCOMPARE(paintedParts(world, paints), sorted(painted));
         QCOMPARE(movedParts(world, places, painted), QStringList());
     }
@@ -179,7 +179,7 @@ private Q_SLOTS:
             const auto places = placesIn(*world.view);
             PaintCounter paints;
             world.engine.manager.setShowYearView(isYear);
-            world.settle();
+            World::settle();
             for (const auto *const name : {"header", "footer"}) {
                 for (const auto *const part :
                      partsWithoutParts(*world.view->findChild<QWidget *>(QLatin1String(name)))) {

@@ -77,7 +77,7 @@ QColor blended(style::Accent accent, double opacity, const QPalette &palette)
 {
     const auto over = style::accent(palette, accent);
     const auto under = palette.color(QPalette::Window);
-    const auto channel = [opacity](int top, int bottom) { return int(top * opacity + bottom * (1 - opacity) + 0.5); };
+    const auto channel = [opacity](int top, int bottom) { return qRound(top * opacity + bottom * (1 - opacity)); };
     return {channel(over.red(), under.red()), channel(over.green(), under.green()), channel(over.blue(), under.blue())};
 }
 

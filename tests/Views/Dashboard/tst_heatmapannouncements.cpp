@@ -35,12 +35,16 @@ struct Announcement
     friend bool operator==(const Announcement &, const Announcement &) = default;
 };
 
-QList<Announcement> announcements;
+QList<Announcement> &announcements()
+{
+    static QList<Announcement> all;
+    return all;
+}
 
 void record(QAccessibleEvent *event)
 {
     if (event->type() == QAccessible::Focus || event->type() == QAccessible::NameChanged)
-        announcements.append({event->type(), event->child()});
+        announcements().append({event->type(), event->child()});
 }
 
 }  // namespace
@@ -54,7 +58,7 @@ private Q_SLOTS:
     {
         failOnAnyWarning();
         QTRY_VERIFY(QAccessible::isActive());
-        announcements.clear();
+        announcements().clear();
         QAccessible::installUpdateHandler(record);
     }
 
@@ -70,9 +74,9 @@ private Q_SLOTS:
         view.clearFocus();
         view.setFocus(Qt::TabFocusReason);
         const Announcement onToday{QAccessible::Focus, today};
-        QTRY_VERIFY(!announcements.isEmpty() && announcements.last() == onToday);
+        QTRY_VERIFY(!announcements().isEmpty() && announcements().last() == onToday);
         QTest::keyClick(&view, Qt::Key_Left);
-        QTRY_COMPARE(announcements.last(), (Announcement{QAccessible::Focus, today - 7}));
+        QTRY_COMPARE(announcements().last(), (Announcement{QAccessible::Focus, today - 7}));
     }
 
     void nothingIsSaidOfADayOnceTheFocusIsElsewhere()
@@ -84,20 +88,20 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(&view));
         view.clearFocus();
         QApplication::processEvents();
-        announcements.clear();
+        announcements().clear();
         view.setFocus(Qt::TabFocusReason);
         view.clearFocus();
         QApplication::processEvents();
-        QVERIFY(!announcements.contains(Announcement{QAccessible::Focus, today}));
+        QVERIFY(!announcements().contains(Announcement{QAccessible::Focus, today}));
     }
 
     void aNewCommitChangesTheNameOfItsDayAlone()
     {
         YearHeatmapView view;
         show(view, {});
-        announcements.clear();
+        announcements().clear();
         show(view, {{instant("2026-11-20T00:00:00Z"), 1}});
-        QCOMPARE(announcements, QList({Announcement{QAccessible::NameChanged, today}}));
+        QCOMPARE(announcements(), QList({Announcement{QAccessible::NameChanged, today}}));
     }
 };
 

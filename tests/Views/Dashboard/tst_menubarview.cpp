@@ -109,7 +109,7 @@ struct World
     }
 
     [[nodiscard]] QString text(const char *name) const { return named<Text>(name).text(); }
-    void click(const char *name) { QTest::mouseClick(&named(name), Qt::LeftButton); }
+    void click(const char *name) const { QTest::mouseClick(&named(name), Qt::LeftButton); }
 
     [[nodiscard]] QStringList textsOf(const char *section) const { return textsIn(named(section)); }
 };
@@ -294,12 +294,12 @@ private Q_SLOTS:
         for (int index = 2; index < all.size(); ++index)
             world.engine.settings.removeRepository(all.at(index));
         world.engine.refresh();
-        world.settle();
+        World::settle();
         QCOMPARE(world.textsOf("repositories"),
                  words({"Repositories", "repository-1", "No commits", "repository-2", "No commits"}));
         world.engine.settings.setTrackedRepositories({});
         world.engine.refresh();
-        world.settle();
+        World::settle();
         QCOMPARE(world.textsOf("repositories"), words({"Repositories", "No repositories configured"}));
     }
 
@@ -314,7 +314,7 @@ private Q_SLOTS:
             repository.isEnabled = false;
         world.engine.settings.setTrackedRepositories(repositories);
         world.engine.refresh();
-        world.settle();
+        World::settle();
         QCOMPARE(textsIn(*world.view), words({"0", "day streak", "Longest", "0 days", "This week", "0 commits", "Repos",
                                               "0 tracked", "Today", "No commits yet", "Last 7 Days", "Show Year",
                                               "Repositories", "No repositories configured", "Updated 0 sec ago"}));
@@ -367,7 +367,7 @@ private Q_SLOTS:
         world.show();
         auto written = paintedTexts(*world.view);
         world.engine.manager.setShowYearView(true);
-        world.settle();
+        World::settle();
         // The figure of the week in the header reads as the one below the year does.
         written += paintedTexts(world.named("year"));
         const auto found = std::find_if(written.crbegin(), written.crend(),
@@ -635,7 +635,7 @@ private Q_SLOTS:
         world.engine.script(QStringLiteral("/src/repository-1"), commits("2026-11-20", 1), commits("2026-11-20", 1),
                             "");
         world.engine.refresh();
-        world.settle();
+        World::settle();
         QCOMPARE(flame->name(), QStringLiteral("flame.fill"));
         QCOMPARE(flame->color(), style::accent(palette, Accent::Orange));
         QVERIFY(textNamed(world, "Committed!").tone() == style::Tone(Accent::Green));
@@ -662,7 +662,7 @@ private Q_SLOTS:
         auto &view = world.show();
         QCOMPARE(fullDividers(view).size(), 3);
         world.engine.manager.setShowYearView(true);
-        world.settle();
+        World::settle();
         QCOMPARE(fullDividers(view).size(), 2);
     }
 
@@ -672,10 +672,10 @@ private Q_SLOTS:
         auto &view = world.make();
         view.setFixedHeight(view.sizeHint().height() + 60);
         view.show();
-        world.settle();
+        World::settle();
         QCOMPARE(world.named("footer").geometry().bottom(), view.rect().bottom());
         world.engine.manager.setShowYearView(true);
-        world.settle();
+        World::settle();
         QCOMPARE(world.named("footer").geometry().bottom(), view.rect().bottom());
         QCOMPARE(fullDividers(view).last().bottom() + 1, world.named("footer").y());
     }
@@ -699,14 +699,14 @@ private Q_SLOTS:
         world.show();
         world.click("showYear");
         QVERIFY(world.engine.manager.showYearView());
-        world.settle();
+        World::settle();
         QVERIFY(world.named("week").isHidden());
         QVERIFY(world.named("year").isVisible());
         QVERIFY(!world.named("repositories").isVisible());
         QVERIFY(world.named("footer").isVisible());
         world.click("back");
         QVERIFY(!world.engine.manager.showYearView());
-        world.settle();
+        World::settle();
         QVERIFY(world.named("week").isVisible());
         QVERIFY(world.named("year").isHidden());
         QVERIFY(world.named("repositories").isVisible());
@@ -737,10 +737,10 @@ private Q_SLOTS:
         world.show();
         world.named("showYear").setFocus(Qt::TabFocusReason);
         QTest::keyClick(&world.named("showYear"), Qt::Key_Return);
-        world.settle();
+        World::settle();
         QCOMPARE(world.view->focusWidget(), &world.named("back"));
         QTest::keyClick(&world.named("back"), Qt::Key_Space);
-        world.settle();
+        World::settle();
         QCOMPARE(world.view->focusWidget(), &world.named("showYear"));
     }
 
@@ -751,7 +751,7 @@ private Q_SLOTS:
         if (auto *const focused = view.focusWidget())
             focused->clearFocus();
         world.click("showYear");
-        world.settle();
+        World::settle();
         QCOMPARE(view.focusWidget(), nullptr);
     }
 
@@ -827,7 +827,7 @@ private Q_SLOTS:
         QVERIFY(QAccessible::queryAccessibleInterface(&button)->state().disabled);
         world.click("refresh");
         pressAccessibly(button);
-        world.settle();
+        World::settle();
         QTRY_COMPARE(git.asked(), 1);
 
         git.letGo();
@@ -880,7 +880,7 @@ private Q_SLOTS:
         for (const bool isYear : {true, false, true, true, false, true})
             world.engine.manager.setShowYearView(isYear);
         QCOMPARE(world.renderings, before);
-        world.settle();
+        World::settle();
         QCOMPARE(world.renderings, before + 1);
         QVERIFY(world.named("year").isVisible());
     }
@@ -892,7 +892,7 @@ private Q_SLOTS:
         world.show();
         const auto before = world.renderings;
         world.engine.refresh();
-        world.settle();
+        World::settle();
         QVERIFY(world.renderings - before <= 2);
         QVERIFY(world.textsOf("header").contains(QLatin1String("3 tracked")));
     }
@@ -908,7 +908,7 @@ private Q_SLOTS:
                             "2026-11-20T09:00:00+00:00");
         PaintCounter paints;
         world.engine.refresh();
-        world.settle();
+        World::settle();
 
         QCOMPARE(placesIn(view), places);
         QCOMPARE(paints.of(&textNamed(world, "4 commits")), 1);
@@ -932,16 +932,16 @@ private Q_SLOTS:
         const auto *const today = world.view->findChildren<DayColumn *>().last();
         QCOMPARE(year.cells(), 0);
         world.engine.manager.setShowYearView(true);
-        world.settle();
+        World::settle();
         QCOMPARE(year.cells(), 371);
         world.engine.script(QStringLiteral("/src/repository-1"), commits("2026-11-20", 4), commits("2026-11-20", 4),
                             "2026-11-20T09:00:00+00:00");
         world.engine.refresh();
-        world.settle();
+        World::settle();
         QCOMPARE(world.text("yearCommits"), QStringLiteral("4 commits"));
         QCOMPARE(today->count(), 2);
         world.engine.manager.setShowYearView(false);
-        world.settle();
+        World::settle();
         QCOMPARE(today->count(), 4);
     }
 
@@ -953,7 +953,7 @@ private Q_SLOTS:
         auto &view = world.show();
         PaintCounter paints;
         world.engine.refresh();
-        world.settle();
+        World::settle();
         for (const auto *const name : {"header", "week", "repositories", "settings", "updated"})
             QCOMPARE(paints.of(&world.named(name)), 0);
         for (auto *const text : view.findChildren<Text *>())
@@ -1021,7 +1021,7 @@ private Q_SLOTS:
         view.hide();
         QCOMPARE(world.engine.timers.live().size(), others);
         world.engine.refresh();
-        world.settle();
+        World::settle();
         QCOMPARE(world.engine.timers.live().size(), others);
     }
 
@@ -1089,7 +1089,7 @@ private Q_SLOTS:
         world.engine.refresh();
         world.show();
         world.engine.manager.setShowYearView(true);
-        world.settle();
+        World::settle();
         QVERIFY(isTodayInSight(world));
         auto *const bar = world.named<QScrollArea>("yearScrollArea").horizontalScrollBar();
         QVERIFY(bar->isVisible());
@@ -1099,9 +1099,9 @@ private Q_SLOTS:
         QVERIFY(!isTodayInSight(world));
 
         world.engine.manager.setShowYearView(false);
-        world.settle();
+        World::settle();
         world.engine.manager.setShowYearView(true);
-        world.settle();
+        World::settle();
         QVERIFY(isTodayInSight(world));
     }
 
@@ -1125,7 +1125,7 @@ private Q_SLOTS:
         bar->setValue(7);
         view.hide();
         view.show();
-        world.settle();
+        World::settle();
         QCOMPARE(bar->value(), 7);
         QVERIFY(world.named("year").isVisible());
     }
@@ -1159,7 +1159,7 @@ private Q_SLOTS:
         world.engine.manager.setShowYearView(true);
         auto &view = world.show();
         view.setLayoutDirection(direction);
-        world.settle();
+        World::settle();
         QTRY_VERIFY(isTodayInSight(world));
         const auto &area = world.named<QScrollArea>("yearScrollArea");
         area.horizontalScrollBar()->setValue(100);
@@ -1176,9 +1176,9 @@ private Q_SLOTS:
         world.engine.refresh();
         auto &view = world.show();
         view.setLayoutDirection(Qt::RightToLeft);
-        world.settle();
+        World::settle();
         world.engine.manager.setShowYearView(true);
-        world.settle();
+        World::settle();
         QTRY_VERIFY(isTodayInSight(world));
     }
 
@@ -1243,7 +1243,7 @@ private Q_SLOTS:
         world.engine.script(QStringLiteral("/src/repository-2"), commits("2026-11-20", 1), commits("2026-11-20", 1),
                             "2026-11-20T11:00:00+00:00");
         world.engine.refresh();
-        world.settle();
+        World::settle();
         if (auto *const focused = world.view->focusWidget())
             QTest::keyClick(focused, Qt::Key_Return);
         QVERIFY(!world.viewer.shown.contains(QStringLiteral("/src/repository-1")));
@@ -1258,13 +1258,13 @@ private Q_SLOTS:
         const auto rows = world.view->findChildren<RepoRow *>();
         rows.at(2)->setFocus(Qt::TabFocusReason);
         world.engine.refresh();
-        world.settle();
+        World::settle();
         QCOMPARE(world.view->focusWidget(), rows.at(2));
         rows.at(1)->setFocus(Qt::TabFocusReason);
         const auto path = rows.at(1)->path();
         world.engine.script(path, commits("2026-11-20", 1), commits("2026-11-20", 1), "2026-11-20T11:00:00+00:00");
         world.engine.refresh();
-        world.settle();
+        World::settle();
         QCOMPARE(rows.at(0)->path(), path);
         QCOMPARE(world.view->focusWidget(), rows.at(0));
     }
@@ -1280,7 +1280,7 @@ private Q_SLOTS:
         world.view->findChildren<RepoRow *>().at(1)->setFocus(Qt::TabFocusReason);
         world.engine.settings.removeRepository(world.engine.settings.trackedRepositories().at(1));
         world.engine.refresh();
-        world.settle();
+        World::settle();
         QVERIFY(world.view->focusWidget() != &world.named("settings"));
     }
 
@@ -1305,7 +1305,7 @@ private Q_SLOTS:
         auto &view = world.show();
         setFontHeight(fontHeight);
         QApplication::setPalette(isDark ? darkPalette() : lightPalette());
-        world.settle();
+        World::settle();
 
         World fresh;
         fresh.track(3, 2);
@@ -1346,7 +1346,7 @@ private Q_SLOTS:
         }
         QCOMPARE(nameOfFocus(), place);
         setFontHeight(20);
-        world.settle();
+        World::settle();
         QCOMPARE(world.view->width(), qRound(300 * 20 / 13.0));
         QCOMPARE(nameOfFocus(), place);
     }
@@ -1358,7 +1358,7 @@ private Q_SLOTS:
         world.engine.refresh();
         auto &view = world.show();
         view.setLayoutDirection(Qt::RightToLeft);
-        world.settle();
+        World::settle();
         const auto columns = view.findChildren<DayColumn *>();
         QVERIFY(columns.first()->x() > columns.last()->x());
         QVERIFY(world.named("currentStreak").x() > view.width() / 2);

@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QCursor>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
@@ -174,7 +175,8 @@ void TestPopover::wherePartOfTheScreenIsNotX11EveryClickComesToUs()
     popover.toggle(item, {});
     QVERIFY(windows().contains(screen));
     const auto *const catcher = QApplication::topLevelAt(screen.bottomRight());
-    QVERIFY(catcher != nullptr && catcher != &popover);
+    if (catcher == nullptr || catcher == &popover)
+        QFAIL("Nothing catches a click beside the popover");
     QVERIFY(catcher->testAttribute(Qt::WA_TranslucentBackground));
     QVERIFY(catcher->testAttribute(Qt::WA_ShowWithoutActivating));
     popover.toggle(item, {});

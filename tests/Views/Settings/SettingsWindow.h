@@ -57,7 +57,7 @@ struct SettingsWindow
     }
 
     //! Opens it again, where it was closed.
-    void show(Tab tab = Repositories)
+    void show(Tab tab = Repositories) const
     {
         view->show();
         view->activateWindow();
