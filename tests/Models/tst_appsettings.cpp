@@ -427,7 +427,8 @@ public:
         , m_name(name)
     {
         const auto property = settings.metaObject()->property(settings.metaObject()->indexOfProperty(name));
-        connect(&settings, property.notifySignal(), this, metaObject()->method(metaObject()->indexOfSlot("look()")));
+        connect(&settings, property.notifySignal(), this,
+                staticMetaObject.method(staticMetaObject.indexOfSlot("look()")));
     }
 
     QVariantList seenValues;
@@ -695,8 +696,8 @@ void TestAppSettings::removalTakesEveryRecordWithThatId()
 {
     MemoryPreferences store;
     AppSettings settings(store);
-    const auto one = twoRepositories.at(0);
-    const auto two = twoRepositories.at(1);
+    const auto &one = twoRepositories.at(0);
+    const auto &two = twoRepositories.at(1);
     settings.setTrackedRepositories({one, two, one});
     settings.removeRepository(one);
     QCOMPARE(settings.trackedRepositories(), QList{two});

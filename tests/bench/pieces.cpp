@@ -108,7 +108,7 @@ void Pieces::grid()
 
 QString Pieces::makePreferences()
 {
-    const auto path = m_folder.filePath(QStringLiteral("preferences.json"));
+    auto path = m_folder.filePath(QStringLiteral("preferences.json"));
     JsonPreferencesStore store(path);
     AppSettings settings(store);
     for (int number = 0; number < repositories; ++number)

@@ -123,7 +123,7 @@ struct Engine
 
 qint64 commitsCounted(const StreakManager &manager)
 {
-    const auto year = manager.yearHistory();
+    const auto &year = manager.yearHistory();
     return std::accumulate(year.begin(), year.end(), qint64(0));
 }
 

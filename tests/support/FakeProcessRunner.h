@@ -30,10 +30,10 @@ public:
         answerWith(directory + u'|' + arguments, [output] { return output; });
     }
 
-    void answerWith(const QString &arguments, Answer answer)
+    void answerWith(const QString &arguments, const Answer &answer)
     {
         const std::lock_guard lock(m_mutex);
-        m_answers.insert(arguments, std::move(answer));
+        m_answers.insert(arguments, answer);
     }
 
     //! All commands so far, in order.

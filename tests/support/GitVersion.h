@@ -12,7 +12,7 @@ namespace velquarin::test {
 inline QVersionNumber gitVersion()
 {
     static const auto version = QVersionNumber::fromString(QString::fromLatin1(
-        RealGit(QDir::rootPath()).run({QStringLiteral("version")}).sliced(qstrlen("git version "))));
+        RealGit(QDir::rootPath()).run({QStringLiteral("version")}).sliced(QByteArrayView("git version ").size())));
     return version;
 }
 

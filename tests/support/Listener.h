@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <arpa/inet.h>
+#include <array>
 #include <atomic>
 #include <cerrno>
 #include <functional>
@@ -103,8 +104,8 @@ private:
     {
         const QByteArray refusal = "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"x\"\r\n"
                                    "Content-Length: 0\r\nConnection: close\r\n\r\n";
-        char request[4096];
-        if (uninterrupted([&] { return recv(call, request, sizeof request, 0); }) > 0)
+        std::array<char, 4096> request = {};
+        if (uninterrupted([&] { return recv(call, request.data(), request.size(), 0); }) > 0)
             send(call, refusal.constData(), size_t(refusal.size()), MSG_NOSIGNAL);
     }
 };

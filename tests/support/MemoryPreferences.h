@@ -31,7 +31,7 @@ public:
     void set(const QString &key, PreferenceValue value) override
     {
         operations.append(QStringLiteral("set ") + key);
-        values.insert(key, std::move(value));
+        values.insert(key, value);
     }
 
     void remove(const QString &key) override

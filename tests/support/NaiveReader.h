@@ -48,9 +48,9 @@ public:
     }
 
 private:
-    NaiveReader(QString folder, QProcessEnvironment environment)
+    NaiveReader(QString folder, const QProcessEnvironment &environment)
         : m_folder(std::move(folder))
-        , m_environment(std::move(environment))
+        , m_environment(environment)
     {
     }
 
@@ -85,14 +85,14 @@ private:
         git.start(QStringLiteral("/usr/bin/git"), arguments);
         git.waitForStarted(-1);
         watch(git);
-        const auto output = git.readAllStandardOutput();
+        auto output = git.readAllStandardOutput();
         m_reading.outputs << output;
         return output;
     }
 
     void watch(QProcess &git)
     {
-        constexpr qint64 appetite = 256 * 1024;
+        constexpr qint64 appetite = 256LL * 1024;
         Patience patience(pid_t(git.processId()));
         while (!git.waitForFinished(20) && git.state() != QProcess::NotRunning) {
             m_reading.hung = patience.isPointless();

@@ -160,7 +160,7 @@ void TestGitFaults::aBrokenGitEndsTheRefreshAndHoldsNobodyUp_data()
     row("prints nothing", "exit 0", 0);
     row("fails after printing dates", "[ $1 = log ] && echo 2026-11-20; exit 1", 1);
     row("crashes after printing dates", "[ $1 = log ] && echo 2026-11-20; kill -SEGV $$", 1);
-    row("prints what is no UTF-8 among the dates", "[ $1 = log ] && printf '2026-11-20\\n\\377\\n'; exit 0", 0);
+    row("prints what is no UTF-8 among the dates", R"([ $1 = log ] && printf '2026-11-20\n\377\n'; exit 0)", 0);
     row("prints a gigabyte in one line", "[ $1 = log ] && exec head -c 1G /dev/zero; exit 0", 0);
     row("prints a gigabyte of dates", "[ $1 = log ] && yes 2026-11-20 | head -c 1G; exit 0", 1);
     row("prints dates for ever", "[ $1 = log ] && exec yes 2026-11-20; exit 0", 1);
@@ -207,10 +207,10 @@ void TestGitFaults::whatIsInGitsPlaceIsNotStarted()
 void TestGitFaults::aRepositoryThatGoesDuringTheRefreshIsReported_data()
 {
     QTest::addColumn<QByteArray>("fault");
-    QTest::newRow("removed") << QByteArray("rm -r \"$PWD\"");
-    QTest::newRow("replaced by a file") << QByteArray("rm -r \"$PWD\" && touch \"$PWD\"");
-    QTest::newRow("replaced by a dangling link") << QByteArray("rm -r \"$PWD\" && ln -s /nowhere \"$PWD\"");
-    QTest::newRow("denied") << QByteArray("chmod 000 \"$PWD\"");
+    QTest::newRow("removed") << QByteArray(R"(rm -r "$PWD")");
+    QTest::newRow("replaced by a file") << QByteArray(R"(rm -r "$PWD" && touch "$PWD")");
+    QTest::newRow("replaced by a dangling link") << QByteArray(R"(rm -r "$PWD" && ln -s /nowhere "$PWD")");
+    QTest::newRow("denied") << QByteArray(R"(chmod 000 "$PWD")");
 }
 
 // The first log is answered in full; the repository is gone before the second.

@@ -138,7 +138,7 @@ std::optional<Figures> harmlessFigures(const Attack &attack, Confinement confine
     writeFile(repository.inRoot("home/.gitconfig"), "[user]\n\temail = developer@example.org\n");
     const auto before = repository.snapshot();
     SystemService service(confinement);
-    const auto figures = figuresOf(service, repository.path(), counted);
+    auto figures = figuresOf(service, repository.path(), counted);
     const auto difference = firstDifference(before, repository.snapshot());
     if (!figures)
         qWarning("git hangs");
@@ -190,7 +190,9 @@ constexpr long dataLimitInKilobytes = 2L * 1024 * 1024;
 long largestChildInKilobytes()
 {
     rusage usage{};
-    return getrusage(RUSAGE_CHILDREN, &usage) == 0 ? usage.ru_maxrss : std::numeric_limits<long>::max();
+    if (getrusage(RUSAGE_CHILDREN, &usage) != 0)
+        return std::numeric_limits<long>::max();
+    return usage.ru_maxrss;  // NOLINT(cppcoreguidelines-pro-type-union-access): the C library's
 }
 
 // A compressed file of 19 MB that says, and holds, a commit of 3 GB: a letter, then "the same again" over and over.
@@ -246,7 +248,7 @@ private Q_SLOTS:
     void forbiddenProtocolsAloneAreEnoughAgainst_data() { addRows(fetchSample()); }
     void forbiddenProtocolsAloneAreEnoughAgainst();
     void nobodyIsHarmedBy_data() { addRows(wholeRun() ? idleThreats() : oneOfEachKind(idleThreats())); }
-    void nobodyIsHarmedBy();
+    void nobodyIsHarmedBy() const;
     void anEndlessBranchEndsAtTheLimitOfMemory();
     void aSmallFileThatHoldsGigabytesEndsAtTheLimitOfMemory();
     void whereGitCannotButHangTheServiceEndsAtOnce_data();
@@ -400,7 +402,7 @@ void TestHostile::forbiddenProtocolsAloneAreEnoughAgainst()
     QVERIFY(!repository.networkWasReached());
 }
 
-void TestHostile::nobodyIsHarmedBy()
+void TestHostile::nobodyIsHarmedBy() const
 {
     const auto threat = named(QTest::currentDataTag());
     HostileRepository repository;

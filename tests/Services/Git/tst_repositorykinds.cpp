@@ -121,7 +121,7 @@ QString withRefsElsewhere(const TempRepository &repository)
 
 QString linkTo(const TempRepository &repository)
 {
-    const auto link = repository.path() + QStringLiteral("-link");
+    auto link = repository.path() + QStringLiteral("-link");
     QFile::link(repository.path(), link);
     return link;
 }

@@ -57,7 +57,7 @@ struct World
         return std::make_unique<NotificationService>(center, preferences, clock, timers, output);
     }
 
-    void check(qint64 streak = 5, bool hasCommittedToday = false, bool enabled = true)
+    void check(qint64 streak = 5, bool hasCommittedToday = false, bool enabled = true) const
     {
         service->checkAndNotifyStreakRisk(streak, hasCommittedToday, enabled);
     }

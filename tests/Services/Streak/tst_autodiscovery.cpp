@@ -139,9 +139,9 @@ void TestAutoDiscovery::theStateWhileScanningIsShown()
     const Workspace workspace;
     Engine engine;
     engine.settings.addWatchedFolder(workspace.path(), 5);
-    auto run = engine.manager.runAutoDiscovery();
+    const auto run = engine.manager.runAutoDiscovery();
     QVERIFY(engine.manager.isScanning());
-    await(std::move(run));
+    await(run);
     QVERIFY(!engine.manager.isScanning());
 }
 
@@ -346,10 +346,10 @@ void TestAutoDiscovery::twoRunsAtOnceTrackNothingTwice()
     workspace.addRepository(QStringLiteral("one"));
     Engine engine;
     engine.settings.addWatchedFolder(workspace.path(), 5);
-    auto first = engine.manager.runAutoDiscovery();
-    auto second = engine.manager.runAutoDiscovery();
-    await(std::move(first));
-    await(std::move(second));
+    const auto first = engine.manager.runAutoDiscovery();
+    const auto second = engine.manager.runAutoDiscovery();
+    await(first);
+    await(second);
     QCOMPARE(trackedPaths(engine).size(), 1);
 }
 

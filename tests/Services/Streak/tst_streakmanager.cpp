@@ -373,12 +373,12 @@ void TestStreakManager::aRefreshDuringARefreshDoesNothing()
 {
     Engine engine;
     engine.track(first, {}, {}, {});
-    auto running = engine.manager.refresh();
+    const auto running = engine.manager.refresh();
     const Announcements announcements(engine.manager);
     const auto dropped = engine.manager.refresh();
     QVERIFY(dropped.isReady());
     QVERIFY(announcements.names().isEmpty());
-    await(std::move(running));
+    await(running);
     QCOMPARE(engine.runner.commands().count(QStringLiteral("rev-parse --git-dir")), 1);
 }
 
@@ -509,7 +509,7 @@ void TestStreakManager::theRefreshEndsAfterTheReminder()
     engine.clock.setNow(instant("2026-11-20T19:10:00Z"));
     engine.track(first, "2026-11-19\n", "2026-11-19\n", "2026-11-19T09:00:00Z\n");
     engine.center.holdAnswers();
-    auto refresh = engine.manager.refresh();
+    const auto refresh = engine.manager.refresh();
     QTRY_COMPARE(engine.center.leaveQuestions() + int(engine.center.added().size()), 1);
     QVERIFY(engine.manager.isRefreshing());
     QCOMPARE(engine.manager.currentStreak(), 1);
@@ -517,7 +517,7 @@ void TestStreakManager::theRefreshEndsAfterTheReminder()
         engine.center.answer();
         QCoreApplication::processEvents();
     }
-    await(std::move(refresh));
+    await(refresh);
     QCOMPARE(engine.center.added().size(), 1);
     QCOMPARE(engine.output.lines(), QStringList{QStringLiteral("Streak risk notification sent")});
 }
@@ -625,9 +625,9 @@ void TestStreakManager::aManagerThatGoesDuringARefreshTakesNoHarm()
     engine.track(second, {}, {}, {});
     auto brief = std::make_unique<StreakManager>(engine.git, engine.settings, engine.notifications, engine.clock,
                                                  engine.timers, engine.output);
-    auto refresh = brief->refresh();
+    const auto refresh = brief->refresh();
     brief.reset();
-    await(std::move(refresh));
+    await(refresh);
     // The repository that is being read is read to its end, and no other is begun.
     QVERIFY(!engine.runner.requests().isEmpty());
     for (const auto &request : engine.runner.requests())

@@ -79,13 +79,13 @@ struct Desktop
         center->setCategory(riskCategory());
     }
 
-    [[nodiscard]] QString add(const NotificationRequest &request = riskRequest())
+    [[nodiscard]] QString add(const NotificationRequest &request = riskRequest()) const
     {
         return failureOf(center->add(request));
     }
 
     //! Returns when everything that the server has said so far has arrived here, and the other way round.
-    void meetServer() { QCOMPARE(QCoro::waitFor(center->isAuthorized()), true); }
+    void meetServer() const { QCOMPARE(QCoro::waitFor(center->isAuthorized()), true); }
 
     [[nodiscard]] QStringList tokens() const
     {

@@ -10,7 +10,7 @@ namespace {
 // A second repository beside the first, with a commit of another day.
 QString makeDecoy(HostileRepository &repository)
 {
-    const auto path = repository.inRoot("decoy");
+    auto path = repository.inRoot("decoy");
     QDir().mkpath(path);
     const RealGit git(path);
     git.run({QStringLiteral("init"), QStringLiteral("--quiet"), QStringLiteral("--initial-branch=main")});
