@@ -380,9 +380,10 @@ class Program(Commands):
         self.assertEqual(lines.next(), "2 days, longest 2, no commit today")
         file = self.world.config / "velquarin/preferences.json"
         whole = file.read_text()
+        # Before the program goes: the follower reads them as soon as it hears of that.
+        file.write_text("{")
         program.kill()
         program.wait()
-        file.write_text("{")
         wait_until(lambda: select.select([follower.stderr], [], [], 0)[0], "what it says")
         self.assertIn(b"is damaged", os.read(follower.stderr.fileno(), 4096))
         file.write_text(whole)
