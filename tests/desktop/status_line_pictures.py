@@ -41,10 +41,10 @@ dpi-aware=no
 pad=8x6
 
 [colors]
-background=1d2126
-foreground=eef0f2
-regular2=3fab66
+{colors}
 """
+DARK = "background=1d2126\nforeground=eef0f2\nregular2=3fab66\nbright0=6b737c"
+LIGHT = "background=fcfcfb\nforeground=20252b\nregular2=17873f\nbright0=9aa0a6"
 
 
 def _ink(screen, strip):
@@ -111,10 +111,10 @@ def _foot(node):
 class Window:
     """A terminal emulator that shows a terminal."""
 
-    def __init__(self, desktop, terminal, columns, lines):
+    def __init__(self, desktop, terminal, columns, lines, colors=DARK):
         self._desktop = desktop
         settings = desktop.config / "foot.ini"
-        settings.write_text(FOOT)
+        settings.write_text(FOOT.format(colors=colors))
         desktop.start("foot", "foot", f"--config={settings}", f"--window-size-chars={columns}x{lines}",
                       *terminal.attaching())
         wait_until(self._place, "the window")
@@ -163,8 +163,23 @@ def prompt():
         program.end()
 
 
+def year():
+    for name, colors in (("light", LIGHT), ("dark", DARK)):
+        with NestedWaylandDesktop("pictures") as desktop:
+            gardener = Gardener(desktop, 0, 0)
+            gardener.tend()
+            terminal = Terminal(desktop, *_shell(desktop))
+            window = Window(desktop, terminal, 64, 13, colors)
+            # It has the size of the screen before it floats, which may come in between.
+            desktop.screen.settled()
+            terminal.wait_for_size(64, 13)
+            terminal.type("velquarin year")
+            wait_until(lambda: "more" in " ".join(terminal.lines()[-2:]), "the year", state=terminal.lines)
+            window.save(f"status-line-year-{name}.png")
+
+
 if __name__ == "__main__":
     case.stop_without(NEEDED)
     wayland.as_ordinary_user("VELQUARIN_STATUS_LINES")
-    for take in (waybar, i3blocks, tmux, prompt):
+    for take in (waybar, i3blocks, tmux, prompt, year):
         take()
