@@ -50,12 +50,13 @@ QString monthLine(const YearOfSquares &year, const Extent &extent)
 {
     auto end = extent.weeks * extent.cellWidth;
     QString line(end, u' ');
-    for (auto month = year.months.crbegin(); month != year.months.crend(); ++month) {
-        const auto column = (month->weekIndex - extent.firstWeek) * extent.cellWidth;
-        const auto width = int(month->text.size());
+    for (auto index = year.months.size() - 1; index >= 0; --index) {
+        const auto &month = year.months.at(index);
+        const auto column = (month.weekIndex - extent.firstWeek) * extent.cellWidth;
+        const auto width = int(month.text.size());
         if (column < 0 || column + width > end)
             continue;
-        line.replace(column, width, month->text);
+        line.replace(column, width, month.text);
         end = column - 1;
     }
     return QString(marginWidth, u' ') + line;

@@ -10,6 +10,7 @@
 #include <QPromise>
 
 #include <cerrno>
+#include <utility>
 
 namespace velquarin {
 
@@ -19,8 +20,8 @@ constexpr qint64 mostBytes = qint64(64) * 1024 * 1024;
 
 }  // namespace
 
-ReadOnlyPreferences::ReadOnlyPreferences(const QString &path)
-    : m_path(path)
+ReadOnlyPreferences::ReadOnlyPreferences(QString path)
+    : m_path(std::move(path))
 {
     load();
 }

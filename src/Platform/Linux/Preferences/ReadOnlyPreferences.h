@@ -17,7 +17,7 @@ class ReadOnlyPreferences final : public PreferencesStore
 {
 public:
     //! Reads the file, once. One that is missing is empty.
-    explicit ReadOnlyPreferences(const QString &path);
+    explicit ReadOnlyPreferences(QString path);
 
     //! Why what it holds cannot be read; nothing where it could.
     [[nodiscard]] const std::optional<QString> &failure() const { return m_failure; }
