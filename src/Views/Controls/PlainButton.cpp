@@ -100,8 +100,7 @@ void IconButton::setTurning(bool isTurning)
 
 void IconButton::turnIfWanted()
 {
-    const bool isWanted = m_isTurning && isVisible() && m_turn.state() == QAbstractAnimation::Stopped;
-    if (isWanted && style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0)
+    if (m_isTurning && m_turn.state() == QAbstractAnimation::Stopped && style::animationTime(*this, timeOfTurn) > 0)
         m_turn.start();
 }
 

@@ -213,6 +213,15 @@ QColor accent(const QPalette &palette, Accent accent)
     return isDark(palette) ? QColor(found.darkFill) : QColor(found.lightFill);
 }
 
+QColor desktopAccent(const QPalette &palette)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+    return palette.color(QPalette::Active, QPalette::Accent);
+#else
+    return palette.color(QPalette::Active, QPalette::Highlight);
+#endif
+}
+
 QColor divider(const QPalette &palette)
 {
     return mix(ground(palette), primary(palette), 0.14);
@@ -240,9 +249,15 @@ QColor badgeGround(const QPalette &palette, Accent color)
 
 QColor switchTrack(const QPalette &palette, bool isOn)
 {
-    const auto color = accent(palette, isOn ? Accent::Blue : Accent::Grey);
+    const auto color = isOn ? desktopAccent(palette) : accent(palette, Accent::Grey);
     const auto track = legible(color, Qt::black, Qt::white, leastContrastOfShapes);
     return isDark(palette) ? track : legible(track, Qt::black, groupGround(palette), leastContrastOfShapes);
+}
+
+int animationTime(const QWidget &widget, int longest)
+{
+    const auto ofStyle = widget.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &widget);
+    return widget.isVisible() && ofStyle > 0 ? longest : 0;
 }
 
 int mnemonicFlag(const QWidget &widget)

@@ -68,6 +68,9 @@ using Tone = std::variant<Ink, Accent>;
 //! Colours to fill with: livelier than what can be read as text.
 [[nodiscard]] QColor accent(const QPalette &palette, Accent accent);
 
+//! The desktop's own colour for what is chosen or on.
+[[nodiscard]] QColor desktopAccent(const QPalette &palette);
+
 //! @p from with so much of @p to in it, 0 to 1.
 [[nodiscard]] QColor mix(const QColor &from, const QColor &to, double share);
 
@@ -86,8 +89,12 @@ using Tone = std::variant<Ink, Accent>;
 //! The ground of a badge: the accent's colour, a fifth of it, on a ground that the pointer is on.
 [[nodiscard]] QColor badgeGround(const QPalette &palette, Accent color);
 
-//! The ground that a white knob moves on: both can be told from what is around them at 3:1.
+//! The ground that a white knob moves on, in the desktop's accent where it is on: both can be told from what is around them at 3:1.
 [[nodiscard]] QColor switchTrack(const QPalette &palette, bool isOn);
+
+//! How long a movement of @p longest milliseconds takes here: no time where nobody would see it and where the desktop's
+//! style wants no animations.
+[[nodiscard]] int animationTime(const QWidget &widget, int longest);
 
 //! How to draw a text that may hold a mnemonic: underlined where the desktop shows mnemonics, and never its ampersand.
 [[nodiscard]] int mnemonicFlag(const QWidget &widget);

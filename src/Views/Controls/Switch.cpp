@@ -34,12 +34,11 @@ Switch::Switch(const QString &label, Size size, QWidget *parent)
 // A desktop that wants no animations sees none, and nobody sees one in a window that only just opens.
 void Switch::moveKnob(bool isOn)
 {
-    const int wanted = isVisible() ? style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) : 0;
     const auto from = m_knob.currentValue();
     m_knob.stop();
     m_knob.setStartValue(from);
     m_knob.setEndValue(isOn ? 1.0 : 0.0);
-    m_knob.setDuration(std::clamp(wanted, 0, longestTravel));
+    m_knob.setDuration(style::animationTime(*this, longestTravel));
     m_knob.start();
 }
 
