@@ -17,6 +17,7 @@
 #include "Platform/Linux/Windows/LinuxWindowSystem.h"
 #include "Platform/Linux/Windows/StartupNotification.h"
 #include "Platform/Linux/Windows/X11Display.h"
+#include "Views/Controls/GuestStyle.h"
 #include "Views/Controls/Symbols.h"
 
 #include <QApplication>
@@ -83,6 +84,7 @@ void VelquarinApp::run()
     useTranslation(translation.get());
     // Title bars and switchers on X11 need not look for the desktop file.
     QGuiApplication::setWindowIcon(style::programIcon());
+    GuestStyle::install();
     const DesktopColors colors(m_bus);
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);

@@ -49,7 +49,6 @@ def settle(config_folder):
         # Else the toolkit looks and asks for folders as GTK does, where its plugin for that is installed. This one says
         # "Sans Serif" in 9 points, which are 12 pixels here.
         "QT_QPA_PLATFORMTHEME": "generic",
-        "QT_STYLE_OVERRIDE": "fusion",
         "QT_FONT_DPI": "96",
         "QT_ENABLE_HIGHDPI_SCALING": "0",
         "QT_SCALE_FACTOR": "1",

@@ -40,10 +40,10 @@ void pinWhatTheToolkitReads()
     qputenv("QT_QPA_PLATFORM", ours("VELQUARIN_TEST_PLATFORM", "offscreen"));
     qputenv("QT_SCALE_FACTOR", ours("VELQUARIN_TEST_SCALE", "1"));
     qputenv("QT_FONT_DPI", "96");
-    qputenv("QT_STYLE_OVERRIDE", "Fusion");
     qputenv("FONTCONFIG_FILE", VELQUARIN_TEST_FONTS);
-    for (const char *variable : {"QT_QPA_PLATFORMTHEME", "QT_SCREEN_SCALE_FACTORS", "QT_SCALE_FACTOR_ROUNDING_POLICY",
-                                 "QT_ENABLE_HIGHDPI_SCALING", "QT_LOGGING_RULES", "QT_PLUGIN_PATH"})
+    for (const char *variable :
+         {"QT_STYLE_OVERRIDE", "QT_QPA_PLATFORMTHEME", "QT_SCREEN_SCALE_FACTORS", "QT_SCALE_FACTOR_ROUNDING_POLICY",
+          "QT_ENABLE_HIGHDPI_SCALING", "QT_LOGGING_RULES", "QT_PLUGIN_PATH"})
         qunsetenv(variable);
 }
 

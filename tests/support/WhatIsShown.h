@@ -98,8 +98,8 @@ inline QHash<const QWidget *, QRect> placesIn(const QWidget &widget)
 //! A light and a dark desktop. On the light one all three inks differ.
 inline QPalette lightPalette()
 {
-    QPalette palette(QColor(0xfc, 0xfc, 0xfc), QColor(0xfc, 0xfc, 0xfc));
-    palette.setColor(QPalette::WindowText, Qt::black);
+    QPalette palette(QColor(0xfc, 0xfc, 0xfc), QColor(0xef, 0xf0, 0xf1));
+    palette.setColor(QPalette::WindowText, QColor(0x1b, 0x1e, 0x20));
     palette.setColor(QPalette::Highlight, QColor(0x3d, 0xae, 0xe9));
     return palette;
 }
@@ -108,6 +108,16 @@ inline QPalette darkPalette()
 {
     QPalette palette(QColor(0x31, 0x36, 0x3b), QColor(0x2a, 0x2e, 0x32));
     palette.setColor(QPalette::WindowText, QColor(0xfc, 0xfc, 0xfc));
+    palette.setColor(QPalette::Highlight, QColor(0x3d, 0xae, 0xe9));
+    return palette;
+}
+
+//! A desktop set to high contrast.
+inline QPalette contrastPalette(const QColor &text, const QColor &window)
+{
+    QPalette palette(window, window);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(role, text);
     palette.setColor(QPalette::Highlight, QColor(0x3d, 0xae, 0xe9));
     return palette;
 }

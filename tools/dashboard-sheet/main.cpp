@@ -6,6 +6,7 @@
 #include "support/Picture.h"
 #include "support/RecordingFileViewer.h"
 #include "support/WhatIsShown.h"
+#include "Views/Controls/GuestStyle.h"
 #include "Views/Controls/Style.h"
 #include "Views/Dashboard/MenuBarView.h"
 
@@ -130,6 +131,7 @@ int main(int argc, char *argv[])
 {
     QApplication::setStyle(QStringLiteral("Fusion"));
     const QApplication application(argc, argv);
+    GuestStyle::install();
     const auto arguments = QApplication::arguments();
     if (arguments.size() < 2) {
         std::fputs("usage: dashboard_sheet FOLDER [FONT [PIXELS]]\n", stderr);

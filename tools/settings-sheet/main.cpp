@@ -8,6 +8,7 @@
 #include "support/RecordingLoginItem.h"
 #include "support/ScriptedFolderChooser.h"
 #include "support/WhatIsShown.h"
+#include "Views/Controls/GuestStyle.h"
 #include "Views/Controls/Style.h"
 #include "Views/Settings/SettingsView.h"
 
@@ -106,6 +107,7 @@ int main(int argc, char *argv[])
 {
     QApplication::setStyle(QStringLiteral("Fusion"));
     const QApplication application(argc, argv);
+    GuestStyle::install();
     const auto arguments = QApplication::arguments();
     if (arguments.size() < 2) {
         std::fputs("usage: settings_sheet FOLDER [FONT [PIXELS]]\n", stderr);

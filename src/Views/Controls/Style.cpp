@@ -19,6 +19,7 @@ namespace {
 constexpr double referenceHeight = 13;
 constexpr double leastContrastOfText = 4.5;
 constexpr double leastContrastOfShapes = 3.0;
+constexpr double leastOfHighContrast = 19.0;
 
 // One colour in a light and in a dark palette, to fill with and to write with.
 struct Shades
@@ -68,7 +69,7 @@ QColor farthestFrom(const QColor &color)
 // @p color, moved towards @p goal no further than it takes to be read on @p paper.
 QColor legible(const QColor &color, const QColor &goal, const QColor &paper, double least = leastContrastOfText)
 {
-    constexpr int steps = 64;
+    constexpr int steps = 256;
     for (int step = 0; step < steps; ++step) {
         const auto candidate = mix(color, goal, double(step) / steps);
         if (contrast(candidate, paper) >= least)
@@ -216,15 +217,37 @@ QColor accent(const QPalette &palette, Accent accent)
 QColor desktopAccent(const QPalette &palette)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
-    return palette.color(QPalette::Active, QPalette::Accent);
+    const auto accent = palette.color(QPalette::Active, QPalette::Accent);
 #else
-    return palette.color(QPalette::Active, QPalette::Highlight);
+    const auto accent = palette.color(QPalette::Active, QPalette::Highlight);
 #endif
+    return legible(accent, primary(palette), hoveredGround(palette), leastContrastOfShapes);
+}
+
+QColor accentFill(const QPalette &palette, double least)
+{
+    return legible(desktopAccent(palette), Qt::black, Qt::white, least);
+}
+
+QColor controlEdge(const QPalette &palette)
+{
+    return scrollPill(palette, 0.55);
+}
+
+QColor scrollPill(const QPalette &palette, double share)
+{
+    const auto text = primary(palette);
+    return legible(mix(ground(palette), text, share), text, hoveredGround(palette), leastContrastOfShapes);
+}
+
+bool isHighContrast(const QPalette &palette)
+{
+    return contrast(primary(palette), ground(palette)) >= leastOfHighContrast;
 }
 
 QColor divider(const QPalette &palette)
 {
-    return mix(ground(palette), primary(palette), 0.14);
+    return mix(ground(palette), primary(palette), isHighContrast(palette) ? 0.5 : 0.14);
 }
 
 QColor groupGround(const QPalette &palette)
@@ -249,8 +272,9 @@ QColor badgeGround(const QPalette &palette, Accent color)
 
 QColor switchTrack(const QPalette &palette, bool isOn)
 {
-    const auto color = isOn ? desktopAccent(palette) : accent(palette, Accent::Grey);
-    const auto track = legible(color, Qt::black, Qt::white, leastContrastOfShapes);
+    if (isOn)
+        return accentFill(palette, leastContrastOfShapes);
+    const auto track = legible(accent(palette, Accent::Grey), Qt::black, Qt::white, leastContrastOfShapes);
     return isDark(palette) ? track : legible(track, Qt::black, groupGround(palette), leastContrastOfShapes);
 }
 
@@ -281,11 +305,9 @@ void paintPressable(QPainter &painter, const QRectF &rect, const QPalette &palet
 void paintFocusRing(QPainter &painter, const QRectF &rect, const QPalette &palette)
 {
     constexpr double width = 1.5;
-    const auto highlight = palette.color(QPalette::Active, QPalette::Highlight);
-    const auto color = legible(highlight, primary(palette), ground(palette), leastContrastOfShapes);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(color, width));
+    painter.setPen(QPen(desktopAccent(palette), width));
     const auto inset = width / 2;
     painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), points(4), points(4));
 }

@@ -68,8 +68,21 @@ using Tone = std::variant<Ink, Accent>;
 //! Colours to fill with: livelier than what can be read as text.
 [[nodiscard]] QColor accent(const QPalette &palette, Accent accent);
 
-//! The desktop's own colour for what is chosen or on.
+//! The desktop's own colour for what is chosen or on, at 3:1 against all our grounds.
 [[nodiscard]] QColor desktopAccent(const QPalette &palette);
+
+//! That accent, as dark as white on it needs for a contrast of @p least.
+[[nodiscard]] QColor accentFill(const QPalette &palette, double least);
+
+//! The edge of what shows by its edge alone, at 3:1 against all our grounds.
+[[nodiscard]] QColor controlEdge(const QPalette &palette);
+
+//! What scrolls: the text's colour, @p share of it, and no less than 3:1 against all our grounds.
+[[nodiscard]] QColor scrollPill(const QPalette &palette, double share);
+
+//! Whether the desktop's text stands out as far as high contrast themes have it. Qt's own palette, where no desktop gives
+//! one, is black on light grey at 18.3:1 and is not meant so.
+[[nodiscard]] bool isHighContrast(const QPalette &palette);
 
 //! @p from with so much of @p to in it, 0 to 1.
 [[nodiscard]] QColor mix(const QColor &from, const QColor &to, double share);
@@ -78,7 +91,7 @@ using Tone = std::variant<Ink, Accent>;
 //! is shown.
 [[nodiscard]] QColor ground(const QPalette &palette);
 
-//! What separates sections: just visible.
+//! What separates sections: just visible, and plainly so in high contrast.
 [[nodiscard]] QColor divider(const QPalette &palette);
 
 //! Grounds that lie on the window's own: of what belongs together, of what the pointer is on, of what is chosen.

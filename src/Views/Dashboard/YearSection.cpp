@@ -4,6 +4,7 @@
 #include "Views/Dashboard/YearSection.h"
 
 #include "Views/Controls/Accessibility.h"
+#include "Views/Controls/HouseStyle.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Text.h"
 #include "Views/Dashboard/SectionButton.h"
@@ -23,8 +24,6 @@ using style::Ink;
 using style::points;
 
 namespace {
-
-constexpr double stripHeight = 12;
 
 // A wheel that turns up and down moves it to and fro: there is nothing else to move.
 class SidewaysScrollArea : public QScrollArea
@@ -46,35 +45,6 @@ protected:
     }
 };
 
-QString withOpacity(const QColor &color, int hundredths)
-{
-    return QStringLiteral("rgba(%1, %2, %3, %4%)")
-        .arg(color.red())
-        .arg(color.green())
-        .arg(color.blue())
-        .arg(hundredths);
-}
-
-// A pill in a strip of its own, always to be seen, in place of the desktop's bar, whose arrows and frame take more room than
-// the days leave: 4 points high, and 7 where the pointer may take hold of it.
-QString pill(const QPalette &palette)
-{
-    const auto color = style::ink(palette, Ink::Primary);
-    const auto handle = [&](const char *state, int height, int opacity) {
-        const auto margin = points(stripHeight) - points(height);
-        return QStringLiteral(
-                   "QScrollBar::handle:horizontal%1 { background: %2; border-radius: %3px; margin: %4px 0 %5px; }")
-            .arg(QLatin1String(state), withOpacity(color, opacity), QString::number(points(height) / 2),
-                 QString::number(margin / 2), QString::number(margin - margin / 2));
-    };
-    return QStringLiteral("QScrollBar:horizontal { background: transparent; border: none; margin: 0; height: %1px; }"
-                          "QScrollBar::handle:horizontal { min-width: %2px; }"
-                          "QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }"
-                          "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }")
-               .arg(QString::number(points(stripHeight)), QString::number(points(24))) +
-           handle("", 4, 50) + handle(":hover", 7, 62) + handle(":pressed", 7, 75);
-}
-
 // The dashboard's own ground shows through, and Tab goes past it to what it holds.
 QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
 {
@@ -85,6 +55,7 @@ QScrollArea *makeScrollArea(QWidget *content, QWidget *parent)
     area->setFocusPolicy(Qt::NoFocus);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    makePill(*area->horizontalScrollBar(), false);
     area->horizontalScrollBar()->setSingleStep(points(12));
     // Scroll bars of some desktops leave less of this height than the days need.
     area->setMinimumHeight(points(100));
@@ -136,7 +107,6 @@ YearSection::YearSection(QWidget *parent)
     setFocusProxy(m_back);
     connect(m_back, &QAbstractButton::clicked, this, &YearSection::weekRequested);
     m_scrollArea->horizontalScrollBar()->setAccessibleName(m_heatmap->accessibleName());
-    setUpScrollBar();
     connect(m_heatmap, &YearHeatmapView::currentCellMoved, this,
             [this](const QRect &cell) { bringIntoSight(*m_scrollArea, cell.center(), cell.width()); });
 
@@ -182,21 +152,6 @@ void YearSection::bringTodayIntoSight()
     m_isTodayWanted = true;
     if (isVisible())
         scrollSoon();
-}
-
-void YearSection::changeEvent(QEvent *event)
-{
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange)
-        setUpScrollBar();
-}
-
-// To set the same again would have everything laid out anew.
-void YearSection::setUpScrollBar()
-{
-    auto *const bar = m_scrollArea->horizontalScrollBar();
-    if (const auto look = pill(palette()); look != bar->styleSheet())
-        bar->setStyleSheet(look);
 }
 
 void YearSection::showEvent(QShowEvent *event)

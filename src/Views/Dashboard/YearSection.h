@@ -45,11 +45,9 @@ Q_SIGNALS:
     void weekRequested();
 
 protected:
-    void changeEvent(QEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:
-    void setUpScrollBar();
     QLayout *makeSummary();
     void scrollSoon();
     void scrollToToday();

@@ -13,6 +13,7 @@
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QStyleOption>
 #include <QTextDocument>
 
 #include <algorithm>
@@ -38,6 +39,15 @@ int indexOfDepth(qint64 depth)
     return found == depths.end() ? -1 : int(found - depths.begin());
 }
 
+// Some styles leave room around the box itself, for a ring: it counts as padding.
+int roomAroundBoxOf(const QCheckBox &box)
+{
+    QStyleOptionButton option;
+    option.initFrom(&box);
+    option.rect = QRect(QPoint(), box.sizeHint());
+    return box.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &box).x();
+}
+
 }  // namespace
 
 RecordRow::RecordRow(QWidget *parent)
@@ -54,7 +64,7 @@ RecordRow::RecordRow(QWidget *parent)
     m_row->setContentsMargins(horizontal, vertical, horizontal, vertical + 1);
     m_row->setSpacing(style::points(style::defaultSpacing));
     m_row->addSpacing(PlainButton::outset());
-    m_row->addWidget(m_isEnabled);
+    m_row->addItem(new OutsetItem(m_isEnabled, roomAroundBoxOf(*m_isEnabled)));
     m_row->addWidget(m_texts);
     layOutTexts();
     addControl(m_isEnabled);

@@ -5,6 +5,7 @@
 
 #include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Decorations.h"
+#include "Views/Controls/HouseStyle.h"
 #include "Views/Controls/Style.h"
 
 #include <QComboBox>
@@ -87,6 +88,7 @@ RowList::RowList(std::function<ListRow *(QWidget *)> makeRow, std::function<void
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
     viewport()->setAutoFillBackground(false);
+    makePill(*verticalScrollBar(), true);
 }
 
 void RowList::setTitle(const QString &title)

@@ -5,7 +5,7 @@
 
 #include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Decorations.h"
-#include "Views/Controls/MnemonicStyle.h"
+#include "Views/Controls/GuestStyle.h"
 #include "Views/Controls/Style.h"
 #include "Views/Settings/GeneralTab.h"
 #include "Views/Settings/RepositoriesTab.h"
@@ -40,7 +40,7 @@ SettingsView::SettingsView(const SettingsServices &services, QWidget *parent)
     , m_rebuilding([this] { rebuild(); })
 {
     setAccessibleRole(*this, QAccessible::Window);
-    MnemonicStyle::install();
+    GuestStyle::install();
     setObjectName(QStringLiteral("settings"));
     setWindowTitle(tr("Settings"));
     setAccessibleName(tr("Settings"));
@@ -136,7 +136,7 @@ void SettingsView::changeEvent(QEvent *event)
     QWidget::changeEvent(event);
     m_rebuilding.follow(*event);
     if (event->type() == QEvent::StyleChange)
-        QMetaObject::invokeMethod(this, &MnemonicStyle::install, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &GuestStyle::install, Qt::QueuedConnection);
 }
 
 }  // namespace velquarin

@@ -76,7 +76,7 @@ void TabColumn::setGeometry(const QRect &place)
 
 QPushButton *makeButton(const QString &title, const QString &symbol, QWidget *parent)
 {
-    constexpr double sizeOfSymbol = 16;
+    constexpr double sizeOfSymbol = 14;
     auto *const button = new QPushButton(title, parent);
     if (!symbol.isEmpty())
         button->setIcon(style::symbolIcon(symbol));

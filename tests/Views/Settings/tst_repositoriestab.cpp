@@ -624,7 +624,8 @@ void TestRepositoriesTab::aRowKeepsItsDistances()
     window.open();
     const auto *const row = window.view->findChild<RepositoryRow *>();
     const auto place = window.placeOf(row);
-    const auto box = window.placeOf(window.control<QCheckBox>(QStringLiteral("a")));
+    const auto room = 4;  // around the box, for its ring
+    const auto box = window.placeOf(window.control<QCheckBox>(QStringLiteral("a"))).adjusted(room, room, -room, -room);
     const auto name = window.placeOf(window.control<Text>(QStringLiteral("a")));
     const auto path = window.placeOf(window.control<Text>(QStringLiteral("/src/a")));
     const auto badge = window.placeOf(row->findChild<Badge *>());

@@ -4,6 +4,7 @@
 #include "support/Offscreen.h"
 #include "support/PaintedText.h"
 #include "support/TestProgram.h"
+#include "Views/Controls/GuestStyle.h"
 #include "Views/Controls/Switch.h"
 
 #include "Views/Settings/SettingsWindow.h"
@@ -60,7 +61,7 @@ int inkOf(const QImage &image)
 
 }  // namespace
 
-class TestMnemonicStyle : public QObject
+class TestGuestStyle : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -75,14 +76,14 @@ private Q_SLOTS:
     void theTextsStayAsTheyAre();
 };
 
-void TestMnemonicStyle::init()
+void TestGuestStyle::init()
 {
     failOnAnyWarningOfOurs();
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
     QApplication::setPalette(lightPalette());
 }
 
-void TestMnemonicStyle::lettersAreUnderlinedWhileAltIsHeld_data()
+void TestGuestStyle::lettersAreUnderlinedWhileAltIsHeld_data()
 {
     using Find = std::function<QWidget *(const SettingsWindow &)>;
     QTest::addColumn<int>("tab");
@@ -100,7 +101,7 @@ void TestMnemonicStyle::lettersAreUnderlinedWhileAltIsHeld_data()
     });
 }
 
-void TestMnemonicStyle::lettersAreUnderlinedWhileAltIsHeld()
+void TestGuestStyle::lettersAreUnderlinedWhileAltIsHeld()
 {
     QFETCH(int, tab);
     QFETCH(std::function<QWidget *(const SettingsWindow &)>, find);
@@ -122,7 +123,7 @@ void TestMnemonicStyle::lettersAreUnderlinedWhileAltIsHeld()
     QTRY_VERIFY(paints.of(widget) > 0);
 }
 
-void TestMnemonicStyle::otherKeysUnderlineNothing()
+void TestGuestStyle::otherKeysUnderlineNothing()
 {
     SettingsWindow window;
     window.open();
@@ -133,7 +134,7 @@ void TestMnemonicStyle::otherKeysUnderlineNothing()
     }
 }
 
-void TestMnemonicStyle::aWindowThatLosesTheFocusForgetsTheKey()
+void TestGuestStyle::aWindowThatLosesTheFocusForgetsTheKey()
 {
     SettingsWindow window;
     window.open();
@@ -146,7 +147,7 @@ void TestMnemonicStyle::aWindowThatLosesTheFocusForgetsTheKey()
     QVERIFY(!areUnderlined(*window.view));
 }
 
-void TestMnemonicStyle::anotherStyleOfTheDesktopKeepsToItToo()
+void TestGuestStyle::anotherStyleOfTheDesktopKeepsToItToo()
 {
     SettingsWindow window;
     window.open();
@@ -159,7 +160,7 @@ void TestMnemonicStyle::anotherStyleOfTheDesktopKeepsToItToo()
     QVERIFY(!areUnderlined(*window.view));
 }
 
-void TestMnemonicStyle::aStyleThatUnderlinesNothingIsLeftAlone()
+void TestGuestStyle::aStyleThatUnderlinesNothingIsLeftAlone()
 {
     QApplication::setStyle(new Plain);
     SettingsWindow window;
@@ -169,17 +170,17 @@ void TestMnemonicStyle::aStyleThatUnderlinesNothingIsLeftAlone()
     QTest::keyRelease(window.view.get(), Qt::Key_Alt);
 }
 
-void TestMnemonicStyle::theStyleKeepsItsName()
+void TestGuestStyle::theStyleKeepsItsName()
 {
     SettingsWindow first;
     first.open();
     SettingsWindow second;
     second.open();
     QCOMPARE(QApplication::style()->objectName(), QStringLiteral("fusion"));
-    QVERIFY(!qobject_cast<QProxyStyle *>(qobject_cast<QProxyStyle *>(QApplication::style())->baseStyle()));
+    QVERIFY(!qobject_cast<GuestStyle *>(qobject_cast<QProxyStyle *>(QApplication::style())->baseStyle()));
 }
 
-void TestMnemonicStyle::theTextsStayAsTheyAre()
+void TestGuestStyle::theTextsStayAsTheyAre()
 {
     SettingsWindow window;
     window.open();
@@ -188,5 +189,5 @@ void TestMnemonicStyle::theTextsStayAsTheyAre()
     QVERIFY(paintedWords(*button).join(QString()).contains(QStringLiteral("Scan Folder")));
 }
 
-VELQUARIN_WINDOW_TEST(TestMnemonicStyle)
-#include "tst_mnemonicstyle.moc"
+VELQUARIN_WINDOW_TEST(TestGuestStyle)
+#include "tst_gueststyle.moc"

@@ -6,14 +6,18 @@
 
 namespace velquarin {
 
-//! The desktop's own style in all but one thing: the letters that work with Alt are underlined while Alt is held, and at
-//! no other time. Some styles do so by themselves; others underline them always.
-class MnemonicStyle : public QProxyStyle
+//! The desktop's own style in all but this: the letters that work with Alt are underlined while Alt is held, and at no
+//! other time, as some styles have it by themselves; nothing moves where the user wants no motion; and where the desktop has
+//! no style of its own, ours draws the controls.
+class GuestStyle : public QProxyStyle
 {
     Q_OBJECT
 public:
     //! Puts itself around the application's style. A desktop that changes its style takes it away: call it again then.
     static void install();
+
+    //! Whether the user wants less motion than the desktop's style has.
+    static void setReducedMotion(bool isReduced);
 
     [[nodiscard]] int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                                 QStyleHintReturn *result) const override;
@@ -22,9 +26,11 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    explicit MnemonicStyle(QStyle *style);
+    explicit GuestStyle(QStyle *style);
     void setHeld(bool isHeld);
 
+    // Beyond this object: a desktop may change its style at any time.
+    static inline bool s_isMotionReduced = false;
     bool m_isAltHeld = false;
 };
 

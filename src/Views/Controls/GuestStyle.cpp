@@ -1,7 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Views/Controls/MnemonicStyle.h"
+#include "Views/Controls/GuestStyle.h"
+
+#include "Views/Controls/HouseStyle.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -20,30 +22,37 @@ bool isAlt(const QEvent *event)
 
 }  // namespace
 
-void MnemonicStyle::install()
+void GuestStyle::install()
 {
-    if (qobject_cast<MnemonicStyle *>(QApplication::style()) == nullptr)
-        QApplication::setStyle(new MnemonicStyle(QApplication::style()));
+    auto *const style = QApplication::style();
+    if (qobject_cast<GuestStyle *>(style) != nullptr)
+        return;
+    QApplication::setStyle(new GuestStyle(HouseStyle::isWantedFor(*style) ? new HouseStyle(style) : style));
+}
+
+void GuestStyle::setReducedMotion(bool isReduced)
+{
+    s_isMotionReduced = isReduced;
 }
 
 // Under the name of the style that it is around: some desktops look whether theirs is in force.
-MnemonicStyle::MnemonicStyle(QStyle *style)
+GuestStyle::GuestStyle(QStyle *style)
     : QProxyStyle(style)
 {
     setObjectName(style->objectName());
     QCoreApplication::instance()->installEventFilter(this);
 }
 
-int MnemonicStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                             QStyleHintReturn *result) const
+int GuestStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
+                          QStyleHintReturn *result) const
 {
-    if (hint == SH_UnderlineShortcut && !m_isAltHeld)
+    if ((hint == SH_UnderlineShortcut && !m_isAltHeld) || (hint == SH_Widget_Animation_Duration && s_isMotionReduced))
         return 0;
     return QProxyStyle::styleHint(hint, option, widget, result);
 }
 
 // A window that loses the focus does not hear any more that the key is up again.
-bool MnemonicStyle::eventFilter(QObject *watched, QEvent *event)
+bool GuestStyle::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::KeyPress && isAlt(event))
         setHeld(true);
@@ -52,7 +61,7 @@ bool MnemonicStyle::eventFilter(QObject *watched, QEvent *event)
     return QProxyStyle::eventFilter(watched, event);
 }
 
-void MnemonicStyle::setHeld(bool isHeld)
+void GuestStyle::setHeld(bool isHeld)
 {
     if (std::exchange(m_isAltHeld, isHeld) == isHeld)
         return;
