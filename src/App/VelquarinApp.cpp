@@ -12,7 +12,7 @@
 #include "Platform/Linux/Process/TerminationSignals.h"
 #include "Platform/Linux/Session/SingleInstance.h"
 #include "Platform/Linux/StatusItem/LinuxStatusItem.h"
-#include "Platform/Linux/Windows/DesktopColors.h"
+#include "Platform/Linux/Windows/DesktopAppearance.h"
 #include "Platform/Linux/Windows/FolderWindows.h"
 #include "Platform/Linux/Windows/LinuxWindowSystem.h"
 #include "Platform/Linux/Windows/StartupNotification.h"
@@ -85,7 +85,9 @@ void VelquarinApp::run()
     // Title bars and switchers on X11 need not look for the desktop file.
     QGuiApplication::setWindowIcon(style::programIcon());
     GuestStyle::install();
-    const DesktopColors colors(m_bus);
+    const DesktopAppearance appearance(m_bus);
+    QObject::connect(&appearance, &DesktopAppearance::applied,
+                     [&appearance] { GuestStyle::setReducedMotion(appearance.isMotionReduced()); });
     JsonPreferencesStore preferences(defaultPreferencesPath());
     FreedesktopNotifications notifications(m_bus);
     const InputTime inputTime;

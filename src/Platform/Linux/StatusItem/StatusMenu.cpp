@@ -3,7 +3,7 @@
 
 #include "Platform/Linux/StatusItem/StatusMenu.h"
 
-#include "Platform/Linux/Windows/DesktopColors.h"
+#include "Platform/Linux/Windows/DesktopAppearance.h"
 #include "Platform/Linux/Windows/LinuxWindowSystem.h"
 
 #include <QApplication>

@@ -3,7 +3,7 @@
 
 #include "Platform/Linux/StatusItem/StatusMenu.h"
 
-#include "Platform/Linux/Windows/DesktopColors.h"
+#include "Platform/Linux/Windows/DesktopAppearance.h"
 #include "support/Offscreen.h"
 #include "support/TestProgram.h"
 

@@ -7,7 +7,7 @@
 #include "Platform/Linux/StatusItem/DbusMenuLayout.h"
 #include "Platform/Linux/StatusItem/LinuxStatusItem.h"
 #include "Platform/Linux/StatusItem/StatusNotifierWatch.h"
-#include "Platform/Linux/Windows/DesktopColors.h"
+#include "Platform/Linux/Windows/DesktopAppearance.h"
 #include "support/DbusTesting.h"
 #include "support/Strict.h"
 #include "support/TestProgram.h"

@@ -1,16 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/Windows/DesktopColors.h"
+#include "Platform/Linux/Windows/DesktopAppearance.h"
 
 #include "Platform/Linux/Session/SessionBus.h"
 #include "Platform/WhileAlive.h"
 
 #include <QApplication>
+#include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QEvent>
+#include <QStyle>
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <utility>
@@ -65,20 +68,49 @@ const QString portalName = QStringLiteral("org.freedesktop.portal.Desktop");
 const QString portalPath = QStringLiteral("/org/freedesktop/portal/desktop");
 const QString settings = QStringLiteral("org.freedesktop.portal.Settings");
 const QString appearance = QStringLiteral("org.freedesktop.appearance");
-const QString colorScheme = QStringLiteral("color-scheme");
 
 constexpr uint preferDark = 1;
+constexpr uint higherContrast = 1;
+constexpr uint reducedMotion = 1;
 
 // As long as the bus itself would wait.
 constexpr auto patience = 25s;
 
-// The answer to the question is wrapped once more than the value of the signal.
-QVariant unwrapped(const QVariant &value)
+// Nothing for what is no colour, as portals answer where the user has chosen none.
+std::optional<QColor> colorIn(const QVariant &value)
 {
-    auto inner = value;
-    while (inner.userType() == qMetaTypeId<QDBusVariant>())
-        inner = inner.value<QDBusVariant>().variant();
-    return inner;
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != QLatin1String("(ddd)"))
+        return {};
+    std::array<double, 3> shares{};
+    argument.beginStructure();
+    for (auto &share : shares)
+        argument >> share;
+    argument.endStructure();
+    const bool isColor = std::ranges::all_of(shares, [](double share) { return share >= 0 && share <= 1; });
+    return isColor ? std::optional(QColor::fromRgbF(float(shares[0]), float(shares[1]), float(shares[2])))
+                   : std::nullopt;
+}
+
+QPalette withAccent(QPalette palette, const QColor &accent)
+{
+    palette.setColor(QPalette::All, QPalette::Highlight, accent);
+    palette.setColor(QPalette::All, QPalette::HighlightedText, accent.lightness() > 160 ? Qt::black : Qt::white);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+    palette.setColor(QPalette::All, QPalette::Accent, accent);
+#endif
+    return palette;
+}
+
+// As far apart as colours can be.
+QPalette contrasted(QPalette palette)
+{
+    const auto [letters, ground] = isDark(palette) ? std::pair(Qt::white, Qt::black) : std::pair(Qt::black, Qt::white);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::All, role, letters);
+    for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button})
+        palette.setColor(QPalette::All, role, ground);
+    return palette;
 }
 
 // Desktops whose palette follows by itself tell of it and of the setting in any order.
@@ -92,35 +124,55 @@ bool isDark(const QPalette &palette)
     return written.lightness() > palette.color(QPalette::Active, QPalette::Window).lightness();
 }
 
+void Appearance::take(const QString &key, const QVariant &value)
+{
+    if (key == QLatin1String("color-scheme"))
+        isDark = value.toUInt() == preferDark;
+    else if (key == QLatin1String("contrast"))
+        isHighContrast = value.toUInt() == higherContrast;
+    else if (key == QLatin1String("reduced-motion"))
+        isMotionReduced = value.toUInt() == reducedMotion;
+    else if (key == QLatin1String("accent-color"))
+        accent = colorIn(value);
+}
+
 QPalette darkenedWhere(bool shallBeDark, const QPalette &ofDesktop)
 {
     return shallBeDark && !isDark(ofDesktop) ? darkened(ofDesktop) : ofDesktop;
 }
 
-ColorSchemeSetting::ColorSchemeSetting(SessionBus &bus, QObject *parent)
+QPalette paletteFor(const Appearance &wanted, const QPalette &ofDesktop, const QPalette &ofToolkit)
+{
+    auto palette = darkenedWhere(wanted.isDark, ofDesktop);
+    if (wanted.accent && ofDesktop.color(QPalette::Highlight) == ofToolkit.color(QPalette::Highlight))
+        palette = withAccent(palette, *wanted.accent);
+    return wanted.isHighContrast ? contrasted(palette) : palette;
+}
+
+AppearanceSettings::AppearanceSettings(SessionBus &bus, QObject *parent)
     : QObject(parent)
     , m_bus(bus)
 {
     const bool stands = m_bus.connection().isConnected();
-    connect(&m_bus, &SessionBus::connected, this, &ColorSchemeSetting::follow);
+    connect(&m_bus, &SessionBus::connected, this, &AppearanceSettings::follow);
     if (stands)
         follow();
 }
 
-ColorSchemeSetting::~ColorSchemeSetting() = default;
+AppearanceSettings::~AppearanceSettings() = default;
 
 // A signal that named its sender would make the connection ask the bus for it, and wait.
-void ColorSchemeSetting::follow()
+void AppearanceSettings::follow()
 {
     auto connection = m_bus.connection();
-    connection.connect({}, portalPath, settings, QStringLiteral("SettingChanged"), {appearance, colorScheme}, {}, this,
+    connection.connect({}, portalPath, settings, QStringLiteral("SettingChanged"), {appearance}, {}, this,
                        SLOT(hear(QString, QString, QDBusVariant)));
     awaitPortals(connection);
     ask(connection);
 }
 
 // One that starts slowly has let the first question go unanswered.
-void ColorSchemeSetting::awaitPortals(const QDBusConnection &connection)
+void AppearanceSettings::awaitPortals(const QDBusConnection &connection)
 {
     m_portals = std::make_unique<QDBusServiceWatcher>(portalName, connection, QDBusServiceWatcher::WatchForOwnerChange);
     connect(m_portals.get(), &QDBusServiceWatcher::serviceOwnerChanged, this,
@@ -131,40 +183,46 @@ void ColorSchemeSetting::awaitPortals(const QDBusConnection &connection)
 }
 
 // What has changed since the question was asked is told by a signal that comes after the answer.
-QCoro::Task<> ColorSchemeSetting::ask(QDBusConnection connection)
+QCoro::Task<> AppearanceSettings::ask(QDBusConnection connection)
 {
-    auto question = QDBusMessage::createMethodCall(portalName, portalPath, settings, QStringLiteral("Read"));
-    question.setArguments({appearance, colorScheme});
+    auto question = QDBusMessage::createMethodCall(portalName, portalPath, settings, QStringLiteral("ReadAll"));
+    question.setArguments({QStringList{appearance}});
     auto asked = replyTo(question, connection, patience);
     const auto reply = co_await whileAlive(this, std::move(asked));
-    if (reply.type() == QDBusMessage::ReplyMessage)
-        take(reply.arguments().value(0));
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QLatin1String("a{sa{sv}}"))
+        co_return;
+    const auto values = qdbus_cast<QMap<QString, QVariantMap>>(reply.arguments().constFirst()).value(appearance);
+    auto wanted = m_wanted;
+    for (auto value = values.begin(); value != values.end(); ++value)
+        wanted.take(value.key(), value.value());
+    want(wanted);
 }
 
-void ColorSchemeSetting::hear(const QString & /*group*/, const QString & /*key*/, const QDBusVariant &value)
+void AppearanceSettings::hear(const QString & /*group*/, const QString &key, const QDBusVariant &value)
 {
-    take(value.variant());
+    auto wanted = m_wanted;
+    wanted.take(key, value.variant());
+    want(wanted);
 }
 
-void ColorSchemeSetting::take(const QVariant &value)
+void AppearanceSettings::want(const Appearance &wanted)
 {
-    const bool asksForDark = unwrapped(value).toUInt() == preferDark;
-    if (std::exchange(m_asksForDark, asksForDark) != asksForDark)
-        Q_EMIT changed(asksForDark);
+    if (std::exchange(m_wanted, wanted) != wanted)
+        Q_EMIT changed();
 }
 
-DesktopColors::DesktopColors(SessionBus &bus, QObject *parent)
+DesktopAppearance::DesktopAppearance(SessionBus &bus, QObject *parent)
     : QObject(parent)
-    , m_setting(bus)
+    , m_settings(bus)
 {
     m_desktopsTurn.setSingleShot(true);
     m_desktopsTurn.setInterval(desktopsTurn);
-    connect(&m_desktopsTurn, &QTimer::timeout, this, &DesktopColors::follow);
-    connect(&m_setting, &ColorSchemeSetting::changed, &m_desktopsTurn, qOverload<>(&QTimer::start));
+    connect(&m_desktopsTurn, &QTimer::timeout, this, &DesktopAppearance::follow);
+    connect(&m_settings, &AppearanceSettings::changed, &m_desktopsTurn, qOverload<>(&QTimer::start));
     qApp->installEventFilter(this);
 }
 
-bool DesktopColors::eventFilter(QObject *watched, QEvent *event)
+bool DesktopAppearance::eventFilter(QObject *watched, QEvent *event)
 {
     const bool isNewPalette = event->type() == QEvent::ApplicationPaletteChange && watched == qApp;
     if (isNewPalette || event->type() == QEvent::ThemeChange)
@@ -173,12 +231,12 @@ bool DesktopColors::eventFilter(QObject *watched, QEvent *event)
 }
 
 // The desktop's own palette comes back first: it is the one to judge.
-void DesktopColors::follow()
+void DesktopAppearance::follow()
 {
     if (std::exchange(m_isOurs, false))
         QApplication::setPalette(QPalette());
     const auto ofDesktop = QApplication::palette();
-    const auto wanted = darkenedWhere(m_setting.asksForDark(), ofDesktop);
+    const auto wanted = paletteFor(m_settings.wanted(), ofDesktop, QApplication::style()->standardPalette());
     m_isOurs = wanted != ofDesktop;
     if (m_isOurs)
         QApplication::setPalette(wanted);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
-#include "Platform/Linux/Windows/DesktopColors.h"
+#include "Platform/Linux/Windows/DesktopAppearance.h"
 
 #include "Platform/Linux/Session/SessionBus.h"
 #include "support/DbusTesting.h"
@@ -10,6 +10,7 @@
 #include "support/TestProgram.h"
 
 #include <QApplication>
+#include <QDBusMetaType>
 #include <QProxyStyle>
 #include <QScopeGuard>
 
@@ -26,14 +27,45 @@ constexpr uint preferLight = 2;
 const QString appearance = QStringLiteral("org.freedesktop.appearance");
 const QString colorScheme = QStringLiteral("color-scheme");
 
-//! A portal that knows the user's colour scheme.
+// As portals tell a colour: the shares of red, green and blue.
+struct Rgb
+{
+    double red;
+    double green;
+    double blue;
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const Rgb &color)
+{
+    argument.beginStructure();
+    argument << color.red << color.green << color.blue;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, Rgb &color)
+{
+    argument.beginStructure();
+    argument >> color.red >> color.green >> color.blue;
+    argument.endStructure();
+    return argument;
+}
+
+QVariant rgb(double red, double green, double blue)
+{
+    return QVariant::fromValue(Rgb{red, green, blue});
+}
+
+//! A portal that knows how the user wants windows to look.
 class FakePortal : public QDBusVirtualObject
 {
 public:
     explicit FakePortal(uint scheme)
-        : m_scheme(scheme)
+        : values{{colorScheme, scheme}}
         , m_connection("portal")
     {
+        qDBusRegisterMetaType<Rgb>();
+        qDBusRegisterMetaType<QMap<QString, QVariantMap>>();
         m_connection->registerVirtualObject(path(), this);
         m_connection->registerService(QStringLiteral("org.freedesktop.portal.Desktop"));
     }
@@ -42,16 +74,16 @@ public:
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
     {
-        if (message.interface() != interface() || message.member() != QLatin1String("Read"))
+        if (message.interface() != interface() || message.member() != QLatin1String("ReadAll"))
             return false;
-        asked << message.arguments().at(0).toString() + u'/' + message.arguments().at(1).toString();
+        asked << message.arguments().at(0).toStringList().join(u'/');
         if (isSilent)
             return true;
-        const QDBusVariant inner(m_scheme);
-        return connection.send(message.createReply(QVariant::fromValue(QDBusVariant(QVariant::fromValue(inner)))));
+        const QMap<QString, QVariantMap> all{{appearance, values}};
+        return connection.send(message.createReply(QVariant::fromValue(all)));
     }
 
-    void say(const QString &group, const QString &key, uint value)
+    void say(const QString &group, const QString &key, const QVariant &value)
     {
         auto signal = QDBusMessage::createSignal(path(), interface(), QStringLiteral("SettingChanged"));
         signal.setArguments({group, key, QVariant::fromValue(QDBusVariant(value))});
@@ -60,7 +92,7 @@ public:
 
     void become(uint scheme)
     {
-        m_scheme = scheme;
+        values[colorScheme] = scheme;
         say(appearance, colorScheme, scheme);
     }
 
@@ -75,6 +107,7 @@ public:
         QCoreApplication::processEvents();
     }
 
+    QVariantMap values;
     QStringList asked;
     bool isSilent = false;
 
@@ -82,7 +115,6 @@ private:
     static QString path() { return QStringLiteral("/org/freedesktop/portal/desktop"); }
     static QString interface() { return QStringLiteral("org.freedesktop.portal.Settings"); }
 
-    uint m_scheme;
     test::SecondConnection m_connection;
 };
 
@@ -107,7 +139,7 @@ bool isProgramDark()
 
 }  // namespace
 
-class TestDesktopColors : public QObject
+class TestDesktopAppearance : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -136,26 +168,31 @@ private Q_SLOTS:
     void aBusThatComesLaterIsAsked();
     void aPortalThatComesLaterIsAsked();
     void aPortalThatNeverAnswersIsStillHeard();
+    void contrastMotionAndAccentAreHeardToo();
+    void whatIsNoColorIsNoAccent_data();
+    void whatIsNoColorIsNoAccent();
+    void anAnswerOfAnotherShapeChangesNothing();
+    void aUserWhoWantsContrastGetsIt();
 
 private:
     test::PrivateBus m_bus;
     QPalette m_ofDesktop;
 };
 
-void TestDesktopColors::aUserWhoWantsDarkWindowsGetsThem()
+void TestDesktopAppearance::aUserWhoWantsDarkWindowsGetsThem()
 {
     FakePortal portal(preferDark);
     SessionBus bus;
-    const DesktopColors colors(bus);
+    const DesktopAppearance colors(bus);
     QTRY_VERIFY(isProgramDark());
-    QCOMPARE(portal.asked, QStringList(appearance + u'/' + colorScheme));
+    QCOMPARE(portal.asked, QStringList(appearance));
 }
 
-void TestDesktopColors::whatTheUserChangesIsFollowedAtOnce()
+void TestDesktopAppearance::whatTheUserChangesIsFollowedAtOnce()
 {
     FakePortal portal(noPreference);
     SessionBus bus;
-    const DesktopColors colors(bus);
+    const DesktopAppearance colors(bus);
     QWidget window;
     window.show();
     QTRY_COMPARE(portal.asked.size(), 1);
@@ -168,7 +205,7 @@ void TestDesktopColors::whatTheUserChangesIsFollowedAtOnce()
     }
 }
 
-void TestDesktopColors::whoWantsLightOrNothingKeepsTheDesktopsPalette_data()
+void TestDesktopAppearance::whoWantsLightOrNothingKeepsTheDesktopsPalette_data()
 {
     QTest::addColumn<uint>("scheme");
     QTest::newRow("nothing") << noPreference;
@@ -176,28 +213,28 @@ void TestDesktopColors::whoWantsLightOrNothingKeepsTheDesktopsPalette_data()
     QTest::newRow("what nobody knows yet") << 3U;
 }
 
-void TestDesktopColors::whoWantsLightOrNothingKeepsTheDesktopsPalette()
+void TestDesktopAppearance::whoWantsLightOrNothingKeepsTheDesktopsPalette()
 {
     QFETCH(uint, scheme);
     FakePortal portal(scheme);
     SessionBus bus;
-    ColorSchemeSetting setting(bus);
-    const QSignalSpy changed(&setting, &ColorSchemeSetting::changed);
+    AppearanceSettings setting(bus);
+    const QSignalSpy changed(&setting, &AppearanceSettings::changed);
     QTRY_COMPARE(portal.asked.size(), 1);
     portal.become(preferDark);
     QTRY_COMPARE(changed.size(), 1);
     portal.become(scheme);
     QTRY_COMPARE(changed.size(), 2);
-    QVERIFY(!setting.asksForDark());
+    QVERIFY(!setting.wanted().isDark);
 }
 
 // As Plasma's: its palette is there before we would set one, or soon after the setting is told.
-void TestDesktopColors::aDesktopThatFollowsByItselfKeepsItsOwnDarkness()
+void TestDesktopAppearance::aDesktopThatFollowsByItselfKeepsItsOwnDarkness()
 {
     FakePortal portal(noPreference);
     SessionBus bus;
-    DesktopColors colors(bus);
-    const QSignalSpy looked(&colors, &DesktopColors::applied);
+    DesktopAppearance colors(bus);
+    const QSignalSpy looked(&colors, &DesktopAppearance::applied);
     QTRY_COMPARE(portal.asked.size(), 1);
     portal.become(preferDark);
     QApplication::setPalette(darkOfADesktop());
@@ -209,13 +246,13 @@ void TestDesktopColors::aDesktopThatFollowsByItselfKeepsItsOwnDarkness()
     QCOMPARE(QApplication::palette(), set);
 }
 
-void TestDesktopColors::aDesktopThatTurnsDarkLaterGetsItsOwnDarkness()
+void TestDesktopAppearance::aDesktopThatTurnsDarkLaterGetsItsOwnDarkness()
 {
     FakePortal portal(preferDark);
     SessionBus bus;
-    DesktopColors colors(bus);
+    DesktopAppearance colors(bus);
     QTRY_VERIFY(isProgramDark());
-    const QSignalSpy looked(&colors, &DesktopColors::applied);
+    const QSignalSpy looked(&colors, &DesktopAppearance::applied);
     const QScopeGuard backToLight([] { QApplication::setStyle(QStringLiteral("Fusion")); });
     QApplication::setStyle(new DarkStyle);
     QTRY_COMPARE(looked.size(), 1);
@@ -223,13 +260,13 @@ void TestDesktopColors::aDesktopThatTurnsDarkLaterGetsItsOwnDarkness()
     QCOMPARE(ground.name(), darkOfADesktop().color(QPalette::Window).name());
 }
 
-void TestDesktopColors::aDesktopThatTurnsLightWhileTheUserWantsDarkIsDarkened()
+void TestDesktopAppearance::aDesktopThatTurnsLightWhileTheUserWantsDarkIsDarkened()
 {
     QApplication::setPalette(darkOfADesktop());
     FakePortal portal(preferDark);
     SessionBus bus;
-    DesktopColors colors(bus);
-    const QSignalSpy looked(&colors, &DesktopColors::applied);
+    DesktopAppearance colors(bus);
+    const QSignalSpy looked(&colors, &DesktopAppearance::applied);
     QTRY_COMPARE(looked.size(), 1);
     QApplication::setPalette(m_ofDesktop);
     QVERIFY(!isProgramDark());
@@ -238,14 +275,14 @@ void TestDesktopColors::aDesktopThatTurnsLightWhileTheUserWantsDarkIsDarkened()
     QVERIFY2(!colors.findChild<QTimer *>()->isActive(), "our own palette is taken for the desktop's");
 }
 
-void TestDesktopColors::otherSettingsAreNoneOfOurs()
+void TestDesktopAppearance::otherSettingsAreNoneOfOurs()
 {
     FakePortal portal(noPreference);
     SessionBus bus;
-    ColorSchemeSetting setting(bus);
-    const QSignalSpy changed(&setting, &ColorSchemeSetting::changed);
+    AppearanceSettings setting(bus);
+    const QSignalSpy changed(&setting, &AppearanceSettings::changed);
     QTRY_COMPARE(portal.asked.size(), 1);
-    portal.say(appearance, QStringLiteral("contrast"), preferDark);
+    portal.say(appearance, QStringLiteral("what-nobody-knows-yet"), preferDark);
     portal.say(QStringLiteral("org.gnome.desktop.interface"), colorScheme, preferDark);
     portal.meet(bus);
     QCOMPARE(changed.size(), 0);
@@ -253,54 +290,117 @@ void TestDesktopColors::otherSettingsAreNoneOfOurs()
     QTRY_COMPARE(changed.size(), 1);
 }
 
-void TestDesktopColors::withoutABusOrAPortalNobodyAsksForDark()
+void TestDesktopAppearance::withoutABusOrAPortalNobodyAsksForDark()
 {
     SessionBus bus;
-    ColorSchemeSetting setting(bus);
+    AppearanceSettings setting(bus);
     auto connection = bus.connection();
     test::answerOf(connection, QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                    QStringLiteral("org.freedesktop.DBus"), "GetId");
-    QVERIFY(!setting.asksForDark());
+    QVERIFY(!setting.wanted().isDark);
     m_bus.stop();
     SessionBus noBus;
-    const ColorSchemeSetting without(noBus);
-    QVERIFY(!without.asksForDark());
+    const AppearanceSettings without(noBus);
+    QVERIFY(!without.wanted().isDark);
 }
 
-void TestDesktopColors::aBusThatComesLaterIsAsked()
+void TestDesktopAppearance::aBusThatComesLaterIsAsked()
 {
     m_bus.stop();
     SessionBus bus;
-    const ColorSchemeSetting setting(bus);
+    const AppearanceSettings setting(bus);
     m_bus.start();
     const FakePortal portal(preferDark);
     QVERIFY(bus.connection().isConnected());
-    QTRY_VERIFY(setting.asksForDark());
+    QTRY_VERIFY(setting.wanted().isDark);
 }
 
-void TestDesktopColors::aPortalThatComesLaterIsAsked()
+void TestDesktopAppearance::aPortalThatComesLaterIsAsked()
 {
     SessionBus bus;
-    const ColorSchemeSetting setting(bus);
+    const AppearanceSettings setting(bus);
     auto connection = bus.connection();
     test::answerOf(connection, QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                    QStringLiteral("org.freedesktop.DBus"), "GetId");
-    QVERIFY(!setting.asksForDark());
+    QVERIFY(!setting.wanted().isDark);
     const FakePortal portal(preferDark);
-    QTRY_VERIFY(setting.asksForDark());
+    QTRY_VERIFY(setting.wanted().isDark);
 }
 
-void TestDesktopColors::aPortalThatNeverAnswersIsStillHeard()
+void TestDesktopAppearance::aPortalThatNeverAnswersIsStillHeard()
 {
     FakePortal portal(preferDark);
     portal.isSilent = true;
     SessionBus bus;
-    const ColorSchemeSetting setting(bus);
+    const AppearanceSettings setting(bus);
     QTRY_COMPARE(portal.asked.size(), 1);
-    QVERIFY(!setting.asksForDark());
+    QVERIFY(!setting.wanted().isDark);
     portal.become(preferDark);
-    QTRY_VERIFY(setting.asksForDark());
+    QTRY_VERIFY(setting.wanted().isDark);
 }
 
-VELQUARIN_WINDOW_TEST(TestDesktopColors)
-#include "tst_desktopcolors.moc"
+void TestDesktopAppearance::contrastMotionAndAccentAreHeardToo()
+{
+    FakePortal portal(noPreference);
+    portal.values[QStringLiteral("contrast")] = 1U;
+    portal.values[QStringLiteral("accent-color")] = rgb(1, 0.5, 0);
+    SessionBus bus;
+    const AppearanceSettings settings(bus);
+    QTRY_VERIFY(settings.wanted().isHighContrast);
+    QCOMPARE(settings.wanted().accent.value().name(), QColor(255, 128, 0).name());
+    QVERIFY(!settings.wanted().isMotionReduced);
+    portal.say(appearance, QStringLiteral("reduced-motion"), 1U);
+    QTRY_VERIFY(settings.wanted().isMotionReduced);
+    portal.say(appearance, QStringLiteral("accent-color"), rgb(0, 0, 1));
+    QTRY_COMPARE(settings.wanted().accent.value(), QColor(Qt::blue));
+    portal.say(appearance, QStringLiteral("reduced-motion"), 0U);
+    QTRY_VERIFY(!settings.wanted().isMotionReduced);
+}
+
+void TestDesktopAppearance::whatIsNoColorIsNoAccent_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("what portals say for none") << rgb(-1, -1, -1);
+    QTest::newRow("too much") << rgb(0, 0, 1.5);
+    QTest::newRow("not a number") << rgb(0, qQNaN(), 0);
+    QTest::newRow("a number") << QVariant(1U);
+    QTest::newRow("a name") << QVariant(QStringLiteral("red"));
+}
+
+void TestDesktopAppearance::whatIsNoColorIsNoAccent()
+{
+    QFETCH(QVariant, value);
+    FakePortal portal(noPreference);
+    portal.values[QStringLiteral("accent-color")] = rgb(0, 0, 1);
+    SessionBus bus;
+    const AppearanceSettings settings(bus);
+    QTRY_VERIFY(settings.wanted().accent.has_value());
+    portal.say(appearance, QStringLiteral("accent-color"), value);
+    QTRY_VERIFY(!settings.wanted().accent.has_value());
+}
+
+void TestDesktopAppearance::anAnswerOfAnotherShapeChangesNothing()
+{
+    Appearance wanted;
+    wanted.take(colorScheme, QVariant(QStringLiteral("dark")));
+    wanted.take(QStringLiteral("contrast"), QVariant());
+    QCOMPARE(wanted, Appearance());
+    wanted.take(colorScheme, preferDark);
+    QVERIFY(wanted.isDark);
+}
+
+void TestDesktopAppearance::aUserWhoWantsContrastGetsIt()
+{
+    FakePortal portal(noPreference);
+    SessionBus bus;
+    const DesktopAppearance appears(bus);
+    QTRY_COMPARE(portal.asked.size(), 1);
+    portal.say(appearance, QStringLiteral("contrast"), 1U);
+    QTRY_COMPARE(QApplication::palette().color(QPalette::Window), QColor(Qt::white));
+    QCOMPARE(QApplication::palette().color(QPalette::WindowText), QColor(Qt::black));
+    portal.say(appearance, QStringLiteral("contrast"), 0U);
+    QTRY_COMPARE(QApplication::palette(), m_ofDesktop);
+}
+
+VELQUARIN_WINDOW_TEST(TestDesktopAppearance)
+#include "tst_desktopappearance.moc"
