@@ -52,9 +52,7 @@ QRectF Divider::lineIn(const QPainter &painter) const
 void paintTintedGround(QPainter &painter, const QRectF &rect, const QPalette &palette)
 {
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(style::groupGround(palette));
-    painter.drawRoundedRect(rect, style::points(cornerRadius), style::points(cornerRadius));
+    style::paintBlock(painter, rect, style::points(cornerRadius), style::groupGround(palette), palette);
 }
 
 void TintedGround::paintEvent(QPaintEvent * /*event*/)

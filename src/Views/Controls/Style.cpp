@@ -10,6 +10,7 @@
 #include <QTransform>
 #include <QWidget>
 
+#include <array>
 #include <cmath>
 
 namespace velquarin::style {
@@ -54,9 +55,20 @@ double linear(double channel)
     return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
 }
 
+std::array<double, 256> linearChannels()
+{
+    std::array<double, 256> channels{};
+    for (std::size_t value = 0; value < channels.size(); ++value)
+        channels.at(value) = linear(double(value) / 255);
+    return channels;
+}
+
+// Every colour is weighed against its ground each time that it is painted: hundreds in a year.
 double luminance(const QColor &color)
 {
-    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+    static const auto channels = linearChannels();
+    const auto of = [](int value) { return channels.at(std::size_t(value)); };
+    return 0.2126 * of(color.red()) + 0.7152 * of(color.green()) + 0.0722 * of(color.blue());
 }
 
 QColor farthestFrom(const QColor &color)
@@ -288,6 +300,15 @@ int mnemonicFlag(const QWidget &widget)
 {
     const bool isShown = widget.style()->styleHint(QStyle::SH_UnderlineShortcut, nullptr, &widget) != 0;
     return isShown ? Qt::TextShowMnemonic : Qt::TextHideMnemonic;
+}
+
+void paintBlock(QPainter &painter, const QRectF &rect, double radius, const QColor &color, const QPalette &palette)
+{
+    const bool isOutlined = isHighContrast(palette) && color.alpha() > 0;
+    const auto inset = isOutlined ? 0.5 : 0;
+    painter.setPen(isOutlined ? QPen(divider(palette), 1) : QPen(Qt::NoPen));
+    painter.setBrush(color);
+    painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), radius, radius);
 }
 
 void paintPressable(QPainter &painter, const QRectF &rect, const QPalette &palette, bool isPressed)

@@ -112,6 +112,10 @@ using Tone = std::variant<Ink, Accent>;
 //! How to draw a text that may hold a mnemonic: underlined where the desktop shows mnemonics, and never its ampersand.
 [[nodiscard]] int mnemonicFlag(const QWidget &widget);
 
+//! A block of colour with round corners: a square of a day, the ground of a group. In high contrast it has an outline, so
+//! that nobody needs to see how pale it is.
+void paintBlock(QPainter &painter, const QRectF &rect, double radius, const QColor &color, const QPalette &palette);
+
 //! The ground of something pressable that the pointer is on, or presses, over what it lies on.
 void paintPressable(QPainter &painter, const QRectF &rect, const QPalette &palette, bool isPressed);
 

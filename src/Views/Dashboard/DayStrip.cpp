@@ -115,9 +115,8 @@ void DayColumn::paintWeekday(QPainter &painter) const
 
 void DayColumn::paintSquare(QPainter &painter) const
 {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(colorForCount(m_count).in(palette()));
-    painter.drawRoundedRect(style::onWholePixels(painter, squareRect()), style::points(4), style::points(4));
+    const auto color = colorForCount(m_count).in(palette());
+    style::paintBlock(painter, style::onWholePixels(painter, squareRect()), style::points(4), color, palette());
 }
 
 void DayColumn::paintCount(QPainter &painter) const

@@ -214,7 +214,6 @@ void YearHeatmapView::paintEvent(QPaintEvent *event)
     paintLabels(painter);
     countDevicePixels(painter);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
     paintCells(painter, event->rect());
 }
 
@@ -241,8 +240,8 @@ void YearHeatmapView::paintCells(QPainter &painter, const QRect &dirty) const
         if (!rectangleOf(index).intersects(dirty))
             continue;
         const auto &cell = cellAt(m_contents.grid, index);
-        painter.setBrush(colorForCount(cell.count, cell.isInRange).in(palette()));
-        painter.drawRoundedRect(shapes.cell(index), shapes.cornerRadius(), shapes.cornerRadius());
+        const auto color = colorForCount(cell.count, cell.isInRange).in(palette());
+        style::paintBlock(painter, shapes.cell(index), shapes.cornerRadius(), color, palette());
     }
     if (m_hovered && *m_hovered < cells())
         paintRing(painter, shapes, *m_hovered);

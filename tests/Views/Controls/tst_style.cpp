@@ -205,6 +205,43 @@ private Q_SLOTS:
         QVERIFY2(contrast >= 3 && contrast < 3.3, qPrintable(QString::number(contrast)));
     }
 
+    void onlyQuitePlainTextIsHighContrast()
+    {
+        QVERIFY(style::isHighContrast(palette(Qt::white, Qt::black)));
+        QVERIFY(style::isHighContrast(palette(Qt::black, Qt::white)));
+        QVERIFY(style::isHighContrast(palette(QColor(0xf6f5f4), Qt::black)));
+        QVERIFY(!style::isHighContrast(palette(QColor(0xefefef), Qt::black)));
+        QVERIFY(!style::isHighContrast(palette(QColor(0x2a2e32), QColor(0xfcfcfc))));
+    }
+
+    void inHighContrastBlocksAndDividersArePlain()
+    {
+        const auto edgeOf = [](const QPalette &colors) {
+            auto drawn = canvas({40, 20});
+            drawn.fill(style::ground(colors));
+            QPainter painter(&drawn);
+            style::paintBlock(painter, QRectF(0, 0, 40, 20), 2, style::groupGround(colors), colors);
+            return drawn.pixelColor(20, 0);
+        };
+        const auto plain = palette(QColor(0xefefef), Qt::black);
+        const auto high = palette(Qt::white, Qt::black);
+        QCOMPARE(edgeOf(plain), style::groupGround(plain));
+        QCOMPARE(edgeOf(high), style::divider(high));
+        QCOMPARE(style::divider(high), style::mix(Qt::white, Qt::black, 0.5));
+        QVERIFY(style::contrast(style::divider(plain), style::ground(plain)) < 1.5);
+    }
+
+    void whatIsOutsideOfTheYearHasNoOutline()
+    {
+        const auto high = palette(Qt::white, Qt::black);
+        auto drawn = canvas({40, 20});
+        const auto before = drawn;
+        QPainter painter(&drawn);
+        style::paintBlock(painter, QRectF(0, 0, 40, 20), 2, QColor(Qt::transparent), high);
+        painter.end();
+        QCOMPARE(drawn, before);
+    }
+
     void anIconIsInTheColorOfItsMode_data()
     {
         QTest::addColumn<QIcon::Mode>("mode");
