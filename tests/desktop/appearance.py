@@ -46,8 +46,7 @@ def settle(config_folder):
     (gtk / "settings.ini").write_text(_GTK)
     return {
         "FONTCONFIG_FILE": str(fonts),
-        # Else the toolkit looks and asks for folders as GTK does, where its plugin for that is installed. This one says
-        # "Sans Serif" in 9 points, which are 12 pixels here.
+        # Its font is "Sans Serif" in 9 points, which are 12 pixels here.
         "QT_QPA_PLATFORMTHEME": "generic",
         "QT_FONT_DPI": "96",
         "QT_ENABLE_HIGHDPI_SCALING": "0",

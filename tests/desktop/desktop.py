@@ -96,7 +96,8 @@ class Desktop:
             "XDG_CACHE_HOME": str(self._make("cache")),
             "XDG_STATE_HOME": str(self._make("state")),
             "XDG_RUNTIME_DIR": str(self._make("runtime")),
-            "XDG_CURRENT_DESKTOP": "XFCE",
+            # For most others the toolkit loads GTK's dialogs, where its plugin for that is installed.
+            "XDG_CURRENT_DESKTOP": "none",
             "XDG_SESSION_TYPE": "x11",
             "LANG": "C.UTF-8",
             "TZ": "UTC",
