@@ -35,6 +35,8 @@ struct WindowSystem
     bool placesWindows = true;  //!< a program says where its windows stand, and a popup of it takes every click
     bool knowsPointer = true;   //!< it hears where the pointer is and what is clicked, over the windows of others too
     AnchorWindow anchorWindow = {};
+    //! Whether what lies below a window shows through it just now. Asked where windows are placed; elsewhere it does.
+    std::function<bool()> blendsWindows = [] { return false; };
     ShowWithToken showWithToken = [](const QString & /*token*/, const std::function<void()> &show) { show(); };
 };
 

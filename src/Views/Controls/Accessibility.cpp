@@ -19,6 +19,18 @@ namespace {
 
 constexpr auto roleProperty = "accessibleRole";
 
+// A shadow is no part of what is there.
+class ContentInterface : public QAccessibleWidget
+{
+public:
+    using QAccessibleWidget::QAccessibleWidget;
+    [[nodiscard]] QRect rect() const override
+    {
+        const auto place = widget()->contentsRect();
+        return {widget()->mapToGlobal(place.topLeft()), place.size()};
+    }
+};
+
 QAccessibleInterface *widgetInterface(const QString & /*className*/, QObject *object)
 {
     auto *const widget = qobject_cast<QWidget *>(object);
@@ -27,7 +39,7 @@ QAccessibleInterface *widgetInterface(const QString & /*className*/, QObject *ob
         return nullptr;
     const auto role = QAccessible::Role(property.toInt());
     auto *const withPaintedChildren = makePaintedChildrenInterface(*widget, role);
-    return withPaintedChildren != nullptr ? withPaintedChildren : new QAccessibleWidget(widget, role);
+    return withPaintedChildren != nullptr ? withPaintedChildren : new ContentInterface(widget, role);
 }
 
 // A menu is no window to a screen reader, though Qt makes a window for it.

@@ -33,7 +33,10 @@ constexpr double unseenPanel = 64;
 constexpr double gap = 4;
 // Panels that float are drawn a little beyond what they reserve.
 constexpr double gapToUnseenPanel = 8;
-constexpr double cornerRadius = 10;
+constexpr double cornerRadiusOfManaged = 10;
+constexpr double cornerRadiusWithShadow = 12;
+constexpr double slide = 6;
+constexpr int openingTime = 90;  // ms
 
 // A press on the item takes the activation away, and the click is reported at its release.
 constexpr auto pressToRelease = 250ms;
@@ -71,6 +74,7 @@ Qt::ScrollBarPolicy scrollBarWhere(bool isNeeded)
 Popover::Popover(QWidget *content, WindowSystem windowSystem)
     : QWidget(nullptr, flagsOn(windowSystem))
     , m_windowSystem(std::move(windowSystem))
+    , m_opening(*this, QStringLiteral("opening"), openingTime, [this] { comeIn(); })
 {
     setUpWindow();
     setUpContent(content);
@@ -84,7 +88,8 @@ void Popover::setUpWindow()
     setAccessibleName(windowTitle());
     // The click that closes it is over: an icon of our own in a tray would open it again.
     setAttribute(Qt::WA_NoMouseReplay);
-    setAttribute(Qt::WA_TranslucentBackground, !m_windowSystem.placesWindows);
+    // Windows are made with it or without: where nothing shows through later, the whole rectangle is painted.
+    setAttribute(Qt::WA_TranslucentBackground);
 }
 
 // The surface is painted by the window; what lies on it lets it through.
@@ -145,8 +150,10 @@ void Popover::openAt(QPoint click, const QString &activationToken)
 {
     m_click = click;
     m_pressedElsewhere.reset();
-    if (!isVisible())
+    if (!isVisible()) {
         leaveFocusNowhere();
+        m_castsShadow = m_windowSystem.placesWindows && m_windowSystem.blendsWindows();
+    }
     fit();
     catchClicks();
     m_windowSystem.showWithToken(activationToken, [this] {
@@ -202,21 +209,39 @@ void Popover::fit()
     m_scrollArea->widget()->setMinimumHeight(place.scrolls ? dimensions.contentHeight : 0);
     m_scrollArea->setVerticalScrollBarPolicy(scrollBarWhere(place.scrolls));
     m_scrollArea->setHorizontalScrollBarPolicy(scrollBarWhere(place.scrollsSideways));
-    setFixedSize(place.rectangle.size());
+    setContentsMargins(m_castsShadow ? PopoverShadow::margins() : QMargins());
+    setFixedSize(place.rectangle.size().grownBy(contentsMargins()));
     standAt(place.rectangle);
 }
 
 // On Wayland the place is not ours to say, unless by edges. How thick the panel is, the compositor knows.
 void Popover::standAt(const QRect &place)
 {
+    m_place = place;
     if (m_windowSystem.placesWindows) {
-        move(place.topLeft());
+        comeIn();
     } else if (m_windowSystem.anchorWindow) {
         create();
         windowHandle()->setScreen(screenOf(*m_click));
         const auto anchor = anchorPopover(*m_click, place, screenAreas(), style::points(gapToUnseenPanel));
         m_windowSystem.anchorWindow(*windowHandle(), anchor);
     }
+}
+
+// Out of the panel, to its place.
+void Popover::comeIn()
+{
+    setWindowOpacity(m_opening.progress());
+    const auto ahead =
+        awayFromPanel(*m_click, screenAreas()) * qRound(style::points(slide) * (1 - m_opening.progress()));
+    move(m_place.marginsAdded(contentsMargins()).topLeft() - ahead);
+}
+
+int Popover::cornerRadius() const
+{
+    if (m_castsShadow)
+        return style::points(cornerRadiusWithShadow);
+    return m_windowSystem.placesWindows ? 0 : style::points(cornerRadiusOfManaged);
 }
 
 bool Popover::wasJustDeactivated() const
@@ -265,7 +290,7 @@ void Popover::keyPressEvent(QKeyEvent *event)
 void Popover::mousePressEvent(QMouseEvent *event)
 {
     m_pressedElsewhere.reset();
-    if (!rect().contains(event->position().toPoint()))
+    if (!contentsRect().contains(event->position().toPoint()))
         m_pressedElsewhere = event->globalPosition().toPoint();
 }
 
@@ -287,15 +312,14 @@ void Popover::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(this);
     const auto ground = palette().color(QPalette::Active, QPalette::Window);
     const auto hairline = 1 / devicePixelRatioF();
-    const auto edge = QRectF(rect()).adjusted(hairline / 2, hairline / 2, -hairline / 2, -hairline / 2);
+    const auto edge = QRectF(contentsRect()).adjusted(hairline / 2, hairline / 2, -hairline / 2, -hairline / 2);
+    const auto radius = cornerRadius();
+    if (m_castsShadow)
+        painter.drawImage(QPointF(), m_shadow.of(contentsRect().size(), radius, devicePixelRatioF(), palette()));
     painter.setPen(QPen(style::divider(palette()), hairline));
     painter.setBrush(ground);
-    if (m_windowSystem.placesWindows) {
-        painter.drawRect(edge);
-        return;
-    }
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.drawRoundedRect(edge, style::points(cornerRadius), style::points(cornerRadius));
+    painter.setRenderHint(QPainter::Antialiasing, radius > 0);
+    painter.drawRoundedRect(edge, radius, radius);
 }
 
 // Qt closes popups when the application is no longer the active one. On X11 it hears of that late: the focus that a
@@ -308,13 +332,17 @@ void Popover::closeEvent(QCloseEvent *event)
 void Popover::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    if (!event->spontaneous())
-        Q_EMIT shown();
+    if (event->spontaneous())
+        return;
+    if (m_castsShadow)
+        m_opening.begin();
+    Q_EMIT shown();
 }
 
 void Popover::hideEvent(QHideEvent *event)
 {
     QWidget::hideEvent(event);
+    m_opening.end();
     m_clickCatcher.reset();
     if (!event->spontaneous())
         Q_EMIT hidden();

@@ -3,7 +3,9 @@
 #pragma once
 
 #include "Platform/WindowSystem.h"
+#include "Views/Controls/Motion.h"
 #include "Views/Dashboard/PopoverPlacement.h"
+#include "Views/Dashboard/PopoverShadow.h"
 
 #include <QElapsedTimer>
 #include <QPoint>
@@ -24,7 +26,8 @@ class Popover : public QWidget
     Q_OBJECT
 public:
     //! Takes @p content, which should be points(300) wide and is made as high as it asks to be. Where a compositor places
-    //! windows it is rounded, and stands at the edges that it can be told; elsewhere the corners would be black.
+    //! windows it is rounded, and stands at the edges that it can be told. Where windows only blend it is rounded and casts
+    //! a shadow, which takes the contents margins of the window; elsewhere the corners would be black.
     explicit Popover(QWidget *content, WindowSystem windowSystem = {});
 
     //! A click on the status item, where the host says. Where a click on the item already closed the popover by taking
@@ -42,7 +45,6 @@ public:
     void giveWayToMenu();
 
     [[nodiscard]] bool isShown() const { return isVisible(); }
-
 Q_SIGNALS:
     void shown();
     void hidden();
@@ -68,15 +70,21 @@ private:
     void openAt(QPoint click, const QString &activationToken);
     void fit();
     void standAt(const QRect &place);
+    void comeIn();
     void leaveFocusNowhere();
     [[nodiscard]] int contentHeight() const;
     [[nodiscard]] PopoverDimensions dimensions() const;
+    [[nodiscard]] int cornerRadius() const;
     void catchClicks();
     [[nodiscard]] bool wasJustDeactivated() const;
     [[nodiscard]] bool hasJustOpened() const;
 
     WindowSystem m_windowSystem;
     QScrollArea *m_scrollArea = nullptr;
+    Motion m_opening;
+    PopoverShadow m_shadow;
+    bool m_castsShadow = false;
+    QRect m_place;
     std::optional<QPoint> m_click;
     std::optional<QPoint> m_pressedElsewhere;
     QElapsedTimer m_sinceDeactivation;

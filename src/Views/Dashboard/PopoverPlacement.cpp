@@ -192,6 +192,16 @@ PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens, const 
     return place;
 }
 
+QPoint awayFromPanel(QPoint click, const QList<ScreenArea> &screens)
+{
+    if (screens.isEmpty())
+        return {};
+    const auto side = panelSide(click, nearestScreen(click, screens));
+    if (isUpright(side))
+        return {side == Qt::LeftEdge ? 1 : -1, 0};
+    return {0, side == Qt::TopEdge ? 1 : -1};
+}
+
 WindowAnchor anchorPopover(QPoint click, const QRect &place, const QList<ScreenArea> &screens, int gap)
 {
     if (screens.isEmpty())

@@ -61,6 +61,9 @@ struct PopoverPlace
 [[nodiscard]] PopoverPlace placePopover(QPoint click, const QList<ScreenArea> &screens,
                                         const PopoverDimensions &dimensions);
 
+//! The direction that leads away from the item's panel, one pixel long.
+[[nodiscard]] QPoint awayFromPanel(QPoint click, const QList<ScreenArea> &screens);
+
 //! The same place told by edges: that of the panel, from which only the gap is kept since the panel's own strip is taken
 //! off by whoever anchors, and the nearer one across it.
 //! Errors: none; without any screen it keeps to no edge.

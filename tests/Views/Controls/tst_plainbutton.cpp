@@ -1,39 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
+#include "support/AnimatingStyle.h"
 #include "support/Offscreen.h"
 #include "support/Picture.h"
 #include "support/TestProgram.h"
 #include "Views/Controls/PlainButton.h"
 
 #include <QApplication>
-#include <QProxyStyle>
 #include <QTest>
 
 using namespace velquarin;
 using namespace velquarin::test;
 
 namespace {
-
-// A desktop that wants animations, or none.
-class Motion : public QProxyStyle
-{
-public:
-    explicit Motion(int milliseconds)
-        : m_milliseconds(milliseconds)
-    {
-    }
-
-    int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
-                  QStyleHintReturn *data) const override
-    {
-        return hint == SH_Widget_Animation_Duration ? m_milliseconds
-                                                    : QProxyStyle::styleHint(hint, option, widget, data);
-    }
-
-private:
-    int m_milliseconds;
-};
 
 // Every painting from now on.
 class PaintCount : public QObject
@@ -105,7 +85,7 @@ private Q_SLOTS:
 
     void aSymbolTurnsAtLeastOnceAndThenStandsStill()
     {
-        Motion motion(200);
+        AnimatingStyle motion(200);
         LoneButton button(motion);
         button.show();
         QVERIFY(QTest::qWaitForWindowExposed(&button));
@@ -128,7 +108,7 @@ private Q_SLOTS:
 
     void aSymbolTurnsForAsLongAsItIsWanted()
     {
-        Motion motion(200);
+        AnimatingStyle motion(200);
         LoneButton button(motion);
         button.setTurning(true);
         button.show();
@@ -144,14 +124,14 @@ private Q_SLOTS:
 
     void whereNoAnimationsAreWantedItStandsStill()
     {
-        Motion motion(0);
+        AnimatingStyle motion(0);
         LoneButton button(motion);
         button.show();
         QVERIFY(QTest::qWaitForWindowExposed(&button));
         QCoreApplication::processEvents();
         const PaintCount still(button);
         button.setTurning(true);
-        Motion lively(200);
+        AnimatingStyle lively(200);
         LoneButton other(lively);
         other.show();
         const auto atRest = pictureOf(other, 1);

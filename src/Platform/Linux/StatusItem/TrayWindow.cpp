@@ -84,11 +84,10 @@ void TrayWindow::setPictures(const QList<QImage> &pictures)
 // A tray that goes between the two questions is none.
 void TrayWindow::dock()
 {
-    const auto question = xcb_get_selection_owner(m_display, m_traySelection);
-    const auto reply = x11Owned(xcb_get_selection_owner_reply(m_display, question, nullptr));
-    if (!reply || reply->owner == XCB_WINDOW_NONE || !follow(reply->owner))
+    const auto owner = x11SelectionOwner(m_display, m_traySelection);
+    if (owner == XCB_WINDOW_NONE || !follow(owner))
         return;
-    m_tray = reply->owner;
+    m_tray = owner;
     makeWindow();
     describeWindow();
     askForPlace();

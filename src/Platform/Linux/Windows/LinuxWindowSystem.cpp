@@ -4,6 +4,7 @@
 #include "Platform/Linux/Windows/LinuxWindowSystem.h"
 
 #include "Platform/Linux/Windows/LayerShell.h"
+#include "Platform/Linux/Windows/X11Display.h"
 
 #include <QGuiApplication>
 
@@ -11,7 +12,8 @@ namespace velquarin {
 
 WindowSystem linuxWindowSystem()
 {
-    WindowSystem system{.placesWindows = canPlaceWindows(), .knowsPointer = isAllX11()};
+    WindowSystem system{
+        .placesWindows = canPlaceWindows(), .knowsPointer = isAllX11(), .blendsWindows = &x11HasCompositor};
     if (!system.placesWindows) {
         system.anchorWindow = layerShellAnchoring();
         system.showWithToken = &showWithToken;

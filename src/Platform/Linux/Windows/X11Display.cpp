@@ -86,6 +86,22 @@ xcb_atom_t x11Atom(xcb_connection_t *display, const QByteArray &name)
     return reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
 }
 
+xcb_window_t x11SelectionOwner(xcb_connection_t *display, xcb_atom_t selection)
+{
+    const auto question = xcb_get_selection_owner(display, selection);
+    const auto reply = x11Owned(xcb_get_selection_owner_reply(display, question, nullptr));
+    return reply ? reply->owner : xcb_window_t(XCB_WINDOW_NONE);
+}
+
+bool x11HasCompositor()
+{
+    auto *display = x11Display();
+    if (!display)
+        return false;
+    const auto selection = x11Atom(display, "_NET_WM_CM_S" + QByteArray::number(x11ScreenNumber()));
+    return x11SelectionOwner(display, selection) != XCB_WINDOW_NONE;
+}
+
 void x11PaintOver(xcb_connection_t *display, xcb_window_t window, xcb_visualid_t visual, const QImage &image, QPoint at)
 {
     const auto *formats = xcb_render_util_query_formats(display);

@@ -22,6 +22,13 @@ namespace velquarin {
 //! The server's number for a name. Blocks for the answer; XCB_ATOM_NONE where there is none.
 [[nodiscard]] xcb_atom_t x11Atom(xcb_connection_t *display, const QByteArray &name);
 
+//! The window that holds a selection just now; XCB_WINDOW_NONE where there is none. Blocks for the answer.
+[[nodiscard]] xcb_window_t x11SelectionOwner(xcb_connection_t *display, xcb_atom_t selection);
+
+//! Whether somebody composes the windows of our screen just now, so that they may be transparent. Blocks for the answer.
+//! Source: Extended Window Manager Hints, "_NET_WM_CM_Sn"
+[[nodiscard]] bool x11HasCompositor();
+
 //! An answer of the X server, which the caller has to free.
 template <typename Reply>
 [[nodiscard]] std::unique_ptr<Reply, decltype(&std::free)> x11Owned(Reply *reply)
