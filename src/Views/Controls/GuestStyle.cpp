@@ -15,6 +15,9 @@ namespace velquarin {
 
 namespace {
 
+// Of the application: a desktop may change its style at any time.
+constexpr auto isMotionReduced = "isMotionReduced";
+
 bool isAlt(const QEvent *event)
 {
     return static_cast<const QKeyEvent *>(event)->key() == Qt::Key_Alt;
@@ -32,7 +35,7 @@ void GuestStyle::install()
 
 void GuestStyle::setReducedMotion(bool isReduced)
 {
-    s_isMotionReduced = isReduced;
+    qApp->setProperty(isMotionReduced, isReduced);
 }
 
 // Under the name of the style that it is around: some desktops look whether theirs is in force.
@@ -46,7 +49,8 @@ GuestStyle::GuestStyle(QStyle *style)
 int GuestStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                           QStyleHintReturn *result) const
 {
-    if ((hint == SH_UnderlineShortcut && !m_isAltHeld) || (hint == SH_Widget_Animation_Duration && s_isMotionReduced))
+    const bool isWithoutMotion = hint == SH_Widget_Animation_Duration && qApp->property(isMotionReduced).toBool();
+    if (isWithoutMotion || (hint == SH_UnderlineShortcut && !m_isAltHeld))
         return 0;
     return QProxyStyle::styleHint(hint, option, widget, result);
 }

@@ -29,8 +29,6 @@ private:
     explicit GuestStyle(QStyle *style);
     void setHeld(bool isHeld);
 
-    // Beyond this object: a desktop may change its style at any time.
-    static inline bool s_isMotionReduced = false;
     bool m_isAltHeld = false;
 };
 

@@ -299,13 +299,14 @@ void paintTip(QPainter &painter, const QStyleOption &option)
     painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
 }
 
+// One for all of them, which the application owns: the bars do not.
 QStyle *styleOfPills()
 {
-    static QStyle *const style = [] {
-        auto *const made = new HouseStyle(QStyleFactory::create(QStringLiteral("fusion")));
-        made->setParent(qApp);
-        return made;
-    }();
+    auto *style = qApp->findChild<HouseStyle *>({}, Qt::FindDirectChildrenOnly);
+    if (style == nullptr) {
+        style = new HouseStyle(QStyleFactory::create(QStringLiteral("fusion")));
+        style->setParent(qApp);
+    }
     return style;
 }
 
