@@ -20,7 +20,7 @@ namespace {
 constexpr double referenceHeight = 13;
 constexpr double leastContrastOfText = 4.5;
 constexpr double leastContrastOfShapes = 3.0;
-constexpr double leastOfHighContrast = 19.0;
+constexpr double leastOfHighContrast = 20.25;
 
 // One colour in a light and in a dark palette, to fill with and to write with.
 struct Shades
@@ -226,13 +226,11 @@ QColor accent(const QPalette &palette, Accent accent)
     return isDark(palette) ? QColor(found.darkFill) : QColor(found.lightFill);
 }
 
+// What is selected is told by it on every desktop. The role that newer toolkits have for it keeps their own blue where
+// the colours come from GTK.
 QColor desktopAccent(const QPalette &palette)
 {
-#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
-    const auto accent = palette.color(QPalette::Active, QPalette::Accent);
-#else
     const auto accent = palette.color(QPalette::Active, QPalette::Highlight);
-#endif
     return legible(accent, primary(palette), hoveredGround(palette), leastContrastOfShapes);
 }
 

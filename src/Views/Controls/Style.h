@@ -80,8 +80,8 @@ using Tone = std::variant<Ink, Accent>;
 //! What scrolls: the text's colour, @p share of it, and no less than 3:1 against all our grounds.
 [[nodiscard]] QColor scrollPill(const QPalette &palette, double share);
 
-//! Whether the desktop's text stands out as far as high contrast themes have it. Qt's own palette, where no desktop gives
-//! one, is black on light grey at 18.3:1 and is not meant so.
+//! Whether the desktop's text stands out as far as high contrast themes have it. Qt's own palette
+//! (18.3:1) and what newer versions take from GTK (20.0:1) are black on light grey and are not meant so.
 [[nodiscard]] bool isHighContrast(const QPalette &palette);
 
 //! @p from with so much of @p to in it, 0 to 1.

@@ -209,7 +209,8 @@ private Q_SLOTS:
     {
         QVERIFY(style::isHighContrast(palette(Qt::white, Qt::black)));
         QVERIFY(style::isHighContrast(palette(Qt::black, Qt::white)));
-        QVERIFY(style::isHighContrast(palette(QColor(0xf6f5f4), Qt::black)));
+        QVERIFY(style::isHighContrast(palette(Qt::black, QColor(0xfcfcfc))));
+        QVERIFY(!style::isHighContrast(palette(QColor(0xfaf9f8), Qt::black)));
         QVERIFY(!style::isHighContrast(palette(QColor(0xefefef), Qt::black)));
         QVERIFY(!style::isHighContrast(palette(QColor(0x2a2e32), QColor(0xfcfcfc))));
     }

@@ -96,9 +96,6 @@ QPalette withAccent(QPalette palette, const QColor &accent)
 {
     palette.setColor(QPalette::All, QPalette::Highlight, accent);
     palette.setColor(QPalette::All, QPalette::HighlightedText, accent.lightness() > 160 ? Qt::black : Qt::white);
-#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
-    palette.setColor(QPalette::All, QPalette::Accent, accent);
-#endif
     return palette;
 }
 
