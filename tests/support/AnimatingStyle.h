@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QApplication>
 #include <QProxyStyle>
 
 namespace velquarin::test {
@@ -11,7 +12,8 @@ class AnimatingStyle : public QProxyStyle
 {
 public:
     explicit AnimatingStyle(int milliseconds = 200)
-        : m_milliseconds(milliseconds)
+        : QProxyStyle(QStringLiteral("Fusion"))
+        , m_milliseconds(milliseconds)
     {
     }
 
@@ -24,6 +26,15 @@ public:
 
 private:
     int m_milliseconds;
+};
+
+//! All of the program on such a desktop.
+class AnimatingDesktop
+{
+public:
+    explicit AnimatingDesktop(int milliseconds = 200) { QApplication::setStyle(new AnimatingStyle(milliseconds)); }
+    ~AnimatingDesktop() { QApplication::setStyle(QStringLiteral("Fusion")); }
+    Q_DISABLE_COPY_MOVE(AnimatingDesktop)
 };
 
 }  // namespace velquarin::test

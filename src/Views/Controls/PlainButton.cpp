@@ -81,6 +81,7 @@ IconButton::IconButton(QString symbol, const QString &accessibleName, QWidget *p
 {
     setAccessibleName(accessibleName);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    m_turn.setObjectName(QStringLiteral("turning"));
     m_turn.setStartValue(0.0);
     m_turn.setEndValue(360.0);
     m_turn.setDuration(timeOfTurn);
@@ -141,13 +142,16 @@ void IconButton::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     painter.setOpacity(opacity());
     const auto place = rect().adjusted(outset(), outset(), -outset(), -outset());
-    if (m_turn.state() == QAbstractAnimation::Running) {
-        const auto middle = QRectF(place).center();
-        painter.translate(middle);
-        painter.rotate(m_turn.currentValue().toDouble());
-        painter.translate(-middle);
+    const auto color = style::textColor(palette(), m_tone);
+    if (m_turn.state() == QAbstractAnimation::Stopped) {
+        style::paintSymbol(painter, m_symbol, place, color);
+        return;
     }
-    style::paintSymbol(painter, m_symbol, place, style::textColor(palette(), m_tone));
+    const auto middle = QRectF(place).center();
+    painter.translate(middle);
+    painter.rotate(m_turn.currentValue().toDouble());
+    painter.translate(-middle);
+    style::paintMovingSymbol(painter, m_symbol, place, color);
 }
 
 }  // namespace velquarin

@@ -72,7 +72,7 @@ private:
     QString m_symbol;
     double m_size;
     style::Tone m_tone;
-    QVariantAnimation m_turn;
+    QVariantAnimation m_turn{this};
     bool m_isTurning = false;
 };
 

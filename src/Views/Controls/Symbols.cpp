@@ -11,6 +11,8 @@
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
+#include <cmath>
+#include <numbers>
 #include <utility>
 
 namespace velquarin {
@@ -21,6 +23,8 @@ namespace {
 
 constexpr double gridHeight = 24;
 constexpr double heightToText = 1.4;
+constexpr double swelling = 0.1;
+constexpr int timeOfBeat = 260;  // ms
 
 QString fileOf(const QString &name)
 {
@@ -109,6 +113,13 @@ void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, con
     painter.drawPixmap(target, cached(name, pixels, color), QRectF(QPointF(), QSizeF(pixels)));
 }
 
+void paintMovingSymbol(QPainter &painter, const QString &name, const QRectF &rect, const QColor &color)
+{
+    const auto pixels = (rect.size() * std::sqrt(painter.deviceTransform().determinant())).toSize();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawPixmap(rect, cached(name, pixels, color), QRectF(QPointF(), QSizeF(pixels)));
+}
+
 QIcon symbolIcon(const QString &name)
 {
     return QIcon(new SymbolIconEngine(name));
@@ -129,6 +140,7 @@ SymbolView::SymbolView(QString name, double size, const style::Tone &tone, QWidg
     , m_name(std::move(name))
     , m_size(size)
     , m_tone(tone)
+    , m_beat(*this, QStringLiteral("beat"), style::timeOfBeat, [this] { update(); })
 {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -165,13 +177,29 @@ QColor SymbolView::color() const
 
 QSize SymbolView::sizeHint() const
 {
-    return style::symbolSize(m_name, m_size);
+    return style::symbolSize(m_name, m_size).grownBy(contentsMargins());
+}
+
+void SymbolView::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    m_beat.end();
 }
 
 void SymbolView::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
-    style::paintSymbol(painter, m_name, rect(), color());
+    const auto place = contentsRect();
+    if (m_beat.isOver()) {
+        style::paintSymbol(painter, m_name, place, color());
+        return;
+    }
+    const auto middle = QRectF(place).center();
+    const auto size = 1 + style::swelling * std::sin(m_beat.progress() * std::numbers::pi);
+    painter.translate(middle);
+    painter.scale(size, size);
+    painter.translate(-middle);
+    style::paintMovingSymbol(painter, m_name, place, color());
 }
 
 }  // namespace velquarin

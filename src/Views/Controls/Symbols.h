@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "Views/Controls/Motion.h"
 #include "Views/Controls/Style.h"
 
 #include <QIcon>
@@ -23,6 +24,10 @@ namespace style {
 //! Paints the symbol @p name into @p rect, as large as it fits, in the middle, sharp at every scale.
 void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, const QColor &color);
 
+//! The same for a painter that turns or scales it on its way: smooth in place of sharp, so that it keeps its shape from one
+//! picture to the next.
+void paintMovingSymbol(QPainter &painter, const QString &name, const QRectF &rect, const QColor &color);
+
 //! The symbol @p name for a button of Qt's: painted anew each time, in the colour of the buttons' text.
 [[nodiscard]] QIcon symbolIcon(const QString &name);
 
@@ -31,7 +36,7 @@ void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, con
 
 }  // namespace style
 
-//! One of our drawings, beside text of a size. It lets the pointer through, and says nothing to a screen reader: the
+//! One of our drawings, beside text of a size, within the contents margins. It lets the pointer through, and says nothing to a screen reader: the
 //! text or the button beside it does.
 class SymbolView : public QWidget
 {
@@ -47,17 +52,22 @@ public:
     //! Fills the drawing with a lively colour, where it is a picture and no letter.
     void setFill(style::Accent accent);
 
+    //! Has it swell by a tenth and shrink again, once, into the contents margins.
+    void beat() { m_beat.begin(); }
+
     [[nodiscard]] QColor color() const;
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
     QString m_name;
     double m_size;
     style::Tone m_tone;
     bool m_isFilled = false;
+    Motion m_beat;
 };
 
 }  // namespace velquarin

@@ -4,6 +4,7 @@
 #include "Views/Dashboard/HeaderSection.h"
 
 #include "Views/Controls/Decorations.h"
+#include "Views/Controls/PlainButton.h"
 #include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
 
@@ -20,6 +21,7 @@ using style::points;
 namespace {
 
 constexpr double flameSize = 32;
+constexpr double roomForBeat = 2;
 constexpr TextLook streakLook{28, QFont::Bold, Ink::Primary};
 
 // Room for three figures, so that a growing streak does not push the rest aside.
@@ -80,13 +82,16 @@ HeaderSection::HeaderSection(QWidget *parent)
 
 QLayout *HeaderSection::makeStreakColumn()
 {
+    m_flame->setObjectName(QStringLiteral("flame"));
+    const auto room = points(roomForBeat);
+    m_flame->setContentsMargins(room, room, room, room);
     m_streak->setObjectName(QStringLiteral("currentStreak"));
     m_streak->setMinimumWidth(streakColumnWidth());
     m_streak->setAlignment(Qt::AlignHCenter);
     auto *const column = new QVBoxLayout;
     column->setSpacing(points(4));
     column->addStretch();
-    column->addWidget(m_flame, 0, Qt::AlignHCenter);
+    column->addItem(new OutsetItem(m_flame, points(roomForBeat)));
     column->addWidget(m_streak, 0, Qt::AlignHCenter);
     column->addWidget(m_caption, 0, Qt::AlignHCenter);
     column->addStretch();
@@ -111,6 +116,8 @@ void HeaderSection::setFigures(const HeaderFigures &figures)
     m_thisWeek->setValue(tr("%1 commits").arg(figures.totalCommitsThisWeek), Ink::Primary);
     m_repositories->setValue(tr("%1 tracked").arg(figures.repositories), Ink::Primary);
     if (figures.hasCommittedToday) {
+        if (m_flame->name() != QStringLiteral("flame.fill"))
+            m_flame->beat();
         m_flame->setName(QStringLiteral("flame.fill"));
         m_flame->setFill(Accent::Orange);
         m_today->setValue(tr("Committed!"), Accent::Green);

@@ -6,6 +6,7 @@
 #include "Platform/Clock.h"
 #include "Services/Streak/StreakManager.h"
 #include "Views/Controls/Decorations.h"
+#include "Views/Controls/FadingPicture.h"
 #include "Views/Controls/Style.h"
 #include "Views/Dashboard/FooterSection.h"
 #include "Views/Dashboard/HeaderSection.h"
@@ -67,6 +68,7 @@ MenuBarView::MenuBarView(StreakManager &manager, const Clock &clock, Timers &tim
     , m_viewer(viewer)
     , m_openSettings(std::move(openSettings))
     , m_readLocale(std::move(readLocale))
+    , m_sectionThatLeft(new FadingPicture(*this, [this] { return placeOfSections(); }))
     , m_rendering([this] { render(); })
     , m_rebuilding([this] { rebuild(); })
 {
@@ -203,6 +205,7 @@ void MenuBarView::chooseSection()
     const bool isYear = m_manager.showYearView();
     if (isYear == !m_year->isHidden())
         return;
+    m_sectionThatLeft->begin();
     if (isYear) {
         exchangeSections(m_year, m_week);
         m_year->bringTodayIntoSight();
@@ -210,6 +213,11 @@ void MenuBarView::chooseSection()
         exchangeSections(m_week, m_year);
     }
     m_repositoriesPart->setVisible(!isYear);
+}
+
+QRect MenuBarView::placeOfSections() const
+{
+    return {QPoint(0, m_header->geometry().bottom() + 1), QPoint(width() - 1, m_footer->y() - 1)};
 }
 
 void MenuBarView::renderUpdated()

@@ -19,6 +19,7 @@ class QVBoxLayout;
 namespace velquarin {
 
 class Clock;
+class FadingPicture;
 class FileViewer;
 class FooterSection;
 class HeaderSection;
@@ -31,8 +32,9 @@ class YearSection;
 //!
 //! It follows what the manager publishes: any number of changes makes one rendering, on the next turn of the event
 //! loop, and what has not changed is not touched. Zone and locale are read at each rendering. While it is on screen
-//! its text of the last refresh counts on, and a new day renders it anew; while it is not, no timer runs. It is as
-//! high as its content; in a higher window the footer stays at the lower end.
+//! its text of the last refresh counts on, and a new day renders it anew; while it is not, no timer runs. Of week and year
+//! the one that comes is there at once, while a picture of the other one fades. It is as high as its content; in a higher
+//! window the footer stays at the lower end.
 class MenuBarView : public QWidget
 {
     Q_OBJECT
@@ -62,6 +64,7 @@ private:
     void renderSections(const Calendar &calendar, Instant now);
     void renderHeader();
     void chooseSection();
+    [[nodiscard]] QRect placeOfSections() const;
     void renderUpdated();
     [[nodiscard]] QString keyboardsPlace() const;
     void bringKeyboardTo(const QString &place);
@@ -82,6 +85,7 @@ private:
     QWidget *m_repositoriesPart = nullptr;
     RepositoriesSection *m_repositories = nullptr;
     FooterSection *m_footer = nullptr;
+    FadingPicture *m_sectionThatLeft;
 
     std::unique_ptr<DateTexts> m_texts;
     QByteArray m_locale;

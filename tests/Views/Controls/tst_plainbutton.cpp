@@ -9,6 +9,9 @@
 
 #include <QApplication>
 #include <QTest>
+#include <QVariantAnimation>
+
+#include <cmath>
 
 using namespace velquarin;
 using namespace velquarin::test;
@@ -29,6 +32,17 @@ protected:
         return false;
     }
 };
+
+// How much lies on the ground, in all.
+double inkOf(const QImage &picture)
+{
+    double ink = 0;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            ink += std::abs(picture.pixelColor(x, y).lightness() - picture.pixelColor(0, 0).lightness());
+    }
+    return ink;
+}
 
 QColor groundOf(QWidget &button)
 {
@@ -120,6 +134,22 @@ private Q_SLOTS:
         }
         button.hide();
         QCOMPARE(pictureOf(button, 1), atRest);
+    }
+
+    void aSymbolThatTurnsKeepsItsSize()
+    {
+        AnimatingStyle motion(200);
+        LoneButton button(motion);
+        button.show();
+        const auto atRest = inkOf(pictureOf(button, 2));
+        button.setTurning(true);
+        auto &turning = *button.findChild<QVariantAnimation *>(QStringLiteral("turning"));
+        turning.pause();
+        for (int eighth = 1; eighth < 8; ++eighth) {
+            turning.setCurrentTime(turning.duration() * eighth / 8);
+            const auto ink = inkOf(pictureOf(button, 2)) / atRest;
+            QVERIFY2(std::abs(ink - 1) < 0.05, qPrintable(QStringLiteral("%1/8: %2").arg(eighth).arg(ink)));
+        }
     }
 
     void whereNoAnimationsAreWantedItStandsStill()

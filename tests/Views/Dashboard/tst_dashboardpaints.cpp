@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Velquarin developers
 // SPDX-License-Identifier: MIT
 
+#include "support/AnimatingStyle.h"
 #include "support/Engine.h"
 #include "support/Offscreen.h"
 #include "support/RecordingFileViewer.h"
@@ -107,6 +108,8 @@ private Q_SLOTS:
     void init()
     {
         failOnAnyWarningOfOurs();
+        // What is painted once shall not be painted again on its way.
+        QApplication::setStyle(new AnimatingStyle(0));
         QApplication::setPalette(lightPalette());
         auto font = QApplication::font();
         font.setPixelSize(13);

@@ -3,6 +3,7 @@
 
 #include "Views/Dashboard/MenuBarView.h"
 
+#include "support/AnimatingStyle.h"
 #include "support/Engine.h"
 #include "support/Offscreen.h"
 #include "support/PaintedText.h"
@@ -11,6 +12,7 @@
 #include "support/TestProgram.h"
 #include "support/WhatIsShown.h"
 #include "Views/Controls/Decorations.h"
+#include "Views/Controls/FadingPicture.h"
 #include "Views/Controls/PlainButton.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Symbols.h"
@@ -111,6 +113,26 @@ struct World
     [[nodiscard]] QString text(const char *name) const { return named<Text>(name).text(); }
     void click(const char *name) const { QTest::mouseClick(&named(name), Qt::LeftButton); }
 
+    [[nodiscard]] QVariantAnimation &motion(const char *name) const
+    {
+        return *view->findChild<QVariantAnimation *>(QLatin1String(name));
+    }
+
+    // The first repository has so many commits today, and is read anew.
+    void commit(int today)
+    {
+        const auto log = commits("2026-11-20", today);
+        engine.script(QStringLiteral("/src/repository-1"), log, log, "2026-11-20T11:00:00+00:00");
+        engine.refresh();
+        settle();
+    }
+
+    void showYear(bool isYear)
+    {
+        engine.manager.setShowYearView(isYear);
+        settle();
+    }
+
     [[nodiscard]] QStringList textsOf(const char *section) const { return textsIn(named(section)); }
 };
 
@@ -123,8 +145,169 @@ private Q_SLOTS:
     void init()
     {
         failOnAnyWarningOfOurs();
+        // Pictures are taken of what has come to rest.
+        QApplication::setStyle(new AnimatingStyle(0));
         QApplication::setPalette(lightPalette());
         setFontHeight(13);
+    }
+
+    // What moves
+
+    void whatWasShownFadesOverWhatIs()
+    {
+        const AnimatingDesktop desktop;
+        World world;
+        world.track(3, 4);
+        world.engine.refresh();
+        auto &view = world.show();
+        view.setFixedHeight(500);
+        World::settle();
+        for (const bool isYear : {true, false}) {
+            const auto before = pictureOf(view, 1);
+            world.showYear(isYear);
+            auto &fading = world.motion("fading");
+            QCOMPARE(fading.state(), QAbstractAnimation::Running);
+            QCOMPARE(fading.duration(), 100);
+            fading.pause();
+            fading.setCurrentTime(0);
+            QCOMPARE(pictureOf(view, 1), before);
+            fading.setCurrentTime(50);
+            const auto between = pictureOf(view, 1);
+            fading.resume();
+            QTRY_COMPARE(fading.state(), QAbstractAnimation::Stopped);
+            const auto after = pictureOf(view, 1);
+            const auto different = firstDifference(before, after);
+            QCOMPARE(between.pixelColor(different), halfway(before.pixelColor(different), after.pixelColor(different)));
+            QVERIFY(!view.findChild<FadingPicture *>()->isVisible());
+        }
+    }
+
+    void whatIsShownCanBeClickedWhileItFadesIn()
+    {
+        const AnimatingDesktop desktop;
+        World world;
+        auto &view = world.show();
+        world.showYear(true);
+        world.motion("fading").pause();
+        world.motion("fading").setCurrentTime(1);
+        const auto &back = world.named("back");
+        QVERIFY(view.findChild<FadingPicture *>()->geometry().contains(back.mapTo(&view, back.rect().center())));
+        QTest::mouseClick(view.windowHandle(), Qt::LeftButton, {}, back.mapTo(&view, back.rect().center()));
+        QVERIFY(!world.engine.manager.showYearView());
+    }
+
+    void whereLessIsShownNothingFadesOverTheFooter()
+    {
+        const AnimatingDesktop desktop;
+        World world;
+        world.track(10, 1);
+        world.engine.refresh();
+        auto &view = world.show();
+        world.showYear(true);
+        world.motion("fading").pause();
+        world.motion("fading").setCurrentTime(1);
+        view.resize(view.width(), view.sizeHint().height());
+        World::settle();
+        const auto footer = world.named("footer").geometry();
+        QVERIFY(view.findChild<FadingPicture *>()->geometry().intersects(footer));
+        const auto during = pictureOf(view, 1).copy(footer);
+        world.motion("fading").setCurrentTime(100);
+        QCOMPARE(during, pictureOf(view, 1).copy(footer));
+    }
+
+    void hiddenNothingFades()
+    {
+        const AnimatingDesktop desktop;
+        World world;
+        auto &view = world.show();
+        world.showYear(true);
+        view.hide();
+        QCOMPARE(world.motion("fading").state(), QAbstractAnimation::Stopped);
+        world.showYear(false);
+        QCOMPARE(world.motion("fading").state(), QAbstractAnimation::Stopped);
+        view.show();
+        QVERIFY(!view.findChild<FadingPicture *>()->isVisible());
+    }
+
+    void theFirstCommitOfTheDayHasTheFlameBeatOnce()
+    {
+        const AnimatingDesktop desktop;
+        World world;
+        world.track(1, 0);
+        world.engine.refresh();
+        world.show();
+        auto &beat = world.motion("beat");
+        QCOMPARE(beat.state(), QAbstractAnimation::Stopped);
+        world.commit(1);
+        QCOMPARE(beat.state(), QAbstractAnimation::Running);
+        QCOMPARE(beat.duration(), 260);
+        QTRY_COMPARE(beat.state(), QAbstractAnimation::Stopped);
+        world.commit(2);
+        QCOMPARE(beat.state(), QAbstractAnimation::Stopped);
+    }
+
+    void theFlameSwellsByATenthAndShrinksAgain()
+    {
+        const AnimatingDesktop desktop;
+        World world;
+        world.track(1, 0);
+        world.engine.refresh();
+        world.show();
+        world.commit(1);
+        auto &beat = world.motion("beat");
+        auto &flame = world.named("flame");
+        beat.pause();
+        const auto extentAt = [&](int time) {
+            beat.setCurrentTime(time);
+            return extentOf(pictureOf(flame, 2));
+        };
+        const auto first = extentAt(0);
+        const auto largest = extentAt(130);
+        QVERIFY2(std::abs(largest.height() - 1.1 * first.height()) <= 2, qPrintable(QString::number(largest.height())));
+        QVERIFY(QRect(QPoint(), flame.size() * 2).adjusted(1, 1, -1, -1).contains(largest));
+        QVERIFY((largest.center() - first.center()).manhattanLength() <= 2);
+        beat.setCurrentTime(260);
+        QCOMPARE(extentOf(pictureOf(flame, 2)), first);
+    }
+
+    void aFlameThatIsLitWhenItIsFirstSeenDoesNotBeat()
+    {
+        const AnimatingDesktop desktop;
+        World world;
+        world.track(1, 0);
+        world.engine.refresh();
+        world.make();
+        world.commit(1);
+        world.view->show();
+        QVERIFY(QTest::qWaitForWindowExposed(world.view.get()));
+        World::settle();
+        QCOMPARE(world.motion("beat").state(), QAbstractAnimation::Stopped);
+    }
+
+    void hiddenTheFlameComesToRest()
+    {
+        const AnimatingDesktop desktop;
+        World world;
+        world.track(1, 0);
+        world.engine.refresh();
+        auto &view = world.show();
+        world.commit(1);
+        view.hide();
+        QCOMPARE(world.motion("beat").state(), QAbstractAnimation::Stopped);
+    }
+
+    void whereNoAnimationsAreWantedNothingMoves()
+    {
+        const AnimatingDesktop desktop(0);
+        World world;
+        world.track(1, 0);
+        world.engine.refresh();
+        world.show();
+        world.commit(1);
+        QCOMPARE(world.motion("beat").state(), QAbstractAnimation::Stopped);
+        world.showYear(true);
+        QCOMPARE(world.motion("fading").state(), QAbstractAnimation::Stopped);
+        QVERIFY(!world.view->findChild<FadingPicture *>()->isVisible());
     }
 
     // What it shows
@@ -397,7 +580,7 @@ private Q_SLOTS:
         world.engine.refresh();
         world.show();
         auto *const flame = world.named("header").findChild<SymbolView *>();
-        const auto expected = pictureOfSymbol(symbol, flame->rect(), color, *flame);
+        const auto expected = pictureOfSymbol(symbol, flame->contentsRect(), color, *flame);
         QVERIFY(!isPlain(expected));
         QCOMPARE(pictureOf(*flame, 1), expected);
     }
@@ -459,7 +642,8 @@ private Q_SLOTS:
         world.engine.refresh();
         world.show();
         const auto &header = world.named("header");
-        const auto flame = header.findChild<SymbolView *>()->geometry();
+        const auto &symbol = *header.findChild<SymbolView *>();
+        const auto flame = symbol.contentsRect().translated(symbol.pos());
         const auto streak = world.named("currentStreak").geometry();
         const auto caption = textNamed(world, "day streak").geometry();
         const auto line = header.findChild<Divider *>()->geometry();
@@ -1414,6 +1598,32 @@ private:
             int m_thickness;
         };
     };
+
+    static QPoint firstDifference(const QImage &one, const QImage &other)
+    {
+        for (int y = 0; y < one.height(); ++y) {
+            for (int x = 0; x < one.width(); ++x) {
+                if (one.pixel(x, y) != other.pixel(x, y))
+                    return {x, y};
+            }
+        }
+        qFatal("There is no difference");
+    }
+
+    static QColor halfway(const QColor &one, const QColor &other) { return style::mix(one, other, 0.5); }
+
+    // The smallest rectangle around what is not of the ground's colour.
+    static QRect extentOf(const QImage &picture)
+    {
+        QRect extent;
+        for (int y = 0; y < picture.height(); ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                if (picture.pixel(x, y) != picture.pixel(0, 0))
+                    extent |= QRect(x, y, 1, 1);
+            }
+        }
+        return extent;
+    }
 
     static void setFontHeight(int pixels)
     {
