@@ -7,6 +7,7 @@
 #include <QPaintDevice>
 #include <QPaintEngine>
 #include <QPainter>
+#include <QPointF>
 #include <QStringList>
 #include <QWidget>
 
@@ -18,6 +19,7 @@ struct PaintedText
     QString text;
     QFont font;
     QColor color;
+    QPointF place;  // where its baseline begins
 };
 
 //! A sheet that keeps what is written on it, and nothing else.
@@ -73,13 +75,13 @@ private:
         void drawPixmap(const QRectF & /*rect*/, const QPixmap & /*pixmap*/, const QRectF & /*from*/) override {}
         void drawTextItem(const QPointF &place, const QTextItem &item) override
         {
-            const auto start = painter()->transform().map(place);
+            const auto start = painter()->deviceTransform().map(place);
             // A letter that is underlined for its mnemonic comes by itself.
             const auto gap = start - m_end;
             if (!texts.isEmpty() && qAbs(gap.x()) < 1 && qAbs(gap.y()) < 1)
                 texts.last().text.append(item.text());
             else
-                texts.append({item.text(), painter()->font(), painter()->pen().color()});
+                texts.append({item.text(), painter()->font(), painter()->pen().color(), start});
             m_end = start + QPointF(item.width(), 0);
         }
         [[nodiscard]] Type type() const override { return User; }

@@ -82,10 +82,13 @@ QRect Switch::trackPlace() const
                                rect().adjusted(outset(), 0, -outset(), 0));
 }
 
+// A small label, too, stands on the baseline of what is beside the switch in the usual size.
 QRect Switch::labelPlace() const
 {
+    const QFontMetrics beside(style::font(style::TypeStyle::Body));
+    const auto top = (height() - beside.height()) / 2 + beside.ascent() - QFontMetrics(lettering()).ascent();
     const auto besides = trackSize().width() + style::points(style::defaultSpacing) + outset();
-    return QStyle::visualRect(layoutDirection(), rect(), rect().adjusted(outset(), 0, -besides, 0));
+    return QStyle::visualRect(layoutDirection(), rect(), rect().adjusted(outset(), top, -besides, 0));
 }
 
 void Switch::paintEvent(QPaintEvent * /*event*/)
@@ -93,7 +96,7 @@ void Switch::paintEvent(QPaintEvent * /*event*/)
     QPainter painter(this);
     painter.setFont(lettering());
     painter.setPen(style::ink(palette(), style::Ink::Primary));
-    const auto alignment = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading | Qt::AlignVCenter);
+    const auto alignment = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading | Qt::AlignTop);
     painter.drawText(labelPlace(), int(alignment) | Qt::TextSingleLine | style::mnemonicFlag(*this), text());
     paintTrack(painter);
     if (hasFocus())

@@ -15,11 +15,16 @@ namespace velquarin {
 
 namespace {
 
-// A name may hold line breaks, which would hide all but its first line.
+QFont letteringOf(const TextLook &look)
+{
+    return style::systemFont(look.size, look.weight);
+}
+
+// A name may hold line breaks and tabs, which would send its rest elsewhere.
 QString onOneLine(QString text)
 {
     const auto isBreak = [](QChar character) {
-        return character == QLatin1Char('\n') || character == QChar::LineSeparator ||
+        return character == QLatin1Char('\n') || character == QLatin1Char('\t') || character == QChar::LineSeparator ||
                character == QChar::ParagraphSeparator;
     };
     std::ranges::replace_if(text, isBreak, QChar(QChar::Space));
@@ -31,6 +36,21 @@ QString onOneLine(QString text)
 TextLook textLook(style::TypeStyle type, style::Tone tone, QFont::Weight weight)
 {
     return {style::sizeOf(type), type == style::TypeStyle::Headline ? QFont::Bold : weight, tone};
+}
+
+Line lineOf(const TextLook &look)
+{
+    const QFontMetrics metrics(letteringOf(look));
+    return {metrics.ascent(), metrics.descent()};
+}
+
+// Some fonts have figures that reach further, as small letters do.
+Line closeLineOf(const TextLook &look)
+{
+    const QFontMetrics metrics(letteringOf(look));
+    const auto figures = metrics.tightBoundingRect(QStringLiteral("0123456789"));
+    const auto margin = style::points(2);
+    return {std::max(metrics.capHeight() + margin, -figures.top()), std::max(margin, figures.bottom() + 1)};
 }
 
 Text::Text(const TextLook &look, QWidget *parent)
@@ -69,6 +89,12 @@ void Text::setAlignment(Qt::Alignment alignment)
     update();
 }
 
+void Text::setLine(const Line &line)
+{
+    m_line = line;
+    updateGeometry();
+}
+
 void Text::allowCutting(Qt::TextElideMode where)
 {
     m_cutAt = where;
@@ -77,8 +103,9 @@ void Text::allowCutting(Qt::TextElideMode where)
 
 QSize Text::sizeHint() const
 {
-    const QFontMetrics metrics(lettering());
-    return {metrics.horizontalAdvance(onOneLine(m_text)), metrics.height()};
+    const QFontMetrics metrics(letteringOf(m_look));
+    const auto [above, below] = line();
+    return {metrics.horizontalAdvance(onOneLine(m_text)), above + below};
 }
 
 QSize Text::minimumSizeHint() const
@@ -92,11 +119,18 @@ void Text::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.setLayoutDirection(style::readingDirection(m_text));
-    painter.setFont(lettering());
+    painter.setFont(letteringOf(m_look));
     painter.setPen(style::textColor(palette(), m_look.tone));
-    const auto alignment = QStyle::visualAlignment(layoutDirection(), m_alignment | Qt::AlignVCenter);
-    constexpr int flags = Qt::TextSingleLine | Qt::TextDontClip;
-    painter.drawText(rect(), int(alignment | Qt::AlignAbsolute) | flags, shownText(painter.fontMetrics()));
+    const auto shown = shownText(painter.fontMetrics());
+    const auto where = place(shown, painter.fontMetrics());
+    painter.drawText(QPoint(where.x(), where.y() + line().above), shown);
+}
+
+// On its baseline wherever that is: a letter from another font would move a line that is put in the middle.
+QRect Text::place(const QString &shown, const QFontMetrics &metrics) const
+{
+    const QSize size(metrics.horizontalAdvance(shown), line().above + line().below);
+    return QStyle::alignedRect(layoutDirection(), m_alignment | Qt::AlignVCenter, size, rect());
 }
 
 // A screen of another scale measures a text a little wider or narrower: what was given its room is never cut.
@@ -113,9 +147,9 @@ Text *makeText(const TextLook &look, const QString &text, QWidget *parent)
     return made;
 }
 
-QFont Text::lettering() const
+Line Text::line() const
 {
-    return style::systemFont(m_look.size, m_look.weight);
+    return m_line.value_or(lineOf(m_look));
 }
 
 }  // namespace velquarin

@@ -6,6 +6,8 @@
 
 #include <QWidget>
 
+#include <optional>
+
 class QFontMetrics;
 
 namespace velquarin {
@@ -20,6 +22,20 @@ struct TextLook
 };
 
 [[nodiscard]] TextLook textLook(style::TypeStyle type, style::Tone tone, QFont::Weight weight = QFont::Normal);
+
+//! How far a line reaches from the baseline. Units: logical pixels.
+struct Line
+{
+    int above = 0;
+    int below = 0;
+};
+
+//! The line that the font of @p look asks for.
+[[nodiscard]] Line lineOf(const TextLook &look);
+
+//! As high as capitals and figures, and 2 points more above and below: the line that its font asks for would hold a large
+//! figure apart from what belongs to it.
+[[nodiscard]] Line closeLineOf(const TextLook &look);
 
 //! One line of text. It is in the accessibility tree as it is given, even where it is cut to the room there is. It
 //! follows font and palette, lets the pointer through to what lies behind, and a new text of the same size moves nothing.
@@ -38,6 +54,10 @@ public:
     //! Where the text stands in a wider widget; leading unless it is said otherwise.
     void setAlignment(Qt::Alignment alignment);
 
+    //! Texts of several sizes stand in one row on one baseline where all have the line of the largest. It has that of its
+    //! own look unless it is said otherwise.
+    void setLine(const Line &line);
+
     //! Lets the layout make it narrower than the text, which then has an ellipsis there.
     void allowCutting(Qt::TextElideMode where = Qt::ElideRight);
 
@@ -48,11 +68,13 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    [[nodiscard]] QFont lettering() const;
+    [[nodiscard]] Line line() const;
+    [[nodiscard]] QRect place(const QString &shown, const QFontMetrics &metrics) const;
     [[nodiscard]] QString shownText(const QFontMetrics &metrics) const;
 
     TextLook m_look;
     QString m_text;
+    std::optional<Line> m_line;
     Qt::Alignment m_alignment = Qt::AlignLeading;
     Qt::TextElideMode m_cutAt = Qt::ElideRight;
 };

@@ -88,6 +88,7 @@ QLayout *HeaderSection::makeStreakColumn()
     m_streak->setObjectName(QStringLiteral("currentStreak"));
     m_streak->setMinimumWidth(streakColumnWidth());
     m_streak->setAlignment(Qt::AlignHCenter);
+    m_streak->setLine(closeLineOf(streakLook));
     auto *const column = new QVBoxLayout;
     column->setSpacing(points(4));
     column->addStretch();

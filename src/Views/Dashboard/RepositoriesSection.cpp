@@ -50,6 +50,7 @@ RepoRow::RepoRow(FileViewer &viewer, QWidget *parent)
 {
     m_name->allowCutting();
     m_name->setObjectName(QStringLiteral("repositoryName"));
+    m_activity->setLine(lineOf(textLook(TypeStyle::Subheadline, Ink::Primary)));
     m_activity->setObjectName(QStringLiteral("repositoryActivity"));
     auto *const row = makeRow(style::points(2) + outset());
     row->addWidget(m_folder);
@@ -154,6 +155,7 @@ RepositoriesSection::RepositoriesSection(FileViewer &viewer, QWidget *parent)
 QLayout *RepositoriesSection::makeHeading()
 {
     m_more->setObjectName(QStringLiteral("moreRepositories"));
+    m_more->setLine(lineOf(textLook(TypeStyle::Headline, Ink::Secondary)));
     m_more->hide();
 
     auto *const row = new QHBoxLayout;

@@ -19,13 +19,14 @@ SectionButton::SectionButton(Direction direction, const QString &title, const QS
     // Who goes from control to control comes past the heading.
     setAccessibleDescription(title);
     auto *const row = makeRow(verticalPadding());
+    // The chevron goes down with the link, which stands on the baseline of the heading.
     if (direction == Direction::Forward) {
         row->addWidget(makeHeading(title));
         row->addStretch();
         row->addWidget(makeLink(action));
-        row->addWidget(makeChevron(direction));
+        row->addWidget(makeChevron(direction), 0, Qt::AlignBottom);
     } else {
-        row->addWidget(makeChevron(direction));
+        row->addWidget(makeChevron(direction), 0, Qt::AlignBottom);
         row->addWidget(makeLink(action));
         row->addStretch();
         row->addWidget(makeHeading(title));
@@ -39,7 +40,9 @@ QWidget *SectionButton::makeHeading(const QString &title)
 
 QWidget *SectionButton::makeLink(const QString &action)
 {
-    return makeText(textLook(TypeStyle::Caption, style::Accent::Blue), action, this);
+    auto *const link = makeText(textLook(TypeStyle::Caption, style::Accent::Blue), action, this);
+    link->setLine(lineOf(textLook(TypeStyle::Headline, style::Ink::Secondary)));
+    return link;
 }
 
 int SectionButton::verticalPadding()

@@ -113,7 +113,7 @@ void RecordRow::showRecord(QUuid id, const QString &name, const QString &path, b
 Badge *RecordRow::addBadge(const QString &word)
 {
     auto *const badge = new Badge(word, m_texts);
-    m_firstLine->insertWidget(1, badge);
+    m_firstLine->insertWidget(1, badge, 0, Qt::AlignBottom);
     return badge;
 }
 

@@ -48,10 +48,11 @@ void RepositoriesTab::build()
 void RepositoriesTab::addHeader()
 {
     auto *const row = addRowTo(*this);
-    row->addWidget(
-        makeText(textLook(style::TypeStyle::Headline, style::Ink::Primary), tr("Tracked Repositories"), this));
+    const auto look = textLook(style::TypeStyle::Headline, style::Ink::Primary);
+    row->addWidget(makeText(look, tr("Tracked Repositories"), this));
     row->addStretch();
     m_count = new Text(textLook(style::TypeStyle::Caption, style::Ink::Secondary), this);
+    m_count->setLine(lineOf(look));
     row->addWidget(m_count);
 }
 

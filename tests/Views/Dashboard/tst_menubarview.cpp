@@ -560,6 +560,67 @@ private Q_SLOTS:
         QTEST(found->color, "color");
     }
 
+    void theNumberStandsCloseToItsFlameAndItsCaption()
+    {
+        World world;
+        world.engine.refresh();
+        world.show();
+        const auto &number = world.named("currentStreak");
+        QCOMPARE(number.height(), QFontMetrics(style::systemFont(28, QFont::Bold)).capHeight() + 4);
+        QCOMPARE(number.y() - world.named("header").findChild<SymbolView *>()->geometry().bottom() - 1, 4);
+        QCOMPARE(textNamed(world, "day streak").y() - number.geometry().bottom() - 1, 4);
+    }
+
+    void theNumberIsNotCutOff()
+    {
+        World world;
+        world.engine.refresh();
+        world.show();
+        auto &number = world.named<Text>("currentStreak");
+        for (int figure = 0; figure < 10; ++figure) {
+            number.setText(QString::number(figure));
+            const auto picture = pictureOf(number, 1);
+            QVERIFY(!isPlain(picture));
+            QVERIFY(isPlain(picture.copy(0, 0, picture.width(), 1)));
+            QVERIFY(isPlain(picture.copy(0, picture.height() - 1, picture.width(), 1)));
+        }
+    }
+
+    void whatIsInOneRowStandsOnOneBaseline_data()
+    {
+        QTest::addColumn<QString>("left");
+        QTest::addColumn<QString>("right");
+        const auto row = [](const char *left, const char *right) {
+            QTest::newRow(left) << QString::fromUtf8(left) << QString::fromUtf8(right);
+        };
+        row("Today", "Committed!");
+        row("Last 7 Days", "Show Year");
+        row("Repositories", "+1 more");
+        row("repository-1", "7 today");
+        row("repository-2", "No commits");
+        row("Back", "Last 365 Days");
+        row("•", "1 active days");
+    }
+
+    void whatIsInOneRowStandsOnOneBaseline()
+    {
+        QFETCH(QString, left);
+        QFETCH(QString, right);
+        World world;
+        world.track(11, 7);
+        world.engine.refresh();
+        world.show();
+        auto written = paintedTexts(*world.view);
+        world.engine.manager.setShowYearView(true);
+        World::settle();
+        written += paintedTexts(*world.view);
+        const auto first = std::ranges::find(written, left, &PaintedText::text);
+        const auto second = std::ranges::find(written, right, &PaintedText::text);
+        QVERIFY(first != written.end() && second != written.end());
+        QVERIFY(first->place.x() < second->place.x());
+        QCOMPARE(second->place.y(), first->place.y());
+    }
+
     void theFlameIsDrawnAsItIsNamed_data()
     {
         QTest::addColumn<int>("today");

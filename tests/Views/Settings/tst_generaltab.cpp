@@ -453,7 +453,8 @@ void TestGeneralTab::aSwitchIsDrawnByNumbers()
         painter.drawEllipse(knob);
         painter.setPen(style::ink(control.palette(), style::Ink::Primary));
         painter.setFont(style::font(letters));
-        painter.drawText(QRect(4, 0, 50, 49), Qt::AlignLeft | Qt::AlignVCenter, QStringLiteral("On"));
+        const QFontMetrics body(style::font(style::TypeStyle::Body));
+        painter.drawText(4, (49 - body.height()) / 2 + body.ascent(), QStringLiteral("On"));
     });
     QCOMPARE(pictureOf(control, 1), expected);
 }
