@@ -208,13 +208,47 @@ bool YearHeatmapView::showToolTip(const QHelpEvent &help)
     return true;
 }
 
+int YearHeatmapView::fade()
+{
+    return style::points(20);
+}
+
+// What fades is elsewhere now.
+void YearHeatmapView::moveEvent(QMoveEvent * /*event*/)
+{
+    update();
+}
+
 void YearHeatmapView::paintEvent(QPaintEvent *event)
 {
     QPainter painter(this);
     paintLabels(painter);
+    painter.save();
     countDevicePixels(painter);
     painter.setRenderHint(QPainter::Antialiasing);
     paintCells(painter, event->rect());
+    painter.restore();
+    paintFades(painter);
+}
+
+// No wider than what is out of sight there, so that it goes little by little towards the end.
+void YearHeatmapView::paintFades(QPainter &painter) const
+{
+    const auto inSight = rect() & QRect(-pos(), parentWidget() != nullptr ? parentWidget()->size() : size());
+    const auto left = inSight.x();
+    const auto right = left + inSight.width();
+    paintFade(painter, left, left + std::min(left, fade()));
+    paintFade(painter, right, right - std::min(width() - right, fade()));
+}
+
+void YearHeatmapView::paintFade(QPainter &painter, int edge, int inside) const
+{
+    auto color = style::ground(palette());
+    QLinearGradient gradient(edge, 0, inside, 0);
+    gradient.setColorAt(0, color);
+    color.setAlpha(0);
+    gradient.setColorAt(1, color);
+    painter.fillRect(QRect(std::min(edge, inside), 0, std::abs(inside - edge), height()), gradient);
 }
 
 void YearHeatmapView::paintLabels(QPainter &painter) const

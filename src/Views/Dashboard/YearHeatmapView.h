@@ -47,6 +47,9 @@ public:
     //! The square that the keys have reached, today's at first; nothing in an empty grid.
     [[nodiscard]] std::optional<int> currentPaintedChild() const override { return m_current; }
 
+    //! How far what shows fades towards an edge beyond which there is more. Units: logical pixels.
+    [[nodiscard]] static int fade();
+
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -61,6 +64,7 @@ Q_SIGNALS:
 protected:
     bool event(QEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
@@ -86,6 +90,8 @@ private:
     void updateCell(std::optional<int> cell);
     void paintLabels(QPainter &painter) const;
     void paintCells(QPainter &painter, const QRect &dirty) const;
+    void paintFades(QPainter &painter) const;
+    void paintFade(QPainter &painter, int edge, int inside) const;
     void paintRing(QPainter &painter, const HeatmapGeometry &shapes, int cell) const;
     void hover(std::optional<int> cell);
     bool showToolTip(const QHelpEvent &help);

@@ -107,8 +107,9 @@ YearSection::YearSection(QWidget *parent)
     setFocusProxy(m_back);
     connect(m_back, &QAbstractButton::clicked, this, &YearSection::weekRequested);
     m_scrollArea->horizontalScrollBar()->setAccessibleName(m_heatmap->accessibleName());
-    connect(m_heatmap, &YearHeatmapView::currentCellMoved, this,
-            [this](const QRect &cell) { bringIntoSight(*m_scrollArea, cell.center(), cell.width()); });
+    connect(m_heatmap, &YearHeatmapView::currentCellMoved, this, [this](const QRect &cell) {
+        bringIntoSight(*m_scrollArea, cell.center(), YearHeatmapView::fade() + cell.width());
+    });
 
     const auto padding = points(style::defaultPadding);
     auto *const content = new QVBoxLayout;

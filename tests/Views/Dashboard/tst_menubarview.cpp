@@ -1415,6 +1415,59 @@ private Q_SLOTS:
         QTEST(area.horizontalScrollBar()->value(), "expected");
     }
 
+    void theYearFadesTowardsMoreOfIt_data()
+    {
+        QTest::addColumn<int>("scrolled");
+        QTest::addColumn<bool>("isLeftFaded");
+        QTest::addColumn<bool>("isRightFaded");
+        QTest::newRow("at its beginning") << 0 << false << true;
+        QTest::newRow("between") << 90 << true << true;
+        QTest::newRow("at its end") << 208 << true << false;
+    }
+
+    void theYearFadesTowardsMoreOfIt()
+    {
+        QFETCH(int, scrolled);
+        QFETCH(bool, isLeftFaded);
+        QFETCH(bool, isRightFaded);
+        World world;
+        world.engine.refresh();
+        world.engine.manager.setShowYearView(true);
+        world.show();
+        QTRY_VERIFY(isTodayInSight(world));
+        const auto &area = world.named<QScrollArea>("yearScrollArea");
+        area.horizontalScrollBar()->setValue(scrolled);
+        const auto picture = pictureOf(*area.viewport(), 1);
+        const auto standsOut = [&picture](int x) {
+            double best = 1;
+            for (int y = 0; y < picture.height(); ++y)
+                best = std::max(best, style::contrast(picture.pixelColor(x, y), lightPalette().window().color()));
+            return best;
+        };
+        const auto right = picture.width() - 1;
+        QCOMPARE(standsOut(0) < 1.02, isLeftFaded);
+        QCOMPARE(standsOut(right) < 1.02, isRightFaded);
+        QVERIFY(standsOut(22) > 1.1 && standsOut(right - 22) > 1.1);
+    }
+
+    void theDayThatTheKeysHaveReachedIsNotFaded()
+    {
+        World world;
+        world.engine.refresh();
+        world.engine.manager.setShowYearView(true);
+        world.show();
+        QTRY_VERIFY(isTodayInSight(world));
+        auto &year = world.named<YearHeatmapView>("yearHeatmap");
+        const auto *const bar = world.named<QScrollArea>("yearScrollArea").horizontalScrollBar();
+        year.setFocus();
+        for (int week = 0; week < 52; ++week) {
+            QTest::keyClick(&year, Qt::Key_Left);
+            const auto place = year.rectangleOf(*year.currentPaintedChild()).translated(year.pos());
+            QVERIFY(bar->value() == 0 || place.left() >= YearHeatmapView::fade());
+        }
+        QCOMPARE(bar->value(), 0);
+    }
+
     void writtenFromTheRightTheYearBringsTodayIntoSightToo()
     {
         World world;
