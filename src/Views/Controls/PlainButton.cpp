@@ -130,6 +130,11 @@ double IconButton::opacity() const
     return isEnabled() ? 1.0 : 0.5;
 }
 
+QColor IconButton::color() const
+{
+    return style::textColor(palette(), m_tone);
+}
+
 QSize IconButton::sizeHint() const
 {
     const auto symbol = style::symbolSize(m_symbol, m_size);
@@ -142,16 +147,15 @@ void IconButton::paintEvent(QPaintEvent *event)
     QPainter painter(this);
     painter.setOpacity(opacity());
     const auto place = rect().adjusted(outset(), outset(), -outset(), -outset());
-    const auto color = style::textColor(palette(), m_tone);
     if (m_turn.state() == QAbstractAnimation::Stopped) {
-        style::paintSymbol(painter, m_symbol, place, color);
+        style::paintSymbol(painter, m_symbol, place, color());
         return;
     }
     const auto middle = QRectF(place).center();
     painter.translate(middle);
     painter.rotate(m_turn.currentValue().toDouble());
     painter.translate(-middle);
-    style::paintMovingSymbol(painter, m_symbol, place, color);
+    style::paintMovingSymbol(painter, m_symbol, place, color());
 }
 
 }  // namespace velquarin

@@ -59,6 +59,7 @@ public:
     void setTurning(bool isTurning);
 
     [[nodiscard]] double opacity() const;
+    [[nodiscard]] virtual QColor color() const;
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:

@@ -213,6 +213,17 @@ QColor accentTextOn(const QColor &paper, const QPalette &palette, Accent accent)
     return legible(color, primary(palette), paper);
 }
 
+QColor desktopAccentOn(const QColor &paper, const QPalette &palette)
+{
+    return legible(desktopAccent(palette), primary(palette), paper, leastContrastOfShapes);
+}
+
+QColor faded(const QColor &color, const QPalette &palette)
+{
+    const auto paper = groupGround(palette);
+    return legible(mix(paper, color, 0.7), color, paper, leastContrastOfShapes);
+}
+
 QColor textColor(const QPalette &palette, const Tone &tone)
 {
     if (const auto *asInk = std::get_if<Ink>(&tone))

@@ -63,6 +63,10 @@ using Tone = std::variant<Ink, Accent>;
 [[nodiscard]] QColor accentText(const QPalette &palette, Accent accent);
 //! The same against @p paper in place of the window colour.
 [[nodiscard]] QColor accentTextOn(const QColor &paper, const QPalette &palette, Accent accent);
+//! The desktop's accent as a symbol on @p paper: at least 3:1.
+[[nodiscard]] QColor desktopAccentOn(const QColor &paper, const QPalette &palette);
+//! @p color for a symbol in a group that should not draw the eyes: 70 % of it, and at least 3:1.
+[[nodiscard]] QColor faded(const QColor &color, const QPalette &palette);
 [[nodiscard]] QColor textColor(const QPalette &palette, const Tone &tone);
 
 //! Colours to fill with: livelier than what can be read as text.

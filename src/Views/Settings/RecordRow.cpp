@@ -10,9 +10,11 @@
 #include "Views/Controls/Text.h"
 #include "Views/Settings/TabParts.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QStyleOption>
 #include <QTextDocument>
 
@@ -47,6 +49,41 @@ int roomAroundBoxOf(const QCheckBox &box)
     option.rect = QRect(QPoint(), box.sizeHint());
     return box.style()->subElementRect(QStyle::SE_CheckBoxIndicator, &option, &box).x();
 }
+
+// A quiet label on the baseline of what stands in the picker beside it.
+class PickerLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        const QFontMetrics neighbour(QApplication::font());
+        QPainter painter(this);
+        painter.setPen(style::ink(palette(), style::Ink::Secondary));
+        painter.setLayoutDirection(style::readingDirection(text()));
+        painter.drawText(0, (height() - neighbour.height()) / 2 + neighbour.ascent(), text());
+    }
+};
+
+// A column of red would draw all eyes: it is faint until somebody comes near.
+class Bin : public IconButton
+{
+public:
+    explicit Bin(QWidget *row)
+        : IconButton(QStringLiteral("trash"), RecordRow::tr("Remove"), row)
+    {
+        setLook(sizeOfBin, style::Accent::Red);
+        setToolTip(RecordRow::tr("Remove"));
+    }
+
+    [[nodiscard]] QColor color() const override
+    {
+        const auto full = IconButton::color();
+        return hasFocus() || parentWidget()->underMouse() ? full : style::faded(full, palette());
+    }
+};
 
 }  // namespace
 
@@ -126,9 +163,7 @@ void RecordRow::addPicker(QWidget *label, QWidget *picker)
 
 void RecordRow::addBin()
 {
-    m_remove = new IconButton(QStringLiteral("trash"), tr("Remove"), this);
-    m_remove->setLook(sizeOfBin, style::Accent::Red);
-    m_remove->setToolTip(tr("Remove"));
+    m_remove = new Bin(this);
     m_row->addWidget(m_remove);
     addControl(m_remove);
     connect(m_remove, &IconButton::clicked, this, [this] { Q_EMIT removalRequested(id()); });
@@ -149,7 +184,7 @@ void RepositoryRow::setRepository(const TrackedRepository &repository)
 
 WatchedFolderRow::WatchedFolderRow(QWidget *parent)
     : RecordRow(parent)
-    , m_label(new QLabel(tr("Depth"), this))
+    , m_label(new PickerLabel(tr("Depth"), this))
     , m_depth(new Picker(this))
 {
     m_label->setFont(style::font(style::TypeStyle::Caption));

@@ -260,7 +260,9 @@ void RowList::scrollContentsBy(int /*dx*/, int /*dy*/)
 void RowList::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(viewport());
-    paintTintedGround(painter, viewport()->rect(), palette());
+    const auto end = int(m_ids.size()) * rowHeight() - verticalScrollBar()->value();
+    const QRect rows(0, 0, viewport()->width(), std::min(end, viewport()->height()));
+    paintTintedGround(painter, rows, palette());
 }
 
 bool RowList::eventFilter(QObject *watched, QEvent *event)

@@ -113,6 +113,8 @@ EmptyPanel::EmptyPanel(const Words &words, QWidget *parent)
     : QWidget(parent)
     , m_button(makeButton(words.action, {}, this))
 {
+    m_button->setProperty("isProminent", true);
+    m_button->setDefault(true);
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins({});
     column->setSpacing(style::points(style::defaultSpacing));

@@ -65,7 +65,8 @@ template <typename Record>
 //! Shows @p text, or hides the line where there is none.
 void showLine(Text &line, const QString &text);
 
-//! What an empty list says: a large quiet symbol, a title, an explanation and what to do, in the middle of the room.
+//! What an empty list says: a large quiet symbol, a title, an explanation and what to do, in the middle of the room. The
+//! button is marked for the style in force as what people will want here.
 class EmptyPanel : public QWidget
 {
     Q_OBJECT

@@ -112,7 +112,8 @@ void TabStrip::paintLabel(QPainter &painter, int index) const
     const auto symbol = style::symbolSize(m_symbols.value(index), symbolTextSize);
     const QRect symbolPlace(place.x() + (place.width() - symbol.width()) / 2, place.y(), symbol.width(),
                             symbol.height());
-    style::paintSymbol(painter, m_symbols.value(index), symbolPlace, color);
+    const auto accent = style::desktopAccentOn(style::selectedGround(palette()), palette());
+    style::paintSymbol(painter, m_symbols.value(index), symbolPlace, isSelected ? accent : color);
 
     place.setTop(symbolPlace.bottom() + 1 + style::points(gapBelowSymbol));
     painter.setFont(lettering());

@@ -131,7 +131,9 @@ private Q_SLOTS:
     void theMessageIsGoneWhenTheWindowOpensAgain();
     void aChosenPathIsTakenAsItIs_data();
     void aChosenPathIsTakenAsItIs();
-    void theBinIsRed();
+    void theBinIsFaintUntilSomebodyComesNear_data();
+    void theBinIsFaintUntilSomebodyComesNear();
+    void theButtonOfAnEmptyListIsTheProminentOne();
     void aRowKeepsItsDistances();
     void aRowIsWrittenInItsSizesAndColours();
     void whatIsWrittenHasItsSizeAndColour_data();
@@ -600,20 +602,48 @@ void TestRepositoriesTab::aChosenPathIsTakenAsItIs()
     QVERIFY(window.says(name));
 }
 
-void TestRepositoriesTab::theBinIsRed()
+void TestRepositoriesTab::theBinIsFaintUntilSomebodyComesNear_data()
 {
+    QTest::addColumn<bool>("isRowUnderPointer");
+    QTest::addColumn<bool>("hasFocus");
+    QTest::newRow("with the pointer elsewhere") << false << false;
+    QTest::newRow("with the pointer on its row") << true << false;
+    QTest::newRow("with the focus") << false << true;
+}
+
+void TestRepositoriesTab::theBinIsFaintUntilSomebodyComesNear()
+{
+    QFETCH(bool, isRowUnderPointer);
+    QFETCH(bool, hasFocus);
     const FontOfPixels font(13);
+    QCursor::setPos(700, 700);
     SettingsWindow window;
     window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
     window.open();
     auto *const bin = window.control<IconButton>(QStringLiteral("Remove"));
+    bin->parentWidget()->setAttribute(Qt::WA_UnderMouse, isRowUnderPointer);
+    if (hasFocus)
+        bin->setFocus();
     const auto outset = PlainButton::outset();
     const auto place = bin->rect().adjusted(outset, outset, -outset, -outset);
     QCOMPARE(place.size(), style::symbolSize(QStringLiteral("trash"), 12));
     const auto red = style::accentText(bin->palette(), style::Accent::Red);
-    const auto expected = pictureOfSymbol(QStringLiteral("trash"), place, red, *bin);
-    QVERIFY(!isPlain(expected));
-    QCOMPARE(pictureOf(*bin, 1), expected);
+    const auto color = isRowUnderPointer || hasFocus ? red : style::faded(red, bin->palette());
+    const auto expected = pictureOfSymbol(QStringLiteral("trash"), place, color, *bin);
+    QVERIFY(!isPlain(expected.copy(place)));
+    QCOMPARE(pictureOf(*bin, 1).copy(place), expected.copy(place));
+}
+
+void TestRepositoriesTab::theButtonOfAnEmptyListIsTheProminentOne()
+{
+    SettingsWindow window;
+    window.open();
+    for (auto *const button : window.view->findChildren<QPushButton *>()) {
+        const bool isOfPanel = qobject_cast<EmptyPanel *>(button->parentWidget()) != nullptr;
+        QCOMPARE(button->property("isProminent").toBool(), isOfPanel);
+        QCOMPARE(button->isDefault(), isOfPanel);
+    }
+    QCOMPARE(window.view->findChildren<EmptyPanel *>().size(), 2);
 }
 
 void TestRepositoriesTab::aRowKeepsItsDistances()

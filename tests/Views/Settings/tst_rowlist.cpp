@@ -175,7 +175,8 @@ private Q_SLOTS:
     void theScrollBarStepsByHalfARowAndByWhatIsInSight();
     void aRowIsDrawnByNumbers_data();
     void aRowIsDrawnByNumbers();
-    void theListStandsOnAGroundWithRoundCorners();
+    void theGroundEndsWithTheLastRow_data();
+    void theGroundEndsWithTheLastRow();
 };
 
 void TestRowList::rowsStandInTheirOrder()
@@ -484,16 +485,29 @@ void TestRowList::aRowIsDrawnByNumbers()
     QCOMPARE(pictureOf(row, 1), expected);
 }
 
-void TestRowList::theListStandsOnAGroundWithRoundCorners()
+void TestRowList::theGroundEndsWithTheLastRow_data()
 {
+    QTest::addColumn<int>("rows");
+    QTest::addColumn<int>("height");
+    QTest::newRow("one row") << 1 << heightOfRow;
+    QTest::newRow("two rows") << 2 << 2 * heightOfRow;
+    QTest::newRow("more than there is room for") << 30 << 5 * heightOfRow + heightOfRow / 2;
+}
+
+void TestRowList::theGroundEndsWithTheLastRow()
+{
+    QFETCH(int, rows);
+    QFETCH(int, height);
     const FontOfPixels font(13);
-    const Window window(0);
-    auto &list = *window.list;
-    const auto expected = drawnOn(list, [&list](QPainter &painter) {
-        painter.setBrush(style::groupGround(list.palette()));
-        painter.drawRoundedRect(QRectF(list.rect()), 8, 8);
+    const Window window(rows);
+    auto &viewport = *window.list->viewport();
+    for (auto *const row : viewport.findChildren<ListRow *>())
+        row->hide();
+    const auto expected = drawnOn(viewport, [&](QPainter &painter) {
+        painter.setBrush(style::groupGround(viewport.palette()));
+        painter.drawRoundedRect(QRectF(0, 0, viewport.width(), height), 8, 8);
     });
-    QCOMPARE(pictureOf(list, 1), expected);
+    QCOMPARE(pictureOf(viewport, 1), expected);
 }
 
 VELQUARIN_WINDOW_TEST(TestRowList)

@@ -70,6 +70,8 @@ private Q_SLOTS:
     void everyTabHasItsSymbol();
     void aTabIsDrawnByNumbers_data();
     void aTabIsDrawnByNumbers();
+    void whatIsInOneRowStandsOnOneBaseline_data();
+    void whatIsInOneRowStandsOnOneBaseline();
     void theSelectedTabHasARingWhileTheStripHasTheFocus();
     void aClickTurnsTheTabsAndLeavesTheFocusWhereItIs();
     void aTabShowsThatThePointerIsOnIt();
@@ -214,13 +216,49 @@ void TestSettingsView::aTabIsDrawnByNumbers()
             if (tab == 0 || isPointed)
                 painter.drawRoundedRect(QRect(x + 1, 1, 86, strip.height() - 2), 6, 6);
             const auto ink = style::ink(strip.palette(), tab == 0 ? style::Ink::Primary : style::Ink::Secondary);
+            const auto accent = style::desktopAccentOn(style::selectedGround(strip.palette()), strip.palette());
             style::paintSymbol(painter, QStringLiteral("gear"),
-                               QRectF(QPoint(x + (88 - symbol.width()) / 2, 5), symbol), ink);
+                               QRectF(QPoint(x + (88 - symbol.width()) / 2, 5), symbol), tab == 0 ? accent : ink);
             painter.setPen(ink);
             painter.drawText(QRect(x, 28, 88, letters), Qt::AlignHCenter | Qt::AlignTop, strip.tabText(tab));
         }
     });
     QCOMPARE(pictureOf(strip, 1), expected);
+}
+
+void TestSettingsView::whatIsInOneRowStandsOnOneBaseline_data()
+{
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<QString>("left");
+    QTest::addColumn<QString>("right");
+    const auto row = [](SettingsWindow::Tab tab, const char *left, const char *right) {
+        QTest::newRow(left) << int(tab) << QString::fromUtf8(left) << QString::fromUtf8(right);
+    };
+    row(SettingsWindow::Repositories, "Tracked Repositories", "1 repos");
+    row(SettingsWindow::Repositories, "a", "Auto");
+    row(SettingsWindow::AutoDiscover, "Watched Folders", "Auto-discover repos");
+    row(SettingsWindow::AutoDiscover, "Depth", "5");
+    row(SettingsWindow::General, "Check for new commits", "Every 5 minutes");
+    row(SettingsWindow::General, "Count commits", "By everyone, default branch");
+    row(SettingsWindow::General, "Version", "1.0.0");
+}
+
+void TestSettingsView::whatIsInOneRowStandsOnOneBaseline()
+{
+    QFETCH(int, tab);
+    QFETCH(QString, left);
+    QFETCH(QString, right);
+    const FontOfPixels font(13);
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), true);
+    window.engine.settings.addWatchedFolder(QStringLiteral("/src/b"), 5);
+    window.open(SettingsWindow::Tab(tab));
+    const auto written = paintedTexts(*window.view);
+    const auto first = std::ranges::find(written, left, &PaintedText::text);
+    const auto second = std::ranges::find(written, right, &PaintedText::text);
+    QVERIFY(first != written.end() && second != written.end());
+    QVERIFY(first->place.x() < second->place.x());
+    QVERIFY2(qAbs(second->place.y() - first->place.y()) <= 0.5, qPrintable(QString::number(second->place.y())));
 }
 
 void TestSettingsView::theSelectedTabHasARingWhileTheStripHasTheFocus()

@@ -361,7 +361,9 @@ void TestWatchedFoldersTab::aRowNamesItsDepthInSmallLetters()
     window.open(SettingsWindow::AutoDiscover);
     auto *const label = window.control<QLabel>(QStringLiteral("Depth"));
     QVERIFY(label != nullptr);
-    QCOMPARE(paintedTexts(*label).first().font.pixelSize(), 10);
+    const auto written = paintedTexts(*label).first();
+    QCOMPARE(written.font.pixelSize(), 10);
+    QCOMPARE(written.color, style::ink(label->palette(), style::Ink::Secondary));
     QCOMPARE(label->buddy(), depthOf(window));
     QVERIFY(window.placeOf(label).right() < window.placeOf(depthOf(window)).left());
 }
