@@ -4,11 +4,13 @@
 #include "Views/Controls/Symbols.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QIconEngine>
 #include <QImage>
 #include <QPainter>
 #include <QPixmap>
 #include <QPixmapCache>
+#include <QStyle>
 #include <QSvgRenderer>
 
 #include <cmath>
@@ -25,20 +27,31 @@ constexpr double gridHeight = 24;
 constexpr double heightToText = 1.4;
 constexpr double swelling = 0.1;
 constexpr int timeOfBeat = 260;  // ms
+constexpr int sizeByHand = 16;
 
 QString fileOf(const QString &name)
 {
     return QStringLiteral(":/symbols/%1.svg").arg(name);
 }
 
+// What is drawn by hand for so few pixels has its strokes on whole ones: it is not scaled, and stands in the middle.
+bool isByHand(const QString &name, QSize pixels)
+{
+    return pixels.height() >= sizeByHand - 2 && pixels.height() <= sizeByHand + 1 &&
+           QFile::exists(fileOf(QStringLiteral("16/") + name));
+}
+
 QImage drawnAsItIs(const QString &name, QSize pixels)
 {
-    QSvgRenderer drawing(fileOf(name));
+    const bool isSmall = isByHand(name, pixels);
+    const QRect whole(QPoint(), pixels);
+    const auto middle = QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, {sizeByHand, sizeByHand}, whole);
+    QSvgRenderer drawing(fileOf(isSmall ? QStringLiteral("16/") + name : name));
     drawing.setAspectRatioMode(Qt::KeepAspectRatio);
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
-    drawing.render(&painter, QRectF(QPointF(), QSizeF(pixels)));
+    drawing.render(&painter, isSmall ? middle : whole);
     return image;
 }
 

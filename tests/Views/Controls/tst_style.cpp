@@ -34,6 +34,22 @@ QImage canvas(QSize size)
     return image;
 }
 
+// How many pixels that symbol has in that room, and how many of them are only partly covered.
+std::pair<int, int> pixelsOf(const QString &symbol, QSize room)
+{
+    auto image = canvas(room);
+    QPainter painter(&image);
+    style::paintSymbol(painter, symbol, QRectF(QPointF(), QSizeF(room)), Qt::black);
+    painter.end();
+    std::pair<int, int> count;
+    for (int pixel = 0; pixel < room.width() * room.height(); ++pixel) {
+        const auto alpha = image.pixelColor(pixel % room.width(), pixel / room.width()).alpha();
+        count.first += alpha > 0 ? 1 : 0;
+        count.second += alpha > 0 && alpha < 255 ? 1 : 0;
+    }
+    return count;
+}
+
 }  // namespace
 
 class TestStyle : public QObject
@@ -267,6 +283,25 @@ private Q_SLOTS:
         painter.end();
         QCOMPARE(painted, expected);
         QCOMPARE(icon.pixmap({48, 48}, mode).toImage().convertToFormat(expected.format()), expected);
+    }
+
+    void strokesOfSmallSymbolsLieOnWholePixels_data()
+    {
+        QTest::addColumn<QSize>("room");
+        QTest::newRow("plus") << QSize(14, 14);
+        QTest::newRow("folder.badge.gearshape") << QSize(14, 14);
+        QTest::newRow("folder.fill") << QSize(12, 14);
+        QTest::newRow("trash") << QSize(13, 17);
+    }
+
+    void strokesOfSmallSymbolsLieOnWholePixels()
+    {
+        QFETCH(QSize, room);
+        const auto symbol = QString::fromLatin1(QTest::currentDataTag());
+        const auto [inRoom, blurred] = pixelsOf(symbol, room);
+        QVERIFY2(3 * blurred < inRoom, qPrintable(QStringLiteral("%1 of %2").arg(blurred).arg(inRoom)));
+        // Not scaled, and not cut off.
+        QCOMPARE(inRoom, pixelsOf(symbol, {16, 16}).first);
     }
 
     void aSymbolIsPaintedInTheColorAskedFor()
