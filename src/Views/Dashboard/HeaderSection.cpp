@@ -12,6 +12,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace velquarin {
 
 using style::Accent;
@@ -116,8 +118,9 @@ void HeaderSection::setFigures(const HeaderFigures &figures)
     m_longest->setValue(tr("%1 days").arg(figures.longestStreak), Ink::Primary);
     m_thisWeek->setValue(tr("%1 commits").arg(figures.totalCommitsThisWeek), Ink::Primary);
     m_repositories->setValue(tr("%1 tracked").arg(figures.repositories), Ink::Primary);
+    const bool wereRead = std::exchange(m_wereRead, figures.areRead);
     if (figures.hasCommittedToday) {
-        if (m_flame->name() != QStringLiteral("flame.fill"))
+        if (wereRead && m_flame->name() != QStringLiteral("flame.fill"))
             m_flame->beat();
         m_flame->setName(QStringLiteral("flame.fill"));
         m_flame->setFill(Accent::Orange);

@@ -36,6 +36,7 @@ struct HeaderFigures
     qint64 totalCommitsThisWeek = 0;
     qint64 repositories = 0;
     bool hasCommittedToday = false;
+    bool areRead = false;  //!< and not what stands there before the first refresh has ended
     friend bool operator==(const HeaderFigures &, const HeaderFigures &) = default;
 };
 
@@ -62,6 +63,7 @@ private:
     StatRow *m_thisWeek;
     StatRow *m_repositories;
     StatRow *m_today;
+    bool m_wereRead = false;
 };
 
 }  // namespace velquarin

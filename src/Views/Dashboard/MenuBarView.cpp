@@ -195,7 +195,8 @@ void MenuBarView::renderHeader()
                           .longestStreak = m_manager.longestStreak(),
                           .totalCommitsThisWeek = m_manager.totalCommitsThisWeek(),
                           .repositories = m_manager.repositoryStats().size(),
-                          .hasCommittedToday = m_manager.hasCommittedToday()});
+                          .hasCommittedToday = m_manager.hasCommittedToday(),
+                          .areRead = m_manager.lastRefresh().has_value()});
     // Nothing has the focus when it opens, so that the window is all that a screen reader tells.
     window()->setAccessibleDescription(m_header->summary());
 }
