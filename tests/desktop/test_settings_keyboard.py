@@ -120,7 +120,7 @@ class Keyboard(unittest.TestCase):
             session.wait_for_text("1000 repos")
             self.walk(session, "Tab", ["Repositories", "r0000"])
             for key, name in (("End", "r0999"), ("Up", "r0998"), ("Down", "r0999"), ("Down", "r0999"),
-                              ("Home", "r0000"), ("Down", "r0001"), ("Page_Down", "r0006"), ("Page_Up", "r0001")):
+                              ("Home", "r0000"), ("Down", "r0001"), ("Page_Down", "r0005"), ("Page_Up", "r0001")):
                 session.press(key)
                 window = session.wait_for_focus(name)
                 self.assert_in_sight(window, focused_control(window))
