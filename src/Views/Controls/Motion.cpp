@@ -5,6 +5,8 @@
 
 #include "Views/Controls/Style.h"
 
+#include <QWidget>
+
 #include <utility>
 
 namespace velquarin {
