@@ -39,7 +39,7 @@ Shades shades(Accent accent)
     case Accent::Green:
         return {0xff17873f, 0xff27964d, 0xff14713a, 0xff55c884};
     case Accent::HeatGreen:
-        return {0xff17873f, 0xff3fd675, 0xff14713a, 0xff55c884};
+        return {0xff005a20, 0xff41da78, 0xff14713a, 0xff55c884};
     case Accent::Blue:
         return {0xff1a73e8, 0xff4a9cf8, 0xff1259bd, 0xff76b3fa};
     case Accent::Red:
@@ -211,6 +211,11 @@ QColor accentTextOn(const QColor &paper, const QPalette &palette, Accent accent)
     const auto found = shades(accent);
     const QColor color(isDark(palette) ? found.darkText : found.lightText);
     return legible(color, primary(palette), paper);
+}
+
+QColor accentOn(const QColor &paper, const QPalette &palette, Accent accent)
+{
+    return legible(style::accent(palette, accent), primary(palette), paper, leastContrastOfShapes);
 }
 
 QColor desktopAccentOn(const QColor &paper, const QPalette &palette)

@@ -44,8 +44,8 @@ enum class TypeStyle { Headline, Subheadline, Body, Caption, Caption2 };
 //! Colours of text and of the symbols beside it: derived from the palette.
 enum class Ink { Primary, Secondary, Tertiary };
 
-//! The few colours of our own. The green of the year's squares is livelier than the other in the dark, where their bands
-//! could not be told apart otherwise.
+//! The few colours of our own. The green of the year's squares is farther from their ground than the other, where their
+//! bands could not be told apart otherwise.
 enum class Accent { Orange, Green, HeatGreen, Blue, Red, Grey };
 
 //! A colour to write with.
@@ -63,6 +63,8 @@ using Tone = std::variant<Ink, Accent>;
 [[nodiscard]] QColor accentText(const QPalette &palette, Accent accent);
 //! The same against @p paper in place of the window colour.
 [[nodiscard]] QColor accentTextOn(const QColor &paper, const QPalette &palette, Accent accent);
+//! To fill a small shape on @p paper with: at least 3:1.
+[[nodiscard]] QColor accentOn(const QColor &paper, const QPalette &palette, Accent accent);
 //! The desktop's accent as a symbol on @p paper: at least 3:1.
 [[nodiscard]] QColor desktopAccentOn(const QColor &paper, const QPalette &palette);
 //! @p color for a symbol in a group that should not draw the eyes: 70 % of it, and at least 3:1.

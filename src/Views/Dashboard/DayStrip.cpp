@@ -134,7 +134,7 @@ void DayColumn::paintCount(QPainter &painter) const
 void DayColumn::paintDot(QPainter &painter) const
 {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(style::accent(palette(), style::Accent::Blue));
+    painter.setBrush(style::accentOn(style::ground(palette()), palette(), style::Accent::Blue));
     painter.drawEllipse(style::onWholePixels(painter, dotRect()));
 }
 

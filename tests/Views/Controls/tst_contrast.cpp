@@ -6,9 +6,11 @@
 #include "support/RecordingFileViewer.h"
 #include "support/TestProgram.h"
 #include "Views/Controls/Decorations.h"
+#include "Views/Controls/PlainButton.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Switch.h"
 #include "Views/Controls/Text.h"
+#include "Views/Dashboard/DayColor.h"
 #include "Views/Dashboard/DayStrip.h"
 #include "Views/Dashboard/MenuBarView.h"
 #include "Views/Dashboard/RepositoriesSection.h"
@@ -21,6 +23,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStyleFactory>
 #include <QStyleOptionComboBox>
 #include <QTemporaryDir>
@@ -36,6 +39,8 @@ namespace {
 // Stems of the smallest letters are some pixels wide at this scale: what is in their middle is the ink itself.
 constexpr double magnification = 4;
 constexpr double least = 4.5;
+constexpr double leastOfShapes = 3.0;
+constexpr double leastStep = 1.4;
 
 // A text on the screen: where, and how to call it in a failure.
 struct Sample
@@ -165,6 +170,90 @@ QStringList illegibleIn(QWidget &window)
             illegible << QStringLiteral("%1: %2").arg(sample.name).arg(contrast, 0, 'f', 2);
     }
     return illegible;
+}
+
+// Shapes that tell what something is or does, each beside what it lies on.
+QStringList faintIn(QWidget &window, const QList<Sample> &shapes)
+{
+    QStringList faint;
+    const auto picture = pictureOf(window, magnification).convertToFormat(QImage::Format_RGB32);
+    for (const auto &shape : shapes) {
+        const auto contrast = contrastIn(picture, shape.place);
+        if (contrast < leastOfShapes)
+            faint << QStringLiteral("%1: %2").arg(shape.name).arg(contrast, 0, 'f', 2);
+    }
+    return faint;
+}
+
+template <typename Widget>
+QList<Widget *> shownIn(const QWidget &window, const QString &name = {})
+{
+    auto all = window.findChildren<Widget *>();
+    all.removeIf([&name](Widget *widget) {
+        return widget->visibleRegion().isEmpty() || (!name.isEmpty() && SettingsWindow::nameOf(widget) != name);
+    });
+    return all;
+}
+
+// Where the knob is not, and what is above it; then where the knob ends. Both sizes have it there.
+QList<Sample> shapesOfSwitch(const Switch &control)
+{
+    const auto at = [&control](int fromTheRight, int width, int margin) {
+        const QRect place(control.width() - fromTheRight, 0, width, control.height());
+        return inWindow(control, place.adjusted(0, margin, 0, -margin));
+    };
+    const bool isOn = control.isChecked();
+    const auto state = isOn ? QStringLiteral("on") : QStringLiteral("off");
+    return {{QStringLiteral("track, ") + state, isOn ? at(29, 7, 0) : at(15, 7, 0)},
+            {QStringLiteral("knob, ") + state, at(26, 12, Switch::outset() + 5)}};
+}
+
+QList<Sample> shapesOfSettings(const QWidget &window)
+{
+    QList<Sample> shapes;
+    for (const auto *const bin : shownIn<IconButton>(window, QStringLiteral("Remove")))
+        shapes.append({QStringLiteral("bin"), inWindow(*bin, bin->rect())});
+    for (const auto *const control : shownIn<Switch>(window))
+        shapes += shapesOfSwitch(*control);
+    const auto *const tabs = window.findChild<TabStrip *>();
+    const auto tab = tabs->tabRect(tabs->currentIndex());
+    const QRect symbol(tab.center().x() - 10, tab.y() + 5, 20, 20);
+    shapes.append({QStringLiteral("symbol of the tab"), inWindow(*tabs, symbol)});
+    return shapes;
+}
+
+// Before the window is there, where nothing moves.
+void setSwitches(AppSettings &settings, bool isOn)
+{
+    settings.setAutoDiscoveryEnabled(isOn);
+    settings.setShowStreakInMenuBar(isOn);
+    settings.setNotifyOnStreakRisk(isOn);
+}
+
+// The upper edge of @p widget while it has the focus.
+QStringList faintRingOf(QWidget &widget)
+{
+    widget.setFocus(Qt::TabFocusReason);
+    const QRect edge(widget.width() / 4, 0, widget.width() / 2, 4);
+    const auto name = QStringLiteral("ring of ") + describe(widget, SettingsWindow::nameOf(&widget));
+    return faintIn(*widget.window(), {{name, inWindow(widget, edge)}});
+}
+
+// The squares of the bands from none to more than ten.
+QStringList bandsTooAlike(const QPalette &palette)
+{
+    QStringList alike;
+    const auto ground = palette.color(QPalette::Window);
+    const auto square = [&](qint64 count) {
+        const auto color = colorForCount(count, true).in(palette);
+        return style::mix(ground, color, color.alphaF());
+    };
+    for (const auto &[less, more] : {std::pair(0, 1), std::pair(2, 3), std::pair(5, 6), std::pair(10, 11)}) {
+        const auto step = style::contrast(square(less), square(more));
+        if (step < leastStep)
+            alike << QStringLiteral("%1 and %2: %3").arg(less).arg(more).arg(step, 0, 'f', 2);
+    }
+    return alike;
 }
 
 struct Colors
@@ -298,7 +387,7 @@ QStringList illegibleDiscoveries()
 
 //! What is painted, letter by letter against what it is painted on, in the palettes of usual desktops. The counts in
 //! the day squares are white on green, whatever comes of it.
-//! Source: Web Content Accessibility Guidelines 2.1, success criterion 1.4.3
+//! Source: Web Content Accessibility Guidelines 2.1, success criteria 1.4.3 and 1.4.11
 class TestContrast : public QObject
 {
     Q_OBJECT
@@ -321,6 +410,12 @@ private Q_SLOTS:
     void theSettingsCanBeReadUnderThePointer();
     void messagesCanBeRead_data() { addPalettes(); }
     void messagesCanBeRead();
+    void whatTheSettingsShowWithoutWordsCanBeSeen_data() { addPalettes(); }
+    void whatTheSettingsShowWithoutWordsCanBeSeen();
+    void whatTheDashboardShowsWithoutWordsCanBeSeen_data() { addPalettes(); }
+    void whatTheDashboardShowsWithoutWordsCanBeSeen();
+    void theBandsOfTheYearCanBeToldApart_data() { addPalettes(); }
+    void theBandsOfTheYearCanBeToldApart();
 
 private:
     static void addPalettes();
@@ -394,6 +489,51 @@ void TestContrast::messagesCanBeRead()
     QApplication::setPalette(palette);
     QCOMPARE(illegibleMessages().join(u'\n'), QString());
     QCOMPARE(illegibleDiscoveries().join(u'\n'), QString());
+}
+
+void TestContrast::whatTheSettingsShowWithoutWordsCanBeSeen()
+{
+    QFETCH(QPalette, palette);
+    QApplication::setPalette(palette);
+    for (const bool isOn : {true, false}) {
+        SettingsWindow window;
+        fill(window);
+        setSwitches(window.engine.settings, isOn);
+        for (const auto tab : {SettingsWindow::Repositories, SettingsWindow::AutoDiscover, SettingsWindow::General}) {
+            window.open(tab);
+            const auto shapes = shapesOfSettings(*window.view);
+            QVERIFY(shapes.size() >= 3);
+            QCOMPARE(faintIn(*window.view, shapes).join(u'\n'), QString());
+            for (auto *const button : shownIn<IconButton>(*window.view))
+                QCOMPARE(faintRingOf(*button).join(u'\n'), QString());
+            for (auto *const control : shownIn<Switch>(*window.view))
+                QCOMPARE(faintRingOf(*control).join(u'\n'), QString());
+        }
+    }
+}
+
+void TestContrast::whatTheDashboardShowsWithoutWordsCanBeSeen()
+{
+    QFETCH(QPalette, palette);
+    QApplication::setPalette(palette);
+    const Dashboard week(3, 3);
+    const auto *const today = shownIn<DayColumn>(*week.view).last();
+    const QRect dot(today->width() / 2 - 4, today->height() - 8, 8, 8);
+    QCOMPARE(faintIn(*week.view, {{QStringLiteral("dot of today"), inWindow(*today, dot)}}).join(u'\n'), QString());
+    for (auto *const button : shownIn<PlainButton>(*week.view))
+        QCOMPARE(faintRingOf(*button).join(u'\n'), QString());
+
+    const Dashboard year(3, 3, true);
+    const auto bars = shownIn<QScrollBar>(*year.view);
+    QCOMPARE(bars.size(), 1);
+    QCOMPARE(faintIn(*year.view, {{QStringLiteral("pill"), inWindow(*bars.first(), bars.first()->rect())}}).join(u'\n'),
+             QString());
+}
+
+void TestContrast::theBandsOfTheYearCanBeToldApart()
+{
+    QFETCH(QPalette, palette);
+    QCOMPARE(bandsTooAlike(palette).join(u'\n'), QString());
 }
 
 VELQUARIN_WINDOW_TEST(TestContrast)
