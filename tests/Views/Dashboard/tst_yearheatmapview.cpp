@@ -560,7 +560,7 @@ void TestYearHeatmapView::theSquareThatTheKeysReachedIsMarked()
         const auto square = shapesOf(view).cell(today);
         return view.grab().toImage().pixelColor(square.center().x(), square.top());
     };
-    QVERIFY(isNear(edgeColor(), over(light(), style::Accent::Green, 0.9)));
+    QVERIFY(isNear(edgeColor(), over(light(), style::Accent::HeatGreen, 0.9)));
     view.setFocus(Qt::TabFocusReason);
     QCOMPARE(edgeColor(), style::ink(light(), style::Ink::Primary));
 }
@@ -583,7 +583,7 @@ void TestYearHeatmapView::squaresAndTheMarkAreDrawnByNumbers()
     painter.setPen(Qt::NoPen);
     for (int cell = firstDay; cell <= today; ++cell) {
         auto color =
-            style::accent(light(), cell < today && cell != today - 7 ? style::Accent::Grey : style::Accent::Green);
+            style::accent(light(), cell < today && cell != today - 7 ? style::Accent::Grey : style::Accent::HeatGreen);
         color.setAlphaF(cell == today ? 0.9F : cell == today - 7 ? 0.5F : 0.15F);
         painter.setBrush(color);
         painter.drawRoundedRect(shapesOf(view).cell(cell), 2 * pixels, 2 * pixels);
@@ -641,7 +641,7 @@ void TestYearHeatmapView::fromRightToLeftTheOldestWeekIsAtTheRight()
     QVERIFY(view.todayX() < view.width() / 10);
     QCOMPARE(view.paintedChildAt(view.rectangleOf(today).center()), today);
     const auto square = shapesOf(view, Qt::RightToLeft).cell(today);
-    QVERIFY(isNear(view.grab().toImage().pixelColor(square.center()), over(light(), style::Accent::Green, 0.9)));
+    QVERIFY(isNear(view.grab().toImage().pixelColor(square.center()), over(light(), style::Accent::HeatGreen, 0.9)));
 }
 
 void TestYearHeatmapView::aScreenReaderSeesEverySquareAndLabel()
