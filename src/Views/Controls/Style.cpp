@@ -78,16 +78,20 @@ QColor farthestFrom(const QColor &color)
     return contrast(black, color) > contrast(white, color) ? black : white;
 }
 
-// @p color, moved towards @p goal no further than it takes to be read on @p paper.
+// @p color, moved towards @p goal no further than it takes to be read on @p paper. The way may lead past the paper's own
+// shade, but once it can be read it can be read to the end.
 QColor legible(const QColor &color, const QColor &goal, const QColor &paper, double least = leastContrastOfText)
 {
-    constexpr int steps = 256;
-    for (int step = 0; step < steps; ++step) {
-        const auto candidate = mix(color, goal, double(step) / steps);
-        if (contrast(candidate, paper) >= least)
-            return candidate;
+    if (contrast(color, paper) >= least)
+        return color;
+    int tooNear = 0;
+    int farEnough = 256;
+    while (farEnough - tooNear > 1) {
+        const auto middle = (tooNear + farEnough) / 2;
+        const bool isRead = contrast(mix(color, goal, middle / 256.0), paper) >= least;
+        (isRead ? farEnough : tooNear) = middle;
     }
-    return goal;
+    return mix(color, goal, farEnough / 256.0);
 }
 
 QColor primary(const QPalette &palette)
@@ -268,7 +272,7 @@ QColor scrollPill(const QPalette &palette, double share)
 
 bool isHighContrast(const QPalette &palette)
 {
-    return contrast(primary(palette), ground(palette)) >= leastOfHighContrast;
+    return contrast(palette.color(QPalette::Active, QPalette::WindowText), ground(palette)) >= leastOfHighContrast;
 }
 
 QColor divider(const QPalette &palette)
