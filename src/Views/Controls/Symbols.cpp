@@ -112,11 +112,20 @@ private:
 
 }  // namespace
 
-QSize symbolSize(const QString &name, double size)
+double symbolShape(const QString &name)
+{
+    return QSvgRenderer(fileOf(name)).viewBoxF().width() / gridHeight;
+}
+
+QSize symbolSize(double shape, double size)
 {
     const auto height = points(size * heightToText);
-    const auto grid = QSvgRenderer(fileOf(name)).viewBoxF().size();
-    return {qRound(grid.width() * height / gridHeight), height};
+    return {qRound(shape * height), height};
+}
+
+QSize symbolSize(const QString &name, double size)
+{
+    return symbolSize(symbolShape(name), size);
 }
 
 void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, const QColor &color)
@@ -151,6 +160,7 @@ QIcon programIcon()
 SymbolView::SymbolView(QString name, double size, const style::Tone &tone, QWidget *parent)
     : QWidget(parent)
     , m_name(std::move(name))
+    , m_shape(style::symbolShape(m_name))
     , m_size(size)
     , m_tone(tone)
     , m_beat(*this, QStringLiteral("beat"), style::timeOfBeat, [this] { update(); })
@@ -161,8 +171,11 @@ SymbolView::SymbolView(QString name, double size, const style::Tone &tone, QWidg
 
 void SymbolView::setName(const QString &name)
 {
-    if (std::exchange(m_name, name) != name)
-        update();
+    if (std::exchange(m_name, name) == name)
+        return;
+    m_shape = style::symbolShape(name);
+    updateGeometry();
+    update();
 }
 
 void SymbolView::setTone(const style::Tone &tone)
@@ -190,7 +203,7 @@ QColor SymbolView::color() const
 
 QSize SymbolView::sizeHint() const
 {
-    return style::symbolSize(m_name, m_size).grownBy(contentsMargins());
+    return style::symbolSize(m_shape, m_size).grownBy(contentsMargins());
 }
 
 void SymbolView::hideEvent(QHideEvent *event)

@@ -20,6 +20,9 @@ namespace style {
 //! The room that the symbol @p name takes beside text of so many points: as high as 1.4 times the text, and as wide as
 //! it is drawn. Units: logical pixels, whole.
 [[nodiscard]] QSize symbolSize(const QString &name, double size);
+//! The same of one as wide as @p shape says, of its height: to find that out a file is read.
+[[nodiscard]] QSize symbolSize(double shape, double size);
+[[nodiscard]] double symbolShape(const QString &name);
 
 //! Paints the symbol @p name into @p rect, as large as it fits, in the middle, sharp at every scale.
 void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, const QColor &color);
@@ -64,6 +67,7 @@ protected:
 
 private:
     QString m_name;
+    double m_shape;
     double m_size;
     style::Tone m_tone;
     bool m_isFilled = false;

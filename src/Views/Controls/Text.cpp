@@ -115,6 +115,7 @@ QSize Text::minimumSizeHint() const
     return {mayBeCut ? 0 : whole.width(), whole.height()};
 }
 
+// On its baseline wherever that is: a letter from another font would move a line that is put in the middle.
 void Text::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
@@ -122,15 +123,10 @@ void Text::paintEvent(QPaintEvent * /*event*/)
     painter.setFont(letteringOf(m_look));
     painter.setPen(style::textColor(palette(), m_look.tone));
     const auto shown = shownText(painter.fontMetrics());
-    const auto where = place(shown, painter.fontMetrics());
-    painter.drawText(QPoint(where.x(), where.y() + line().above), shown);
-}
-
-// On its baseline wherever that is: a letter from another font would move a line that is put in the middle.
-QRect Text::place(const QString &shown, const QFontMetrics &metrics) const
-{
-    const QSize size(metrics.horizontalAdvance(shown), line().above + line().below);
-    return QStyle::alignedRect(layoutDirection(), m_alignment | Qt::AlignVCenter, size, rect());
+    const auto line = this->line();
+    const QSize size(painter.fontMetrics().horizontalAdvance(shown), line.above + line.below);
+    const auto place = QStyle::alignedRect(layoutDirection(), m_alignment | Qt::AlignVCenter, size, rect());
+    painter.drawText(QPoint(place.x(), place.y() + line.above), shown);
 }
 
 // A screen of another scale measures a text a little wider or narrower: what was given its room is never cut.

@@ -69,7 +69,6 @@ protected:
 
 private:
     [[nodiscard]] Line line() const;
-    [[nodiscard]] QRect place(const QString &shown, const QFontMetrics &metrics) const;
     [[nodiscard]] QString shownText(const QFontMetrics &metrics) const;
 
     TextLook m_look;
