@@ -119,6 +119,12 @@ class Lines:
     def next(self):
         return wait_until(self._try_next, "a line")
 
+    def until(self, line):
+        """Returns when that line comes. A reading that has the history change under it may tell of both; the next follows."""
+        said = [self.next()]
+        while said[-1] != line:
+            said.append(wait_until(self._try_next, f"{line!r}", state=lambda: said))
+
     def _try_next(self):
         while select.select([self._stream], [], [], 0)[0] and b"\n" not in self._rest:
             more = os.read(self._stream.fileno(), 65536)
@@ -369,7 +375,7 @@ class Program(Commands):
         self.world.track()
         # Its own reading is what has it ask; from then on the program tells.
         self.garden.commit(self.world.now())
-        self.assertEqual(lines.next(), "3 days, longest 3, committed today")
+        lines.until("3 days, longest 3, committed today")
         wait_until(lambda: not watches_of(follower.pid), "the end of its own reading",
                    state=lambda: watches_of(follower.pid))
 
@@ -389,7 +395,7 @@ class Program(Commands):
         file.write_text(whole)
         self.garden.commit(self.world.now())
         self.world.start_program()
-        self.assertEqual(lines.next(), "3 days, longest 3, committed today")
+        lines.until("3 days, longest 3, committed today")
 
     def test_followed_it_goes_on_from_one_program_to_the_next(self):
         follower = self.world.start("status", "--follow")
@@ -397,14 +403,14 @@ class Program(Commands):
         self.assertEqual(lines.next(), "2 days, longest 2, no commit today")
         program = self.world.start_program()
         self.garden.commit(self.world.now())
-        self.assertEqual(lines.next(), "3 days, longest 3, committed today")
+        lines.until("3 days, longest 3, committed today")
         program.terminate()
         program.wait(LIMIT_SECONDS)
         self.garden.run("reset", "--quiet", "--hard", "HEAD~1")
-        self.assertEqual(lines.next(), "2 days, longest 2, no commit today")
+        lines.until("2 days, longest 2, no commit today")
         self.world.start_program()
         self.garden.commit(self.world.now())
-        self.assertEqual(lines.next(), "3 days, longest 3, committed today")
+        lines.until("3 days, longest 3, committed today")
         self.assertIsNone(follower.poll())
 
     def test_followed_it_prints_what_changed_alone(self):
