@@ -78,6 +78,10 @@ public:
         setToolTip(RecordRow::tr("Remove"));
     }
 
+    // The drawing is slender, and a pointer is not so exact.
+    [[nodiscard]] static int reach() { return style::points(2); }
+    [[nodiscard]] QSize sizeHint() const override { return IconButton::sizeHint().grownBy({reach(), 0, reach(), 0}); }
+
     [[nodiscard]] QColor color() const override
     {
         const auto full = IconButton::color();
@@ -164,7 +168,7 @@ void RecordRow::addPicker(QWidget *label, QWidget *picker)
 void RecordRow::addBin()
 {
     m_remove = new Bin(this);
-    m_row->addWidget(m_remove);
+    m_row->addItem(new OutsetItem(m_remove, Bin::reach()));
     addControl(m_remove);
     connect(m_remove, &IconButton::clicked, this, [this] { Q_EMIT removalRequested(id()); });
 }

@@ -626,7 +626,7 @@ void TestRepositoriesTab::theBinIsFaintUntilSomebodyComesNear()
         bin->setFocus();
     const auto outset = PlainButton::outset();
     const auto place = bin->rect().adjusted(outset, outset, -outset, -outset);
-    QCOMPARE(place.size(), style::symbolSize(QStringLiteral("trash"), 12));
+    QCOMPARE(place.height(), style::symbolSize(QStringLiteral("trash"), 12).height());
     const auto red = style::accentText(bin->palette(), style::Accent::Red);
     const auto color = isRowUnderPointer || hasFocus ? red : style::faded(red, bin->palette());
     const auto expected = pictureOfSymbol(QStringLiteral("trash"), place, color, *bin);
@@ -664,7 +664,8 @@ void TestRepositoriesTab::aRowKeepsItsDistances()
     QCOMPARE(name.left() - box.right() - 1, 8);
     QCOMPARE(badge.left() - name.right() - 1, 4);
     QCOMPARE(path.topLeft(), QPoint(name.left(), std::max(name.bottom(), badge.bottom()) + 1 + 8));
-    QCOMPARE(place.right() - bin.right(), 10 - PlainButton::outset());
+    QCOMPARE(place.right() - bin.right(), 10 - PlainButton::outset() - 2);
+    QVERIFY(bin.width() >= 24 && bin.height() >= 24);
     const auto texts = path.bottom() + 1 - std::min(name.top(), badge.top());
     QCOMPARE(row->sizeHint().height(), std::max({texts, box.height(), bin.height()}) + 2 * 4 + 1);
 }
