@@ -279,12 +279,14 @@ QRect partOfBar(const QStyleOptionSlider &bar, QStyle::SubControl part)
 {
     const auto slider = sliderIn(bar);
     const bool isLying = bar.orientation == Qt::Horizontal;
-    auto place = bar.rect;
-    if (part == QStyle::SC_ScrollBarAddLine || part == QStyle::SC_ScrollBarSubLine)
-        place = {};
-    else if (part == QStyle::SC_ScrollBarSlider)
+    // What there is no button for is nowhere: a press would be taken for one.
+    QRect place;
+    if (part == QStyle::SC_ScrollBarSlider)
         place = slider;
-    else if (part == QStyle::SC_ScrollBarSubPage)
+    else if (part == QStyle::SC_ScrollBarGroove || part == QStyle::SC_ScrollBarSubPage ||
+             part == QStyle::SC_ScrollBarAddPage)
+        place = bar.rect;
+    if (part == QStyle::SC_ScrollBarSubPage)
         isLying ? place.setRight(slider.left() - 1) : place.setBottom(slider.top() - 1);
     else if (part == QStyle::SC_ScrollBarAddPage)
         isLying ? place.setLeft(slider.right() + 1) : place.setTop(slider.bottom() + 1);

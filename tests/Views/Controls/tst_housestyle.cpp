@@ -106,6 +106,8 @@ private Q_SLOTS:
     void aBoxHasRoomForItsRing();
     void aPickerShowsItsTextWhole();
     void aPillStandsWhereTheBarIs();
+    void aPillCanBeDragged_data();
+    void aPillCanBeDragged();
     void aPillIsThickerUnderThePointer();
     void aBarWithoutRangeShowsNothing();
     void aPillLaidOverTakesNoRoom();
@@ -266,6 +268,37 @@ void TestHouseStyle::aPillStandsWhereTheBarIs()
     QCOMPARE(partOf(bar, QStyle::SC_ScrollBarSlider), QRect(0, 0, 50, 12));
     bar.setRange(0, 100000);
     QCOMPARE(partOf(bar, QStyle::SC_ScrollBarSlider).width(), 24);
+}
+
+void TestHouseStyle::aPillCanBeDragged_data()
+{
+    QTest::addColumn<Qt::Orientation>("orientation");
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::newRow("lying") << Qt::Horizontal << Qt::LeftToRight;
+    QTest::newRow("lying, from the right") << Qt::Horizontal << Qt::RightToLeft;
+    QTest::newRow("standing") << Qt::Vertical << Qt::LeftToRight;
+}
+
+void TestHouseStyle::aPillCanBeDragged()
+{
+    QFETCH(Qt::Orientation, orientation);
+    QFETCH(Qt::LayoutDirection, direction);
+    QScrollBar bar(orientation);
+    makePill(bar, false);
+    bar.setLayoutDirection(direction);
+    bar.setRange(0, 1000);
+    bar.setPageStep(200);
+    bar.setValue(400);
+    bar.resize(orientation == Qt::Horizontal ? QSize(300, 12) : QSize(12, 300));
+    bar.show();
+    const auto from = partOf(bar, QStyle::SC_ScrollBarSlider).center();
+    QTest::mousePress(&bar, Qt::LeftButton, {}, from);
+    QVERIFY(bar.isSliderDown());
+    QCOMPARE(bar.value(), 400);
+    QTest::mouseMove(&bar, from + (orientation == Qt::Horizontal ? QPoint(30, 0) : QPoint(0, 30)));
+    QVERIFY(direction == Qt::RightToLeft ? bar.value() < 400 : bar.value() > 400);
+    QTest::mouseRelease(&bar, Qt::LeftButton, {}, from);
+    QVERIFY(!bar.isSliderDown());
 }
 
 void TestHouseStyle::aPillIsThickerUnderThePointer()
