@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <utility>
 
 namespace velquarin {
@@ -92,10 +93,20 @@ std::optional<QColor> colorIn(const QVariant &value)
                    : std::nullopt;
 }
 
+// Black where it is read better than white.
+QColor letteringOn(const QColor &color)
+{
+    constexpr double evenlyReadBy = 0.179;
+    const auto light = [](double share) { return std::pow(share, 2.2); };
+    const auto luminance =
+        0.2126 * light(color.redF()) + 0.7152 * light(color.greenF()) + 0.0722 * light(color.blueF());
+    return luminance > evenlyReadBy ? Qt::black : Qt::white;
+}
+
 QPalette withAccent(QPalette palette, const QColor &accent)
 {
     palette.setColor(QPalette::All, QPalette::Highlight, accent);
-    palette.setColor(QPalette::All, QPalette::HighlightedText, accent.lightness() > 160 ? Qt::black : Qt::white);
+    palette.setColor(QPalette::All, QPalette::HighlightedText, letteringOn(accent));
     return palette;
 }
 

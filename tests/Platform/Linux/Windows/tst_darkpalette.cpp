@@ -106,6 +106,10 @@ void TestDarkPalette::anAccentIsTakenWhereTheDesktopsPaletteHasNone()
     QCOMPARE(accented.color(QPalette::HighlightedText), QColor(Qt::white));
     QCOMPARE(accented.color(QPalette::Window), plainPalette().color(QPalette::Window));
     QCOMPARE(paletteFor(purple, lightPalette(), plainPalette()), lightPalette());
+    for (const auto &pale : {QColor(0xffff00), QColor(0x00ffff), QColor(0xed5b00), QColor(0x3a944a)}) {
+        const auto read = paletteFor({.accent = pale}, plainPalette(), plainPalette()).color(QPalette::HighlightedText);
+        QCOMPARE(read, QColor(Qt::black));
+    }
     const Appearance yellow{.isDark = true, .accent = QColor(0xf6d32d)};
     const auto dark = paletteFor(yellow, plainPalette(), plainPalette());
     QVERIFY(isDark(dark));
