@@ -181,13 +181,15 @@ void RowList::layoutRows()
 void RowList::placeRows()
 {
     const auto top = verticalScrollBar()->value();
+    // The bins keep clear of a bar that is laid over them.
+    const auto width = viewport()->width() - (verticalScrollBar()->maximum() > 0 ? style::points(4) : 0);
     const auto before = m_rows.size();
     for (const auto index : neededRows()) {
         auto *const row = rowFor(m_ids.at(index));
         m_fillRow(*row, index);
         row->setTabStop(index == m_current);
         row->setLast(index == m_ids.size() - 1);
-        row->setGeometry(0, index * rowHeight() - top, viewport()->width(), rowHeight());
+        row->setGeometry(0, index * rowHeight() - top, width, rowHeight());
         row->show();
     }
     if (m_rows.size() > before)

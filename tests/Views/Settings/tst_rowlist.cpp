@@ -3,6 +3,8 @@
 
 #include "Views/Settings/RowList.h"
 
+#include "Views/Controls/Style.h"
+
 #include "support/Offscreen.h"
 #include "support/Picture.h"
 #include "support/TestProgram.h"
@@ -173,6 +175,7 @@ private Q_SLOTS:
     void aListThatNeverHadARowIsNoTabStop();
     void itWantsThreeRowsAndNeedsOne();
     void theScrollBarStepsByHalfARowAndByWhatIsInSight();
+    void rowsKeepClearOfABarThatIsLaidOverThem();
     void aRowIsDrawnByNumbers_data();
     void aRowIsDrawnByNumbers();
     void theGroundEndsWithTheLastRow_data();
@@ -454,6 +457,16 @@ void TestRowList::theScrollBarStepsByHalfARowAndByWhatIsInSight()
     const Window small(2);
     QCOMPARE(small.list->verticalScrollBar()->maximum(), 0);
     QVERIFY(!small.list->horizontalScrollBar()->isVisible());
+}
+
+void TestRowList::rowsKeepClearOfABarThatIsLaidOverThem()
+{
+    Window window(6);
+    const auto widthOfRow = [&window] { return window.list->viewport()->childAt(20, 20)->parentWidget()->width(); };
+    const auto all = window.list->viewport()->width();
+    QCOMPARE(widthOfRow(), all - style::points(4));
+    window.remove(0);
+    QCOMPARE(widthOfRow(), all);
 }
 
 void TestRowList::aRowIsDrawnByNumbers_data()
