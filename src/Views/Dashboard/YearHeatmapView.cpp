@@ -216,6 +216,8 @@ int YearHeatmapView::fade()
 // What fades is elsewhere now.
 void YearHeatmapView::moveEvent(QMoveEvent * /*event*/)
 {
+    if (underMouse())
+        hoverAt(mapFromGlobal(QCursor::pos()));
     update();
 }
 
@@ -374,9 +376,14 @@ void YearHeatmapView::hover(std::optional<int> cell)
 
 void YearHeatmapView::mouseMoveEvent(QMouseEvent *event)
 {
-    const auto cell = paintedChildAt(event->pos());
-    hover(cell && cellAt(m_contents.grid, *cell).isInRange ? cell : std::nullopt);
+    hoverAt(event->pos());
     QWidget::mouseMoveEvent(event);
+}
+
+void YearHeatmapView::hoverAt(QPoint position)
+{
+    const auto cell = paintedChildAt(position);
+    hover(cell && cellAt(m_contents.grid, *cell).isInRange ? cell : std::nullopt);
 }
 
 void YearHeatmapView::leaveEvent(QEvent *event)

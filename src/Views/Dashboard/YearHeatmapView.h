@@ -94,6 +94,7 @@ private:
     void paintFade(QPainter &painter, int edge, int inside) const;
     void paintRing(QPainter &painter, const HeatmapGeometry &shapes, int cell) const;
     void hover(std::optional<int> cell);
+    void hoverAt(QPoint position);
     bool showToolTip(const QHelpEvent &help);
     void moveTo(int cell);
     void announceCurrentCell();

@@ -130,6 +130,7 @@ private Q_SLOTS:
     void squaresHaveTheColourOfTheirCount();
     void squaresAreSharpWhereverTheViewBegins();
     void theSquareUnderThePointerHasARing();
+    void theRingStaysUnderThePointerWhileTheYearIsScrolled();
     void thePointerPaintsNoMoreThanItsSquares();
     void whatLooksAsBeforeIsNotPaintedAgain();
     void aNewCommitRepaintsItsSquareAlone();
@@ -279,6 +280,32 @@ void TestYearHeatmapView::theSquareUnderThePointerHasARing()
     QTest::mouseMove(&view, view.rectangleOf(0).center());
     QApplication::processEvents();
     QVERIFY(edgeOf(0) != style::ink(view.palette(), style::Ink::Primary));
+}
+
+void TestYearHeatmapView::theRingStaysUnderThePointerWhileTheYearIsScrolled()
+{
+    QScrollArea area;
+    auto *const view = new YearHeatmapView;
+    show(*view, history({{0, 1}}));
+    view->resize(view->sizeHint());
+    area.setWidget(view);
+    area.resize(200, view->height() + 20);
+    area.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&area));
+    const auto hasRing = [view](int cell) {
+        const auto square = shapesOf(*view).cell(cell);
+        return view->grab().toImage().pixelColor(square.center().x(), square.top()) ==
+               style::ink(view->palette(), style::Ink::Primary);
+    };
+    const auto place = view->mapToGlobal(view->rectangleOf(somewhere).center());
+    QCursor::setPos(place);
+    QTest::mouseMove(area.windowHandle(), area.mapFromGlobal(place));
+    QTRY_VERIFY(hasRing(somewhere));
+    constexpr int nextWeek = somewhere + 7;
+    const auto step = view->rectangleOf(nextWeek).x() - view->rectangleOf(somewhere).x();
+    area.horizontalScrollBar()->setValue(area.horizontalScrollBar()->value() + step);
+    QVERIFY(hasRing(nextWeek));
+    QVERIFY(!hasRing(somewhere));
 }
 
 void TestYearHeatmapView::thePointerPaintsNoMoreThanItsSquares()
