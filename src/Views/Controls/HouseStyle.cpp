@@ -113,10 +113,10 @@ QPen edgePen(const QStyleOption &option)
     return isEdged ? QPen(edge(option), 1) : QPen(Qt::NoPen);
 }
 
-void paintRing(QPainter &painter, const QStyleOption &option)
+void paintRing(QPainter &painter, const QStyleOption &option, const QColor &ground)
 {
     if (option.state.testFlag(QStyle::State_HasFocus))
-        style::paintFocusRing(painter, option.rect, option.palette);
+        style::paintFocusRing(painter, option.rect, style::desktopAccentOn(ground, option.palette));
 }
 
 bool isLaidOver(const QWidget *bar)
@@ -152,7 +152,7 @@ void paintButtonGround(QPainter &painter, const QStyleOptionButton &button, cons
     }
     if (!button.features.testFlag(QStyleOptionButton::Flat) || isHovered(button) || isPressed(button))
         paintRounded(painter, button.rect, raisedGround(button), edgePen(button), cornerRadius);
-    paintRing(painter, button);
+    paintRing(painter, button, raisedGround(button));
 }
 
 QSize iconIn(const QStyleOptionButton &button)
@@ -241,7 +241,7 @@ void paintPicker(QPainter &painter, const QStyleOptionComboBox &picker)
     setUp(painter, picker);
     paintRounded(painter, picker.rect, raisedGround(picker), edgePen(picker), cornerRadius);
     paintChevrons(painter, picker);
-    paintRing(painter, picker);
+    paintRing(painter, picker, raisedGround(picker));
     painter.restore();
 }
 
@@ -326,6 +326,13 @@ bool HouseStyle::isWantedFor(const QStyle &style)
     return isFusion && qEnvironmentVariableIsEmpty("QT_STYLE_OVERRIDE");
 }
 
+// Buttons stand on a ground of the window's colours, whatever the palette has for buttons.
+void HouseStyle::polish(QPalette &palette)
+{
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+        palette.setBrush(group, QPalette::ButtonText, palette.brush(group, QPalette::WindowText));
+}
+
 // A bar that Qt takes for opaque would leave there what was below it before.
 void HouseStyle::polish(QWidget *widget)
 {
@@ -354,7 +361,7 @@ void HouseStyle::drawControl(ControlElement element, const QStyleOption *option,
         auto box = *button;
         box.rect = boxIn(box);
         paintBox(*painter, box);
-        paintRing(*painter, *button);
+        paintRing(*painter, *button, style::hoveredGround(button->palette));
     } else {
         QProxyStyle::drawControl(element, option, painter, widget);
     }

@@ -88,7 +88,7 @@ IconButton::IconButton(QString symbol, const QString &accessibleName, QWidget *p
     m_turn.setLoopCount(-1);
     connect(&m_turn, &QVariantAnimation::valueChanged, this, qOverload<>(&QWidget::update));
     connect(&m_turn, &QVariantAnimation::currentLoopChanged, this, [this] {
-        if (!m_isTurning)
+        if (!m_isTurning || style::animationTime(*this, timeOfTurn) == 0)
             m_turn.stop();
     });
 }

@@ -343,10 +343,15 @@ void paintPressable(QPainter &painter, const QRectF &rect, const QPalette &palet
 
 void paintFocusRing(QPainter &painter, const QRectF &rect, const QPalette &palette)
 {
+    paintFocusRing(painter, rect, desktopAccent(palette));
+}
+
+void paintFocusRing(QPainter &painter, const QRectF &rect, const QColor &color)
+{
     constexpr double width = 1.5;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(desktopAccent(palette), width));
+    painter.setPen(QPen(color, width));
     const auto inset = width / 2;
     painter.drawRoundedRect(rect.adjusted(inset, inset, -inset, -inset), points(4), points(4));
 }

@@ -127,6 +127,7 @@ void paintPressable(QPainter &painter, const QRectF &rect, const QPalette &palet
 
 //! The ring around what has the keyboard's focus, just inside @p rect.
 void paintFocusRing(QPainter &painter, const QRectF &rect, const QPalette &palette);
+void paintFocusRing(QPainter &painter, const QRectF &rect, const QColor &color);
 
 //! @p rect moved and sized to whole pixels of what @p painter paints on, so that its edges are sharp at every scale.
 [[nodiscard]] QRectF onWholePixels(const QPainter &painter, const QRectF &rect);

@@ -3,6 +3,7 @@
 
 #include "Views/Settings/TabParts.h"
 
+#include "Views/Controls/HouseStyle.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Symbols.h"
 #include "Views/Controls/Text.h"
@@ -113,7 +114,7 @@ EmptyPanel::EmptyPanel(const Words &words, QWidget *parent)
     : QWidget(parent)
     , m_button(makeButton(words.action, {}, this))
 {
-    m_button->setProperty("isProminent", true);
+    setProminent(*m_button);
     m_button->setDefault(true);
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins({});

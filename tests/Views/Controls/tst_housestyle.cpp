@@ -105,6 +105,7 @@ private Q_SLOTS:
     void boxesCanBeSeen();
     void aBoxHasRoomForItsRing();
     void aPickerShowsItsTextWhole();
+    void buttonsAreReadWhateverThePaletteHasForThem();
     void aPillStandsWhereTheBarIs();
     void aPillCanBeDragged_data();
     void aPillCanBeDragged();
@@ -196,6 +197,15 @@ void TestHouseStyle::theFocusOfAButtonCanBeSeen()
     const auto image = paintedButton(button, QStyle::State_HasFocus);
     QCOMPARE(image.pixelColor(image.width() / 2, 0), style::desktopAccent(button.palette()));
     QVERIFY(paintedButton(button).pixelColor(image.width() / 2, 0) != style::desktopAccent(button.palette()));
+    auto dark = darkPalette();
+    for (const auto &accent : {QColor(0x2190a4), QColor(0x3a944a), QColor(0x808080)}) {
+        dark.setColor(QPalette::Highlight, accent);
+        button.setPalette(dark);
+        for (const auto state : {QStyle::State_None, QStyle::State_MouseOver}) {
+            const auto focused = paintedButton(button, state | QStyle::State_HasFocus);
+            QVERIFY(style::contrast(focused.pixelColor(40, 0), focused.pixelColor(6, 14)) >= 3);
+        }
+    }
 }
 
 void TestHouseStyle::aProminentButtonIsFilledWithTheAccent()
@@ -251,6 +261,20 @@ void TestHouseStyle::aPickerShowsItsTextWhole()
     const auto mirrored =
         picker.style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &picker);
     QCOMPARE(option.rect.right() - mirrored.right(), field.left());
+}
+
+void TestHouseStyle::buttonsAreReadWhateverThePaletteHasForThem()
+{
+    auto palette = lightPalette();
+    palette.setColor(QPalette::Button, QColor(0x333333));
+    palette.setColor(QPalette::ButtonText, Qt::white);
+    // As the toolkit does with what it takes from the desktop.
+    QApplication::style()->polish(palette);
+    QApplication::setPalette(palette);
+    QComboBox picker;
+    picker.addItem(QStringLiteral("By everyone"));
+    picker.resize(picker.sizeHint());
+    QVERIFY(standsOutOf(pictureOf(picker, 4).copy(40, 0, 240, 96), Qt::white) >= 4.5);
 }
 
 void TestHouseStyle::aPillStandsWhereTheBarIs()
