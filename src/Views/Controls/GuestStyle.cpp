@@ -44,6 +44,8 @@ GuestStyle::GuestStyle(QStyle *style)
 {
     setObjectName(style->objectName());
     QCoreApplication::instance()->installEventFilter(this);
+    // Not before the other is in force whole.
+    connect(this, &QObject::destroyed, qApp, &GuestStyle::install, Qt::QueuedConnection);
 }
 
 int GuestStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,

@@ -13,7 +13,7 @@ class GuestStyle : public QProxyStyle
 {
     Q_OBJECT
 public:
-    //! Puts itself around the application's style. A desktop that changes its style takes it away: call it again then.
+    //! Puts itself around the application's style, and around every other that the desktop puts in its place later.
     static void install();
 
     //! Whether the user wants less motion than the desktop's style has.

@@ -4,7 +4,6 @@
 #include "Views/Dashboard/Popover.h"
 
 #include "Views/Controls/Accessibility.h"
-#include "Views/Controls/GuestStyle.h"
 #include "Views/Controls/Style.h"
 
 #include <QApplication>
@@ -275,8 +274,6 @@ void Popover::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::FontChange && isVisible())
         fit();
-    if (event->type() == QEvent::StyleChange)
-        QMetaObject::invokeMethod(this, &GuestStyle::install, Qt::QueuedConnection);
     QWidget::changeEvent(event);
 }
 

@@ -5,7 +5,6 @@
 
 #include "Views/Controls/Accessibility.h"
 #include "Views/Controls/Decorations.h"
-#include "Views/Controls/GuestStyle.h"
 #include "Views/Controls/Style.h"
 #include "Views/Settings/GeneralTab.h"
 #include "Views/Settings/RepositoriesTab.h"
@@ -40,7 +39,6 @@ SettingsView::SettingsView(const SettingsServices &services, QWidget *parent)
     , m_rebuilding([this] { rebuild(); })
 {
     setAccessibleRole(*this, QAccessible::Window);
-    GuestStyle::install();
     setObjectName(QStringLiteral("settings"));
     setWindowTitle(tr("Settings"));
     setAccessibleName(tr("Settings"));
@@ -135,8 +133,6 @@ void SettingsView::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     m_rebuilding.follow(*event);
-    if (event->type() == QEvent::StyleChange)
-        QMetaObject::invokeMethod(this, &GuestStyle::install, Qt::QueuedConnection);
 }
 
 }  // namespace velquarin

@@ -3,11 +3,9 @@
 
 #include "Views/Dashboard/Popover.h"
 
-#include "Views/Controls/GuestStyle.h"
-#include "Views/Controls/Style.h"
-
 #include "support/Offscreen.h"
 #include "support/TestProgram.h"
+#include "Views/Controls/Style.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -19,7 +17,6 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QStyleFactory>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -120,7 +117,6 @@ private Q_SLOTS:
     void itIsShownWithTheActivationToken();
     void itsSurfaceIsTheWindowsColourWithAHairline();
     void roundedCornersAreTransparent();
-    void anotherStyleOfTheDesktopIsFittedAnew();
     void noPressIsHandedOnWhenItCloses();
     void itsEdgeIsDrawnByNumbers_data();
     void itsEdgeIsDrawnByNumbers();
@@ -625,16 +621,6 @@ void TestPopover::roundedCornersAreTransparent()
 }
 
 // Only Qt on X11 would do so.
-// Not from within the change itself: the style that sends it is being put in force.
-void TestPopover::anotherStyleOfTheDesktopIsFittedAnew()
-{
-    const Popover popover(new Content(200));
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QVERIFY(qobject_cast<GuestStyle *>(QApplication::style()) == nullptr);
-    QCoreApplication::processEvents();
-    QVERIFY(qobject_cast<GuestStyle *>(QApplication::style()) != nullptr);
-}
-
 void TestPopover::noPressIsHandedOnWhenItCloses()
 {
     const Popover popover(new Content(200));

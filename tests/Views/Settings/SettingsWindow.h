@@ -8,6 +8,7 @@
 #include "support/RecordingLoginItem.h"
 #include "support/ScriptedFolderChooser.h"
 #include "support/WhatIsShown.h"
+#include "Views/Controls/GuestStyle.h"
 #include "Views/Controls/Style.h"
 #include "Views/Controls/Text.h"
 #include "Views/Settings/SettingsView.h"
@@ -49,6 +50,7 @@ struct SettingsWindow
 
     void open(Tab tab = Repositories)
     {
+        GuestStyle::install();
         launchAtLogin = std::make_unique<LaunchAtLogin>(loginItem);
         view =
             std::make_unique<SettingsView>(SettingsServices{engine.settings, engine.manager, *launchAtLogin, engine.git,
