@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QHash>
 #include <QIconEngine>
 #include <QImage>
 #include <QPainter>
@@ -112,9 +113,14 @@ private:
 
 }  // namespace
 
+// Parsed once: a symbol changes with the figures, and its drawing is ours and stays as it is.
 double symbolShape(const QString &name)
 {
-    return QSvgRenderer(fileOf(name)).viewBoxF().width() / gridHeight;
+    static QHash<QString, double> known;
+    const auto shape = known.constFind(name);
+    if (shape != known.cend())
+        return *shape;
+    return *known.insert(name, QSvgRenderer(fileOf(name)).viewBoxF().width() / gridHeight);
 }
 
 QSize symbolSize(double shape, double size)

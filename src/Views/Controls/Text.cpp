@@ -5,11 +5,13 @@
 
 #include "Views/Controls/Accessibility.h"
 
+#include <QEvent>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QStyle>
 
 #include <algorithm>
+#include <utility>
 
 namespace velquarin {
 
@@ -31,6 +33,12 @@ QString onOneLine(QString text)
     return text;
 }
 
+Line lineIn(const QFont &font)
+{
+    const QFontMetrics metrics(font);
+    return {metrics.ascent(), metrics.descent()};
+}
+
 }  // namespace
 
 TextLook textLook(style::TypeStyle type, style::Tone tone, QFont::Weight weight)
@@ -40,8 +48,7 @@ TextLook textLook(style::TypeStyle type, style::Tone tone, QFont::Weight weight)
 
 Line lineOf(const TextLook &look)
 {
-    const QFontMetrics metrics(letteringOf(look));
-    return {metrics.ascent(), metrics.descent()};
+    return lineIn(letteringOf(look));
 }
 
 // Some fonts have figures that reach further, as small letters do.
@@ -56,6 +63,7 @@ Line closeLineOf(const TextLook &look)
 Text::Text(const TextLook &look, QWidget *parent)
     : QWidget(parent)
     , m_look(look)
+    , m_font(letteringOf(look))
 {
     setAccessibleRole(*this, QAccessible::StaticText);
     setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -66,10 +74,10 @@ void Text::setText(const QString &text)
 {
     if (text == m_text)
         return;
-    const auto sizeBefore = sizeHint();
     m_text = text;
     setAccessibleName(text);
-    if (sizeHint() != sizeBefore)
+    const auto width = measuredWidth();
+    if (std::exchange(m_width, width) != width)
         updateGeometry();
     update();
 }
@@ -103,9 +111,8 @@ void Text::allowCutting(Qt::TextElideMode where)
 
 QSize Text::sizeHint() const
 {
-    const QFontMetrics metrics(letteringOf(m_look));
     const auto [above, below] = line();
-    return {metrics.horizontalAdvance(onOneLine(m_text)), above + below};
+    return {m_width, above + below};
 }
 
 QSize Text::minimumSizeHint() const
@@ -120,7 +127,7 @@ void Text::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.setLayoutDirection(style::readingDirection(m_text));
-    painter.setFont(letteringOf(m_look));
+    painter.setFont(m_font);
     painter.setPen(style::textColor(palette(), m_look.tone));
     const auto shown = shownText(painter.fontMetrics());
     const auto line = this->line();
@@ -129,11 +136,21 @@ void Text::paintEvent(QPaintEvent * /*event*/)
     painter.drawText(QPoint(place.x(), place.y() + line.above), shown);
 }
 
+void Text::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange) {
+        m_font = letteringOf(m_look);
+        m_width = measuredWidth();
+        updateGeometry();
+    }
+    QWidget::changeEvent(event);
+}
+
 // A screen of another scale measures a text a little wider or narrower: what was given its room is never cut.
 QString Text::shownText(const QFontMetrics &metrics) const
 {
     const auto whole = onOneLine(m_text);
-    return width() >= sizeHint().width() ? whole : metrics.elidedText(whole, m_cutAt, width());
+    return width() >= m_width ? whole : metrics.elidedText(whole, m_cutAt, width());
 }
 
 Text *makeText(const TextLook &look, const QString &text, QWidget *parent)
@@ -145,7 +162,12 @@ Text *makeText(const TextLook &look, const QString &text, QWidget *parent)
 
 Line Text::line() const
 {
-    return m_line.value_or(lineOf(m_look));
+    return m_line ? *m_line : lineIn(m_font);
+}
+
+int Text::measuredWidth() const
+{
+    return QFontMetrics(m_font).horizontalAdvance(onOneLine(m_text));
 }
 
 }  // namespace velquarin

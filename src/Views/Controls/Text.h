@@ -66,13 +66,17 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+    void changeEvent(QEvent *event) override;
 
 private:
     [[nodiscard]] Line line() const;
+    [[nodiscard]] int measuredWidth() const;
     [[nodiscard]] QString shownText(const QFontMetrics &metrics) const;
 
     TextLook m_look;
+    QFont m_font;
     QString m_text;
+    int m_width = 0;
     std::optional<Line> m_line;
     Qt::Alignment m_alignment = Qt::AlignLeading;
     Qt::TextElideMode m_cutAt = Qt::ElideRight;

@@ -852,6 +852,22 @@ private Q_SLOTS:
         QVERIFY(!isAsked);
     }
 
+    void aTextFollowsTheFontOfTheDesktop()
+    {
+        Text text(textLook(style::TypeStyle::Body, Ink::Primary));
+        text.setText(QStringLiteral("6 commits"));
+        const auto before = text.sizeHint();
+        setFontHeight(26);
+        // Qt tells widgets by itself only while the application runs.
+        QEvent change(QEvent::FontChange);
+        QApplication::sendEvent(&text, &change);
+        Text anew(textLook(style::TypeStyle::Body, Ink::Primary));
+        anew.setText(text.text());
+        QCOMPARE(text.sizeHint(), anew.sizeHint());
+        QVERIFY(text.sizeHint().width() > before.width() && text.sizeHint().height() > before.height());
+        QCOMPARE(paintedTexts(text).last().font.pixelSize(), 26);
+    }
+
     void whatIsShownOtherwiseIsPaintedOnce_data()
     {
         QTest::addColumn<Change>("change");
