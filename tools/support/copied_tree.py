@@ -8,6 +8,7 @@ import pathlib
 import re
 import resource
 import shutil
+import signal
 import subprocess
 
 import keeper
@@ -21,7 +22,7 @@ ADDED_TEST, WORD = re.compile(r'^add_test\(\[=*\[(.*?)\]=*\] (.*)\)$', re.MULTIL
 
 
 class Hang(Exception):
-    """A command took longer than it may."""
+    """A command took longer than it may, or a test printed more than ctest can hold."""
 
 
 def listed(root):
@@ -113,6 +114,8 @@ class CopiedTree:
             raise Hang(f"{command[0]} took longer than {limit:.0f} s") from reason
         finally:
             keeper.end_descendants()
+        if started.returncode == -signal.SIGABRT:
+            raise Hang(f"{command[0]} could not hold what was printed")
         if check and started.returncode:
             raise subprocess.CalledProcessError(started.returncode, command, printed)
         return started.returncode == 0, printed
