@@ -4,7 +4,6 @@
 #include "Services/Streak/MergedHistory.h"
 
 #include <algorithm>
-#include <cstring>
 #include <functional>
 #include <numeric>
 #include <set>
@@ -13,16 +12,6 @@
 namespace velquarin {
 
 namespace {
-
-// Somebody may have made millions of commits in one day: whole blocks are compared at once.
-const Instant *endOfRun(const Instant *run, const Instant *last)
-{
-    constexpr std::ptrdiff_t block = 1024;
-    const auto *end = run;
-    while (last - end > block && std::memcmp(end, end + 1, block * sizeof(Instant)) == 0)
-        end += block;
-    return std::find_if(end, last, [day = *run](Instant other) { return other != day; });
-}
 
 qint64 totalOf(const DayCounts &history)
 {
@@ -56,7 +45,7 @@ void MergedHistory::addCommits(const QList<Instant> &days)
     const auto *run = days.constData();
     const auto *const last = run + days.size();
     while (run != last) {
-        const auto *const end = endOfRun(run, last);
+        const auto *const end = std::find_if(run, last, [day = *run](Instant other) { return other != day; });
         const auto day = m_starts.startOfDay(*run);
         m_year[day] += std::distance(run, end);
         run = end;
