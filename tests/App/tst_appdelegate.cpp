@@ -27,6 +27,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
+using Change = std::function<void(StreakManager &)>;
+
 // The application around faked adapters.
 struct World
 {
@@ -154,6 +156,8 @@ private Q_SLOTS:
     void theFirstRefreshStartsAtLaunch();
     void theItemFollowsTheStreakOnceItIsQuiet();
     void everyChangeStartsTheQuietAnew();
+    void everyValueOfTheItemIsWatched_data();
+    void everyValueOfTheItemIsWatched();
     void aBurstOfChangesIsSeenOnce();
     void aRepositoryThatGitHangsOnIsNamedAfterHalfAMinute();
     void eachRepositoryHasHalfAMinuteOfItsOwn();
@@ -261,6 +265,28 @@ void TestAppDelegate::everyChangeStartsTheQuietAnew()
     timers.fire(0);
     QCOMPARE(deliveries, 1);
     QVERIFY(timers.live().empty());
+}
+
+void TestAppDelegate::everyValueOfTheItemIsWatched_data()
+{
+    QTest::addColumn<Change>("change");
+    QTest::newRow("the streak") << Change([](auto &manager) { Q_EMIT manager.currentStreakWillChange(3); });
+    QTest::newRow("refreshing") << Change([](auto &manager) { Q_EMIT manager.isRefreshingWillChange(true); });
+    QTest::newRow("today") << Change([](auto &manager) { Q_EMIT manager.hasCommittedTodayWillChange(true); });
+}
+
+void TestAppDelegate::everyValueOfTheItemIsWatched()
+{
+    QFETCH(Change, change);
+    Engine engine;
+    FakeTimers timers;
+    int deliveries = 0;
+    const StreakObserver observer(engine.manager, timers, [&](qint64, bool, bool) { ++deliveries; });
+    timers.fire(0);
+    change(engine.manager);
+    QCOMPARE(timers.live().size(), std::size_t(1));
+    timers.fire(0);
+    QCOMPARE(deliveries, 2);
 }
 
 void TestAppDelegate::aBurstOfChangesIsSeenOnce()

@@ -152,10 +152,14 @@ def enumerator(cpp, index):
     return (owner, re.match(r"Key_|[A-Z][a-z]*", name)[0]) if owner == "Qt" else (owner, "")
 
 
+# Two names of one value.
+THE_SAME = {"AlignLeading", "AlignLeft"}
+
+
 def enumerators(cpp, index, families):
     family = enumerator(cpp, index)
     for sibling in sorted(families.get(family, ())):
-        if sibling != cpp.at(index):
+        if sibling != cpp.at(index) and {sibling, cpp.at(index)} != THE_SAME:
             yield fault("enumerator", cpp, index, index + 1, sibling)
 
 

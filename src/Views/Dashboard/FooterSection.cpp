@@ -21,7 +21,6 @@ FooterSection::FooterSection(QWidget *parent)
     setObjectName(QStringLiteral("footer"));
     m_updated->setObjectName(QStringLiteral("updated"));
     m_updated->allowCutting();
-    m_updated->hide();
     m_refresh->setObjectName(QStringLiteral("refresh"));
     m_settings->setObjectName(QStringLiteral("settings"));
     connect(m_refresh, &QAbstractButton::clicked, this, &FooterSection::refreshRequested);

@@ -363,6 +363,7 @@ private Q_SLOTS:
     void everythingIsAskedAgainOnceADay();
     void whatWasKilledIsNotRemembered_data();
     void whatWasKilledIsNotRemembered();
+    void settingsAreReadOnceForAllThatIsAsked();
     void aBranchThatAppearsBetweenTheQuestionsIsSeen();
     void aBranchThatStandsForOneThatAppearsIsSeen();
     void whatCountsDifferentlyIsKnownByItself_data();
@@ -436,6 +437,22 @@ void TestGitMemory::whatWasKilledIsNotRemembered()
     pair.runner.meanwhile = {};
     QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
     QVERIFY(pair.processes() > 0);
+}
+
+void TestGitMemory::settingsAreReadOnceForAllThatIsAsked()
+{
+    Pair pair;
+    pair.setNow(start);
+    const TempRepository repository;
+    repository.commit(dateOf(start - 60));
+    QStringList questions;
+    pair.runner.meanwhile = [&](const QString &asked, const ProcessOutput &output) {
+        questions.append(asked);
+        return output;
+    };
+    static_cast<void>(pair.remembered(repository.path()));
+    QCOMPARE(questions.count(QStringLiteral("config")), 1);
+    QVERIFY(questions.count(QStringLiteral("log")) > 1);
 }
 
 void TestGitMemory::aBranchThatAppearsBetweenTheQuestionsIsSeen()

@@ -96,6 +96,7 @@ private Q_SLOTS:
     void seesWhatDecidesAboutAllBranches_data();
     void seesWhatDecidesAboutAllBranches();
     void whatDecidesAboutNoBranchIsTheSame();
+    void soManyReplacementsAreNotUnderstood();
     void soManyBranchesAreNotUnderstood_data();
     void soManyBranchesAreNotUnderstood();
     void allBranchesAreWatched();
@@ -284,6 +285,20 @@ void TestRepositoryState::whatDecidesAboutNoBranchIsTheSame()
     const auto after = world.state(std::nullopt);
     QVERIFY(after.has_value());
     QVERIFY(after->content == before->content);
+}
+
+void TestRepositoryState::soManyReplacementsAreNotUnderstood()
+{
+    const World world;
+    const auto commit = world.repository.git({QStringLiteral("rev-parse"), QStringLiteral("HEAD")});
+    const auto replace = [&](int number) {
+        writeFile(world.git("refs/replace/") + QStringLiteral("%1").arg(number, 40, 16, QLatin1Char('0')), commit);
+    };
+    for (int number = 1; number <= 64; ++number)
+        replace(number);
+    QVERIFY(world.state().has_value());
+    replace(65);
+    QVERIFY(!world.state().has_value());
 }
 
 void TestRepositoryState::soManyBranchesAreNotUnderstood_data()

@@ -84,6 +84,7 @@ private Q_SLOTS:
     void repositoriesThatVanishAreDropped();
     void repositoriesOfARemovedFolderGoAtTheNextRun();
     void whatTheUserAddedIsNeverTouched();
+    void aPathThatTheUserAddedTooStaysThoughItIsNotFound();
     void aRemovedRepositoryComesBack();
     void theDepthOfTheFolderCounts();
     void aRunThatFindsNothingNewSaysSo();
@@ -298,6 +299,20 @@ void TestAutoDiscovery::whatTheUserAddedIsNeverTouched()
     discover(engine);
     QCOMPARE(engine.settings.trackedRepositories(), before);
     QVERIFY(engine.manager.lastDiscoveredRepos().isEmpty());
+}
+
+// A file of settings that somebody wrote by hand may name it twice.
+void TestAutoDiscovery::aPathThatTheUserAddedTooStaysThoughItIsNotFound()
+{
+    const Workspace workspace;
+    Engine engine;
+    engine.settings.addRepository(QStringLiteral("/elsewhere"), false);
+    auto twice = engine.settings.trackedRepositories();
+    twice.append({QUuid::createUuid(), QStringLiteral("/elsewhere"), QStringLiteral("elsewhere"), true, true});
+    engine.settings.setTrackedRepositories(twice);
+    engine.settings.addWatchedFolder(workspace.path(), 5);
+    discover(engine);
+    QCOMPARE(engine.settings.trackedRepositories(), twice);
 }
 
 void TestAutoDiscovery::aRemovedRepositoryComesBack()

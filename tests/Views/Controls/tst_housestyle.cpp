@@ -7,6 +7,7 @@
 #include "support/WhatIsShown.h"
 #include "Views/Controls/GuestStyle.h"
 #include "Views/Controls/HouseStyle.h"
+#include "Views/Controls/Motion.h"
 #include "Views/Controls/Style.h"
 
 #include <QApplication>
@@ -112,9 +113,11 @@ private Q_SLOTS:
     void aPillIsThickerUnderThePointer();
     void aBarWithoutRangeShowsNothing();
     void aPillLaidOverTakesNoRoom();
+    void aPillLeavesTheGroundAroundIt();
     void aPillIsTheSameUnderEveryStyle();
     void aTooltipIsQuietAndDark();
     void reducedMotionEndsAllAnimations();
+    void whatMovesAndBeginsAgainBeginsFromTheStart();
 
 private:
     static void addPalettes();
@@ -375,6 +378,21 @@ void TestHouseStyle::aPillLaidOverTakesNoRoom()
     }
 }
 
+void TestHouseStyle::aPillLeavesTheGroundAroundIt()
+{
+    QWidget window;
+    auto palette = lightPalette();
+    palette.setColor(QPalette::Window, QColor(0x4060a0));
+    window.setPalette(palette);
+    QScrollBar bar(Qt::Horizontal, &window);
+    makePill(bar, true);
+    bar.setRange(0, 100);
+    bar.setGeometry(0, 0, 200, 12);
+    window.resize(200, 40);
+    window.show();
+    QCOMPARE(window.grab().toImage().pixelColor(199, 0), QColor(0x4060a0));
+}
+
 void TestHouseStyle::aPillIsTheSameUnderEveryStyle()
 {
     const auto pictureUnder = [](const QString &name) {
@@ -412,6 +430,18 @@ void TestHouseStyle::reducedMotionEndsAllAnimations()
     const auto reduced = style::animationTime(window, 90);
     GuestStyle::setReducedMotion(false);
     QCOMPARE(reduced, 0);
+}
+
+void TestHouseStyle::whatMovesAndBeginsAgainBeginsFromTheStart()
+{
+    QWidget window;
+    window.show();
+    Motion motion(window, QStringLiteral("motion"), 90, [] {});
+    motion.begin();
+    motion.setCurrentTime(45);
+    motion.begin();
+    QCOMPARE(motion.currentTime(), 0);
+    QCOMPARE(motion.state(), QAbstractAnimation::Running);
 }
 
 VELQUARIN_WINDOW_TEST(TestHouseStyle)

@@ -852,6 +852,23 @@ private Q_SLOTS:
         QVERIFY(!isAsked);
     }
 
+    void figuresStayWithinTheirCloseLine()
+    {
+        const TextLook look{.size = 400};
+        const auto [above, below] = closeLineOf(look);
+        QImage image(2400, 800, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.setFont(style::systemFont(look.size, look.weight));
+        painter.drawText(QPoint(10, 500), QStringLiteral("0123456789"));
+        painter.end();
+        QImage blank(image.width(), 1, image.format());
+        blank.fill(Qt::white);
+        const auto isBlank = [&](int row) { return image.copy(0, row, image.width(), 1) == blank; };
+        QVERIFY(isBlank(500 - above - 1) && isBlank(500 + below));
+        QVERIFY(!isBlank(500 + below - 2));
+    }
+
     void aTextFollowsTheFontOfTheDesktop()
     {
         Text text(textLook(style::TypeStyle::Body, Ink::Primary));

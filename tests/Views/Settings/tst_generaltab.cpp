@@ -85,6 +85,7 @@ private Q_SLOTS:
     void aSwitchIsDrawnByNumbers_data();
     void aSwitchIsDrawnByNumbers();
     void aSwitchWithTheFocusHasARing();
+    void aClickOnASwitchLeavesTheFocusWhereItIs();
     void aGroupHasRoundCorners();
     void nothingIsOutOfReachWithALargeFont();
     void withADesktopsFontNothingScrolls_data();
@@ -474,6 +475,18 @@ void TestGeneralTab::aSwitchWithTheFocusHasARing()
     painter.end();
     control.setFocus();
     QCOMPARE(pictureOf(control, 1), expected);
+}
+
+void TestGeneralTab::aClickOnASwitchLeavesTheFocusWhereItIs()
+{
+    Switch control(QStringLiteral("On"), Switch::Size::Regular, nullptr);
+    control.show();
+    control.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&control));
+    control.clearFocus();
+    QTest::mouseClick(&control, Qt::LeftButton);
+    QVERIFY(control.isChecked());
+    QVERIFY(!control.hasFocus());
 }
 
 void TestGeneralTab::aGroupHasRoundCorners()

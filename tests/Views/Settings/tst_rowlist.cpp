@@ -164,6 +164,7 @@ private Q_SLOTS:
     void removingARowKeepsTheScrollPosition();
     void theNextRowTakesTheFocusOfARemovedOne();
     void theRowBeforeTakesTheFocusOfTheLastOne();
+    void theFocusGoesStraightFromTheLastRowToTheOneBefore();
     void removingAnotherRowLeavesTheFocus();
     void rowsAddedAtTheEndMoveNothing();
     void anEmptyListShowsNothing();
@@ -334,6 +335,22 @@ void TestRowList::theRowBeforeTakesTheFocusOfTheLastOne()
     Window::press(Qt::Key_End);
     window.remove(2);
     QCOMPARE(Window::focused(), QStringLiteral("1"));
+}
+
+// A screen reader would say what is beside the list.
+void TestRowList::theFocusGoesStraightFromTheLastRowToTheOneBefore()
+{
+    Window window(10);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    Window::press(Qt::Key_Tab);
+    Window::press(Qt::Key_End);
+    QStringList stops;
+    const auto note = [&stops] { stops.append(Window::focused()); };
+    const auto watch = QObject::connect(qApp, &QApplication::focusChanged, &window, note);
+    window.remove(9);
+    QObject::disconnect(watch);
+    QCOMPARE(stops, QStringList(QStringLiteral("8!")));
 }
 
 void TestRowList::removingAnotherRowLeavesTheFocus()
