@@ -5,8 +5,10 @@
 #include <QAccessible>
 #include <QEvent>
 #include <QHash>
+#include <QPaintEvent>
 #include <QPalette>
 #include <QRect>
+#include <QRegion>
 #include <QWidget>
 
 namespace velquarin::test {
@@ -84,6 +86,21 @@ public:
 
 private:
     QHash<const QObject *, int> m_paints;
+};
+
+//! What of one widget is painted from now on.
+class PaintRecorder : public QObject
+{
+public:
+    explicit PaintRecorder(QWidget &widget) { widget.installEventFilter(this); }
+    QRegion region;
+
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            region += static_cast<QPaintEvent *>(event)->region();
+        return false;
+    }
 };
 
 //! Where everything stands inside of @p widget.

@@ -71,8 +71,9 @@ protected:
 class Bin : public IconButton
 {
 public:
-    explicit Bin(QWidget *row)
+    explicit Bin(ListRow *row)
         : IconButton(QStringLiteral("trash"), RecordRow::tr("Remove"), row)
+        , m_row(row)
     {
         setLook(sizeOfBin, style::Accent::Red);
         setToolTip(RecordRow::tr("Remove"));
@@ -85,8 +86,11 @@ public:
     [[nodiscard]] QColor color() const override
     {
         const auto full = IconButton::color();
-        return hasFocus() || parentWidget()->underMouse() ? full : style::faded(full, palette());
+        return m_row->isInUse() ? full : style::faded(full, palette());
     }
+
+private:
+    ListRow *m_row;
 };
 
 }  // namespace

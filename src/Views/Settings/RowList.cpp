@@ -69,7 +69,7 @@ void ListRow::paintEvent(QPaintEvent * /*event*/)
         const QRectF line(inset, height() - 1, width() - 2 * inset, 1);
         painter.fillRect(style::onWholePixels(painter, line), style::divider(palette()));
     }
-    if (!underMouse())
+    if (!isInUse())
         return;
     const auto inset = style::points(insetOfHover);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -269,8 +269,10 @@ void RowList::paintEvent(QPaintEvent * /*event*/)
 
 bool RowList::eventFilter(QObject *watched, QEvent *event)
 {
+    auto *const row = static_cast<ListRow *>(watched->parent());
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        row->update();
     if (event->type() == QEvent::FocusIn) {
-        const auto *const row = static_cast<ListRow *>(watched->parent());
         setCurrent(int(m_ids.indexOf(row->id())));
         if (isLookedFor(static_cast<QFocusEvent *>(event)->reason()))
             bringIntoSight(m_current);

@@ -25,6 +25,9 @@ public:
     //! Which of the controls has the keyboard's focus; -1 where none has.
     [[nodiscard]] int focusedControl() const;
 
+    //! Whether the pointer or the keyboard's focus is in it.
+    [[nodiscard]] bool isInUse() const { return underMouse() || focusedControl() >= 0; }
+
     //! Whether Tab stops at the row's controls: in a list of a thousand rows it does so in one of them.
     void setTabStop(bool isTabStop);
 

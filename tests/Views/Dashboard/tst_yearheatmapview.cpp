@@ -11,6 +11,7 @@
 #include "support/FakeClock.h"
 #include "support/Offscreen.h"
 #include "support/TestProgram.h"
+#include "support/WhatIsShown.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -18,7 +19,6 @@
 #include <QHelpEvent>
 #include <QImage>
 #include <QPainter>
-#include <QPaintEvent>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -79,22 +79,6 @@ void open(YearHeatmapView &view)
 
 // A square that the pointer reaches on every screen.
 constexpr int somewhere = 70;
-
-// Everything that is painted from now on.
-class PaintRecorder : public QObject
-{
-public:
-    explicit PaintRecorder(QWidget &widget) { widget.installEventFilter(this); }
-    QRegion region;
-
-protected:
-    bool eventFilter(QObject * /*watched*/, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            region += static_cast<QPaintEvent *>(event)->region();
-        return false;
-    }
-};
 
 HeatmapGeometry shapesOf(const YearHeatmapView &view, Qt::LayoutDirection direction = Qt::LeftToRight)
 {

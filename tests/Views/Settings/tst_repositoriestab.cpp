@@ -145,6 +145,7 @@ private Q_SLOTS:
     void theButtonsShowTheirSymbols();
     void rowsArePartedByALine();
     void theRowUnderThePointerHasAGroundOfItsOwn();
+    void theRowWithTheFocusHasAGroundOfItsOwn();
     void theControlsOfARowSayWhatTheyAreFor();
     void withoutRepositoriesASymbolStandsOverTheWords();
     void theBadgeCanBeRead_data();
@@ -605,16 +606,18 @@ void TestRepositoriesTab::aChosenPathIsTakenAsItIs()
 void TestRepositoriesTab::theBinIsFaintUntilSomebodyComesNear_data()
 {
     QTest::addColumn<bool>("isRowUnderPointer");
-    QTest::addColumn<bool>("hasFocus");
-    QTest::newRow("with the pointer elsewhere") << false << false;
-    QTest::newRow("with the pointer on its row") << true << false;
-    QTest::newRow("with the focus") << false << true;
+    QTest::addColumn<QString>("focused");
+    QTest::newRow("with the pointer elsewhere") << false << QString();
+    QTest::newRow("with the pointer on its row") << true << QString();
+    QTest::newRow("with the focus") << false << QStringLiteral("Remove");
+    QTest::newRow("with the focus on the box of its row") << false << QStringLiteral("a");
+    QTest::newRow("with the focus elsewhere") << false << QStringLiteral("Refresh Now");
 }
 
 void TestRepositoriesTab::theBinIsFaintUntilSomebodyComesNear()
 {
     QFETCH(bool, isRowUnderPointer);
-    QFETCH(bool, hasFocus);
+    QFETCH(QString, focused);
     const FontOfPixels font(13);
     QCursor::setPos(700, 700);
     SettingsWindow window;
@@ -622,13 +625,14 @@ void TestRepositoriesTab::theBinIsFaintUntilSomebodyComesNear()
     window.open();
     auto *const bin = window.control<IconButton>(QStringLiteral("Remove"));
     bin->parentWidget()->setAttribute(Qt::WA_UnderMouse, isRowUnderPointer);
-    if (hasFocus)
-        bin->setFocus();
+    if (!focused.isEmpty())
+        window.control<QAbstractButton>(focused)->setFocus();
     const auto outset = PlainButton::outset();
     const auto place = bin->rect().adjusted(outset, outset, -outset, -outset);
     QCOMPARE(place.height(), style::symbolSize(QStringLiteral("trash"), 12).height());
     const auto red = style::accentText(bin->palette(), style::Accent::Red);
-    const auto color = isRowUnderPointer || hasFocus ? red : style::faded(red, bin->palette());
+    const bool isInUse = isRowUnderPointer || focused == QStringLiteral("Remove") || focused == QStringLiteral("a");
+    const auto color = isInUse ? red : style::faded(red, bin->palette());
     const auto expected = pictureOfSymbol(QStringLiteral("trash"), place, color, *bin);
     QVERIFY(!isPlain(expected.copy(place)));
     QCOMPARE(pictureOf(*bin, 1).copy(place), expected.copy(place));
@@ -855,6 +859,25 @@ void TestRepositoriesTab::theRowUnderThePointerHasAGroundOfItsOwn()
     QTRY_COMPARE(ground(), row->palette().color(QPalette::Window));
     QTest::mouseMove(window.view->windowHandle(), window.placeOf(row).center());
     QTRY_COMPARE(ground(), style::hoveredGround(row->palette()));
+}
+
+void TestRepositoriesTab::theRowWithTheFocusHasAGroundOfItsOwn()
+{
+    SettingsWindow window;
+    window.engine.settings.addRepository(QStringLiteral("/src/a"), false);
+    window.open();
+    auto *const row = window.view->findChild<RepositoryRow *>();
+    const QPoint place(4, row->height() / 2);
+    const auto ground = [&] { return pictureOf(*row, 1).pixelColor(place); };
+    QTest::mouseMove(window.view->windowHandle(), QPoint(2, 2));
+    PaintRecorder paints(*row);
+    window.control<QCheckBox>(QStringLiteral("a"))->setFocus();
+    QTRY_VERIFY(paints.region.contains(place));
+    QCOMPARE(ground(), style::hoveredGround(row->palette()));
+    paints.region = {};
+    window.control<QPushButton>(QStringLiteral("Refresh Now"))->setFocus();
+    QTRY_VERIFY(paints.region.contains(place));
+    QCOMPARE(ground(), row->palette().color(QPalette::Window));
 }
 
 void TestRepositoriesTab::theControlsOfARowSayWhatTheyAreFor()
