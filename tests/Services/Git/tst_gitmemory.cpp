@@ -371,6 +371,7 @@ private Q_SLOTS:
     void thatThereIsNoAddressIsKnownToo();
     void aBranchThatComesAndGoesBetweenTheQuestionsIsNotRemembered();
     void aLongerWindowThanWasAskedForIsAsked();
+    void aWindowThatMovedPastACommitIsAskedOnce();
     void theWindowsMoveWithTheClock_data();
     void theWindowsMoveWithTheClock();
     void aCommitOfTheFutureComesIntoSight();
@@ -596,6 +597,21 @@ void TestGitMemory::aLongerWindowThanWasAskedForIsAsked()
     QCOMPARE(commitsOf(7), 1);
     QCOMPARE(commitsOf(200), 2);
     QCOMPARE(commitsOf(7), 1);
+}
+
+void TestGitMemory::aWindowThatMovedPastACommitIsAskedOnce()
+{
+    Pair pair;
+    pair.setNow(start);
+    const TempRepository repository;
+    repository.commit(dateOf(start - 6 * day));
+    repository.commit(dateOf(start - 60));
+    QCOMPARE(pair.remembered(repository.path()).week.size(), 2);
+    pair.setNow(start + day / 4);
+    QCOMPARE(pair.remembered(repository.path()).week.size(), 1);
+    QVERIFY(pair.processes() > 0);
+    QCOMPARE(pair.remembered(repository.path()).week.size(), 1);
+    QCOMPARE(pair.processes(), 0);
 }
 
 void TestGitMemory::theWindowsMoveWithTheClock_data()

@@ -96,6 +96,8 @@ private Q_SLOTS:
     void seesWhatDecidesAboutAllBranches_data();
     void seesWhatDecidesAboutAllBranches();
     void whatDecidesAboutNoBranchIsTheSame();
+    void seesWhatReferencesInTablesStandFor();
+    void referencesThatStandForOthersAreFollowedAsFarAsGitDoes();
     void soManyReplacementsAreNotUnderstood();
     void soManyBranchesAreNotUnderstood_data();
     void soManyBranchesAreNotUnderstood();
@@ -285,6 +287,39 @@ void TestRepositoryState::whatDecidesAboutNoBranchIsTheSame()
     const auto after = world.state(std::nullopt);
     QVERIFY(after.has_value());
     QVERIFY(after->content == before->content);
+}
+
+void TestRepositoryState::seesWhatReferencesInTablesStandFor()
+{
+    const World world;
+    GitConfig config;
+    config.isReftable = true;
+    writeFile(world.git("reftable/tables.list"), "one\n");
+    const auto before = world.state(QStringLiteral("main"), config);
+    QVERIFY(before.has_value());
+    writeFile(world.git("reftable/tables.list"), "one\ntwo\n");
+    const auto after = world.state(QStringLiteral("main"), config);
+    QVERIFY(after.has_value());
+    QVERIFY(after->content != before->content);
+}
+
+// Source: git itself, which gives up after five
+void TestRepositoryState::referencesThatStandForOthersAreFollowedAsFarAsGitDoes()
+{
+    const World world;
+    const auto standsFor = [&](const char *name, const char *other) {
+        writeFile(world.git("refs/tags/") + QLatin1String(name), QByteArray("ref: refs/tags/") + other + '\n');
+    };
+    writeFile(world.git("refs/tags/end"), world.repository.git({QStringLiteral("rev-parse"), QStringLiteral("HEAD")}));
+    standsFor("e", "end");
+    standsFor("d", "e");
+    standsFor("c", "d");
+    standsFor("b", "c");
+    standsFor("main", "b");
+    QVERIFY(world.state().has_value());
+    standsFor("a", "b");
+    standsFor("main", "a");
+    QVERIFY(!world.state().has_value());
 }
 
 void TestRepositoryState::soManyReplacementsAreNotUnderstood()

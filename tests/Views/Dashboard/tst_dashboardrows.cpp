@@ -637,6 +637,29 @@ private Q_SLOTS:
         QVERIFY(hasColor(folderOf(row), quiet) && !hasColor(folderOf(row), blue));
     }
 
+    void aRowThatIsHiddenUnderThePointerComesBackQuiet()
+    {
+        RepoRow row(m_viewer);
+        row.setStats(stats(QStringLiteral("Work"), 0, now), m_texts, now);
+        row.show();
+        QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
+        QApplication::sendEvent(&row, &enter);
+        row.hide();
+        QCOMPARE(textNamed(row, QStringLiteral("Work"))->tone(), style::Tone(Ink::Primary));
+    }
+
+    void theFiguresBesideTheStreakAreInTheirColours()
+    {
+        HeaderSection header;
+        header.setFigures({.longestStreak = 3, .totalCommitsThisWeek = 4, .repositories = 5});
+        const auto toneOf = [&](const char *text) { return textNamed(header, QString::fromUtf8(text))->tone(); };
+        for (const auto *const figure : {"3 days", "4 commits", "5 tracked"})
+            QCOMPARE(toneOf(figure), style::Tone(Ink::Primary));
+        QCOMPARE(toneOf("No commits yet"), style::Tone(Accent::Orange));
+        header.setFigures({.hasCommittedToday = true});
+        QCOMPARE(toneOf("Committed!"), style::Tone(Accent::Green));
+    }
+
     void aRowIsWrittenInItsTwoSizes()
     {
         RepoRow row(m_viewer);

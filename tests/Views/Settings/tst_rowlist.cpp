@@ -160,6 +160,7 @@ private Q_SLOTS:
     void arrowsGoToTheSameControlOfAnotherRow_data();
     void arrowsGoToTheSameControlOfAnotherRow();
     void theFocusBringsItsRowIntoSight();
+    void theFocusThatComesBackBringsItsRowIntoSight();
     void theFocusOutlivesScrolling();
     void removingARowKeepsTheScrollPosition();
     void theNextRowTakesTheFocusOfARemovedOne();
@@ -290,6 +291,18 @@ void TestRowList::theFocusBringsItsRowIntoSight()
     QVERIFY(window.shown().contains(QStringLiteral("49")));
     QVERIFY(!QApplication::focusWidget()->visibleRegion().isEmpty());
     Window::press(Qt::Key_Home);
+    QCOMPARE(window.scrolled(), 0);
+}
+
+void TestRowList::theFocusThatComesBackBringsItsRowIntoSight()
+{
+    const Window window(50);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    Window::press(Qt::Key_Backtab);
+    window.scroll(30 * heightOfRow);
+    Window::press(Qt::Key_Tab);
+    QCOMPARE(Window::focused(), QStringLiteral("0"));
     QCOMPARE(window.scrolled(), 0);
 }
 
