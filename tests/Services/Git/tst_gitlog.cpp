@@ -148,6 +148,8 @@ void TestGitLog::isoTextsBecomeMoments_data()
     row("a date alone", "2024-03-07", "none");
     row("a blank in place of the T", "2024-03-07 21:15:02+01:00", "none");
     row("no offset", "2024-03-07T21:15:02", "none");
+    row("a second of one digit", "2024-03-07T21:15:0", "none");
+    row("no second", "2024-03-07T21:15:", "none");
     row("an offset without a colon", "2024-03-07T21:15:02+0100", "none");
     row("an offset beyond the clock", "2024-03-07T21:15:02+99:99", "none");
     row("fractions of a second", "2024-03-07T21:15:02.5+01:00", "none");

@@ -110,6 +110,7 @@ private Q_SLOTS:
     void doubtsAreNotUnderstood();
     void namesThatMayMeanSomethingElseAreNotUnderstood_data();
     void namesThatMayMeanSomethingElseAreNotUnderstood();
+    void namesThatOnlyLookLikeTheseAreUnderstood();
     void readsTheConfiguration();
     void doubtfulSettingsAreNotUnderstood_data();
     void doubtfulSettingsAreNotUnderstood();
@@ -521,6 +522,15 @@ void TestRepositoryState::namesThatMayMeanSomethingElseAreNotUnderstood()
     world.repository.git({QStringLiteral("symbolic-ref"), QStringLiteral("refs/remotes/origin/HEAD"),
                           QStringLiteral("refs/remotes/origin/") + (name.isEmpty() ? QStringLiteral("x") : name)});
     QVERIFY(!world.state(name).has_value());
+}
+
+void TestRepositoryState::namesThatOnlyLookLikeTheseAreUnderstood()
+{
+    const World world;
+    const auto name = QStringLiteral("x-gzabc");
+    world.repository.git({QStringLiteral("symbolic-ref"), QStringLiteral("refs/remotes/origin/HEAD"),
+                          QStringLiteral("refs/remotes/origin/") + name});
+    QVERIFY(world.state(name).has_value());
 }
 
 void TestRepositoryState::readsTheConfiguration()

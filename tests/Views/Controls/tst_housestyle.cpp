@@ -106,6 +106,7 @@ private Q_SLOTS:
     void boxesCanBeSeen();
     void aBoxHasRoomForItsRing();
     void aPickerShowsItsTextWhole();
+    void theChevronsOfAPickerPointAwayFromEachOther();
     void buttonsAreReadWhateverThePaletteHasForThem();
     void aPillStandsWhereTheBarIs();
     void aPillCanBeDragged_data();
@@ -264,6 +265,33 @@ void TestHouseStyle::aPickerShowsItsTextWhole()
     const auto mirrored =
         picker.style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &picker);
     QCOMPARE(option.rect.right() - mirrored.right(), field.left());
+}
+
+void TestHouseStyle::theChevronsOfAPickerPointAwayFromEachOther()
+{
+    QComboBox picker;
+    picker.resize(80, 24);
+    // Where the chevrons stand, without the picker's edge.
+    const auto chevrons = pictureOf(picker, 4).copy(4 * 62, 12, 4 * 14, 72);
+    const auto extentOf = [&](int row) {
+        int first = chevrons.width();
+        int last = -1;
+        for (int column = 0; column < chevrons.width(); ++column) {
+            if (chevrons.pixelColor(column, row).lightness() < 128) {
+                first = std::min(first, column);
+                last = column;
+            }
+        }
+        return last - first;
+    };
+    QList<int> extents;
+    for (int row = 0; row < chevrons.height() / 2; ++row)
+        extents.append(extentOf(row));
+    const auto isInk = [](int extent) { return extent >= 0; };
+    const auto tip = std::ranges::find_if(extents, isInk);
+    QVERIFY(tip != extents.end());
+    QVERIFY(*tip < *std::ranges::max_element(extents));
+    QVERIFY(!isInk(extents.last()));
 }
 
 void TestHouseStyle::buttonsAreReadWhateverThePaletteHasForThem()

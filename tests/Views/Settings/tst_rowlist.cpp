@@ -167,6 +167,7 @@ private Q_SLOTS:
     void theRowBeforeTakesTheFocusOfTheLastOne();
     void theFocusGoesStraightFromTheLastRowToTheOneBefore();
     void removingAnotherRowLeavesTheFocus();
+    void theFocusStaysWithItsRowWhereThoseBeforeItGo();
     void rowsAddedAtTheEndMoveNothing();
     void anEmptyListShowsNothing();
     void whatIsPressedStaysUnderThePointer();
@@ -374,6 +375,20 @@ void TestRowList::removingAnotherRowLeavesTheFocus()
     for (int step = 0; step < 3; ++step)
         Window::press(Qt::Key_Down);
     window.remove(0);
+    QCOMPARE(Window::focused(), QStringLiteral("3"));
+    Window::press(Qt::Key_Down);
+    QCOMPARE(Window::focused(), QStringLiteral("4"));
+}
+
+void TestRowList::theFocusStaysWithItsRowWhereThoseBeforeItGo()
+{
+    Window window(10);
+    window.before->setFocus();
+    Window::press(Qt::Key_Tab);
+    for (int step = 0; step < 3; ++step)
+        Window::press(Qt::Key_Down);
+    window.ids.remove(0, 3);
+    window.list->setIds(window.ids);
     QCOMPARE(Window::focused(), QStringLiteral("3"));
     Window::press(Qt::Key_Down);
     QCOMPARE(Window::focused(), QStringLiteral("4"));
