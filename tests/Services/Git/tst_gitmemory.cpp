@@ -371,6 +371,7 @@ private Q_SLOTS:
     void thatThereIsNoAddressIsKnownToo();
     void aBranchThatComesAndGoesBetweenTheQuestionsIsNotRemembered();
     void aLongerWindowThanWasAskedForIsAsked();
+    void theLogsOfTwoWindowsAreKept();
     void aWindowThatMovedPastACommitIsAskedOnce();
     void theWindowsMoveWithTheClock_data();
     void theWindowsMoveWithTheClock();
@@ -597,6 +598,30 @@ void TestGitMemory::aLongerWindowThanWasAskedForIsAsked()
     QCOMPARE(commitsOf(7), 1);
     QCOMPARE(commitsOf(200), 2);
     QCOMPARE(commitsOf(7), 1);
+}
+
+// A day has two windows; a program that runs for months would else keep the logs of all its days.
+void TestGitMemory::theLogsOfTwoWindowsAreKept()
+{
+    RunnerAt runner;
+    runner.now = start;
+    const PosixFileTree files;
+    const FakeClock clock{Instant(std::chrono::seconds(start))};
+    GitQueries git(runner, files, clock, QProcessEnvironment::systemEnvironment());
+    const TempRepository repository;
+    for (const int days : {170, 120, 70})
+        repository.commit(dateOf(start - days * day));
+    const auto processesFor = [&](int days) {
+        const int before = runner.count;
+        git.beginLook(repository.path());
+        static_cast<void>(git.getCommits(repository.path(), clock.now() - days * 24h, clock.now()));
+        git.endLook();
+        return runner.count - before;
+    };
+    for (const int days : {200, 150, 100})
+        QVERIFY(processesFor(days) > 0);
+    QCOMPARE(processesFor(150), 0);
+    QVERIFY(processesFor(200) > 0);
 }
 
 void TestGitMemory::aWindowThatMovedPastACommitIsAskedOnce()

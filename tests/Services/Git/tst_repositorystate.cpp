@@ -96,6 +96,7 @@ private Q_SLOTS:
     void seesWhatDecidesAboutAllBranches_data();
     void seesWhatDecidesAboutAllBranches();
     void whatDecidesAboutNoBranchIsTheSame();
+    void seesTheRightsOfAFileThatNamesTheRepository();
     void seesWhatReferencesInTablesStandFor();
     void referencesThatStandForOthersAreFollowedAsFarAsGitDoes();
     void soManyReplacementsAreNotUnderstood();
@@ -288,6 +289,20 @@ void TestRepositoryState::whatDecidesAboutNoBranchIsTheSame()
     const auto after = world.state(std::nullopt);
     QVERIFY(after.has_value());
     QVERIFY(after->content == before->content);
+}
+
+void TestRepositoryState::seesTheRightsOfAFileThatNamesTheRepository()
+{
+    const World world;
+    const auto pointer = world.repository.file(QStringLiteral(".git"));
+    QVERIFY(QFile::rename(pointer, world.repository.file(QStringLiteral("away"))));
+    writeFile(pointer, "gitdir: away\n");
+    const auto before = world.state();
+    QVERIFY(before.has_value());
+    QCOMPARE(::chmod(QFile::encodeName(pointer).constData(), 0400), 0);
+    const auto after = world.state();
+    QVERIFY(after.has_value());
+    QVERIFY(after->content != before->content);
 }
 
 void TestRepositoryState::seesWhatReferencesInTablesStandFor()

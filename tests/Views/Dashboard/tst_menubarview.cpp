@@ -606,8 +606,11 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("left");
         QTest::addColumn<QString>("right");
+        QTest::addColumn<int>("fontHeight");
         const auto row = [](const char *left, const char *right) {
-            QTest::newRow(left) << QString::fromUtf8(left) << QString::fromUtf8(right);
+            for (const int height : {13, 17, 26})
+                QTest::addRow("%s, font of %d", left, height)
+                    << QString::fromUtf8(left) << QString::fromUtf8(right) << height;
         };
         row("Today", "Committed!");
         row("Last 7 Days", "Show Year");
@@ -622,6 +625,8 @@ private Q_SLOTS:
     {
         QFETCH(QString, left);
         QFETCH(QString, right);
+        QFETCH(int, fontHeight);
+        setFontHeight(fontHeight);
         World world;
         world.track(11, 7);
         world.engine.refresh();

@@ -254,6 +254,12 @@ void TestRowList::tabStopsAtOneRow()
     QCOMPARE(Window::focused(), QStringLiteral("1"));
     Window::press(Qt::Key_Backtab);
     QCOMPARE(Window::focused(), QStringLiteral("before"));
+    stops.clear();
+    for (int stop = 0; stop < 3; ++stop) {
+        Window::press(Qt::Key_Tab);
+        stops.append(Window::focused());
+    }
+    QCOMPARE(stops, (QStringList{QStringLiteral("1"), QStringLiteral("1!"), QStringLiteral("after")}));
 }
 
 void TestRowList::arrowsGoToTheSameControlOfAnotherRow_data()
