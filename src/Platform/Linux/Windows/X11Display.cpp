@@ -98,7 +98,7 @@ bool x11HasCompositor()
     auto *display = x11Display();
     if (!display)
         return false;
-    const auto selection = x11Atom(display, "_NET_WM_CM_S" + QByteArray::number(x11ScreenNumber()));
+    static const auto selection = x11Atom(display, "_NET_WM_CM_S" + QByteArray::number(x11ScreenNumber()));
     return x11SelectionOwner(display, selection) != XCB_WINDOW_NONE;
 }
 
