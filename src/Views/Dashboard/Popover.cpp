@@ -88,8 +88,7 @@ void Popover::setUpWindow()
     setAccessibleName(windowTitle());
     // The click that closes it is over: an icon of our own in a tray would open it again.
     setAttribute(Qt::WA_NoMouseReplay);
-    // Windows are made with it or without: where nothing shows through later, the whole rectangle is painted.
-    setAttribute(Qt::WA_TranslucentBackground);
+    setTranslucent(!m_windowSystem.placesWindows);
 }
 
 // The surface is painted by the window; what lies on it lets it through.
@@ -152,7 +151,7 @@ void Popover::openAt(QPoint click, const QString &activationToken)
     m_pressedElsewhere.reset();
     if (!isVisible()) {
         leaveFocusNowhere();
-        m_castsShadow = m_windowSystem.placesWindows && m_windowSystem.blendsWindows();
+        castShadow(m_windowSystem.placesWindows && m_windowSystem.blendsWindows());
     }
     fit();
     catchClicks();
@@ -162,6 +161,21 @@ void Popover::openAt(QPoint click, const QString &activationToken)
         activateWindow();
     });
     m_sinceOpening.start();
+}
+
+// Windows are made with an alpha channel or without, and painting on one takes longer.
+void Popover::castShadow(bool castsShadow)
+{
+    if (std::exchange(m_castsShadow, castsShadow) == castsShadow)
+        return;
+    destroy();
+    setTranslucent(castsShadow);
+}
+
+void Popover::setTranslucent(bool isTranslucent)
+{
+    setAttribute(Qt::WA_TranslucentBackground, isTranslucent);
+    setAttribute(Qt::WA_NoSystemBackground, isTranslucent);
 }
 
 // X11 does not hear of clicks over the windows of others there, nor of the focus that they take. So a window of ours that

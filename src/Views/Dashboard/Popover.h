@@ -75,6 +75,8 @@ private:
     [[nodiscard]] int contentHeight() const;
     [[nodiscard]] PopoverDimensions dimensions() const;
     [[nodiscard]] int cornerRadius() const;
+    void castShadow(bool castsShadow);
+    void setTranslucent(bool isTranslucent);
     void catchClicks();
     [[nodiscard]] bool wasJustDeactivated() const;
     [[nodiscard]] bool hasJustOpened() const;
