@@ -14,6 +14,7 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QSet>
+#include <QStyle>
 
 #include <algorithm>
 #include <memory>
@@ -25,6 +26,7 @@ namespace {
 
 constexpr double insetOfHover = 3;
 constexpr double insetOfLine = 10;
+constexpr double roomForBar = 4;
 
 // What the pointer presses must not move away from under it, and who comes back to the window finds the list where it
 // was.
@@ -181,19 +183,25 @@ void RowList::layoutRows()
 void RowList::placeRows()
 {
     const auto top = verticalScrollBar()->value();
-    // The bins keep clear of a bar that is laid over them.
-    const auto width = viewport()->width() - (verticalScrollBar()->maximum() > 0 ? style::points(4) : 0);
+    const auto place = rowsPlace();
     const auto before = m_rows.size();
     for (const auto index : neededRows()) {
         auto *const row = rowFor(m_ids.at(index));
         m_fillRow(*row, index);
         row->setTabStop(index == m_current);
         row->setLast(index == m_ids.size() - 1);
-        row->setGeometry(0, index * rowHeight() - top, width, rowHeight());
+        row->setGeometry(place.x(), index * rowHeight() - top, place.width(), rowHeight());
         row->show();
     }
     if (m_rows.size() > before)
         orderRows();
+}
+
+// The bins keep clear of a bar that is laid over them.
+QRect RowList::rowsPlace() const
+{
+    const auto strip = verticalScrollBar()->maximum() > 0 ? style::points(roomForBar) : 0;
+    return QStyle::visualRect(layoutDirection(), viewport()->rect(), viewport()->rect().adjusted(0, 0, -strip, 0));
 }
 
 // A screen reader comes to them as Qt has them stacked.

@@ -79,6 +79,7 @@ private:
     [[nodiscard]] QList<int> neededRows() const;
     void updateScrollBar();
     void layoutRows();
+    [[nodiscard]] QRect rowsPlace() const;
     void placeRows();
     void orderRows();
     void discardRowsOutOfSight();

@@ -133,6 +133,15 @@ struct Window : QWidget
     }
 
     static void press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+
+    // By the keys, from what stands before the list.
+    void walkTo(int row) const
+    {
+        before->setFocus();
+        press(Qt::Key_Tab);
+        for (int step = 0; step < row; ++step)
+            press(Qt::Key_Down);
+    }
 };
 
 QStringList numbers(int first, int last)
@@ -178,6 +187,7 @@ private Q_SLOTS:
     void aListThatNeverHadARowIsNoTabStop();
     void itWantsThreeRowsAndNeedsOne();
     void theScrollBarStepsByHalfARowAndByWhatIsInSight();
+    void rowsKeepClearOfABarThatIsLaidOverThem_data();
     void rowsKeepClearOfABarThatIsLaidOverThem();
     void aRowIsDrawnByNumbers_data();
     void aRowIsDrawnByNumbers();
@@ -228,8 +238,7 @@ void TestRowList::aScreenReaderFindsTheRowsInTheirOrder()
 void TestRowList::theRowThatTheFocusLeftIsForgotten()
 {
     const Window window(100);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     Window::press(Qt::Key_End);
     QCOMPARE(Window::focused(), QStringLiteral("99"));
     QCOMPARE(window.heard(), numbers(94, 99));
@@ -279,8 +288,7 @@ void TestRowList::arrowsGoToTheSameControlOfAnotherRow()
     QFETCH(int, key);
     QFETCH(QString, focused);
     const Window window(50);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     Window::press(Qt::Key_Tab);
     for (int step = 0; step < 10; ++step)
         Window::press(Qt::Key_Down);
@@ -292,8 +300,7 @@ void TestRowList::arrowsGoToTheSameControlOfAnotherRow()
 void TestRowList::theFocusBringsItsRowIntoSight()
 {
     const Window window(50);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     Window::press(Qt::Key_End);
     QVERIFY(window.shown().contains(QStringLiteral("49")));
     QVERIFY(!QApplication::focusWidget()->visibleRegion().isEmpty());
@@ -304,8 +311,7 @@ void TestRowList::theFocusBringsItsRowIntoSight()
 void TestRowList::theFocusThatComesBackBringsItsRowIntoSight()
 {
     const Window window(50);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     Window::press(Qt::Key_Backtab);
     window.scroll(30 * heightOfRow);
     Window::press(Qt::Key_Tab);
@@ -316,8 +322,7 @@ void TestRowList::theFocusThatComesBackBringsItsRowIntoSight()
 void TestRowList::theFocusOutlivesScrolling()
 {
     const Window window(1000);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     window.scroll(500 * heightOfRow);
     QCOMPARE(Window::focused(), QStringLiteral("0"));
     Window::press(Qt::Key_Down);
@@ -337,8 +342,7 @@ void TestRowList::removingARowKeepsTheScrollPosition()
 void TestRowList::theNextRowTakesTheFocusOfARemovedOne()
 {
     Window window(10);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     Window::press(Qt::Key_Tab);
     Window::press(Qt::Key_Down);
     window.remove(1);
@@ -350,8 +354,7 @@ void TestRowList::theNextRowTakesTheFocusOfARemovedOne()
 void TestRowList::theRowBeforeTakesTheFocusOfTheLastOne()
 {
     Window window(3);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     Window::press(Qt::Key_End);
     window.remove(2);
     QCOMPARE(Window::focused(), QStringLiteral("1"));
@@ -361,8 +364,7 @@ void TestRowList::theRowBeforeTakesTheFocusOfTheLastOne()
 void TestRowList::theFocusGoesStraightFromTheLastRowToTheOneBefore()
 {
     Window window(10);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     Window::press(Qt::Key_Tab);
     Window::press(Qt::Key_End);
     QStringList stops;
@@ -376,10 +378,7 @@ void TestRowList::theFocusGoesStraightFromTheLastRowToTheOneBefore()
 void TestRowList::removingAnotherRowLeavesTheFocus()
 {
     Window window(10);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
-    for (int step = 0; step < 3; ++step)
-        Window::press(Qt::Key_Down);
+    window.walkTo(3);
     window.remove(0);
     QCOMPARE(Window::focused(), QStringLiteral("3"));
     Window::press(Qt::Key_Down);
@@ -389,10 +388,7 @@ void TestRowList::removingAnotherRowLeavesTheFocus()
 void TestRowList::theFocusStaysWithItsRowWhereThoseBeforeItGo()
 {
     Window window(10);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
-    for (int step = 0; step < 3; ++step)
-        Window::press(Qt::Key_Down);
+    window.walkTo(3);
     window.ids.remove(0, 3);
     window.list->setIds(window.ids);
     QCOMPARE(Window::focused(), QStringLiteral("3"));
@@ -403,8 +399,7 @@ void TestRowList::theFocusStaysWithItsRowWhereThoseBeforeItGo()
 void TestRowList::rowsAddedAtTheEndMoveNothing()
 {
     Window window(100);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     window.scroll(30 * heightOfRow);
     window.ids.append(QUuid::createUuid());
     window.list->setIds(window.ids);
@@ -417,8 +412,7 @@ void TestRowList::anEmptyListShowsNothing()
     Window window(1);
     window.remove(0);
     QCOMPARE(window.shown(), QStringList());
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     QCOMPARE(Window::focused(), QStringLiteral("after"));
 }
 
@@ -449,8 +443,7 @@ void TestRowList::comingBackToTheWindowScrollsNothing()
 {
     QFETCH(int, reason);
     const Window window(1000);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     window.scroll(500 * heightOfRow);
     QFocusEvent back(QEvent::FocusIn, Qt::FocusReason(reason));
     QApplication::sendEvent(QApplication::focusWidget(), &back);
@@ -471,8 +464,7 @@ void TestRowList::keysWithControlAreNotForTheList()
 {
     QFETCH(int, key);
     const Window window(50);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     Window::press(Qt::Key_Down);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key(key), Qt::ControlModifier);
     QCOMPARE(Window::focused(), QStringLiteral("1"));
@@ -481,8 +473,7 @@ void TestRowList::keysWithControlAreNotForTheList()
 void TestRowList::aListThatNeverHadARowIsNoTabStop()
 {
     const Window window(0);
-    window.before->setFocus();
-    Window::press(Qt::Key_Tab);
+    window.walkTo(0);
     QCOMPARE(Window::focused(), QStringLiteral("after"));
     QCOMPARE(window.list->focusPolicy(), Qt::NoFocus);
 }
@@ -510,14 +501,26 @@ void TestRowList::theScrollBarStepsByHalfARowAndByWhatIsInSight()
     QVERIFY(!small.list->horizontalScrollBar()->isVisible());
 }
 
+void TestRowList::rowsKeepClearOfABarThatIsLaidOverThem_data()
+{
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::addColumn<QMargins>("free");
+    QTest::newRow("from the left") << Qt::LeftToRight << QMargins(0, 0, style::points(4), 0);
+    QTest::newRow("from the right") << Qt::RightToLeft << QMargins(style::points(4), 0, 0, 0);
+}
+
 void TestRowList::rowsKeepClearOfABarThatIsLaidOverThem()
 {
+    QFETCH(Qt::LayoutDirection, direction);
+    QFETCH(QMargins, free);
     Window window(6);
-    const auto widthOfRow = [&window] { return window.list->viewport()->childAt(20, 20)->parentWidget()->width(); };
-    const auto all = window.list->viewport()->width();
-    QCOMPARE(widthOfRow(), all - style::points(4));
+    window.setLayoutDirection(direction);
+    window.list->setIds(window.ids);
+    const auto firstRow = [&window] { return window.list->viewport()->childAt(40, 20)->parentWidget()->geometry(); };
+    const QRect all(0, 0, window.list->viewport()->width(), heightOfRow);
+    QCOMPARE(firstRow(), all.marginsRemoved(free));
     window.remove(0);
-    QCOMPARE(widthOfRow(), all);
+    QCOMPARE(firstRow(), all);
 }
 
 void TestRowList::aRowIsDrawnByNumbers_data()
