@@ -170,7 +170,8 @@ void paintButtonLabel(QPainter &painter, const QStyleOptionButton &button, const
     if (!button.icon.isNull()) {
         const auto place =
             QStyle::alignedRect(button.direction, Qt::AlignLeading | Qt::AlignVCenter, button.iconSize, content);
-        button.icon.paint(&painter, place, Qt::AlignCenter, isEnabled(button) ? QIcon::Normal : QIcon::Active);
+        button.icon.paint(&painter, place, Qt::AlignCenter, isEnabled(button) ? QIcon::Normal : QIcon::Active,
+                          QIcon::On);
     }
     const auto text = QStyle::alignedRect(button.direction, Qt::AlignTrailing | Qt::AlignVCenter,
                                           content.size() - QSize(icon.width(), 0), content);
@@ -326,13 +327,6 @@ bool HouseStyle::isWantedFor(const QStyle &style)
     return isFusion && qEnvironmentVariableIsEmpty("QT_STYLE_OVERRIDE");
 }
 
-// Buttons stand on a ground of the window's colours, whatever the palette has for buttons.
-void HouseStyle::polish(QPalette &palette)
-{
-    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
-        palette.setBrush(group, QPalette::ButtonText, palette.brush(group, QPalette::WindowText));
-}
-
 // A bar that Qt takes for opaque would leave there what was below it before.
 void HouseStyle::polish(QWidget *widget)
 {
@@ -352,11 +346,18 @@ void HouseStyle::drawControl(ControlElement element, const QStyleOption *option,
                              const QWidget *widget) const
 {
     const auto *const button = qstyleoption_cast<const QStyleOptionButton *>(option);
+    const auto *const picker = qstyleoption_cast<const QStyleOptionComboBox *>(option);
     painter->save();
     if (element == CE_PushButtonBevel && button != nullptr) {
         paintButtonGround(*painter, *button, widget);
     } else if (element == CE_PushButtonLabel && button != nullptr && widget != nullptr) {
         paintButtonLabel(*painter, *button, *widget);
+    } else if (element == CE_ComboBoxLabel && picker != nullptr && !picker->editable) {
+        // It stands on a ground of the window's colours, whatever the palette has for buttons.
+        auto shown = *picker;
+        shown.palette.setColor(QPalette::ButtonText, ink(*picker));
+        setUp(*painter, *picker);
+        QProxyStyle::drawControl(element, &shown, painter, widget);
     } else if (element == CE_CheckBox && isBareBox(option)) {
         auto box = *button;
         box.rect = boxIn(box);

@@ -25,7 +25,6 @@ public:
     //! Whether it may take the place of @p style: Fusion, and nobody has chosen that by QT_STYLE_OVERRIDE.
     [[nodiscard]] static bool isWantedFor(const QStyle &style);
 
-    void polish(QPalette &palette) override;
     void polish(QWidget *widget) override;
     using QProxyStyle::polish;
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,

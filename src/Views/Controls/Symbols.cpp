@@ -90,10 +90,11 @@ public:
     {
     }
 
-    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State /*state*/) override
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
-        paintSymbol(*painter, m_name, rect, QApplication::palette().color(group, QPalette::ButtonText));
+        const auto role = state == QIcon::On ? QPalette::WindowText : QPalette::ButtonText;
+        paintSymbol(*painter, m_name, rect, QApplication::palette().color(group, role));
     }
 
     QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override

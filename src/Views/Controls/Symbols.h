@@ -31,7 +31,8 @@ void paintSymbol(QPainter &painter, const QString &name, const QRectF &rect, con
 //! picture to the next.
 void paintMovingSymbol(QPainter &painter, const QString &name, const QRectF &rect, const QColor &color);
 
-//! The symbol @p name for a button of Qt's: painted anew each time, in the colour of the buttons' text.
+//! The symbol @p name for a button of Qt's: painted anew each time, in the colour of the buttons' text; for QIcon::On in
+//! that of the window's, on whose colours our own buttons stand.
 [[nodiscard]] QIcon symbolIcon(const QString &name);
 
 //! The program's own icon, in its colours. Made without Qt's plugin for such drawings, which need not be there.

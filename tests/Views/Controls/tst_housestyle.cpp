@@ -9,6 +9,7 @@
 #include "Views/Controls/HouseStyle.h"
 #include "Views/Controls/Motion.h"
 #include "Views/Controls/Style.h"
+#include "Views/Controls/Symbols.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -299,13 +300,17 @@ void TestHouseStyle::buttonsAreReadWhateverThePaletteHasForThem()
     auto palette = lightPalette();
     palette.setColor(QPalette::Button, QColor(0x333333));
     palette.setColor(QPalette::ButtonText, Qt::white);
-    // As the toolkit does with what it takes from the desktop.
-    QApplication::style()->polish(palette);
     QApplication::setPalette(palette);
     QComboBox picker;
     picker.addItem(QStringLiteral("By everyone"));
     picker.resize(picker.sizeHint());
     QVERIFY(standsOutOf(pictureOf(picker, 4).copy(40, 0, 240, 96), Qt::white) >= 4.5);
+    QPushButton button;
+    button.setIcon(style::symbolIcon(QStringLiteral("plus")));
+    button.resize(60, 28);
+    QVERIFY(standsOutOf(pictureOf(button, 4).copy(80, 30, 80, 52), Qt::white) >= 4.5);
+    // Others stand on the ground that the palette has for them.
+    QCOMPARE(QApplication::palette().color(QPalette::ButtonText), QColor(Qt::white));
 }
 
 void TestHouseStyle::aPillStandsWhereTheBarIs()
