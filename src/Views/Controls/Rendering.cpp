@@ -49,9 +49,10 @@ void Rebuilding::noteFont()
     m_builtFor = QApplication::font();
 }
 
+// Where a theme brings another font of its own, Qt tells of its other changes alone.
 void Rebuilding::follow(const QEvent &change)
 {
-    if (change.type() == QEvent::FontChange && QApplication::font() != m_builtFor)
+    if (QApplication::font() != m_builtFor || change.type() == QEvent::StyleChange)
         soon();
 }
 

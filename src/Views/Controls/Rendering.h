@@ -33,8 +33,8 @@ private:
     bool m_isDue = false;
 };
 
-//! Builds a widget's content anew, on the next turn of the event loop, when the desktop's font changes: all sizes follow
-//! it.
+//! Builds a widget's content anew, on the next turn of the event loop, when the desktop's font or style changes: all sizes
+//! follow them.
 class Rebuilding
 {
 public:

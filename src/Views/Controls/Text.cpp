@@ -141,7 +141,6 @@ void Text::changeEvent(QEvent *event)
     if (event->type() == QEvent::FontChange) {
         m_font = letteringOf(m_look);
         m_width = measuredWidth();
-        updateGeometry();
     }
     QWidget::changeEvent(event);
 }

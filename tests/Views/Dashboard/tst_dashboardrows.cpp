@@ -898,9 +898,7 @@ private Q_SLOTS:
         text.setText(QStringLiteral("6 commits"));
         const auto before = text.sizeHint();
         setFontHeight(26);
-        // Qt tells widgets by itself only while the application runs.
-        QEvent change(QEvent::FontChange);
-        QApplication::sendEvent(&text, &change);
+        QApplication::processEvents();
         Text anew(textLook(style::TypeStyle::Body, Ink::Primary));
         anew.setText(text.text());
         QCOMPARE(text.sizeHint(), anew.sizeHint());

@@ -57,6 +57,16 @@ QAccessibleInterface *stripOf(const SettingsWindow &window)
     return QAccessible::queryAccessibleInterface(window.view->findChild<TabStrip *>());
 }
 
+// As where a theme brings a font of its own.
+class NoWordOfFonts : public QObject
+{
+public:
+    bool eventFilter(QObject * /*watched*/, QEvent *event) override
+    {
+        return event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange;
+    }
+};
+
 }  // namespace
 
 class TestSettingsView : public QObject
@@ -103,6 +113,8 @@ private Q_SLOTS:
     void enterPressesTheButtonThatHasTheFocus_data();
     void enterPressesTheButtonThatHasTheFocus();
     void anotherFontBuildsItAnewAndKeepsItsTab();
+    void whatChangesSizesBuildsItAnew_data();
+    void whatChangesSizesBuildsItAnew();
     void theSameFontBuildsNothingAnew();
     void theOptionsNeedNoScrolling_data();
     void theOptionsNeedNoScrolling();
@@ -702,6 +714,31 @@ void TestSettingsView::anotherFontBuildsItAnewAndKeepsItsTab()
     QTRY_VERIFY(window.control<Switch>(label)->width() > before.width());
     SettingsWindow::click(window.control<Switch>(label));
     QVERIFY(!window.engine.settings.showStreakInMenuBar());
+}
+
+void TestSettingsView::whatChangesSizesBuildsItAnew_data()
+{
+    QTest::addColumn<int>("fontHeight");
+    QTest::addColumn<QEvent::Type>("change");
+    QTest::newRow("another style") << 13 << QEvent::StyleChange;
+    QTest::newRow("a font of which only the palette tells") << 15 << QEvent::PaletteChange;
+}
+
+void TestSettingsView::whatChangesSizesBuildsItAnew()
+{
+    QFETCH(int, fontHeight);
+    QFETCH(QEvent::Type, change);
+    const FontOfPixels before(13);
+    SettingsWindow window;
+    window.open(SettingsWindow::General);
+    const QPointer tab(window.view->findChild<QScrollArea *>(QStringLiteral("generalTab")));
+    NoWordOfFonts silence;
+    window.view->installEventFilter(&silence);
+    const FontOfPixels after(fontHeight);
+    QEvent event(change);
+    QApplication::sendEvent(window.view.get(), &event);
+    QTRY_VERIFY(tab == nullptr);
+    QTRY_VERIFY(window.says(QStringLiteral("1.0.0")));
 }
 
 void TestSettingsView::theSameFontBuildsNothingAnew()
