@@ -27,9 +27,10 @@ bool isAlt(const QEvent *event)
 
 void GuestStyle::install()
 {
-    auto *const style = QApplication::style();
-    if (qobject_cast<GuestStyle *>(style) != nullptr)
+    // Under a style sheet the application's style is Qt's own for sheets, and this one lies beneath.
+    if (qApp->findChild<GuestStyle *>() != nullptr)
         return;
+    auto *const style = QApplication::style();
     QApplication::setStyle(new GuestStyle(HouseStyle::isWantedFor(*style) ? new HouseStyle(style) : style));
 }
 

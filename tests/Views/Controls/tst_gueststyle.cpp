@@ -71,6 +71,7 @@ private Q_SLOTS:
     void otherKeysUnderlineNothing();
     void aWindowThatLosesTheFocusForgetsTheKey();
     void anotherStyleOfTheDesktopKeepsToItToo();
+    void underAStyleSheetItIsThereOnceAsWell();
     void aStyleThatUnderlinesNothingIsLeftAlone();
     void theStyleKeepsItsName();
     void theTextsStayAsTheyAre();
@@ -158,6 +159,18 @@ void TestGuestStyle::anotherStyleOfTheDesktopKeepsToItToo()
     QVERIFY(areUnderlined(*window.view));
     QTest::keyRelease(window.view.get(), Qt::Key_Alt);
     QVERIFY(!areUnderlined(*window.view));
+}
+
+void TestGuestStyle::underAStyleSheetItIsThereOnceAsWell()
+{
+    GuestStyle::install();
+    auto *const guest = QApplication::style();
+    qApp->setStyleSheet(QStringLiteral("QLabel { padding: 1px; }"));
+    GuestStyle::install();
+    const auto guests = qApp->findChildren<GuestStyle *>();
+    qApp->setStyleSheet({});
+    QCOMPARE(guests.size(), 1);
+    QCOMPARE(QApplication::style(), guest);
 }
 
 void TestGuestStyle::aStyleThatUnderlinesNothingIsLeftAlone()
