@@ -136,6 +136,34 @@ QString dateOf(qint64 seconds)
     return QStringLiteral("@%1 +0000").arg(seconds);
 }
 
+// Asks for the commits of the last days alone, at the same moment each time.
+class DaysAsked
+{
+public:
+    DaysAsked() { m_runner.now = start; }
+
+    qsizetype commits(const TempRepository &repository, int days)
+    {
+        m_git.beginLook(repository.path());
+        const auto count = m_git.getCommits(repository.path(), m_clock.now() - days * 24h, m_clock.now()).size();
+        m_git.endLook();
+        return count;
+    }
+
+    int processes(const TempRepository &repository, int days)
+    {
+        const int before = m_runner.count;
+        commits(repository, days);
+        return m_runner.count - before;
+    }
+
+private:
+    RunnerAt m_runner;
+    PosixFileTree m_files;
+    FakeClock m_clock{Instant(std::chrono::seconds(start))};
+    GitQueries m_git{m_runner, m_files, m_clock, QProcessEnvironment::systemEnvironment()};
+};
+
 // A folder with repositories of every kind, in which anything may happen.
 class Village
 {
@@ -581,47 +609,26 @@ void TestGitMemory::aBranchThatComesAndGoesBetweenTheQuestionsIsNotRemembered()
 
 void TestGitMemory::aLongerWindowThanWasAskedForIsAsked()
 {
-    RunnerAt runner;
-    runner.now = start;
-    const PosixFileTree files;
-    const FakeClock clock{Instant(std::chrono::seconds(start))};
-    GitQueries git(runner, files, clock, QProcessEnvironment::systemEnvironment());
+    DaysAsked asked;
     const TempRepository repository;
     repository.commit(dateOf(start - 100 * day));
     repository.commit(dateOf(start - 60));
-    const auto commitsOf = [&](int days) {
-        git.beginLook(repository.path());
-        const auto count = git.getCommits(repository.path(), clock.now() - days * 24h, clock.now()).size();
-        git.endLook();
-        return count;
-    };
-    QCOMPARE(commitsOf(7), 1);
-    QCOMPARE(commitsOf(200), 2);
-    QCOMPARE(commitsOf(7), 1);
+    QCOMPARE(asked.commits(repository, 7), 1);
+    QCOMPARE(asked.commits(repository, 200), 2);
+    QCOMPARE(asked.commits(repository, 7), 1);
 }
 
 // A day has two windows; a program that runs for months would else keep the logs of all its days.
 void TestGitMemory::theLogsOfTwoWindowsAreKept()
 {
-    RunnerAt runner;
-    runner.now = start;
-    const PosixFileTree files;
-    const FakeClock clock{Instant(std::chrono::seconds(start))};
-    GitQueries git(runner, files, clock, QProcessEnvironment::systemEnvironment());
+    DaysAsked asked;
     const TempRepository repository;
     for (const int days : {170, 120, 70})
         repository.commit(dateOf(start - days * day));
-    const auto processesFor = [&](int days) {
-        const int before = runner.count;
-        git.beginLook(repository.path());
-        static_cast<void>(git.getCommits(repository.path(), clock.now() - days * 24h, clock.now()));
-        git.endLook();
-        return runner.count - before;
-    };
     for (const int days : {200, 150, 100})
-        QVERIFY(processesFor(days) > 0);
-    QCOMPARE(processesFor(150), 0);
-    QVERIFY(processesFor(200) > 0);
+        QVERIFY(asked.processes(repository, days) > 0);
+    QCOMPARE(asked.processes(repository, 150), 0);
+    QVERIFY(asked.processes(repository, 200) > 0);
 }
 
 void TestGitMemory::aWindowThatMovedPastACommitIsAskedOnce()
