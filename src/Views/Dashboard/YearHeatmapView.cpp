@@ -213,7 +213,7 @@ int YearHeatmapView::fade()
     return style::points(20);
 }
 
-// What fades is elsewhere now.
+// What fades is elsewhere now, and so is what lies under the pointer.
 void YearHeatmapView::moveEvent(QMoveEvent * /*event*/)
 {
     if (underMouse())

@@ -93,7 +93,7 @@ std::optional<QColor> colorIn(const QVariant &value)
                    : std::nullopt;
 }
 
-// Black where it is read better than white.
+// Black about where it is read better than white; near there both are read well.
 QColor letteringOn(const QColor &color)
 {
     constexpr double evenlyReadBy = 0.179;
