@@ -69,6 +69,7 @@ private Q_SLOTS:
     void aYearWithoutSquaresIsEmptyEverywhere();
     void thePictureHasASquareForEachDay();
     void thePictureIsDrawnByNumbers();
+    void thePictureIsAsLargeAsWhatItShows();
     void thePictureIsLightAndDarkAndNamesNoRepository();
 };
 
@@ -308,6 +309,15 @@ void TestYearFormats::thePictureIsDrawnByNumbers()
     QCOMPARE(legend,
              (QStringList{QStringLiteral("b0 691,185"), QStringLiteral("b1 705,185"), QStringLiteral("b2 719,185"),
                           QStringLiteral("b3 733,185"), QStringLiteral("b4 747,185")}));
+}
+
+void TestYearFormats::thePictureIsAsLargeAsWhatItShows()
+{
+    QXmlStreamReader xml(yearSvg(yearIn(), bands()));
+    QVERIFY(xml.readNextStartElement());
+    const auto of = [&](const char *name) { return xml.attributes().value(QLatin1String(name)).toString(); };
+    QCOMPARE(of("viewBox"), QStringLiteral("0 0 %1 %2").arg(of("width"), of("height")));
+    QCOMPARE(of("height"), QStringLiteral("212"));
 }
 
 void TestYearFormats::thePictureIsLightAndDarkAndNamesNoRepository()

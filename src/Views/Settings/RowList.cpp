@@ -158,19 +158,17 @@ void RowList::updateScrollBar()
 }
 
 // The current row stays even out of sight: it may have the focus, and Tab leads to it.
-QList<int> RowList::neededRows() const
+std::set<int> RowList::neededRows() const
 {
     const auto top = verticalScrollBar()->value();
     const auto count = int(m_ids.size());
     const auto first = std::clamp(top / rowHeight(), 0, count);
     const auto end = std::clamp((top + viewport()->height() + rowHeight() - 1) / rowHeight(), first, count);
-    QList<int> needed;
-    if (m_current < first && m_current < count)
-        needed.append(m_current);
+    std::set<int> needed;
     for (int index = first; index < end; ++index)
-        needed.append(index);
-    if (m_current >= end && m_current < count)
-        needed.append(m_current);
+        needed.insert(index);
+    if (m_current < count)
+        needed.insert(m_current);
     return needed;
 }
 

@@ -9,6 +9,7 @@
 #include <QWidget>
 
 #include <functional>
+#include <set>
 
 namespace velquarin {
 
@@ -76,7 +77,7 @@ private:
     [[nodiscard]] int rowHeight() const;
     [[nodiscard]] int rowsInSight() const;
     [[nodiscard]] int focusedControl() const;
-    [[nodiscard]] QList<int> neededRows() const;
+    [[nodiscard]] std::set<int> neededRows() const;
     void updateScrollBar();
     void layoutRows();
     [[nodiscard]] QRect rowsPlace() const;

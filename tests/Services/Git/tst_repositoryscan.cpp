@@ -80,8 +80,15 @@ public:
         return AgedTree::status(path, links);
     }
 
+    std::optional<FolderIdentity> folderAt(const std::string &path) const override
+    {
+        askedFor << QString::fromStdString(path);
+        return AgedTree::folderAt(path);
+    }
+
     mutable int visits = 0;
     mutable int looks = 0;
+    mutable QStringList askedFor;
 };
 
 // As some that are made in a program have it.
@@ -158,6 +165,7 @@ private Q_SLOTS:
     void aLinkBackToAFolderOnTheWayIsNotEntered();
     void linksToEachOtherEnd();
     void aFolderThatHoldsTheStartIsSearchedWithoutTheStart();
+    void aLinkBelowTheDepthIsNotFollowed();
     void aFolderThatIsLinkedTwiceIsFoundTwice();
     void linksToFilesAndDanglingLinksAreSkipped();
     void aMissingStartFindsNothing();
@@ -304,6 +312,22 @@ void TestRepositoryScan::aFolderThatHoldsTheStartIsSearchedWithoutTheStart()
     tree.repository(QStringLiteral("beside"));
     tree.link(tree.path(), QStringLiteral("start/out"));
     QCOMPARE(tree.found(8, QStringLiteral("start")), QStringLiteral("start/out/beside start/repo"));
+}
+
+// It may lead to a disk that does not answer.
+void TestRepositoryScan::aLinkBelowTheDepthIsNotFollowed()
+{
+    const Tree tree;
+    tree.folder(QStringLiteral("a"));
+    tree.repository(QStringLiteral("far"));
+    tree.link(tree.path(QStringLiteral("far")), QStringLiteral("a/link"));
+    const CountingTree files;
+    KnownFolder known;
+    QCOMPARE(tree.foundAgain(files, known, 2), QStringLiteral("far"));
+    QCOMPARE(files.askedFor, QStringList());
+    KnownFolder deeper;
+    QCOMPARE(tree.foundAgain(files, deeper, 3), QStringLiteral("a/link far"));
+    QVERIFY(files.askedFor.contains(tree.path(QStringLiteral("a/link"))));
 }
 
 void TestRepositoryScan::aFolderThatIsLinkedTwiceIsFoundTwice()

@@ -135,6 +135,7 @@ private Q_SLOTS:
     void otherKeysAreLeftToOthers();
     void theKeysStayOnTheirDayWhenTheGridMovesOn();
     void theSquareThatTheKeysReachedIsMarked();
+    void aMagnifierIsToldWhereTheKeysAre();
     void squaresAndTheMarkAreDrawnByNumbers();
     void onlyTheKeyboardBringsTheFocus();
     void aScrollAreaKeepsTheCurrentSquareInSight();
@@ -574,6 +575,20 @@ void TestYearHeatmapView::theSquareThatTheKeysReachedIsMarked()
     QVERIFY(isNear(edgeColor(), over(light(), style::Accent::HeatGreen, 0.9)));
     view.setFocus(Qt::TabFocusReason);
     QCOMPARE(edgeColor(), style::ink(light(), style::Ink::Primary));
+}
+
+// By the same word as where somebody writes.
+void TestYearHeatmapView::aMagnifierIsToldWhereTheKeysAre()
+{
+    YearHeatmapView view;
+    const auto place = [&view] { return view.inputMethodQuery(Qt::ImCursorRectangle).toRect(); };
+    QVERIFY2(!place().isEmpty(), "as every widget, until there is a year");
+    show(view, history({{0, 20}}));
+    open(view);
+    view.setFocus(Qt::TabFocusReason);
+    QCOMPARE(place(), view.rectangleOf(today));
+    QTest::keyClick(&view, Qt::Key_Up);
+    QCOMPARE(place(), view.rectangleOf(today - 1));
 }
 
 void TestYearHeatmapView::squaresAndTheMarkAreDrawnByNumbers()
