@@ -171,6 +171,9 @@ private Q_SLOTS:
             fading.pause();
             fading.setCurrentTime(0);
             QCOMPARE(pictureOf(view, 1), before);
+            const auto place = view.findChild<FadingPicture *>()->geometry();
+            QCOMPARE(place.top(), world.named("header").geometry().bottom() + 1);
+            QCOMPARE(place.bottom() + 1, world.named("footer").y());
             fading.setCurrentTime(50);
             const auto between = pictureOf(view, 1);
             fading.resume();
@@ -858,6 +861,7 @@ private Q_SLOTS:
         QCOMPARE(week.rect().bottom() - strip.geometry().bottom(), 16);
         QCOMPARE(chevron.mapTo(&week, chevron.rect().topRight()).x(), week.width() - 1 - 16);
         QCOMPARE(chevron.x() - textNamed(world, "Show Year").geometry().right() - 1, 8);
+        QCOMPARE(chevron.geometry().bottom(), textNamed(world, "Show Year").geometry().bottom());
         QCOMPARE(chevron.color(), style::accentText(week.palette(), Accent::Blue));
     }
 
@@ -876,6 +880,7 @@ private Q_SLOTS:
         const auto &chevron = *world.named("back").findChild<SymbolView *>();
         QCOMPARE(chevron.mapTo(&year, QPoint()).x(), 16);
         QCOMPARE(textNamed(world, "Back").x() - chevron.geometry().right() - 1, 8);
+        QCOMPARE(chevron.geometry().bottom(), textNamed(world, "Back").geometry().bottom());
         QCOMPARE(heading.mapTo(&year, QPoint()).y(), 16);
         QCOMPARE(area.top() - heading.mapTo(&year, heading.rect().bottomLeft()).y() - 1, 8);
         QCOMPARE(area.left(), 16);
