@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QSlider>
 #include <QStyleFactory>
 #include <QStyleOption>
 #include <QToolTip>
@@ -115,8 +116,10 @@ private Q_SLOTS:
     void aPillIsThickerUnderThePointer();
     void aBarWithoutRangeShowsNothing();
     void aPillLaidOverTakesNoRoom();
+    void aPillLaidOverKeepsClearOfRoundCorners();
     void aPillLeavesTheGroundAroundIt();
     void aPillIsTheSameUnderEveryStyle();
+    void aSliderIsNoPill();
     void aTooltipIsQuietAndDark();
     void reducedMotionEndsAllAnimations();
     void whatMovesAndBeginsAgainBeginsFromTheStart();
@@ -411,6 +414,26 @@ void TestHouseStyle::aPillLaidOverTakesNoRoom()
     }
 }
 
+void TestHouseStyle::aPillLaidOverKeepsClearOfRoundCorners()
+{
+    for (const bool isLaidOver : {false, true}) {
+        QScrollBar bar(Qt::Vertical);
+        makePill(bar, isLaidOver);
+        bar.setRange(0, 100);
+        bar.setPageStep(100);
+        bar.resize(bar.sizeHint().width(), 100);
+        const auto isPainted = [&bar](int y) {
+            const auto image = pictureOf(bar, 1);
+            return style::contrast(image.pixelColor(image.width() / 2, y), style::ground(bar.palette())) > 1.5;
+        };
+        QCOMPARE(isPainted(2), !isLaidOver);
+        QVERIFY(isPainted(3));
+        bar.setValue(100);
+        QVERIFY(isPainted(96));
+        QCOMPARE(isPainted(97), !isLaidOver);
+    }
+}
+
 void TestHouseStyle::aPillLeavesTheGroundAroundIt()
 {
     QWidget window;
@@ -437,6 +460,22 @@ void TestHouseStyle::aPillIsTheSameUnderEveryStyle()
         return pictureOf(bar, 1);
     };
     QCOMPARE(pictureUnder(QStringLiteral("Windows")), pictureUnder(QStringLiteral("Fusion")));
+}
+
+// Qt describes both by the same numbers.
+void TestHouseStyle::aSliderIsNoPill()
+{
+    const QSlider slider(Qt::Horizontal);
+    QStyleOptionSlider option;
+    option.initFrom(&slider);
+    option.rect = QRect(0, 0, 100, 20);
+    option.maximum = 100;
+    option.pageStep = 10;
+    const auto handleIn = [&](const QStyle &style) {
+        return style.subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &slider);
+    };
+    const std::unique_ptr<QStyle> fusion(QStyleFactory::create(QStringLiteral("Fusion")));
+    QCOMPARE(handleIn(*slider.style()), handleIn(*fusion));
 }
 
 void TestHouseStyle::aTooltipIsQuietAndDark()
