@@ -16,6 +16,8 @@ public:
     ProcessOutput run(const ProcessRequest &request) override
     {
         ++count;
+        if (before)
+            before(request.arguments.first());
         const auto output = runNow(request);
         return meanwhile ? meanwhile(request.arguments.first(), output) : output;
     }
@@ -23,6 +25,8 @@ public:
     std::atomic<qint64> now = 0;  //!< seconds since 1970
     std::atomic<int> count = 0;   //!< of the processes so far
 
+    //! What happens between the question and git's start.
+    std::function<void(const QString &command)> before;
     //! What happens when git has answered, and what of it arrives.
     std::function<ProcessOutput(const QString &command, const ProcessOutput &output)> meanwhile;
 

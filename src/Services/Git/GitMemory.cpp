@@ -9,6 +9,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <ctime>
 #include <utility>
@@ -185,6 +186,10 @@ std::optional<QByteArray> GitMemory::remembered(const Log &question)
         return found->second;
     if (!question.window)
         return std::nullopt;
+    if (!takeCommits(known, m_look->path)) {
+        m_look->known.reset();
+        return std::nullopt;
+    }
     const auto found = std::ranges::find_if(known.logs, [&](const Log &log) {
         return log.question == question.question && isSame(known, log, *question.window);
     });
@@ -194,14 +199,30 @@ std::optional<QByteArray> GitMemory::remembered(const Log &question)
     return known.logs.front().text;
 }
 
-// Whether no commit lies between the ends of the two windows: then both logs are the same. Of what is older than the list
+// When the clock goes on, and no earlier: git walks through the whole history for them, and where the next look finds
+// another commit nobody needs them any more. What is the same afterwards was the same while git listed them.
+bool GitMemory::takeCommits(Memory &known, const QString &path)
+{
+    if (known.commits)
+        return true;
+    m_hasAsked = true;
+    const QStringList question{QStringLiteral("rev-list"), QStringLiteral("--timestamp"),
+                               QStringLiteral("--max-age=%1").arg(known.oldest)};
+    const auto list = m_git.run(question + revisionsOf(known.branch) + QStringList{QStringLiteral("--")}, path);
+    known.commits = list.exitStatus == 0 ? timesIn(list.text) : std::nullopt;
+    return known.commits && stateOf(known, path) == known.state;
+}
+
+// Whether no commit lies between the ends of the windows: then the logs are the same. Of what is older than the list
 // nothing is known.
 bool GitMemory::isSame(const Memory &memory, const Log &log, const Window &window)
 {
-    const auto before = [&](std::int64_t moment) { return std::ranges::lower_bound(memory.commits, moment); };
-    const auto after = [&](std::int64_t moment) { return std::ranges::upper_bound(memory.commits, moment); };
-    return window.since >= memory.oldest && before(window.since) == before(log.window->since) &&
-           after(window.until) == after(log.window->until);
+    const auto before = [&](std::int64_t moment) { return std::ranges::lower_bound(*memory.commits, moment); };
+    const auto after = [&](std::int64_t moment) { return std::ranges::upper_bound(*memory.commits, moment); };
+    return window.since >= memory.oldest &&
+           std::ranges::all_of(std::array{*log.window, *log.after}, [&](const Window &other) {
+               return before(window.since) == before(other.since) && after(window.until) == after(other.until);
+           });
 }
 
 QByteArray GitMemory::ask(const QStringList &arguments, Log question)
@@ -284,8 +305,8 @@ bool GitMemory::addTo(Memory &known, Memory &fresh, const QString &path) const
     if (fresh.logs.empty() && fresh.answers.empty())
         return true;
     for (auto &log : fresh.logs) {
-        const auto window = windowOf(log);
-        if (!window || log.window->since < known.oldest || !isSame(known, log, *window))
+        log.after = windowOf(log);
+        if (!log.after || log.window->since < known.oldest)
             return false;
         known.logs.insert(known.logs.begin(), std::move(log));
     }
@@ -302,18 +323,10 @@ bool GitMemory::complete(Memory &fresh, const QString &path) const
     fresh.places = watchPlaces(path, fresh.branch);
     fresh.oldest =
         std::ranges::min(fresh.logs, {}, [](const Log &log) { return log.window->since; }).window->since - slack;
-    const QStringList question{QStringLiteral("rev-list"), QStringLiteral("--timestamp"),
-                               QStringLiteral("--max-age=%1").arg(fresh.oldest)};
-    const auto commits = m_git.run(question + revisionsOf(fresh.branch) + QStringList{QStringLiteral("--")}, path);
-    auto times = commits.exitStatus == 0 ? timesIn(commits.text) : std::nullopt;
-    if (!times)
-        return false;
-    fresh.commits = *std::move(times);
-    const auto stillHolds = [&](const Log &log) {
-        const auto window = windowOf(log);
-        return window && isSame(fresh, log, *window);
-    };
-    return std::ranges::all_of(fresh.logs, stillHolds) && stateOf(fresh, path) == fresh.state;
+    for (auto &log : fresh.logs)
+        log.after = windowOf(log);
+    const bool areWhole = std::ranges::all_of(fresh.logs, [](const Log &log) { return log.after.has_value(); });
+    return areWhole && stateOf(fresh, path) == fresh.state;
 }
 
 }  // namespace velquarin

@@ -72,7 +72,8 @@ private:
         QByteArray question;  //!< without its dates
         QString since;
         QString until;
-        std::optional<Window> window;
+        std::optional<Window> window;  //!< before git was asked
+        std::optional<Window> after;   //!< and at the end of the look, since git has a clock of its own
         QByteArray text;
     };
 
@@ -84,8 +85,9 @@ private:
         RepositoryState state;
         std::map<QByteArray, QByteArray> answers;  //!< those on which no clock bears
         std::vector<Log> logs;
-        QList<WatchPlace> places;            //!< that tell of a commit
-        std::vector<std::uint32_t> commits;  //!< when those of the branch were committed, from @ref oldest on, in order
+        QList<WatchPlace> places;  //!< that tell of a commit
+        //! When those of the branch were committed, from @ref oldest on, in order. Nothing until it is needed.
+        std::optional<std::vector<std::uint32_t>> commits;
         std::int64_t oldest = 0;
         Instant askedAt;
     };
@@ -108,6 +110,7 @@ private:
     void forgetMoments() const;
     [[nodiscard]] std::optional<std::int64_t> momentOf(const QString &date) const;
     [[nodiscard]] std::optional<QByteArray> remembered(const Log &question);
+    [[nodiscard]] bool takeCommits(Memory &known, const QString &path);
     [[nodiscard]] static bool isSame(const Memory &memory, const Log &log, const Window &window);
     [[nodiscard]] QByteArray ask(const QStringList &arguments, Log question);
     void prepare(const std::optional<QString> &branch);

@@ -388,6 +388,7 @@ class TestGitMemory : public QObject
 private Q_SLOTS:
     void init() { failOnAnyWarning(); }
     void whatIsKnownIsNotAsked();
+    void theMomentsOfCommitsAreAskedForWhenTheClockHasGoneOn();
     void everythingIsAskedAgainOnceADay();
     void whatWasKilledIsNotRemembered_data();
     void whatWasKilledIsNotRemembered();
@@ -401,6 +402,10 @@ private Q_SLOTS:
     void aLongerWindowThanWasAskedForIsAsked();
     void theLogsOfTwoWindowsAreKept();
     void aWindowThatMovedPastACommitIsAskedOnce();
+    void aZoneThatChangesBeforeGitLooksAtItIsSeen();
+    void anEdgeThatPassesACommitDuringTheLookIsSeen();
+    void aCommitThatGoesWhileTheMomentsAreListedIsSeen();
+    void whereTheMomentsCannotBeListedThatIsTriedOnceALook();
     void theWindowsMoveWithTheClock_data();
     void theWindowsMoveWithTheClock();
     void aCommitOfTheFutureComesIntoSight();
@@ -421,11 +426,33 @@ void TestGitMemory::whatIsKnownIsNotAsked()
     const auto answers = pair.remembered(repository.path());
     QVERIFY(pair.processes() > 0);
     QCOMPARE(answers.week.size(), 1);
+    static_cast<void>(pair.remembered(repository.path()));
     QVERIFY(pair.remembered(repository.path()) == answers);
     QCOMPARE(pair.processes(), 0);
     pair.setNow(start + 23 * hour);
     QVERIFY(pair.remembered(repository.path()) == answers);
     QCOMPARE(pair.processes(), 0);
+}
+
+// A look that finds another commit has no use for the moments of those before.
+void TestGitMemory::theMomentsOfCommitsAreAskedForWhenTheClockHasGoneOn()
+{
+    Pair pair;
+    pair.setNow(start);
+    const TempRepository repository;
+    QStringList questions;
+    pair.runner.meanwhile = [&](const QString &asked, const ProcessOutput &output) {
+        questions.append(asked);
+        return output;
+    };
+    for (int commits = 1; commits < 4; ++commits) {
+        repository.commit(dateOf(start - 60));
+        QCOMPARE(pair.remembered(repository.path()).week.size(), commits);
+    }
+    QVERIFY(!questions.contains(QLatin1String("rev-list")));
+    questions.clear();
+    static_cast<void>(pair.remembered(repository.path()));
+    QCOMPARE(questions, QStringList(QStringLiteral("rev-list")));
 }
 
 void TestGitMemory::everythingIsAskedAgainOnceADay()
@@ -434,6 +461,7 @@ void TestGitMemory::everythingIsAskedAgainOnceADay()
     pair.setNow(start);
     const TempRepository repository;
     repository.commit(dateOf(start - 60));
+    static_cast<void>(pair.remembered(repository.path()));
     static_cast<void>(pair.remembered(repository.path()));
     pair.setNow(start + day - 1);
     static_cast<void>(pair.remembered(repository.path()));
@@ -463,7 +491,8 @@ void TestGitMemory::whatWasKilledIsNotRemembered()
     pair.runner.meanwhile = [&](const QString &asked, const ProcessOutput &output) {
         return asked == command ? ProcessOutput() : output;
     };
-    static_cast<void>(pair.remembered(repository.path()));
+    for (int look = 0; look < 2; ++look)
+        static_cast<void>(pair.remembered(repository.path()));
     pair.runner.meanwhile = {};
     QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
     QVERIFY(pair.processes() > 0);
@@ -558,6 +587,7 @@ void TestGitMemory::whatCountsDifferentlyIsKnownByItself()
     const auto first = pair.remembered(repository.path());
     QTEST(first.week.size(), "commits");
     QVERIFY(pair.processes() > 0);
+    static_cast<void>(pair.remembered(repository.path()));
     QVERIFY(pair.remembered(repository.path()) == first);
     QCOMPARE(pair.processes(), 0);
     git(change);
@@ -574,8 +604,8 @@ void TestGitMemory::thatThereIsNoAddressIsKnownToo()
     pair.count({CountedAuthors::Me, CountedBranches::Default});
     const TempRepository repository;
     repository.commit(dateOf(start - 60));
-    QVERIFY(pair.remembered(repository.path()).isEveryones);
-    QVERIFY(pair.remembered(repository.path()).isEveryones);
+    for (int look = 0; look < 3; ++look)
+        QVERIFY(pair.remembered(repository.path()).isEveryones);
     QCOMPARE(pair.processes(), 0);
     repository.git({QStringLiteral("config"), QStringLiteral("author.email"), QStringLiteral("you@home")});
     QVERIFY(!pair.remembered(repository.path()).isEveryones);
@@ -644,6 +674,76 @@ void TestGitMemory::aWindowThatMovedPastACommitIsAskedOnce()
     QVERIFY(pair.processes() > 0);
     QCOMPARE(pair.remembered(repository.path()).week.size(), 1);
     QCOMPARE(pair.processes(), 0);
+}
+
+// Git takes the dates of a question for moments of the zone that it finds itself.
+void TestGitMemory::aZoneThatChangesBeforeGitLooksAtItIsSeen()
+{
+    Pair pair;
+    pair.setNow(start);
+    const TempRepository repository;
+    repository.commit(dateOf(start - 6 * day - 8 * hour));
+    repository.commit(dateOf(start - 60));
+    pair.runner.before = [](const QString &asked) {
+        if (asked == QLatin1String("log"))
+            qputenv("TZ", "Asia/Kathmandu");
+    };
+    QCOMPARE(pair.remembered(repository.path()).week.size(), 2);
+    pair.runner.before = {};
+    pair.setZone("UTC");
+    QCOMPARE(pair.remembered(repository.path()).week.size(), 1);
+    QVERIFY(pair.remembered(repository.path()) == pair.asked(repository.path()));
+}
+
+void TestGitMemory::anEdgeThatPassesACommitDuringTheLookIsSeen()
+{
+    Pair pair;
+    pair.setNow(start);
+    const TempRepository repository;
+    repository.commit(dateOf(start - 6 * day + 5));
+    repository.commit(dateOf(start - 60));
+    pair.runner.meanwhile = [&](const QString &asked, const ProcessOutput &output) {
+        if (asked == QLatin1String("log"))
+            pair.setNow(start + 10);
+        return output;
+    };
+    QCOMPARE(pair.remembered(repository.path()).week.size(), 2);
+    pair.runner.meanwhile = {};
+    QCOMPARE(pair.remembered(repository.path()).week.size(), 1);
+}
+
+void TestGitMemory::aCommitThatGoesWhileTheMomentsAreListedIsSeen()
+{
+    Pair pair;
+    pair.setNow(start);
+    const TempRepository repository;
+    repository.commit(dateOf(start - 60));
+    repository.commit(dateOf(start - 6 * day + 5));
+    QCOMPARE(pair.remembered(repository.path()).week.size(), 2);
+    pair.setNow(start + 10);
+    pair.runner.before = [&](const QString &asked) {
+        if (asked == QLatin1String("rev-list"))
+            repository.git({QStringLiteral("reset"), QStringLiteral("--quiet"), QStringLiteral("--hard"),
+                            QStringLiteral("HEAD~1")});
+    };
+    QCOMPARE(pair.remembered(repository.path()).week.size(), 1);
+}
+
+void TestGitMemory::whereTheMomentsCannotBeListedThatIsTriedOnceALook()
+{
+    Pair pair;
+    pair.setNow(start);
+    const TempRepository repository;
+    repository.commit(dateOf(start - 60));
+    int lists = 0;
+    pair.runner.meanwhile = [&](const QString &asked, const ProcessOutput &output) {
+        const bool isList = asked == QLatin1String("rev-list");
+        lists += isList ? 1 : 0;
+        return isList ? ProcessOutput() : output;
+    };
+    for (int look = 0; look < 2; ++look)
+        QCOMPARE(pair.remembered(repository.path()).week.size(), 1);
+    QCOMPARE(lists, 1);
 }
 
 void TestGitMemory::theWindowsMoveWithTheClock_data()
@@ -767,7 +867,8 @@ void TestGitMemory::aRepositoryThatIsClonedAgainWhileItIsReadIsNotMixedUp()
             }
             return output;
         };
-        static_cast<void>(pair.remembered(repository.path()));
+        for (int look = 0; look < 2; ++look)
+            static_cast<void>(pair.remembered(repository.path()));
         pair.runner.meanwhile = {};
         QVERIFY2(pair.remembered(repository.path()) == pair.asked(repository.path()), command);
     }
