@@ -86,7 +86,8 @@ def remembered_repositories(build, folder):
                   for _ in range(12)][1:]
         memory = [engine.figures("memory")[0] for _ in range(3)]
     for listing, unchanged, changed, _ in rounds:
-        _demand(listing[COUNT] == 1 and unchanged[COUNT] == 0 and changed[COUNT] > 0, "what is known was asked, or what is new was not")
+        _demand(listing[COUNT] == 1 and unchanged[COUNT] == 0 and changed[COUNT] > 0,
+                "what is known was asked, or what is new was not")
     yield ("refresh of 100 repositories that did not change, against the bare commands",
            ratio([(unchanged[TIME], limit[0]) for _, unchanged, _, limit in rounds]), "0.01")
     yield ("the same with a new commit in one of them",

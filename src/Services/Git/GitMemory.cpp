@@ -220,7 +220,7 @@ bool GitMemory::isSame(const Memory &memory, const Log &log, const Window &windo
     const auto before = [&](std::int64_t moment) { return std::ranges::lower_bound(*memory.commits, moment); };
     const auto after = [&](std::int64_t moment) { return std::ranges::upper_bound(*memory.commits, moment); };
     return window.since >= memory.oldest &&
-           std::ranges::all_of(std::array{*log.window, *log.after}, [&](const Window &other) {
+           std::ranges::all_of(std::array{*log.window, *log.windowAtEnd}, [&](const Window &other) {
                return before(window.since) == before(other.since) && after(window.until) == after(other.until);
            });
 }
@@ -305,8 +305,8 @@ bool GitMemory::addTo(Memory &known, Memory &fresh, const QString &path) const
     if (fresh.logs.empty() && fresh.answers.empty())
         return true;
     for (auto &log : fresh.logs) {
-        log.after = windowOf(log);
-        if (!log.after || log.window->since < known.oldest)
+        log.windowAtEnd = windowOf(log);
+        if (!log.windowAtEnd || log.window->since < known.oldest)
             return false;
         known.logs.insert(known.logs.begin(), std::move(log));
     }
@@ -324,8 +324,8 @@ bool GitMemory::complete(Memory &fresh, const QString &path) const
     fresh.oldest =
         std::ranges::min(fresh.logs, {}, [](const Log &log) { return log.window->since; }).window->since - slack;
     for (auto &log : fresh.logs)
-        log.after = windowOf(log);
-    const bool areWhole = std::ranges::all_of(fresh.logs, [](const Log &log) { return log.after.has_value(); });
+        log.windowAtEnd = windowOf(log);
+    const bool areWhole = std::ranges::all_of(fresh.logs, [](const Log &log) { return log.windowAtEnd.has_value(); });
     return areWhole && stateOf(fresh, path) == fresh.state;
 }
 

@@ -72,8 +72,8 @@ private:
         QByteArray question;  //!< without its dates
         QString since;
         QString until;
-        std::optional<Window> window;  //!< before git was asked
-        std::optional<Window> after;   //!< and at the end of the look, since git has a clock of its own
+        std::optional<Window> window;       //!< before git was asked
+        std::optional<Window> windowAtEnd;  //!< of the look: git took the dates for something between the two
         QByteArray text;
     };
 
